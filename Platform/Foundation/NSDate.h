@@ -34,8 +34,12 @@ public:
 private:
     explicit constexpr NSDate(double seconds)
         : m_seconds(seconds)
-    {}
+    {
+    }
     double m_seconds = 0;
 };
 
-[[nodiscard]] inline size_t qHash(NSDate date, size_t seed = 0) { return qHash(date.timeIntervalSince1970(), seed); }
+[[nodiscard]] inline size_t qHash(NSDate date, size_t seed = 0)
+{
+    return qHash(date.timeIntervalSince1970(), seed);
+}

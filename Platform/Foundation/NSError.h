@@ -19,7 +19,8 @@ public:
         , m_code(code)
         , m_message(std::move(message))
         , m_causeCode(causeCode)
-    {}
+    {
+    }
 
     [[nodiscard]] bool isSet() const { return !m_domain.isEmpty(); }
     [[nodiscard]] const QString &domain() const { return m_domain; }
@@ -45,7 +46,8 @@ private:
 };
 
 /// Codes of kNSCocoaErrorDomain.
-enum class NSCocoaErrorCode : qint64 {
+enum class NSCocoaErrorCode : qint64
+{
     FileNoSuchFile = 4,
     FileReadUnknown = 256,
     FileReadNoPermission = 257,

@@ -14,10 +14,12 @@ public:
     ObservationToken() = default;
     explicit ObservationToken(std::function<void()> cancel)
         : m_cancel(std::move(cancel))
-    {}
+    {
+    }
     ObservationToken(ObservationToken &&other) noexcept
         : m_cancel(std::exchange(other.m_cancel, nullptr))
-    {}
+    {
+    }
     ObservationToken &operator=(ObservationToken &&other) noexcept
     {
         if (this != &other) {
@@ -40,8 +42,7 @@ private:
 
 /// The observers of one event, told in the order in which they subscribed. Confined to its owner's queue. Observers may
 /// subscribe and unsubscribe while being told; the list may die meanwhile.
-template <typename... Arguments>
-class ObserverList
+template <typename... Arguments> class ObserverList
 {
 public:
     using Callback = std::function<void(Arguments...)>;

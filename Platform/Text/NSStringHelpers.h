@@ -1,0 +1,30 @@
+#pragma once
+
+#include <Foundation/NSRange.h>
+
+#include <QString>
+#include <QStringView>
+
+namespace quib {
+
+/// The whole line or lines that touch the range, terminators included. Terminators: \n, \r, \r\n, U+0085, U+2028, U+2029.
+[[nodiscard]] NSRange paragraphRangeForRange(QStringView string, NSRange range);
+/// The range widened so that it splits no composed character sequence (grapheme cluster).
+[[nodiscard]] NSRange rangeOfComposedCharacterSequencesForRange(QStringView string, NSRange range);
+/// Without white space (blanks, tabs, Unicode space separators; no line ends) at both ends.
+[[nodiscard]] QString trimmedWhitespace(QStringView string);
+/// Without white space and line ends at both ends.
+[[nodiscard]] QString trimmedWhitespaceAndNewlines(QStringView string);
+[[nodiscard]] bool isWhitespace(char16_t unit);
+[[nodiscard]] bool isNewline(char16_t unit);
+[[nodiscard]] bool isWhitespaceOrNewline(char16_t unit);
+
+/// Widens a range so that removing it leaves no double or stray blank behind.
+[[nodiscard]] NSRange rangeForRemovingCharactersInRangeLeavingNoGaps(QStringView string, NSRange range);
+/// Removes a string again and again, each time by that rule; the rule is evaluated on the original string while the
+/// removal takes place on the copy.
+[[nodiscard]] QString stringByRemovingOccurrencesOfStringLeavingNoGaps(const QString &string, QStringView occurrence);
+/// Line feeds and runs of white space become one blank each; trimmed.
+[[nodiscard]] QString qbCleanConcatenatedString(const QString &string);
+
+} // namespace quib
