@@ -26,7 +26,10 @@ struct NSRange
 
 inline constexpr NSRange kNotFoundRange{NSNotFound, 0};
 
-[[nodiscard]] constexpr qint64 NSMaxRange(NSRange range) { return range.limit(); }
+[[nodiscard]] constexpr qint64 NSMaxRange(NSRange range)
+{
+    return range.limit();
+}
 
 /// The common part of two ranges, or {0, 0} when they share no unit.
 [[nodiscard]] constexpr NSRange NSIntersectionRange(NSRange a, NSRange b)

@@ -21,7 +21,8 @@ public:
     NSTextCheckingResult() = default;
     explicit NSTextCheckingResult(std::vector<NSRange> ranges)
         : m_ranges(std::move(ranges))
-    {}
+    {
+    }
 
     [[nodiscard]] NSRange range() const { return m_ranges.empty() ? kNotFoundRange : m_ranges.front(); }
     /// kNotFoundRange also for an index that the expression does not have.
@@ -44,7 +45,8 @@ private:
 class NSRegularExpression
 {
 public:
-    enum Option : quint32 {
+    enum Option : quint32
+    {
         CaseInsensitive = 1,
         DotMatchesLineSeparators = 8,
         AnchorsMatchLines = 16,

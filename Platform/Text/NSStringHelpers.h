@@ -7,7 +7,8 @@
 
 namespace quib {
 
-/// The whole line or lines that touch the range, terminators included. Terminators: \n, \r, \r\n, U+0085, U+2028, U+2029.
+/// The whole line or lines that touch the range, terminators included. Terminators: \n, \r, \r\n, U+0085, U+2028,
+/// U+2029.
 [[nodiscard]] NSRange paragraphRangeForRange(QStringView string, NSRange range);
 /// The range widened so that it splits no composed character sequence (grapheme cluster).
 [[nodiscard]] NSRange rangeOfComposedCharacterSequencesForRange(QStringView string, NSRange range);
