@@ -1,0 +1,96 @@
+#pragma once
+
+#include "NSManagedObjectID.h"
+#include "NSManagedObjectModel.h"
+#include "Value.h"
+
+#include <utility>
+
+namespace quib {
+
+/// What a row held at one moment: one packed block, immutable once shared, counted, passed freely between contexts and
+/// queues. Slot i is attribute i of the entity; the slots after the attributes are the to-one relationships. A slot may
+/// be absent (not read yet): lazy attributes normally are.
+///
+/// Invariants: (1) the entity never changes; (2) a snapshot with more than one holder is never written: copy() first.
+class RowSnapshot
+{
+public:
+    /// A snapshot of default values with every slot present.
+    [[nodiscard]] static class RowSnapshotRef make(const NSEntityDescription *entity);
+    /// A snapshot in which no slot is present.
+    [[nodiscard]] static class RowSnapshotRef makeEmpty(const NSEntityDescription *entity);
+    [[nodiscard]] class RowSnapshotRef copy() const;
+
+    [[nodiscard]] const NSEntityDescription *entity() const;
+    /// The store's count of writes of this row when it was read; 0 for a row that was never saved.
+    [[nodiscard]] qint64 version() const;
+    void setVersion(qint64 version);
+
+    [[nodiscard]] bool isPresent(int slot) const;
+    void setAbsent(int slot);
+    [[nodiscard]] bool isNull(int slot) const;
+
+    // Typed reads; null gives 0, false, empty. Requires: the slot is present and of that type.
+    [[nodiscard]] bool boolAt(int slot) const;
+    [[nodiscard]] qint64 integerAt(int slot) const;
+    [[nodiscard]] double doubleAt(int slot) const;
+    [[nodiscard]] const QString &stringAt(int slot) const;
+    [[nodiscard]] const QByteArray &bytesAt(int slot) const;
+    [[nodiscard]] NSDate dateAt(int slot) const;
+    /// To-one relationships: the key of the target row (negative when temporary), 0 for none.
+    [[nodiscard]] qint64 targetKeyAt(int slot) const;
+    /// To-one relationships: the target with its concrete entity where it is known, else the destination entity.
+    [[nodiscard]] NSManagedObjectID targetAt(int slot) const;
+    [[nodiscard]] Value valueAt(int slot) const;
+
+    /// Writes; makes the slot present. Nothing in a number or boolean becomes its default.
+    void setValueAt(int slot, const Value &value);
+    void setStringAt(int slot, QString value);
+    void setTargetAt(int slot, const NSManagedObjectID &target);
+
+    /// True when both hold the same in a slot that is present in both.
+    [[nodiscard]] bool slotEquals(int slot, const RowSnapshot &other) const;
+
+    RowSnapshot(const RowSnapshot &) = delete;
+    RowSnapshot &operator=(const RowSnapshot &) = delete;
+
+private:
+    friend class RowSnapshotRef;
+    RowSnapshot() = default;
+    ~RowSnapshot() = default;
+};
+
+/// A counted handle of a snapshot; null by default.
+class RowSnapshotRef
+{
+public:
+    RowSnapshotRef() = default;
+    explicit RowSnapshotRef(RowSnapshot *adopted)
+        : m_row(adopted)
+    {
+    }
+    RowSnapshotRef(const RowSnapshotRef &other);
+    RowSnapshotRef(RowSnapshotRef &&other) noexcept
+        : m_row(std::exchange(other.m_row, nullptr))
+    {
+    }
+    RowSnapshotRef &operator=(RowSnapshotRef other) noexcept
+    {
+        std::swap(m_row, other.m_row);
+        return *this;
+    }
+    ~RowSnapshotRef();
+
+    [[nodiscard]] explicit operator bool() const { return m_row != nullptr; }
+    [[nodiscard]] const RowSnapshot *operator->() const { return m_row; }
+    [[nodiscard]] const RowSnapshot &operator*() const { return *m_row; }
+    /// For writing: the block itself when this is its only holder, else a copy that this handle then holds.
+    [[nodiscard]] RowSnapshot *edit();
+    friend bool operator==(const RowSnapshotRef &a, const RowSnapshotRef &b) = default;
+
+private:
+    RowSnapshot *m_row = nullptr;
+};
+
+} // namespace quib
