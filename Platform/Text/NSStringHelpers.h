@@ -5,7 +5,12 @@
 #include <QString>
 #include <QStringView>
 
+#include <optional>
+
 namespace quib {
+
+/// The part of a range that lies in the string; nothing when the range begins outside of it or was not found.
+[[nodiscard]] std::optional<NSRange> rangeCutToString(QStringView string, NSRange range);
 
 /// The whole line or lines that touch the range, terminators included. Terminators: \n, \r, \r\n, U+0085, U+2028,
 /// U+2029.
