@@ -1,0 +1,137 @@
+#include "Folding.h"
+
+#include "AsciiRuns.h"
+
+namespace quib {
+
+namespace {
+
+constexpr char16_t kReplacement = 0xFFFD;
+
+/// The bytes that the text takes, exactly.
+[[nodiscard]] qsizetype utf8Size(const char16_t *units, qsizetype count)
+{
+    qsizetype size = count;
+    qsizetype surrogates = 0;
+    for (qsizetype i = 0; i < count; ++i) {
+        size += (units[i] >= 0x80 ? 1 : 0) + (units[i] >= 0x800 ? 1 : 0);
+        surrogates += (units[i] & 0xF800) == 0xD800 ? 1 : 0;
+    }
+    for (qsizetype i = 0; surrogates > 1 && i + 1 < count; ++i) {
+        if (QChar::isHighSurrogate(units[i]) && QChar::isLowSurrogate(units[i + 1])) {
+            size -= 2;
+            ++i;
+        }
+    }
+    return size;
+}
+
+[[nodiscard]] bool isContinuation(unsigned char byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
+
+/// One sequence of more than one byte at the start of [bytes, limit): its length, or 0 where the bytes are none.
+[[nodiscard]] qsizetype decodeSequence(const unsigned char *bytes, const unsigned char *limit, char32_t *codePoint)
+{
+    const unsigned char lead = *bytes;
+    const qsizetype length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || limit - bytes < length) {
+        return 0;
+    }
+    char32_t value = lead & (0x7FU >> length);
+    for (qsizetype i = 1; i < length; ++i) {
+        if (!isContinuation(bytes[i])) {
+            return 0;
+        }
+        value = (value << 6) | (bytes[i] & 0x3FU);
+    }
+    const char32_t smallest = length == 4 ? 0x10000 : length == 3 ? 0x800 : 0x80;
+    if (value < smallest || value > 0x10FFFF) {
+        return 0;
+    }
+    *codePoint = value;
+    return length;
+}
+
+/// Decodes into room for as many units as there are bytes, or, where lenient is false, for as many as well-formed bytes
+/// need. Gives the number of units, or -1 at the first bad byte where lenient is false.
+template <bool Lenient> [[nodiscard]] qsizetype decode(const char *bytes, qsizetype size, char16_t *out)
+{
+    char16_t *const start = out;
+    qsizetype position = 0;
+    while (position < size) {
+        const qsizetype plain = ascii::copyToUnits(bytes + position, size - position, out);
+        position += plain;
+        out += plain;
+        while (position < size && static_cast<unsigned char>(bytes[position]) >= ascii::kLimit) {
+            char32_t codePoint = kReplacement;
+            const auto *at = reinterpret_cast<const unsigned char *>(bytes);
+            const qsizetype length = decodeSequence(at + position, at + size, &codePoint);
+            if (!Lenient && length == 0) {
+                return -1;
+            }
+            if (codePoint >= 0x10000) {
+                *out++ = QChar::highSurrogate(codePoint);
+                *out++ = QChar::lowSurrogate(codePoint);
+            } else {
+                *out++ = static_cast<char16_t>(codePoint);
+            }
+            position += length == 0 ? 1 : length;
+        }
+    }
+    return out - start;
+}
+
+} // namespace
+
+QByteArray toUtf8Lossless(QStringView text)
+{
+    const char16_t *units = text.utf16();
+    const qsizetype count = text.size();
+    QByteArray out(utf8Size(units, count), Qt::Uninitialized);
+    char *to = out.data();
+    qsizetype position = 0;
+    while (position < count) {
+        const qsizetype plain = ascii::copyToBytes<false>(units + position, count - position, to);
+        position += plain;
+        to += plain;
+        while (position < count && units[position] >= ascii::kLimit) {
+            const char16_t unit = units[position++];
+            if (unit < 0x800) {
+                *to++ = static_cast<char>(0xC0 | (unit >> 6));
+            } else if (QChar::isHighSurrogate(unit) && position < count && QChar::isLowSurrogate(units[position])) {
+                const char32_t codePoint = QChar::surrogateToUcs4(unit, units[position++]);
+                *to++ = static_cast<char>(0xF0 | (codePoint >> 18));
+                *to++ = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+                *to++ = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+                *to++ = static_cast<char>(0x80 | (codePoint & 0x3F));
+                continue;
+            } else {
+                *to++ = static_cast<char>(0xE0 | (unit >> 12));
+                *to++ = static_cast<char>(0x80 | ((unit >> 6) & 0x3F));
+            }
+            *to++ = static_cast<char>(0x80 | (unit & 0x3F));
+        }
+    }
+    return out;
+}
+
+QString fromUtf8Lossless(const char *bytes, qsizetype size)
+{
+    qsizetype units = 0;
+    for (qsizetype i = 0; i < size; ++i) {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        units += (isContinuation(byte) ? 0 : 1) + (byte >= 0xF0 ? 1 : 0);
+    }
+    QString out(units, Qt::Uninitialized);
+    qsizetype written = decode<false>(bytes, size, reinterpret_cast<char16_t *>(out.data()));
+    if (written < 0) {
+        out.resize(size);
+        written = decode<true>(bytes, size, reinterpret_cast<char16_t *>(out.data()));
+    }
+    out.truncate(written);
+    return out;
+}
+
+} // namespace quib
