@@ -1,0 +1,175 @@
+#include "DispatchQueue.h"
+
+#include <QCoreApplication>
+#include <QMetaObject>
+#include <QSemaphore>
+#include <QThread>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <vector>
+
+namespace quib {
+
+namespace {
+
+/// The private queues that the calling thread holds, innermost last.
+std::vector<const DispatchQueue *> &heldQueues()
+{
+    thread_local std::vector<const DispatchQueue *> held;
+    return held;
+}
+
+class MainQueue final : public DispatchQueue
+{
+public:
+    [[nodiscard]] QString name() const override { return QStringLiteral("main"); }
+    void async(std::function<void()> block) override
+    {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(block), Qt::QueuedConnection);
+    }
+    void sync(const std::function<void()> &block) override
+    {
+        if (isCurrent()) {
+            block();
+            return;
+        }
+        QSemaphore done;
+        async([&block, &done] {
+            block();
+            done.release();
+        });
+        done.acquire();
+    }
+    [[nodiscard]] bool isCurrent() const override
+    {
+        const auto *application = QCoreApplication::instance();
+        return application == nullptr || QThread::currentThread() == application->thread();
+    }
+};
+
+/// The threads of all private queues. Never destroyed: a queue may die on one of its threads, and at any moment.
+QThreadPool &queueThreads()
+{
+    static QThreadPool *pool = [] {
+        auto *threads = new QThreadPool;
+        // Blocks wait for other queues, so a thread a queue must be to be had.
+        threads->setMaxThreadCount(256);
+        threads->setExpiryTimeout(5000);
+        return threads;
+    }();
+    return *pool;
+}
+
+/// A queue whose blocks run on a thread of the pool, or on the thread that waits in sync(). Whoever runs a block holds
+/// the queue; blocks take their turns by ticket.
+///
+/// Invariants: (1) at most one thread holds the queue; (2) blocks run in the order of their tickets; (3) at most one
+/// thread of the pool works for the queue.
+class SerialQueue final : public DispatchQueue, public std::enable_shared_from_this<SerialQueue>
+{
+public:
+    explicit SerialQueue(QString name)
+        : m_name(std::move(name))
+    {
+    }
+
+    [[nodiscard]] QString name() const override { return m_name; }
+
+    void async(std::function<void()> block) override
+    {
+        const std::lock_guard lock(m_mutex);
+        m_blocks.push_back({m_nextTicket++, std::move(block)});
+        if (!m_isDraining) {
+            m_isDraining = true;
+            queueThreads().start([self = shared_from_this()] { self->drain(); });
+        }
+    }
+
+    void sync(const std::function<void()> &block) override
+    {
+        if (isCurrent()) {
+            block();
+            return;
+        }
+        std::unique_lock lock(m_mutex);
+        const quint64 ticket = m_nextTicket++;
+        m_turn.wait(lock, [this, ticket] { return m_servedTicket == ticket; });
+        lock.unlock();
+        run(block);
+        finish();
+    }
+
+    [[nodiscard]] bool isCurrent() const override
+    {
+        const auto &held = heldQueues();
+        return std::find(held.begin(), held.end(), this) != held.end();
+    }
+
+private:
+    struct Waiting
+    {
+        quint64 ticket = 0;
+        std::function<void()> block;
+    };
+
+    void drain()
+    {
+        for (;;) {
+            std::unique_lock lock(m_mutex);
+            if (m_blocks.empty()) {
+                m_isDraining = false;
+                return;
+            }
+            Waiting oldest = std::move(m_blocks.front());
+            m_blocks.pop_front();
+            m_turn.wait(lock, [this, &oldest] { return m_servedTicket == oldest.ticket; });
+            lock.unlock();
+            run(oldest.block);
+            oldest.block = nullptr; // what the block holds dies before the next one starts
+            finish();
+        }
+    }
+
+    void run(const std::function<void()> &block) const
+    {
+        heldQueues().push_back(this);
+        block();
+        heldQueues().pop_back();
+    }
+
+    void finish()
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            ++m_servedTicket;
+        }
+        m_turn.notify_all();
+    }
+
+    QString m_name;
+    std::mutex m_mutex;
+    std::condition_variable m_turn;
+    quint64 m_nextTicket = 0;
+    quint64 m_servedTicket = 0;
+    std::deque<Waiting> m_blocks;
+    bool m_isDraining = false;
+};
+
+} // namespace
+
+std::shared_ptr<DispatchQueue> DispatchQueue::main()
+{
+    static const auto queue = std::make_shared<MainQueue>();
+    return queue;
+}
+
+std::shared_ptr<DispatchQueue> DispatchQueue::serial(const QString &name)
+{
+    return std::make_shared<SerialQueue>(name);
+}
+
+} // namespace quib
