@@ -89,9 +89,13 @@ QByteArray toUtf8Lossless(QStringView text)
 {
     const char16_t *units = text.utf16();
     const qsizetype count = text.size();
-    QByteArray out(utf8Size(units, count), Qt::Uninitialized);
-    char *to = out.data();
-    qsizetype position = 0;
+    QByteArray out(count, Qt::Uninitialized);
+    qsizetype position = ascii::copyToBytes<false>(units, count, out.data());
+    if (position == count) {
+        return out;
+    }
+    out.resize(position + utf8Size(units + position, count - position));
+    char *to = out.data() + position;
     while (position < count) {
         const qsizetype plain = ascii::copyToBytes<false>(units + position, count - position, to);
         position += plain;
@@ -119,18 +123,24 @@ QByteArray toUtf8Lossless(QStringView text)
 
 QString fromUtf8Lossless(const char *bytes, qsizetype size)
 {
-    qsizetype units = 0;
-    for (qsizetype i = 0; i < size; ++i) {
+    QString out(size, Qt::Uninitialized);
+    const qsizetype plain = ascii::copyToUnits(bytes, size, reinterpret_cast<char16_t *>(out.data()));
+    if (plain == size) {
+        return out;
+    }
+    qsizetype units = plain;
+    for (qsizetype i = plain; i < size; ++i) {
         const auto byte = static_cast<unsigned char>(bytes[i]);
         units += (isContinuation(byte) ? 0 : 1) + (byte >= 0xF0 ? 1 : 0);
     }
-    QString out(units, Qt::Uninitialized);
-    qsizetype written = decode<false>(bytes, size, reinterpret_cast<char16_t *>(out.data()));
+    out.resize(units);
+    out.squeeze();
+    qsizetype written = decode<false>(bytes + plain, size - plain, reinterpret_cast<char16_t *>(out.data()) + plain);
     if (written < 0) {
         out.resize(size);
-        written = decode<true>(bytes, size, reinterpret_cast<char16_t *>(out.data()));
+        written = decode<true>(bytes + plain, size - plain, reinterpret_cast<char16_t *>(out.data()) + plain);
     }
-    out.truncate(written);
+    out.truncate(plain + written);
     return out;
 }
 
