@@ -1,10 +1,14 @@
 #include "NSStringHelpers.h"
 
+#include "AsciiRuns.h"
+
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <vector>
 
 #include <unicode/ubrk.h>
+#include <unicode/ustring.h>
 
 namespace quib {
 
@@ -152,6 +156,28 @@ QString trimmedWhitespace(QStringView string)
 QString trimmedWhitespaceAndNewlines(QStringView string)
 {
     return trimmed(string, isWhitespaceOrNewline);
+}
+
+QString lowercaseString(QStringView string)
+{
+    QString lower(string.size(), Qt::Uninitialized);
+    const qsizetype plain =
+        ascii::copyLowered(string.utf16(), string.size(), reinterpret_cast<char16_t *>(lower.data()));
+    if (plain == string.size()) {
+        return lower;
+    }
+    // A unit becomes three at most; the final sigma needs its neighbours, so the text goes to ICU whole.
+    if (string.size() > std::numeric_limits<int32_t>::max() / 3) {
+        return string.toString().toLower();
+    }
+    lower.resize(3 * string.size());
+    UErrorCode status = U_ZERO_ERROR;
+    const int32_t size =
+        u_strToLower(reinterpret_cast<UChar *>(lower.data()), static_cast<int32_t>(lower.size()),
+                     reinterpret_cast<const UChar *>(string.utf16()), static_cast<int32_t>(string.size()), "", &status);
+    lower.truncate(size);
+    lower.squeeze();
+    return lower;
 }
 
 NSRange rangeForRemovingCharactersInRangeLeavingNoGaps(QStringView string, NSRange range)

@@ -25,6 +25,9 @@ namespace quib {
 [[nodiscard]] bool isNewline(char16_t unit);
 [[nodiscard]] bool isWhitespaceOrNewline(char16_t unit);
 
+/// The text in lower case, by the full rules of Unicode and of no language in particular.
+[[nodiscard]] QString lowercaseString(QStringView string);
+
 /// Widens a range so that removing it leaves no double or stray blank behind.
 [[nodiscard]] NSRange rangeForRemovingCharactersInRangeLeavingNoGaps(QStringView string, NSRange range);
 /// Removes a string again and again, each time by that rule; the rule is evaluated on the original string while the

@@ -94,6 +94,15 @@ TEST(WhiteSpace, KnowsBlanksFromLineEnds)
     EXPECT_EQ(quib::trimmedWhitespaceAndNewlines(u" \n "), u""_s);
 }
 
+TEST(LowercaseString, FollowsNoLanguage)
+{
+    EXPECT_EQ(quib::lowercaseString(u"ABC xyz @[`{"), u"abc xyz @[`{"_s);
+    EXPECT_EQ(quib::lowercaseString(u"ÀÉ I\u0130"), u"àé ii\u0307"_s);
+    EXPECT_EQ(quib::lowercaseString(u"ΟΔΟΣ/ΣΑΣ"), u"οδος/σας"_s);
+    const QString odd = QString(QChar(0xD800)) + u"A\uFEFF"_s;
+    EXPECT_EQ(quib::lowercaseString(odd), QString(QChar(0xD800)) + u"a\uFEFF"_s);
+}
+
 TEST(RemovingWithoutGaps, TakesOneNeighbouringBlank)
 {
     const std::pair<QString, QString> cases[] = {
