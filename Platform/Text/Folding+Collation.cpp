@@ -1,10 +1,10 @@
 #include "Folding.h"
 
-#include <cstring>
+#include "UserLocale.h"
+
 #include <memory>
 
 #include <unicode/ucol.h>
-#include <unicode/uloc.h>
 
 namespace quib {
 
@@ -15,17 +15,12 @@ struct CollatorCloser
     void operator()(UCollator *collator) const { ucol_close(collator); }
 };
 
-/// The collator of the user's language. The C locale has none worth the name (it compares ASCII codes), so English
-/// stands in for it. Comparing and making keys don't change a collator, so all threads share this one.
+/// The collator of the user's language. Comparing and making keys don't change it, so all threads share this one.
 [[nodiscard]] const UCollator *collator()
 {
     static const std::unique_ptr<UCollator, CollatorCloser> s_collator = [] {
-        const char *locale = uloc_getDefault();
-        if (std::strstr(locale, "POSIX") != nullptr || std::strlen(locale) < 2) {
-            locale = "en";
-        }
         UErrorCode status = U_ZERO_ERROR;
-        std::unique_ptr<UCollator, CollatorCloser> opened(ucol_open(locale, &status));
+        std::unique_ptr<UCollator, CollatorCloser> opened(ucol_open(userLocale(), &status));
         if (U_SUCCESS(status)) {
             ucol_setAttribute(opened.get(), UCOL_NUMERIC_COLLATION, UCOL_ON, &status);
             ucol_setAttribute(opened.get(), UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
