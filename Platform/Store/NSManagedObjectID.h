@@ -26,7 +26,7 @@ public:
 
     /// Two identities are equal when they name the same row of the same table.
     friend bool operator==(const NSManagedObjectID &a, const NSManagedObjectID &b);
-    friend size_t qHash(const NSManagedObjectID &identity, size_t seed);
+    friend size_t qHash(const NSManagedObjectID &identity, size_t seed) noexcept;
 
 private:
     const NSEntityDescription *m_entity = nullptr;

@@ -81,7 +81,7 @@ public:
     [[nodiscard]] bool isAbstract() const { return m_isAbstract; }
     [[nodiscard]] const NSEntityDescription *superentity() const { return m_superentity; }
     /// The entity at the top of the inheritance: its name is the name of the table.
-    [[nodiscard]] const NSEntityDescription *rootEntity() const;
+    [[nodiscard]] const NSEntityDescription *rootEntity() const { return m_rootEntity; }
     /// This entity and everything below it.
     [[nodiscard]] QList<const NSEntityDescription *> withSubentities() const;
     [[nodiscard]] bool isKindOfEntity(const NSEntityDescription *other) const;
@@ -92,18 +92,33 @@ public:
     [[nodiscard]] const std::vector<NSRelationshipDescription> &relationships() const { return m_relationships; }
     [[nodiscard]] const NSAttributeDescription *attributeNamed(const QString &name) const;
     [[nodiscard]] const NSRelationshipDescription *relationshipNamed(const QString &name) const;
-    /// Slots of a RowSnapshot: one an attribute, then one a to-one relationship.
-    [[nodiscard]] int slotCount() const { return m_slotCount; }
+    /// Slots of a RowSnapshot: one an attribute, then one a to-one relationship. At most 64.
+    [[nodiscard]] int slotCount() const { return static_cast<int>(m_slots.size()); }
+    /// How a RowSnapshot holds one slot.
+    struct SlotLayout
+    {
+        NSAttributeType type = NSAttributeType::String;
+        /// A key of the target row; type is Int64.
+        const NSRelationshipDescription *relationship = nullptr;
+        /// Units: bytes from the start of the packed values.
+        quint32 offset = 0;
+    };
+    [[nodiscard]] const SlotLayout &slotLayout(int slot) const { return m_slots[static_cast<size_t>(slot)]; }
+    /// Units: bytes of the packed values.
+    [[nodiscard]] quint32 packedSize() const { return m_packedSize; }
 
     /// Groups of attribute names covered by one index, in order; a leading "-" sorts descending.
     [[nodiscard]] const QList<QStringList> &compoundIndexes() const { return m_compoundIndexes; }
 
 private:
     friend class NSManagedObjectModel;
+    friend struct ModelReader;
     QString m_name;
     bool m_isAbstract = false;
     int m_code = 0;
-    int m_slotCount = 0;
+    quint32 m_packedSize = 0;
+    std::vector<SlotLayout> m_slots;
+    const NSEntityDescription *m_rootEntity = nullptr;
     const NSEntityDescription *m_superentity = nullptr;
     QList<const NSEntityDescription *> m_subentities;
     std::vector<NSAttributeDescription> m_attributes;
@@ -131,6 +146,7 @@ public:
     [[nodiscard]] const NSEntityDescription *entityNamed(const QString &name) const;
 
 private:
+    friend struct ModelReader;
     QString m_versionIdentifier;
     QByteArray m_versionHash;
     std::vector<std::unique_ptr<NSEntityDescription>> m_entities;

@@ -4,6 +4,7 @@
 #include "NSManagedObjectModel.h"
 #include "Value.h"
 
+#include <atomic>
 #include <utility>
 
 namespace quib {
@@ -47,6 +48,9 @@ public:
     /// Writes; makes the slot present. Nothing in a number or boolean becomes its default.
     void setValueAt(int slot, const Value &value);
     void setStringAt(int slot, QString value);
+    /// Booleans and whole numbers; out of an Int16 is cut to its bounds.
+    void setNumberAt(int slot, qint64 value);
+    void setDateAt(int slot, double secondsSince1970);
     void setTargetAt(int slot, const NSManagedObjectID &target);
 
     /// True when both hold the same in a slot that is present in both.
@@ -57,8 +61,18 @@ public:
 
 private:
     friend class RowSnapshotRef;
-    RowSnapshot() = default;
-    ~RowSnapshot() = default;
+    explicit RowSnapshot(const NSEntityDescription *entity);
+    ~RowSnapshot();
+    static RowSnapshot *allocate(const NSEntityDescription *entity);
+    static void destroy(RowSnapshot *row);
+    [[nodiscard]] char *slotAddress(int slot) const;
+
+    // The packed values follow the object in the same block.
+    mutable std::atomic<int> m_references{0};
+    const NSEntityDescription *m_entity;
+    qint64 m_version = 0;
+    quint64 m_present = 0; // bit i: slot i is present
+    quint64 m_null = 0;    // bit i: slot i is nothing
 };
 
 /// A counted handle of a snapshot; null by default.
@@ -66,10 +80,7 @@ class RowSnapshotRef
 {
 public:
     RowSnapshotRef() = default;
-    explicit RowSnapshotRef(RowSnapshot *adopted)
-        : m_row(adopted)
-    {
-    }
+    explicit RowSnapshotRef(RowSnapshot *row);
     RowSnapshotRef(const RowSnapshotRef &other);
     RowSnapshotRef(RowSnapshotRef &&other) noexcept
         : m_row(std::exchange(other.m_row, nullptr))
