@@ -12,9 +12,9 @@ namespace quib {
 /// The most bytes that a text read from outside may have.
 inline constexpr qint64 kMaximumTextBytes = 512LL * 1024 * 1024;
 
-/// Decodes a text of UTF-8, or of UTF-16 where a byte-order mark tells so. The mark itself is no part of the text; every
-/// other character is, U+0000 included.
-/// Errors: nullopt, FileReadCorruptFile; the message has the name and the offset of the first byte that is not text.
+/// Decodes a text of UTF-8, or of UTF-16 where a byte-order mark tells so. The mark itself is no part of the text;
+/// every other character is, U+0000 included. Errors: nullopt, FileReadCorruptFile; the message has the name and the
+/// offset of the first byte that is not text.
 [[nodiscard]] std::optional<QString> decodePlainText(const QByteArray &bytes, const QString &name, NSError *error);
 
 /// Reads and decodes a file; "-" is standard input.
