@@ -1,8 +1,11 @@
 #include <Text/Folding.h>
 
 #include <Platform/Text/RandomText.h>
+#include <Support/TestSeed.h>
 
 #include <gtest/gtest.h>
+
+#include <QStringList>
 
 #include <unicode/uchar.h>
 #include <unicode/unorm2.h>
@@ -11,7 +14,7 @@
 using namespace Qt::StringLiterals;
 using namespace quib;
 using quib::tests::randomText;
-using quib::tests::testSeed;
+using quib::tests::TestSeed;
 
 namespace {
 
@@ -144,9 +147,8 @@ TEST(Folding, EqualsTheRuleForEveryCodePoint)
 
 TEST(Folding, EqualsTheRuleForRandomTexts)
 {
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
     for (int round = 0; round < 20'000; ++round) {
         const QString text = randomText(random, foldingAlphabet(), 40);
         for (const FoldOption option : kEveryOption) {
@@ -158,9 +160,8 @@ TEST(Folding, EqualsTheRuleForRandomTexts)
 
 TEST(Folding, OfJoinedTextsIsTheJoinedFolds)
 {
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
     for (int round = 0; round < 20'000; ++round) {
         const QString first = randomText(random, foldingAlphabet(), 20);
         const QString second = randomText(random, foldingAlphabet(), 20);
@@ -184,9 +185,8 @@ TEST(Folding, OfJoinedTextsIsTheJoinedFolds)
 TEST(Folding, IsTheSameInLongTexts)
 {
     // Longer than any buffer, with runs of all lengths between the switches from ASCII to other scripts.
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
     QString text;
     while (text.size() < 100'000) {
         text += QString(static_cast<qsizetype>(random() % 70), u'Q') + randomText(random, foldingAlphabet(), 5);
@@ -210,9 +210,8 @@ TEST(Utf8Lossless, ReturnsEveryText)
     EXPECT_TRUE(toUtf8Lossless(u"").isEmpty());
     EXPECT_TRUE(fromUtf8Lossless(nullptr, 0).isEmpty());
 
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
     for (int round = 0; round < 20'000; ++round) {
         QString text = randomText(random, foldingAlphabet(), 60);
         for (size_t i = random() % 20; i > 0; --i) {
@@ -241,9 +240,8 @@ TEST(Utf8Lossless, ReplacesEachBadByte)
     for (const auto &[bytes, expected] : cases) {
         EXPECT_EQ(fromUtf8Lossless(bytes.constData(), bytes.size()), expected) << bytes.toHex().toStdString();
     }
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
     for (int round = 0; round < 20'000; ++round) {
         QByteArray bytes;
         for (size_t i = random() % 30; i > 0; --i) {
@@ -280,9 +278,8 @@ TEST(Collation, TellsDifferentStringsApart)
 
 TEST(Collation, SortKeysOrderAsTheComparison)
 {
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
     const QString alphabet = foldingAlphabet() + u"0123456789012345678901-_.#/"_s;
     for (int round = 0; round < 30'000; ++round) {
         const QString a = randomText(random, alphabet, 8);

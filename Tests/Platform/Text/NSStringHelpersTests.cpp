@@ -1,6 +1,7 @@
 #include <Text/NSStringHelpers.h>
 
 #include <Platform/Text/RandomText.h>
+#include <Support/TestSeed.h>
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,7 @@
 
 using namespace Qt::StringLiterals;
 using quib::tests::randomText;
-using quib::tests::testSeed;
+using quib::tests::TestSeed;
 
 namespace {
 
@@ -133,9 +134,8 @@ TEST(RemovingWithoutGaps, RemovesAgainAndAgain)
 
 TEST(RemovingWithoutGaps, EqualsThePlainLoop)
 {
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
     for (int round = 0; round < 20'000; ++round) {
         const QString text = randomText(random, u"aab \n", 16);
         const QString occurrence = randomText(random, u"ab ", 3);
@@ -152,9 +152,8 @@ TEST(RemovingWithoutGaps, EqualsThePlainLoop)
 TEST(CleanConcatenatedString, EqualsTheReplacementsOneAfterTheOther)
 {
     EXPECT_EQ(quib::qbCleanConcatenatedString(u" a\n\nb\tc \t d\u00A0e\n"_s), u"a b c d\u00A0e"_s);
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
     const QRegularExpression gaps(u"\\s\\s+|\\t+"_s, QRegularExpression::UseUnicodePropertiesOption);
     for (int round = 0; round < 20'000; ++round) {
         const QString text = randomText(random, u"ab \n\t\r\u00A0\u2028", 12);
