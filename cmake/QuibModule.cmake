@@ -10,6 +10,7 @@ function(quib_module name)
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/Platform" "${PROJECT_SOURCE_DIR}/Core")
   target_link_libraries(${name} PUBLIC QuibOptions Qt6::Core ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE})
   quib_precompile(${name})
+  set_property(GLOBAL APPEND PROPERTY QUIB_MODULES ${name})
 endfunction()
 
 # quib_precompile(NAME): Qt and standard headers only; the build passes without it (QUIB_PCH=OFF).
@@ -33,4 +34,10 @@ function(quib_test name)
   quib_precompile(${name})
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Europe/Rome;LC_ALL=C.UTF-8")
+endfunction()
+
+# quib_link_all_modules(NAME): links every module of Platform and Core, for programs that stand outside the layers.
+function(quib_link_all_modules name)
+  get_property(modules GLOBAL PROPERTY QUIB_MODULES)
+  target_link_libraries(${name} PRIVATE ${modules})
 endfunction()
