@@ -10,8 +10,11 @@
 #include <QHash>
 #include <QList>
 #include <QSet>
+#include <QStringList>
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quib {
@@ -149,4 +152,6 @@ public:
                                                    const LazyVisitor &visit, NSError *error) = 0;
     /// A number that any committed write by anyone changes: cheap to ask, for telling that something changed outside.
     [[nodiscard]] virtual std::optional<qint64> changeCounter(NSError *error) = 0;
+    /// What is wrong with the file itself, a line each; empty for a sound one.
+    [[nodiscard]] virtual std::optional<QStringList> integrityProblems(NSError *error) = 0;
 };

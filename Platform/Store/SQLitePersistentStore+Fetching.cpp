@@ -1,0 +1,445 @@
+#include "SQLNames.h"
+#include "SQLPredicateCompiler.h"
+#include "SQLiteDatabase_p.h"
+#include "SQLitePersistentStore.h"
+#include "SQLitePersistentStore_p.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quib {
+
+const NSEntityDescription *SQLitePersistentStore::requestedEntity(const NSFetchRequest &request, NSError *error) const
+{
+    const auto *entity = m_model->entityNamed(request.entityName);
+    if (entity == nullptr) {
+        m_database->fail(error, NSCocoaErrorCode::FileReadUnknown, u"no entity \"%1\""_s.arg(request.entityName));
+    }
+    return entity;
+}
+
+SQLitePersistentStore::ColumnPlan SQLitePersistentStore::planFor(const NSEntityDescription *entity,
+                                                                 const QStringList &properties) const
+{
+    ColumnPlan plan;
+    plan.entity = entity;
+    plan.hasEntityColumn = SQLNames::hasEntityColumn(entity);
+    plan.columns = "t0._pk, t0._version";
+    if (plan.hasEntityColumn) {
+        plan.columns += ", t0._entity";
+    }
+    QStringList names;
+    for (const auto *candidate : entity->withSubentities()) {
+        for (const NSAttributeDescription &attribute : candidate->attributes()) {
+            if (!attribute.isLazy && !names.contains(attribute.name) &&
+                (properties.isEmpty() || properties.contains(attribute.name))) {
+                names.append(attribute.name);
+            }
+        }
+        for (const NSRelationshipDescription &relationship : candidate->relationships()) {
+            if (!relationship.isToMany && !names.contains(relationship.name) &&
+                (properties.isEmpty() || properties.contains(relationship.name))) {
+                names.append(relationship.name);
+            }
+        }
+    }
+    for (const QString &name : std::as_const(names)) {
+        plan.columns += ", t0." + SQLNames::column(name);
+    }
+    for (const auto *candidate : entity->withSubentities()) {
+        std::vector<int> indexes;
+        for (const QString &name : std::as_const(names)) {
+            if (const auto *attribute = candidate->attributeNamed(name)) {
+                indexes.push_back(attribute->slot);
+            } else {
+                const auto *relationship = candidate->relationshipNamed(name);
+                indexes.push_back(relationship != nullptr ? relationship->slot : -1);
+            }
+        }
+        plan.slotsOf.push_back({candidate, std::move(indexes)});
+    }
+    return plan;
+}
+
+StoredRow SQLitePersistentStore::readRow(const SQLiteStatement &statement, const ColumnPlan &plan) const
+{
+    const qint64 key = statement.integer(0);
+    const auto *entity = plan.hasEntityColumn ? entityWithCode(statement.integer(2), plan.entity) : plan.entity;
+    const auto *slotsOf = &plan.slotsOf.front();
+    for (const auto &candidate : plan.slotsOf) {
+        if (candidate.entity == entity) {
+            slotsOf = &candidate;
+        }
+    }
+    StoredRow stored{NSManagedObjectID(slotsOf->entity, key), RowSnapshot::makeEmpty(slotsOf->entity)};
+    RowSnapshot *row = stored.snapshot.edit();
+    row->setVersion(statement.integer(1));
+    int column = plan.hasEntityColumn ? 3 : 2;
+    for (const int slot : slotsOf->indexes) {
+        if (slot >= 0) {
+            readSlot(statement, column, *row, slot);
+        }
+        ++column;
+    }
+    return stored;
+}
+
+SQLiteStatement SQLitePersistentStore::select(const NSFetchRequest &request, const NSEntityDescription *entity,
+                                              const QByteArray &columns, bool isOrdered, NSError *error)
+{
+    QByteArray sql = "SELECT " + columns + " FROM " + SQLNames::table(entity) + " t0";
+    QList<Value> bindings;
+    QByteArray condition;
+    if (SQLNames::hasEntityColumn(entity)) {
+        QByteArray codes;
+        for (const auto *candidate :
+             request.includesSubentities ? entity->withSubentities() : QList<const NSEntityDescription *>{entity}) {
+            codes += (codes.isEmpty() ? "" : ", ") + QByteArray::number(candidate->code());
+        }
+        condition = "t0._entity IN (" + codes + ')';
+    }
+    if (request.predicate) {
+        const auto compiled = compilePredicate(*request.predicate, entity, error);
+        if (!compiled) {
+            return {};
+        }
+        condition += (condition.isEmpty() ? "" : " AND ") + compiled->sql;
+        bindings = compiled->bindings;
+    }
+    if (!condition.isEmpty()) {
+        sql += " WHERE " + condition;
+    }
+    if (isOrdered) {
+        const auto order = compileOrder(request.sortDescriptors, entity, error);
+        if (!order) {
+            return {};
+        }
+        sql += " ORDER BY " + *order;
+    }
+    if (request.fetchLimit > 0) {
+        sql += " LIMIT ?";
+        bindings.append(Value(request.fetchLimit));
+    }
+    SQLiteStatement statement = m_database->prepare(sql, error);
+    if (statement) {
+        for (qsizetype i = 0; i < bindings.size(); ++i) {
+            statement.bind(static_cast<int>(i) + 1, bindings[i]);
+        }
+    }
+    return statement;
+}
+
+std::optional<QList<StoredRow>> SQLitePersistentStore::fetch(const NSFetchRequest &request, NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto *entity = requestedEntity(request, error);
+    if (entity == nullptr) {
+        return std::nullopt;
+    }
+    const ColumnPlan plan = planFor(entity, request.propertiesToFetch);
+    const SQLiteStatement statement = select(request, entity, plan.columns, /*isOrdered=*/true, error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    QList<StoredRow> rows;
+    auto &cursor = const_cast<SQLiteStatement &>(statement);
+    int result = cursor.step();
+    for (; result == SQLITE_ROW; result = cursor.step()) {
+        rows.append(readRow(statement, plan));
+    }
+    if (result != SQLITE_DONE) {
+        m_database->fail(error, "read");
+        return std::nullopt;
+    }
+    return rows;
+}
+
+std::optional<QList<NSManagedObjectID>> SQLitePersistentStore::fetchIDs(const NSFetchRequest &request, NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto *entity = requestedEntity(request, error);
+    if (entity == nullptr) {
+        return std::nullopt;
+    }
+    const bool hasCode = SQLNames::hasEntityColumn(entity);
+    SQLiteStatement statement =
+        select(request, entity, hasCode ? "t0._pk, t0._entity" : "t0._pk", /*isOrdered=*/true, error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    QList<NSManagedObjectID> identities;
+    int result = statement.step();
+    for (; result == SQLITE_ROW; result = statement.step()) {
+        identities.append(
+            NSManagedObjectID(hasCode ? entityWithCode(statement.integer(1), entity) : entity, statement.integer(0)));
+    }
+    if (result != SQLITE_DONE) {
+        m_database->fail(error, "read");
+        return std::nullopt;
+    }
+    return identities;
+}
+
+std::optional<qint64> SQLitePersistentStore::count(const NSFetchRequest &request, NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto *entity = requestedEntity(request, error);
+    if (entity == nullptr) {
+        return std::nullopt;
+    }
+    NSFetchRequest unlimited = request;
+    unlimited.fetchLimit = 0;
+    SQLiteStatement statement = select(unlimited, entity, "COUNT(*)", /*isOrdered=*/false, error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    if (statement.step() != SQLITE_ROW) {
+        m_database->fail(error, "count");
+        return std::nullopt;
+    }
+    const qint64 all = statement.integer(0);
+    return request.fetchLimit > 0 ? std::min(all, request.fetchLimit) : all;
+}
+
+std::optional<QList<QList<Value>>>
+SQLitePersistentStore::fetchDictionaries(const NSFetchRequest &request, const QStringList &attributes, NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto *entity = requestedEntity(request, error);
+    if (entity == nullptr) {
+        return std::nullopt;
+    }
+    QByteArray columns;
+    QList<const NSAttributeDescription *> wanted;
+    for (const QString &name : attributes) {
+        const auto *attribute = entity->attributeNamed(name);
+        if (attribute == nullptr) {
+            m_database->fail(error, NSCocoaErrorCode::FileReadUnknown,
+                             u"%1 has no attribute \"%2\""_s.arg(entity->name(), name));
+            return std::nullopt;
+        }
+        wanted.append(attribute);
+        columns += columns.isEmpty() ? "" : ", ";
+        if (attribute->isLazy) {
+            columns += "(SELECT " + SQLNames::column(name) + " FROM " + SQLNames::lazyTable(entity, name) +
+                       " l WHERE l._pk = t0._pk)";
+        } else {
+            columns += "t0." + SQLNames::column(name);
+        }
+    }
+    SQLiteStatement statement = select(request, entity, columns.isEmpty() ? "1" : columns, /*isOrdered=*/true, error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    QList<QList<Value>> rows;
+    int result = statement.step();
+    for (; result == SQLITE_ROW; result = statement.step()) {
+        QList<Value> row;
+        for (qsizetype i = 0; i < wanted.size(); ++i) {
+            row.append(readValue(statement, static_cast<int>(i), wanted[i]->type));
+        }
+        rows.append(row);
+    }
+    if (result != SQLITE_DONE) {
+        m_database->fail(error, "read");
+        return std::nullopt;
+    }
+    return rows;
+}
+
+std::optional<StoredRow> SQLitePersistentStore::readRowWithKey(const NSManagedObjectID &objectID, NSError *error)
+{
+    const auto *root = objectID.entity()->rootEntity();
+    const ColumnPlan plan = planFor(root, {});
+    SQLiteStatement statement = m_database->prepare(
+        "SELECT " + plan.columns + " FROM " + SQLNames::table(root) + " t0 WHERE t0._pk = ?", error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    statement.bindInteger(1, objectID.key());
+    const int result = statement.step();
+    if (result == SQLITE_ROW) {
+        return readRow(statement, plan);
+    }
+    if (result != SQLITE_DONE) {
+        m_database->fail(error, "read");
+        return std::nullopt;
+    }
+    return StoredRow{objectID, {}};
+}
+
+std::optional<StoredRow> SQLitePersistentStore::row(const NSManagedObjectID &objectID, NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    return readRowWithKey(objectID, error);
+}
+
+std::optional<NSPersistentStore::LazyValue> SQLitePersistentStore::readLazyValue(const NSManagedObjectID &objectID,
+                                                                                 int slot, NSError *error)
+{
+    const auto &attribute = objectID.entity()->attributes()[static_cast<size_t>(slot)];
+    const auto *entity = objectID.entity();
+    SQLiteStatement statement = m_database->prepare(
+        "SELECT t0._version, l." + SQLNames::column(attribute.name) + " FROM " + SQLNames::table(entity) +
+            " t0 LEFT JOIN " + SQLNames::lazyTable(entity, attribute.name) + " l ON l._pk = t0._pk WHERE t0._pk = ?",
+        error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    statement.bindInteger(1, objectID.key());
+    const int result = statement.step();
+    if (result == SQLITE_ROW) {
+        return LazyValue{readValue(statement, 1, attribute.type), statement.integer(0), true};
+    }
+    if (result != SQLITE_DONE) {
+        m_database->fail(error, "read");
+        return std::nullopt;
+    }
+    return LazyValue{};
+}
+
+std::optional<NSPersistentStore::LazyValue> SQLitePersistentStore::lazyValue(const NSManagedObjectID &objectID,
+                                                                             int slot, NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    return readLazyValue(objectID, slot, error);
+}
+
+std::optional<QList<NSManagedObjectID>> SQLitePersistentStore::targets(const NSManagedObjectID &objectID,
+                                                                       const NSRelationshipDescription *relationship,
+                                                                       NSError *error)
+{
+    const auto found = targetsForObjects({objectID}, relationship, error);
+    return found ? std::optional(found->value(objectID)) : std::nullopt;
+}
+
+std::optional<QHash<NSManagedObjectID, QList<NSManagedObjectID>>>
+SQLitePersistentStore::targetsForObjects(const QList<NSManagedObjectID> &objectIDs,
+                                         const NSRelationshipDescription *relationship, NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto *destination = relationship->destinationEntity;
+    const bool hasCode = SQLNames::hasEntityColumn(destination);
+    const QByteArray code = hasCode ? ", d._entity" : ", 0";
+    QByteArray sql;
+    if (relationship->isManyToMany()) {
+        const QByteArray other = SQLNames::joinOtherColumn(relationship);
+        sql = "SELECT j." + other + code + " FROM " + SQLNames::joinTable(relationship) + " j";
+        if (hasCode) {
+            sql += " JOIN " + SQLNames::table(destination) + " d ON d._pk = j." + other;
+        }
+        sql += " WHERE j." + SQLNames::joinOwnColumn(relationship) + " = ? ORDER BY 1";
+    } else {
+        sql = "SELECT d._pk" + code + " FROM " + SQLNames::table(destination) + " d WHERE d." +
+              SQLNames::column(relationship->inverseName) + " = ? ORDER BY 1";
+    }
+    QHash<NSManagedObjectID, QList<NSManagedObjectID>> found;
+    SQLiteStatement statement = m_database->prepare(sql, error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    for (const NSManagedObjectID &objectID : objectIDs) {
+        statement.bindInteger(1, objectID.key());
+        QList<NSManagedObjectID> targets;
+        int result = statement.step();
+        for (; result == SQLITE_ROW; result = statement.step()) {
+            targets.append(NSManagedObjectID(hasCode ? entityWithCode(statement.integer(1), destination) : destination,
+                                             statement.integer(0)));
+        }
+        if (result != SQLITE_DONE) {
+            m_database->fail(error, "read");
+            return std::nullopt;
+        }
+        statement.reset();
+        found.insert(objectID, targets);
+    }
+    return found;
+}
+
+bool SQLitePersistentStore::enumerateLazyValues(const NSEntityDescription *entity, int slot, const LazyVisitor &visit,
+                                                NSError *error)
+{
+    constexpr int kBatch = 256;
+    struct Row
+    {
+        qint64 key;
+        qint64 version;
+        qint64 code;
+        Value value;
+    };
+    const auto &attribute = entity->attributes()[static_cast<size_t>(slot)];
+    const bool hasCode = SQLNames::hasEntityColumn(entity);
+    const QByteArray sql = "SELECT t0._pk, t0._version, " + QByteArray(hasCode ? "t0._entity" : "0") + ", l." +
+                           SQLNames::column(attribute.name) + " FROM " + SQLNames::table(entity) + " t0 LEFT JOIN " +
+                           SQLNames::lazyTable(entity, attribute.name) +
+                           " l ON l._pk = t0._pk WHERE t0._pk > ? ORDER BY t0._pk LIMIT " + QByteArray::number(kBatch);
+    qint64 last = 0;
+    for (;;) {
+        QList<Row> batch;
+        {
+            const std::lock_guard lock(m_mutex);
+            SQLiteStatement statement = m_database->prepare(sql, error);
+            if (!statement) {
+                return false;
+            }
+            statement.bindInteger(1, last);
+            int result = statement.step();
+            for (; result == SQLITE_ROW; result = statement.step()) {
+                batch.append({statement.integer(0), statement.integer(1), statement.integer(2),
+                              readValue(statement, 3, attribute.type)});
+            }
+            if (result != SQLITE_DONE) {
+                return m_database->fail(error, "read");
+            }
+        }
+        if (batch.isEmpty()) {
+            return true;
+        }
+        last = batch.constLast().key;
+        for (const Row &row : std::as_const(batch)) {
+            const NSManagedObjectID objectID(hasCode ? entityWithCode(row.code, entity) : entity, row.key);
+            if (!visit(objectID, row.version, row.value)) {
+                return true;
+            }
+        }
+    }
+}
+
+std::optional<qint64> SQLitePersistentStore::changeCounter(NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto version = m_database->scalar("PRAGMA data_version", error);
+    if (!version) {
+        return std::nullopt;
+    }
+    // data_version moves with the commits of others only; save() counts our own.
+    const qint64 number = valueOr<QString>(*version).toLongLong();
+    if (m_lastDataVersion != -1 && number != m_lastDataVersion) {
+        ++m_changeCounter;
+    }
+    m_lastDataVersion = number;
+    return m_changeCounter;
+}
+
+std::optional<QStringList> SQLitePersistentStore::integrityProblems(NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    SQLiteStatement statement = m_database->prepare("PRAGMA integrity_check(100)", error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    QStringList problems;
+    int result = statement.step();
+    for (; result == SQLITE_ROW; result = statement.step()) {
+        const QString line = statement.text(0);
+        if (line != u"ok"_s) {
+            problems.append(line);
+        }
+    }
+    if (result != SQLITE_DONE) {
+        m_database->fail(error, "check");
+        return std::nullopt;
+    }
+    return problems;
+}
+
+} // namespace quib

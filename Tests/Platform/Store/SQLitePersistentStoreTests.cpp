@@ -1,0 +1,238 @@
+#include "StoreFixture.h"
+
+#include <Store/SQLitePersistentStore.h>
+
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using quib::RowSnapshot;
+using quib::RowSnapshotRef;
+using quib::SaveRequest;
+using quib::SaveResult;
+using quib::Value;
+
+namespace {
+
+class SQLiteStore : public testing::Test
+{
+protected:
+    std::unique_ptr<quib::SQLitePersistentStore> open(NSPersistentStoreOptions options = {})
+    {
+        m_error = {};
+        options.busyTimeout = 0.2;
+        return quib::SQLitePersistentStore::open(m_path, m_model, options, &m_error);
+    }
+    RowSnapshotRef noteRow(const QString &identifier, const QString &text, const QString &title)
+    {
+        RowSnapshotRef row = RowSnapshot::make(m_note);
+        set(row, u"uniqueIdentifier"_s, identifier);
+        set(row, u"text"_s, text);
+        set(row, u"title"_s, title);
+        set(row, u"creationDate"_s, NSDate::dateWithTimeIntervalSince1970(1234567890.123456));
+        return row;
+    }
+    static void set(RowSnapshotRef &row, const QString &key, const Value &value)
+    {
+        row.edit()->setValueAt(row->entity()->attributeNamed(key)->slot, value);
+    }
+    static Value get(const RowSnapshotRef &row, const QString &key)
+    {
+        return row->valueAt(row->entity()->attributeNamed(key)->slot);
+    }
+    NSManagedObjectID insert(NSPersistentStore &store, const RowSnapshotRef &row)
+    {
+        const NSManagedObjectID temporary(row->entity(), -1);
+        SaveRequest request;
+        request.insertions.append({temporary, row});
+        const SaveResult result = store.save(request);
+        EXPECT_EQ(result.outcome, SaveResult::Outcome::Saved) << result.error.localizedDescription().toStdString();
+        return result.permanentIDs.value(temporary);
+    }
+    static std::vector<bool> slot(const NSEntityDescription *entity, const QString &key)
+    {
+        std::vector<bool> chosen(static_cast<size_t>(entity->slotCount()));
+        const auto *attribute = entity->attributeNamed(key);
+        chosen[static_cast<size_t>(attribute != nullptr ? attribute->slot : entity->relationshipNamed(key)->slot)] =
+            true;
+        return chosen;
+    }
+
+    quib::tests::TemporaryFolder m_folder;
+    QString m_path = m_folder.path() + u"/database.sqlite"_s;
+    std::shared_ptr<const NSManagedObjectModel> m_model = currentModel();
+    const NSEntityDescription *m_note = m_model->entityNamed(u"QBNote"_s);
+    NSError m_error;
+};
+
+} // namespace
+
+TEST_F(SQLiteStore, RowsComeBackAsTheyWereWhateverTheTextHolds)
+{
+    const QString text = u"\uFEFFa\0b"_s + QChar(0xD800) + u"😀"_s + QChar(0xDC00) + u"\uFFFC\uFFFF é"_s;
+    const auto store = open();
+    ASSERT_TRUE(store) << m_error.localizedDescription().toStdString();
+    const NSManagedObjectID objectID = insert(*store, noteRow(u"A"_s, text, u"Été"_s));
+    const auto row = store->row(objectID, &m_error);
+    ASSERT_TRUE(row && row->snapshot);
+    EXPECT_FALSE(row->snapshot->isPresent(m_note->attributeNamed(u"text"_s)->slot));
+    EXPECT_EQ(std::get<QString>(get(row->snapshot, u"title"_s)), u"Été"_s);
+    EXPECT_EQ(std::get<NSDate>(get(row->snapshot, u"creationDate"_s)).timeIntervalSince1970(), 1234567890.123456);
+    EXPECT_TRUE(quib::isNothing(get(row->snapshot, u"trashedDate"_s)));
+    EXPECT_EQ(std::get<bool>(get(row->snapshot, u"trashed"_s)), false);
+    const auto lazy = store->lazyValue(objectID, m_note->attributeNamed(u"text"_s)->slot, &m_error);
+    ASSERT_TRUE(lazy);
+    EXPECT_EQ(std::get<QString>(lazy->value), text);
+    EXPECT_EQ(lazy->version, 1);
+}
+
+TEST_F(SQLiteStore, AnEmptyTextIsNotNothing)
+{
+    const auto store = open();
+    const NSManagedObjectID objectID = insert(*store, noteRow(u"A"_s, u""_s, u""_s));
+    const auto row = store->row(objectID, &m_error);
+    EXPECT_EQ(get(row->snapshot, u"title"_s), Value(u""_s));
+    EXPECT_TRUE(quib::isNothing(get(row->snapshot, u"subtitle"_s)));
+}
+
+TEST_F(SQLiteStore, AWriterWithAnOldVersionIsToldWhatTheStoreHolds)
+{
+    const auto first = open();
+    const auto second = open();
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(first->identifier(), second->identifier());
+    const NSManagedObjectID objectID = insert(*first, noteRow(u"A"_s, u"one"_s, u"one"_s));
+    SaveRequest request;
+    request.updates.append({objectID, 1, noteRow(u"A"_s, u"two"_s, u"two"_s), slot(m_note, u"text"_s)});
+    EXPECT_EQ(first->save(request).outcome, SaveResult::Outcome::Saved);
+    request.updates.first().row = noteRow(u"A"_s, u"three"_s, u"three"_s);
+    const SaveResult result = second->save(request);
+    ASSERT_EQ(result.outcome, SaveResult::Outcome::Conflicts);
+    ASSERT_EQ(result.conflicts.size(), 1);
+    EXPECT_EQ(get(result.conflicts[0].storeRow, u"text"_s), Value(u"two"_s));
+    EXPECT_EQ(result.conflicts[0].storeRow->version(), 2);
+    EXPECT_EQ(first->lazyValue(objectID, m_note->attributeNamed(u"text"_s)->slot, &m_error)->value, Value(u"two"_s));
+}
+
+TEST_F(SQLiteStore, DeletionTakesJoinsAndKeysAlongAndKeysAreNeverUsedAgain)
+{
+    const auto store = open();
+    const auto *tag = m_model->entityNamed(u"QBNoteTag"_s);
+    const auto *file = m_model->entityNamed(u"QBNoteImage"_s);
+    const auto *tags = m_note->relationshipNamed(u"tags"_s);
+    SaveRequest request;
+    const NSManagedObjectID noteID(m_note, -1);
+    const NSManagedObjectID tagID(tag, -2);
+    const NSManagedObjectID fileID(file, -3);
+    RowSnapshotRef fileRow = RowSnapshot::make(file);
+    fileRow.edit()->setTargetAt(file->relationshipNamed(u"note"_s)->slot, noteID);
+    request.insertions = {
+        {fileID, fileRow}, {noteID, noteRow(u"A"_s, u"t"_s, u"t"_s)}, {tagID, RowSnapshot::make(tag)}};
+    request.joinChanges.append({tags, noteID, tagID, true});
+    const SaveResult saved = store->save(request);
+    ASSERT_EQ(saved.outcome, SaveResult::Outcome::Saved) << saved.error.localizedDescription().toStdString();
+    const NSManagedObjectID note = saved.permanentIDs.value(noteID);
+    EXPECT_EQ(store->targets(note, tags, &m_error)->size(), 1);
+    const auto files = store->targets(note, m_note->relationshipNamed(u"files"_s), &m_error);
+    ASSERT_EQ(files->size(), 1);
+    EXPECT_EQ(files->first().entity(), file);
+
+    SaveRequest deletion;
+    deletion.deletions.append({note, 1, false});
+    ASSERT_EQ(store->save(deletion).outcome, SaveResult::Outcome::Saved);
+    EXPECT_FALSE(store->row(note, &m_error)->snapshot);
+    EXPECT_EQ(store->targets(saved.permanentIDs.value(tagID), tag->relationshipNamed(u"notes"_s), &m_error)->size(), 0);
+    EXPECT_EQ(store->row(saved.permanentIDs.value(fileID), &m_error)
+                  ->snapshot->targetKeyAt(file->relationshipNamed(u"note"_s)->slot),
+              0);
+    EXPECT_GT(insert(*store, noteRow(u"B"_s, u"x"_s, u"x"_s)).key(), note.key());
+    EXPECT_EQ(store->integrityProblems(&m_error), QStringList());
+}
+
+TEST_F(SQLiteStore, FilesThatAreNoStoreAreRefusedByName)
+{
+    const auto expectRefused = [this](NSCocoaErrorCode code) {
+        EXPECT_FALSE(open());
+        EXPECT_EQ(m_error.code(), static_cast<qint64>(code)) << m_error.localizedDescription().toStdString();
+        EXPECT_TRUE(m_error.localizedDescription().contains(m_path)) << m_error.localizedDescription().toStdString();
+    };
+    QFile file(m_path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray("not a database at all, but long enough to have a header of one hundred bytes.").repeated(3));
+    file.close();
+    expectRefused(NSCocoaErrorCode::PersistentStoreCorrupt);
+    ASSERT_TRUE(QFile::remove(m_path));
+    m_model = currentModel(1);
+    ASSERT_TRUE(open());
+    m_model = currentModel(3);
+    expectRefused(NSCocoaErrorCode::PersistentStoreIncompatibleVersion);
+    EXPECT_EQ(quib::SQLitePersistentStore::readMetadata(m_path, &m_error)->versionIdentifier, u"1"_s);
+    EXPECT_FALSE(quib::SQLitePersistentStore::readMetadata(m_path + u"x"_s, &m_error));
+}
+
+TEST_F(SQLiteStore, BrokenBytesGiveErrorsAndNeverACrash)
+{
+    {
+        const auto store = open();
+        for (int i = 0; i < 50; ++i) {
+            insert(*store, noteRow(QString::number(i), QString(500 * i, u'x'), u"t"_s));
+        }
+    }
+    QFile file(m_path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray sound = file.readAll();
+    file.close();
+    QRandomGenerator random(7);
+    for (int round = 0; round < 60; ++round) {
+        QByteArray broken = sound;
+        for (int i = 0; i < 1 + round; ++i) {
+            broken[random.bounded(static_cast<int>(broken.size()))] = static_cast<char>(random.bounded(256));
+        }
+        if (round % 7 == 0) {
+            broken.truncate(random.bounded(static_cast<int>(broken.size())));
+        }
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(broken);
+        file.close();
+        const auto store = open();
+        if (!store) {
+            EXPECT_TRUE(m_error.isSet());
+            continue;
+        }
+        NSFetchRequest request{.entityName = u"QBNote"_s};
+        NSError error;
+        const auto rows = store->fetch(request, &error);
+        EXPECT_TRUE(rows.has_value() || error.isSet());
+        static_cast<void>(store->enumerateLazyValues(
+            m_note, m_note->attributeNamed(u"text"_s)->slot,
+            [](const NSManagedObjectID &, qint64, const Value &) { return true; }, &error));
+        static_cast<void>(store->integrityProblems(&error));
+    }
+}
+
+TEST_F(SQLiteStore, AnotherWritersLockIsWaitedForAndThenToldOf)
+{
+    const auto store = open();
+    const auto other = open();
+    const NSManagedObjectID objectID = insert(*store, noteRow(u"A"_s, u"a"_s, u"a"_s));
+    const auto before = other->changeCounter(&m_error);
+    insert(*store, noteRow(u"B"_s, u"b"_s, u"b"_s));
+    EXPECT_NE(before, other->changeCounter(&m_error));
+    QFile file(m_path);
+    file.setPermissions(QFile::ReadOwner);
+    if (geteuid() != 0) {
+        EXPECT_FALSE(open() && insert(*open(), noteRow(u"C"_s, u"c"_s, u"c"_s)).isNull());
+    }
+    NSPersistentStoreOptions readOnly;
+    readOnly.isReadOnly = true;
+    const auto reader = open(readOnly);
+    ASSERT_TRUE(reader) << m_error.localizedDescription().toStdString();
+    SaveRequest request;
+    request.deletions.append({objectID, 1, true});
+    const SaveResult result = reader->save(request);
+    EXPECT_EQ(result.outcome, SaveResult::Outcome::Failed);
+    EXPECT_EQ(result.error.code(), static_cast<qint64>(NSCocoaErrorCode::FileWriteVolumeReadOnly));
+    EXPECT_TRUE(result.error.localizedDescription().contains(m_path));
+}
