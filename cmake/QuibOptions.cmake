@@ -13,8 +13,7 @@ if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
 endif()
 # The build type Test: quick to build, quick enough to run, with lines in stack traces.
-set(CMAKE_CXX_FLAGS_TEST "-O1 -g1" CACHE STRING "Flags of the build type Test")
-mark_as_advanced(CMAKE_CXX_FLAGS_TEST)
+set(CMAKE_CXX_FLAGS_TEST "-O1 -g1")
 
 find_program(QUIB_CCACHE ccache)
 if(QUIB_CCACHE)
