@@ -40,13 +40,13 @@ using Format = std::unique_ptr<UDateFormat, FormatCloser>;
 /// A format of its own for each call: ICU's formats are not safe to share between threads.
 [[nodiscard]] Format openFormat(UDateFormatStyle dateStyle, UDateFormatStyle timeStyle, const QString &pattern)
 {
-    // Asked for each time: a machine may travel while the program runs.
+    // Asked for each time: a machine may travel while the program runs. Without a name ICU's own guess has to do.
     const QString timeZone = QString::fromLatin1(QTimeZone::systemTimeZoneId());
     UErrorCode status = U_ZERO_ERROR;
     Format format(udat_open(timeStyle, dateStyle, pattern.isEmpty() ? quib::userLocale() : "en_US_POSIX",
-                            reinterpret_cast<const UChar *>(timeZone.utf16()), static_cast<int32_t>(timeZone.size()),
-                            reinterpret_cast<const UChar *>(pattern.utf16()), static_cast<int32_t>(pattern.size()),
-                            &status));
+                            timeZone.isEmpty() ? nullptr : reinterpret_cast<const UChar *>(timeZone.utf16()),
+                            static_cast<int32_t>(timeZone.size()), reinterpret_cast<const UChar *>(pattern.utf16()),
+                            static_cast<int32_t>(pattern.size()), &status));
     if (U_FAILURE(status)) {
         return nullptr;
     }
