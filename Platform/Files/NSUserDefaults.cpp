@@ -11,7 +11,6 @@
 #include <QSet>
 
 #include <cerrno>
-#include <map>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -19,19 +18,6 @@
 
 using namespace Qt::StringLiterals;
 using quib::PropertyValue;
-
-/// The observers, apart from their subject, so that a token may outlive it.
-struct NSUserDefaults::Observers
-{
-    struct Entry
-    {
-        QString key;
-        std::shared_ptr<Observer> observer;
-    };
-    std::mutex mutex;
-    quint64 lastNumber = 0;
-    std::map<quint64, Entry> entries;
-};
 
 namespace {
 
@@ -66,7 +52,6 @@ quib::Descriptor lockBeside(const QString &path)
 
 NSUserDefaults::NSUserDefaults(QString path)
     : m_path(std::move(path))
-    , m_observers(std::make_shared<Observers>())
 {
     // A file that cannot be read counts as empty here; the next synchronize() reports it.
     m_stamp = stampOf(m_path);
@@ -267,40 +252,11 @@ QStringList NSUserDefaults::changedKeys(const Dictionary &before, const Dictiona
     return changed;
 }
 
-quib::ObservationToken NSUserDefaults::addObserver(const QString &forKey, Observer observer)
-{
-    const std::lock_guard lock(m_observers->mutex);
-    const quint64 number = ++m_observers->lastNumber;
-    m_observers->entries.emplace(number, Observers::Entry{forKey, std::make_shared<Observer>(std::move(observer))});
-    return quib::ObservationToken([weak = std::weak_ptr<Observers>(m_observers), number] {
-        if (const auto observers = weak.lock()) {
-            const std::lock_guard inner(observers->mutex);
-            observers->entries.erase(number);
-        }
-    });
-}
-
 void NSUserDefaults::tell(const QStringList &keys) const
 {
-    const auto observers = m_observers;
+    const quib::KeyedObservers observers = m_observers; // an observer may drop this object
     for (const QString &key : keys) {
-        // Looked up one by one: an observer may take another one away.
-        for (quint64 number = 0;;) {
-            std::shared_ptr<Observer> observer;
-            {
-                const std::lock_guard lock(observers->mutex);
-                auto next = observers->entries.upper_bound(number);
-                while (next != observers->entries.end() && next->second.key != key) {
-                    ++next;
-                }
-                if (next == observers->entries.end()) {
-                    break;
-                }
-                number = next->first;
-                observer = next->second.observer;
-            }
-            (*observer)(key);
-        }
+        observers.tell(key);
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "PropertyList.h"
 
-#include <Foundation/NotificationCenter.h>
+#include <Foundation/KeyedObservers.h>
 
 #include <QMap>
 #include <QString>
@@ -22,7 +22,7 @@ class QFileSystemWatcher;
 class NSUserDefaults
 {
 public:
-    using Observer = std::function<void(const QString &key)>;
+    using Observer = quib::KeyedObservers::Observer;
 
     /// The application's own settings: the suite named by the bundle identifier.
     [[nodiscard]] static std::shared_ptr<NSUserDefaults> standardUserDefaults();
@@ -69,13 +69,15 @@ public:
     // Observing
 
     /// Tells of changes of a key, on the thread of the writer; changes by other processes on that of synchronize().
-    [[nodiscard]] quib::ObservationToken addObserver(const QString &forKey, Observer observer);
+    [[nodiscard]] quib::ObservationToken addObserver(const QString &forKey, Observer observer)
+    {
+        return m_observers.add(forKey, std::move(observer));
+    }
     /// Takes over changes by other processes as they happen, from the event loop of the calling thread.
     /// Queue: the thread that later destroys this object.
     void startWatching();
 
 private:
-    struct Observers;
     using Dictionary = quib::PropertyValue::Dictionary;
 
     /// What is in the file; nothing where reading failed. A missing file is empty.
@@ -92,6 +94,6 @@ private:
     Dictionary m_pending;       ///< set and not written; null for removed
     Dictionary m_registered;
     QByteArray m_stamp; ///< identity, size and time of the file that m_stored stands for
-    std::shared_ptr<Observers> m_observers;
+    quib::KeyedObservers m_observers;
     std::unique_ptr<QFileSystemWatcher> m_watcher;
 };
