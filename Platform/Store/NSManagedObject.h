@@ -57,7 +57,7 @@ public:
     void release();
 
 protected:
-    NSManagedObject() = default;
+    NSManagedObject();
     ~NSManagedObject() override;
 
     // Life cycle, for subclasses; each calls its base first.
@@ -98,4 +98,8 @@ private:
     quib::RowSnapshotRef m_row;
     struct Pending;
     std::unique_ptr<Pending> m_pending; // changes, relationship caches; null while there are none
+
+    [[nodiscard]] bool isAlive() const { return m_context != nullptr; }
+    /// The row with the slot present, read now if needed; null where there is no such row.
+    [[nodiscard]] const quib::RowSnapshot *rowWithSlot(int slot) const;
 };

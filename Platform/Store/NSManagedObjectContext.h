@@ -70,12 +70,14 @@ public:
     // Objects
     /// Requires: a concrete entity of the model.
     quib::Ref<NSManagedObject> insertNewObjectForEntityForName(const QString &entityName);
-    /// Runs prepareForDeletion, the delete rules, and takes the object out of every relationship.
+    /// Runs prepareForDeletion, the delete rules, and takes the object out of every relationship. An object that a
+    /// relationship with the rule deny still needs is not deleted.
     void deleteObject(NSManagedObject *object);
     /// The object, possibly a fault whose row does not exist; null for a null identity.
     [[nodiscard]] quib::Ref<NSManagedObject> objectWithID(const NSManagedObjectID &objectID);
     /// The object when its row exists (here, in the parent or in the store), else null.
     [[nodiscard]] quib::Ref<NSManagedObject> existingObjectWithID(const NSManagedObjectID &objectID);
+    /// The object when it is held or changed in this context now, else null.
     [[nodiscard]] quib::Ref<NSManagedObject> registeredObjectForID(const NSManagedObjectID &objectID) const;
     /// mergeChanges false: drops the object's pending changes and makes it a fault. True: reads the row anew and lays
     /// the pending changes over it.
@@ -142,6 +144,9 @@ public:
     void processPendingChanges();
     /// After a save in which this context's values lost.
     quib::ObserverList<NSManagedObjectContext &, const QList<NSMergeLoss> &> mergeLosses;
+
+    /// True when nobody else wrote since the row of the object was read; for telling stale objects.
+    [[nodiscard]] qint64 rowVersion(const NSManagedObject &object) const;
 
     /// Takes in what another process or coordinator wrote: refreshes the updated, forgets the deleted, tells observers.
     static void mergeChangesFromRemoteContextSave(const QList<NSManagedObjectID> &inserted,

@@ -66,3 +66,18 @@ NSManagedObjectID NSPersistentStoreCoordinator::managedObjectIDForURI(const QStr
     }
     return NSManagedObjectID(entity, parts[1][0] == u't' ? -key : key);
 }
+
+NSManagedObjectID NSPersistentStoreCoordinator::resolvedID(const NSManagedObjectID &objectID) const
+{
+    if (!objectID.isTemporaryID()) {
+        return objectID;
+    }
+    const std::lock_guard lock(m_mutex);
+    return m_permanentIDs.value(objectID, objectID);
+}
+
+void NSPersistentStoreCoordinator::recordPermanentIDs(const QHash<NSManagedObjectID, NSManagedObjectID> &permanentIDs)
+{
+    const std::lock_guard lock(m_mutex);
+    m_permanentIDs.insert(permanentIDs);
+}

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 
 class NSManagedObject;
 
@@ -67,7 +68,13 @@ public:
     /// Errors: a null identity for text that is no such URI, or of another store.
     [[nodiscard]] NSManagedObjectID managedObjectIDForURI(const QString &uri) const;
 
+    /// The permanent identity that a temporary one got, or the identity itself. Any thread.
+    [[nodiscard]] NSManagedObjectID resolvedID(const NSManagedObjectID &objectID) const;
+    void recordPermanentIDs(const QHash<NSManagedObjectID, NSManagedObjectID> &permanentIDs);
+
 private:
+    mutable std::mutex m_mutex;
+    QHash<NSManagedObjectID, NSManagedObjectID> m_permanentIDs; // guarded by m_mutex
     std::shared_ptr<const NSManagedObjectModel> m_model;
     NSManagedObjectFactories m_factories;
     std::unique_ptr<NSPersistentStore> m_store;
