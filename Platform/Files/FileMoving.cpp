@@ -68,6 +68,23 @@ int copyBytes(int from, int to)
     }
 }
 
+/// Renames without replacing what came to stand there; 0, or the errno. File systems that cannot do that in one step
+/// take a hard link first.
+int renameToFreeName(const QByteArray &from, const QByteArray &to)
+{
+    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        return errno;
+    }
+    if (::link(from.constData(), to.constData()) != 0) {
+        return errno;
+    }
+    ::unlink(from.constData());
+    return 0;
+}
+
 bool copyTree(const QString &from, const QString &to, NSError *error)
 {
     const QFileInfo source(from);
@@ -160,12 +177,11 @@ bool copyFile(const QString &from, const QString &to, NSError *error)
     if (failure == 0 && (::futimens(copy.number(), times) != 0 || ::fsync(copy.number()) != 0)) {
         failure = errno;
     }
-    // A link, unlike a rename, never replaces what came to stand there.
-    if (failure == 0 && ::link(temporary.constData(), QFile::encodeName(to).constData()) != 0) {
-        failure = errno;
+    if (failure == 0) {
+        failure = renameToFreeName(temporary, QFile::encodeName(to));
     }
-    ::unlink(temporary.constData());
     if (failure != 0) {
+        ::unlink(temporary.constData());
         return fillFileError(error, FileAccess::Write, failure, u"write", to);
     }
     syncFolder(QFileInfo(to).path());
