@@ -12,6 +12,7 @@ import concurrent.futures
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 
@@ -35,6 +36,17 @@ def changed_files():
     return names
 
 
+def write_database(database, folder):
+    """The compile commands without the precompiled headers, which are another compiler's."""
+    for entry in database:
+        entry["command"] = re.sub(r" -include \S*cmake_pch\.hxx| -Winvalid-pch| -fpch-preprocess", "", entry["command"])
+        # The launcher in front of the compiler is not one of its arguments.
+        entry["command"] = re.sub(r"^.*? (?=\S*/(?:c|g|clang)\+\+\S* )", "", entry["command"])
+    folder.mkdir(exist_ok=True)
+    (folder / "compile_commands.json").write_text(json.dumps(database), encoding="utf-8")
+    return folder
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--build", required=True, type=pathlib.Path)
@@ -54,11 +66,11 @@ def main():
         print("no source to look at")
         sys.exit(SKIPPED)
 
+    folder = write_database(database, arguments.build / "tidy")
+
     def check(name):
-        # The precompiled headers are those of another compiler; without them each source reads what it includes.
-        command = ["clang-tidy", "--quiet", "-p", str(arguments.build), "--extra-arg=-Wno-unknown-warning-option",
-                   "--extra-arg=-Wno-ignored-optimization-argument", "--extra-arg=-Wno-unused-command-line-argument",
-                   name]
+        command = ["clang-tidy", "--quiet", "-p", str(folder), "--extra-arg=-Wno-unknown-warning-option",
+                   "--extra-arg=-Wno-unused-command-line-argument", name]
         return subprocess.run(command, cwd=common.ROOT, capture_output=True, text=True, check=False)
 
     findings = []
