@@ -2,6 +2,7 @@
 
 #include <Files/AtomicFile.h>
 #include <Files/Profile.h>
+#include <Support/QtPrinters.h>
 #include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>

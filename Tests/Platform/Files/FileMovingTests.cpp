@@ -4,6 +4,7 @@
 #include <Files/Profile.h>
 #include <Files/TemporaryDirectory.h>
 #include <Files/UniformType.h>
+#include <Support/QtPrinters.h>
 #include <Support/TemporaryFolder.h>
 #include <Support/TestSeed.h>
 

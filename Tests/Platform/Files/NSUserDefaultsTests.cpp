@@ -3,6 +3,7 @@
 #include <Files/NSUbiquitousKeyValueStore.h>
 #include <Files/NSUserDefaults.h>
 #include <Files/Profile.h>
+#include <Support/QtPrinters.h>
 #include <Support/TemporaryFolder.h>
 #include <Support/TestSeed.h>
 

@@ -1,6 +1,7 @@
 // Property lists: what is written is read again, by us and by another library; hostile input ends in an error.
 
 #include <Files/PropertyList.h>
+#include <Support/QtPrinters.h>
 #include <Support/TestSeed.h>
 
 #include <gtest/gtest.h>
