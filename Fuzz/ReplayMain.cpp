@@ -17,6 +17,9 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
 namespace {
@@ -137,16 +140,40 @@ unsigned numberFromEnvironment(const char *name, unsigned otherwise)
     return given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : otherwise;
 }
 
-void run(const Input &input, const std::string &crashPath)
+/// The file that holds the input at work, rewritten in place: opening it anew would cost more than most inputs do.
+class CrashFile
 {
+public:
+    explicit CrashFile(const char *program)
+        : m_path(std::filesystem::path(program).filename().string() + ".crash")
+        , m_descriptor(open(m_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600))
     {
-        std::ofstream file(crashPath, std::ios::binary | std::ios::trunc);
-        file.write(reinterpret_cast<const char *>(input.data()), static_cast<std::streamsize>(input.size()));
     }
-    // A copy of exactly the input's size, so that the address sanitizer sees the first byte read behind it.
-    const Input exact(input);
-    LLVMFuzzerTestOneInput(exact.data(), exact.size());
-}
+    /// Every input was survived.
+    ~CrashFile()
+    {
+        close(m_descriptor);
+        unlink(m_path.c_str());
+    }
+    CrashFile(const CrashFile &) = delete;
+    CrashFile &operator=(const CrashFile &) = delete;
+
+    void run(const Input &input) const
+    {
+        if (pwrite(m_descriptor, input.data(), input.size(), 0) != static_cast<ssize_t>(input.size()) ||
+            ftruncate(m_descriptor, static_cast<off_t>(input.size())) != 0) {
+            std::fprintf(stderr, "%s can't be written\n", m_path.c_str());
+            std::exit(1);
+        }
+        // A copy of exactly the input's size, so that the address sanitizer sees the first byte read behind it.
+        const Input exact(input);
+        LLVMFuzzerTestOneInput(exact.data(), exact.size());
+    }
+
+private:
+    std::string m_path;
+    int m_descriptor;
+};
 
 } // namespace
 
@@ -157,10 +184,9 @@ int main(int argc, char **argv)
         return 2;
     }
     const std::filesystem::path given(argv[1]);
-    const std::string crashPath = std::filesystem::path(argv[0]).filename().string() + ".crash";
+    const CrashFile file(argv[0]);
     if (std::filesystem::is_regular_file(given)) {
-        run(contentsOf(given), crashPath);
-        std::filesystem::remove(crashPath);
+        file.run(contentsOf(given));
         return 0;
     }
     const std::vector<Input> seeds = seedsIn(given);
@@ -168,14 +194,13 @@ int main(int argc, char **argv)
     const unsigned runs = numberFromEnvironment("QUIB_FUZZ_RUNS", kDefaultRuns);
     std::printf("%zu seeds, %u mutations, QUIB_TEST_SEED=%u\n", seeds.size(), runs, seed);
     std::fflush(stdout);
-    run({}, crashPath);
+    file.run({});
     for (const Input &input : seeds) {
-        run(input, crashPath);
+        file.run(input);
     }
     Mutator mutator(seed, seeds);
     for (unsigned count = 0; count < runs; ++count) {
-        run(mutator.next(), crashPath);
+        file.run(mutator.next());
     }
-    std::filesystem::remove(crashPath);
     return 0;
 }
