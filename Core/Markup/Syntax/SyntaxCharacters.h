@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QChar>
+#include <QStringView>
+
+/// The classes of characters that the patterns of the markup use, unit by unit. All members of these classes are single
+/// UTF-16 units, so a surrogate is never one.
+namespace quib::syntax {
+
+/// What "." does not match and "^" and "$" go by.
+[[nodiscard]] constexpr bool isLineTerminator(char16_t unit)
+{
+    return (unit >= 0x0A && unit <= 0x0D) || unit == 0x85 || (unit & 0xFFFE) == 0x2028;
+}
+
+/// \s
+[[nodiscard]] constexpr bool isSpace(char16_t unit)
+{
+    if (unit < 0x80) {
+        return unit == u' ' || (unit >= 0x09 && unit <= 0x0D);
+    }
+    return unit == 0x85 || unit == 0xA0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) ||
+           (unit & 0xFFFE) == 0x2028 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
+}
+
+[[nodiscard]] constexpr bool isHexDigit(char16_t unit)
+{
+    return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') || (unit >= u'A' && unit <= u'F');
+}
+
+/// Where an inline construct may begin: inlineBeginPattern at a place of a region.
+[[nodiscard]] inline bool isInlineBegin(QStringView region, qsizetype place)
+{
+    if (place == 0) {
+        return true;
+    }
+    const char16_t unit = region[place - 1].unicode();
+    return isSpace(unit) || unit == u'[' || unit == u'(' || unit == u'"' || unit == u'{' || unit == u'\'';
+}
+
+/// Where one may end: inlineEndPattern at a place of a region.
+[[nodiscard]] inline bool isInlineEnd(QStringView region, qsizetype place)
+{
+    if (place >= region.size()) {
+        return true;
+    }
+    const char16_t unit = region[place].unicode();
+    switch (unit) {
+    case u';':
+    case u':':
+    case u'\u060C':
+    case u',':
+    case u'\u2026':
+    case u'\u3001':
+    case u'.':
+    case u'!':
+    case u')':
+    case u'?':
+    case u'}':
+    case u']':
+    case u'\'':
+    case u'"':
+        return true;
+    default:
+        return isSpace(unit);
+    }
+}
+
+/// The first line terminator at or behind a place, or the region's end.
+[[nodiscard]] inline qsizetype lineLimit(QStringView region, qsizetype place)
+{
+    const auto *units = region.utf16();
+    const qsizetype size = region.size();
+    while (place < size && !isLineTerminator(units[place])) {
+        ++place;
+    }
+    return place;
+}
+
+/// The first place at or behind another where "$" holds: before a terminator, but not between CR and LF, or at the end.
+[[nodiscard]] inline qsizetype dollarPlace(QStringView region, qsizetype place)
+{
+    place = lineLimit(region, place);
+    const bool isInsidePair =
+        place > 0 && place < region.size() && region[place] == u'\n' && region[place - 1] == u'\r';
+    return isInsidePair ? lineLimit(region, place + 1) : place;
+}
+
+/// Whether "^" holds at a place.
+[[nodiscard]] inline bool isLineStart(QStringView region, qsizetype place)
+{
+    return place == 0 || (place < region.size() && isLineTerminator(region[place - 1].unicode()));
+}
+
+/// The length of the code point at a place.
+[[nodiscard]] inline qsizetype codePointLength(QStringView region, qsizetype place)
+{
+    return region[place].isHighSurrogate() && place + 1 < region.size() && region[place + 1].isLowSurrogate() ? 2 : 1;
+}
+
+} // namespace quib::syntax
