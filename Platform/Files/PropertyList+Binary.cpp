@@ -5,6 +5,7 @@
 
 #include "PropertyList_p.h"
 
+#include <QHash>
 #include <QtEndian>
 
 #include <bit>

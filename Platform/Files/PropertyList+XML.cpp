@@ -150,7 +150,7 @@ private:
             if (!item) {
                 return std::nullopt;
             }
-            items.insert(*key, std::move(*item));
+            items.insert(*key, *item);
         }
         return PropertyValue(std::move(items));
     }

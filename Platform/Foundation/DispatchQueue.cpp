@@ -1,5 +1,7 @@
 #include "DispatchQueue.h"
 
+#include "HandOver_p.h"
+
 #include <QCoreApplication>
 #include <QMetaObject>
 #include <QSemaphore>
@@ -29,7 +31,12 @@ public:
     [[nodiscard]] QString name() const override { return QStringLiteral("main"); }
     void async(std::function<void()> block) override
     {
-        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(block), Qt::QueuedConnection);
+        auto handedOver = [block = std::move(block)] {
+            takeOver();
+            block();
+        };
+        const HandOver handOver;
+        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(handedOver), Qt::QueuedConnection);
     }
     void sync(const std::function<void()> &block) override
     {
@@ -40,9 +47,11 @@ public:
         QSemaphore done;
         async([&block, &done] {
             block();
+            const HandOver handOver;
             done.release();
         });
         done.acquire();
+        takeOver();
     }
     [[nodiscard]] bool isCurrent() const override
     {
@@ -85,7 +94,11 @@ public:
         m_blocks.push_back({m_nextTicket++, std::move(block)});
         if (!m_isDraining) {
             m_isDraining = true;
-            queueThreads().start([self = shared_from_this()] { self->drain(); });
+            const HandOver handOver;
+            queueThreads().start([self = shared_from_this()] {
+                takeOver();
+                self->drain();
+            });
         }
     }
 

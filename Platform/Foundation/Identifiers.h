@@ -13,6 +13,6 @@ namespace quib {
 [[nodiscard]] QString uuidString();
 
 /// Replaces the source of both, for tests; an empty function goes back to the system's.
-void setIdentifierSource(std::function<QString()> source);
+void setIdentifierSource(std::function<QString()> make);
 
 } // namespace quib

@@ -1,6 +1,7 @@
 #include "NSOperationQueue.h"
 
 #include "Assert.h"
+#include "HandOver_p.h"
 
 #include <QThread>
 #include <QThreadPool>
@@ -103,7 +104,11 @@ struct NSOperationQueue::State : std::enable_shared_from_this<NSOperationQueue::
             }
             entry->hasBegun = true;
             ++running;
-            operationThreads().start([operation = entry->operation] { operation->start(); });
+            const quib::HandOver handOver;
+            operationThreads().start([operation = entry->operation] {
+                quib::takeOver();
+                operation->start();
+            });
         }
     }
 

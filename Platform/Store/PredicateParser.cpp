@@ -1,5 +1,7 @@
 #include "PredicateNode.h"
 
+#include <QHash>
+
 #include <cmath>
 
 using namespace Qt::StringLiterals;

@@ -12,7 +12,7 @@ PATTERNS = (
     (re.compile(r"\bspecificatio[n]s?\b", re.IGNORECASE), "say what holds and why, not where it is written"),
     (re.compile(r"\bPar[t] \d+(\.\d+)*\b"), "say what holds and why, not where it is written"),
     (re.compile(r"\bissu[e] #?\d+\b", re.IGNORECASE), "history belongs into the commit message"),
-    (re.compile(r"(?<![\w.~-])/(?:work[/]|hom[e]/|roo[t]/)"), "a path of one machine"),
+    (re.compile(r"(?<![\w.~-])/(?:work[/]|roo[t]/)"), "a path of one machine"),
     (re.compile(r"/tm[p]/[A-Za-z]"), "a path of one machine; ask for the temporary folder"),
     (re.compile(r"\b(?:AI|coding|language[- ]model|sub)[ -]?agent[s]?\b", re.IGNORECASE), "not a matter of the code"),
     (re.compile(r"\bLL[M]s?\b|\blanguage mode[l]\b|\bchat ?bo[t]\b", re.IGNORECASE), "not a matter of the code"),

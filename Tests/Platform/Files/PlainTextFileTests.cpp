@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QList>
+
 using namespace Qt::StringLiterals;
 
 namespace {
