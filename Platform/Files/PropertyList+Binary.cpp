@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QtEndian>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <vector>

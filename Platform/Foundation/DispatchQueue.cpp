@@ -1,12 +1,12 @@
 #include "DispatchQueue.h"
 
 #include "HandOver_p.h"
+#include "WorkerThreads.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>
 #include <QSemaphore>
 #include <QThread>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <condition_variable>
@@ -60,24 +60,11 @@ public:
     }
 };
 
-/// The threads of all private queues. Never destroyed: a queue may die on one of its threads, and at any moment.
-QThreadPool &queueThreads()
-{
-    static QThreadPool *pool = [] {
-        auto *threads = new QThreadPool;
-        // Blocks wait for other queues, so a thread a queue must be to be had.
-        threads->setMaxThreadCount(256);
-        threads->setExpiryTimeout(5000);
-        return threads;
-    }();
-    return *pool;
-}
-
-/// A queue whose blocks run on a thread of the pool, or on the thread that waits in sync(). Whoever runs a block holds
+/// A queue whose blocks run on a worker thread, or on the thread that waits in sync(). Whoever runs a block holds
 /// the queue; blocks take their turns by ticket.
 ///
 /// Invariants: (1) at most one thread holds the queue; (2) blocks run in the order of their tickets; (3) at most one
-/// thread of the pool works for the queue.
+/// worker works for the queue.
 class SerialQueue final : public DispatchQueue, public std::enable_shared_from_this<SerialQueue>
 {
 public:
@@ -94,11 +81,7 @@ public:
         m_blocks.push_back({m_nextTicket++, std::move(block)});
         if (!m_isDraining) {
             m_isDraining = true;
-            const HandOver handOver;
-            queueThreads().start([self = shared_from_this()] {
-                takeOver();
-                self->drain();
-            });
+            WorkerThreads::shared().start([self = shared_from_this()] { self->drain(); });
         }
     }
 

@@ -10,7 +10,7 @@ extern "C" void AnnotateIgnoreWritesEnd(const char *file, int line);
 
 namespace quib {
 
-/// Qt's event loop, thread pool and semaphores hand work over by means that the thread sanitizer does not see, Qt not
+/// Qt's event loop and semaphores hand work over by means that the thread sanitizer does not see, Qt not
 /// being instrumented. While a HandOver lives, the calling thread gives something to Qt; what came before is done where
 /// takeOver() has been reached, and what Qt's own carriers of the block are made of is not looked at.
 #if defined(__SANITIZE_THREAD__)

@@ -1,31 +1,13 @@
 #include "NSOperationQueue.h"
 
 #include "Assert.h"
-#include "HandOver_p.h"
+#include "WorkerThreads.h"
 
 #include <QThread>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <condition_variable>
 #include <list>
-
-namespace {
-
-/// The threads of all queues. Never destroyed: operations may end after everything else.
-QThreadPool &operationThreads()
-{
-    static QThreadPool *pool = [] {
-        auto *threads = new QThreadPool;
-        // Operations wait for other queues' operations, so there must be a thread for each that may begin.
-        threads->setMaxThreadCount(256);
-        threads->setExpiryTimeout(5000);
-        return threads;
-    }();
-    return *pool;
-}
-
-} // namespace
 
 /// Invariants: (1) running never exceeds the width; (2) an operation begins once, and only with all its dependencies
 /// finished; (3) among those that may begin, the one that was added first does.
@@ -104,11 +86,7 @@ struct NSOperationQueue::State : std::enable_shared_from_this<NSOperationQueue::
             }
             entry->hasBegun = true;
             ++running;
-            const quib::HandOver handOver;
-            operationThreads().start([operation = entry->operation] {
-                quib::takeOver();
-                operation->start();
-            });
+            quib::WorkerThreads::shared().start([operation = entry->operation] { operation->start(); });
         }
     }
 

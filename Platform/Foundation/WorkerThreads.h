@@ -1,0 +1,33 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+
+namespace quib {
+
+/// The threads on which private queues and operations run: one for each piece of work under way, kept for a while when
+/// it is idle. Any thread. Never destroyed, since work may end after everything else. Made of standard primitives, so
+/// that tools which watch for data races see every hand-over.
+class WorkerThreads
+{
+public:
+    [[nodiscard]] static WorkerThreads &shared();
+
+    /// Runs the work on a thread of its own, soon. Pieces of work may wait for each other.
+    void start(std::function<void()> work);
+
+private:
+    WorkerThreads() = default;
+    static void *runThread(void *self);
+    void run();
+
+    std::mutex m_mutex; ///< guards all below
+    std::condition_variable m_arrived;
+    std::deque<std::function<void()>> m_work;
+    size_t m_threads = 0;
+    size_t m_idle = 0;
+};
+
+} // namespace quib
