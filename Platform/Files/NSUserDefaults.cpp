@@ -180,11 +180,14 @@ bool NSUserDefaults::synchronizeFile(NSError *error)
         QFile::rename(m_path, damaged);
         values = m_stored;
     }
+    bool isAllWritten = true;
     for (auto item = m_pending.cbegin(); item != m_pending.cend(); ++item) {
         if (item->isNull()) {
             values->remove(item.key());
-        } else {
+        } else if (quib::writePropertyList(*item, quib::PropertyListFormat::Binary, error)) {
             values->insert(item.key(), *item);
+        } else {
+            isAllWritten = false; // it must not keep the others from being written, now or later
         }
     }
     const auto bytes = quib::writePropertyList(PropertyValue(*values), quib::PropertyListFormat::Binary, error);
@@ -194,7 +197,7 @@ bool NSUserDefaults::synchronizeFile(NSError *error)
     m_stored = std::move(*values);
     m_stamp = stampOf(m_path);
     m_pending.clear();
-    return true;
+    return isAllWritten;
 }
 
 std::optional<NSUserDefaults::Dictionary> NSUserDefaults::readFile(NSError *error) const

@@ -63,7 +63,8 @@ public:
 
     /// Writes what was set, durably, and takes over what other processes wrote.
     /// Errors: as for files; what was set stays in force and is tried again next time. A file that is no property list
-    ///         is kept beside as "NAME.plist.damaged" and replaced by the values in memory.
+    ///         is kept beside as "NAME.plist.damaged" and replaced by the values in memory. A value that no property
+    ///         list can hold is given up, all others are written.
     [[nodiscard]] bool synchronize(NSError *error);
 
     // Observing

@@ -228,6 +228,18 @@ TEST_F(Settings, ReportWhatCannotBeReadOrWrittenAndTryAgain)
     EXPECT_EQ(error.code(), static_cast<qint64>(NSCocoaErrorCode::PropertyListReadCorrupt));
 }
 
+TEST_F(Settings, ThatCannotBeStoredDoNotKeepOthersFromIt)
+{
+    const auto settings = open();
+    settings->setObject(PropertyValue(PropertyValue::Array{PropertyValue()}), u"bad"_s);
+    settings->setObject(PropertyValue(1), u"good"_s);
+    NSError error;
+    EXPECT_FALSE(settings->synchronize(&error));
+    EXPECT_EQ(error.code(), static_cast<qint64>(NSCocoaErrorCode::PropertyListWriteInvalid));
+    EXPECT_EQ(open()->keys(), QStringList{u"good"_s});
+    EXPECT_TRUE(settings->synchronize(&error));
+}
+
 TEST_F(Settings, OfOneSuiteAreOneObjectInThePreferencesFolder)
 {
     quib::Profile::setRoot(m_folder.path());
