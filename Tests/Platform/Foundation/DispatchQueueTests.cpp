@@ -6,10 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QSemaphore>
 #include <QThread>
 
 #include <atomic>
+#include <semaphore>
 #include <thread>
 #include <vector>
 
@@ -108,7 +108,7 @@ TEST(PrivateQueue, KnowsItselfThroughNestedQueues)
     });
     EXPECT_FALSE(outer->isCurrent());
     EXPECT_EQ(checked, 1);
-    QSemaphore done;
+    std::counting_semaphore<> done(0);
     outer->async([&] {
         EXPECT_TRUE(outer->isCurrent());
         EXPECT_FALSE(DispatchQueue::main()->isCurrent());
@@ -119,8 +119,8 @@ TEST(PrivateQueue, KnowsItselfThroughNestedQueues)
 
 TEST(PrivateQueue, OutlivesItsLastHolderUntilItsBlocksAreDone)
 {
-    QSemaphore start;
-    QSemaphore done;
+    std::counting_semaphore<> start(0);
+    std::counting_semaphore<> done(0);
     DispatchQueue::serial(u"orphan"_s)->async([&] {
         start.acquire();
         done.release();

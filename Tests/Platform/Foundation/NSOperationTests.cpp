@@ -6,8 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QSemaphore>
-
+#include <semaphore>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -40,8 +39,8 @@ TEST(OperationQueues, RunAsManyAtOnceAsTheyAreWide)
     queue.setMaxConcurrentOperationCount(3);
     std::atomic<int> running = 0;
     std::atomic<int> most = 0;
-    QSemaphore threeRun;
-    QSemaphore go;
+    std::counting_semaphore<> threeRun(0);
+    std::counting_semaphore<> go(0);
     for (int index = 0; index < 30; ++index) {
         queue.addOperationWithBlock([&] {
             const int now = ++running;
@@ -53,7 +52,10 @@ TEST(OperationQueues, RunAsManyAtOnceAsTheyAreWide)
             --running;
         });
     }
-    threeRun.acquire(3); // the width is reached
+    // The width is reached.
+    for (int left = 3; left > 0; --left) {
+        threeRun.acquire();
+    }
     go.release(30);
     queue.waitUntilAllOperationsAreFinished();
     EXPECT_EQ(most, 3);
@@ -138,7 +140,7 @@ class Waiter final : public NSOperation
 {
 public:
     void end() { finish(); }
-    QSemaphore begun;
+    std::counting_semaphore<> begun{0};
 
 protected:
     void main() override { begun.release(); }
@@ -178,8 +180,8 @@ TEST(Operations, ThatGoOnAfterMainHoldTheirPlaceUntilTheyFinish)
 
 TEST(OperationQueues, MayDieBeforeTheirOperations)
 {
-    QSemaphore go;
-    QSemaphore done;
+    std::counting_semaphore<> go(0);
+    std::counting_semaphore<> done(0);
     std::weak_ptr<NSOperation> held;
     {
         NSOperationQueue queue;
