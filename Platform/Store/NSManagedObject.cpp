@@ -222,7 +222,8 @@ void NSManagedObjectAccess::setTargetSlot(NSManagedObject &object, const NSRelat
                                           const NSManagedObjectID &target)
 {
     context(object).assertQueue();
-    const int slot = relationship.slot;
+    // The place of a relationship is that in the object's own entity, whose attributes may be more than its parent's.
+    const int slot = object.entity()->relationships()[static_cast<size_t>(relationship.index)].slot;
     if (!beginChange(object, slot) || object.m_row->targetKeyAt(slot) == target.key()) {
         return;
     }

@@ -2,6 +2,7 @@
 
 #include "NSManagedObjectContext.h"
 #include "NSPersistentStore.h"
+#include "UnopenedPersistentStore.h"
 
 #include <QHash>
 #include <QSet>
@@ -106,7 +107,12 @@ struct NSManagedObjectContext::Private
     /// Targets reached through the key-value interface, kept until the end of the turn: nobody else may hold them.
     mutable QList<quib::Ref<NSManagedObject>> keptAlive;
 
-    [[nodiscard]] NSPersistentStore *store() const { return coordinator->persistentStore(); }
+    /// One that refuses everything where none could be opened; never null.
+    [[nodiscard]] NSPersistentStore *store() const
+    {
+        NSPersistentStore *opened = coordinator->persistentStore();
+        return opened != nullptr ? opened : quib::unopenedPersistentStore();
+    }
     void assertQueue() const;
     [[nodiscard]] bool hasChanges() const { return !inserted.isEmpty() || !updated.isEmpty() || !deleted.isEmpty(); }
 
