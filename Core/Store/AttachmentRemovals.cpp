@@ -1,0 +1,117 @@
+#include "AttachmentRemovals.h"
+
+#include "QBLocalFileManager.h"
+#include "QBNoteFile.h"
+#include "StoreFetch.h"
+
+#include <Logging/QBLogger.h>
+#include <Store/NSManagedObjectContext.h>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace quib {
+
+namespace {
+
+struct Removal
+{
+    NSManagedObjectID objectID;
+    QString uniqueIdentifier;
+    QString localFolderName;
+};
+
+/// What waits for saves of one root context.
+struct Waiting
+{
+    std::weak_ptr<NSManagedObjectContext> context;
+    QList<Removal> removals;
+    ObservationToken token;
+};
+
+using WaitingByContext = QHash<const NSManagedObjectContext *, std::shared_ptr<Waiting>>;
+
+WaitingByContext &waitingByContext()
+{
+    static WaitingByContext shared; // main thread only
+    return shared;
+}
+
+void removeFolder(const Removal &removal)
+{
+    QBLogInfo(u"Deleting attachment "_s + removal.uniqueIdentifier);
+    QBLocalFileManager::localFileManagerForPathComponent(removal.localFolderName)
+        ->deleteFileForUniqueID(removal.uniqueIdentifier);
+}
+
+/// A folder goes only when no other row, made by whoever, bears its name.
+bool isStillUsed(const Removal &removal, NSManagedObjectContext &moc)
+{
+    const auto request =
+        requestFor<QBNoteFile>(u"uniqueIdentifier == %@"_s, {predicateArgument(removal.uniqueIdentifier)});
+    const auto count = moc.countForFetchRequest(request);
+    return !count || *count > 0;
+}
+
+void removeSavedDeletions(Waiting &waiting, NSManagedObjectContext &moc, const NSManagedObjectSet &deleted)
+{
+    QSet<NSManagedObjectID> identities;
+    for (const auto &object : deleted) {
+        identities.insert(object->objectID());
+    }
+    QList<Removal> stillWaiting;
+    for (const Removal &removal : std::exchange(waiting.removals, {})) {
+        if (identities.contains(removal.objectID)) {
+            if (!isStillUsed(removal, moc)) {
+                removeFolder(removal);
+            }
+            continue;
+        }
+        const auto object = moc.registeredObjectForID(removal.objectID);
+        if (object && object->isDeleted()) {
+            stillWaiting.append(removal);
+        }
+    }
+    waiting.removals += stillWaiting;
+}
+
+Waiting &waitingForContext(NSManagedObjectContext &root)
+{
+    WaitingByContext &all = waitingByContext();
+    all.removeIf([](const auto &each) { return each.value()->context.expired(); });
+    auto &waiting = all[&root];
+    if (!waiting) {
+        waiting = std::make_shared<Waiting>();
+        waiting->context = root.weak_from_this();
+        waiting->token =
+            root.didSave.add([weak = std::weak_ptr(waiting)](NSManagedObjectContext &moc,
+                                                             const NSManagedObjectContext::Changes &changes) {
+                if (const auto self = weak.lock(); self && !self->removals.isEmpty()) {
+                    removeSavedDeletions(*self, moc, changes.deleted);
+                }
+            });
+    }
+    return *waiting;
+}
+
+} // namespace
+
+void removeFolderWithDeletionOf(const QBNoteFile &file)
+{
+    const Removal removal{file.objectID(), file.uniqueIdentifier(), file.localFolderName()};
+    if (removal.uniqueIdentifier.isEmpty()) {
+        return;
+    }
+    if (removal.objectID.isTemporaryID()) {
+        removeFolder(removal);
+        return;
+    }
+    NSManagedObjectContext *root = file.managedObjectContext();
+    while (root->parentContext()) {
+        root = root->parentContext().get();
+    }
+    waitingForContext(*root).removals.append(removal);
+}
+
+} // namespace quib

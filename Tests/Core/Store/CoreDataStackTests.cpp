@@ -1,0 +1,181 @@
+#include "StoreFixture.h"
+
+#include <Foundation/NSProgress.h>
+#include <Store/QBStaticNote.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <atomic>
+
+using namespace Qt::StringLiterals;
+
+namespace quib::tests {
+
+class CoreDataStack : public StoreFixture
+{
+protected:
+    template <typename Condition> static void turnUntil(Condition condition)
+    {
+        while (!condition()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+    }
+};
+
+TEST_F(CoreDataStack, FirstRunNeedsNoMigrationAndMakesTheStore)
+{
+    EXPECT_FALSE(stack->isMigrationNeeded());
+    EXPECT_TRUE(QFileInfo::exists(stack->persistentStoreURL()));
+    EXPECT_TRUE(stack->persistentStoreURL().endsWith(u"/Application Data/database.sqlite"_s));
+    EXPECT_EQ(moc().mergePolicy(), NSMergePolicy::MergeByPropertyStoreTrump);
+    EXPECT_EQ(stack->inMemoryManagedObjectContext()->mergePolicy(), NSMergePolicy::MergeByPropertyObjectTrump);
+    const auto *context = stack->managedObjectContext().get();
+    stack->setupStack();
+    EXPECT_EQ(stack->managedObjectContext().get(), context) << "a second opening changes nothing";
+}
+
+TEST_F(CoreDataStack, TheDelegateIsToldOfTheContext)
+{
+    struct Delegate : QBCoreDataStackDelegate
+    {
+        void coreDataStackDidInitializeManagedObjectContext(QBCoreDataStack &, NSManagedObjectContext &context) override
+        {
+            told = &context;
+        }
+        NSManagedObjectContext *told = nullptr;
+    };
+    close();
+    stack = std::make_unique<QBCoreDataStack>();
+    EXPECT_EQ(stack->managedObjectContext(), nullptr);
+    const auto delegate = std::make_shared<Delegate>();
+    stack->setupStackWithDelegate(delegate);
+    EXPECT_EQ(delegate->told, stack->managedObjectContext().get());
+}
+
+TEST_F(CoreDataStack, ABurstOfCoalescedSavesIsOneAtTheNextTurn)
+{
+    int saves = 0;
+    const auto token = moc().didSave.add([&saves](auto &, const auto &) { ++saves; });
+    const auto note = makeNote(u"a"_s);
+    const size_t others = clock.waitingTimers();
+    stack->saveUsingCoalescence(true);
+    stack->saveUsingCoalescence(true);
+    EXPECT_EQ(saves, 0);
+    clock.advance(0);
+    EXPECT_EQ(saves, 1);
+    EXPECT_EQ(clock.waitingTimers(), others);
+    note->pin();
+    stack->saveUsingCoalescence(true);
+    stack->saveUsingCoalescence(false);
+    EXPECT_EQ(saves, 2);
+    clock.advance(0);
+    EXPECT_EQ(saves, 2) << "the save at once leaves no timer";
+    stack->saveUsingCoalescence(false);
+    EXPECT_EQ(saves, 2) << "nothing to save";
+}
+
+TEST_F(CoreDataStack, ABackgroundTaskKeepsWhatItSaves)
+{
+    std::atomic<int> done = 0;
+    for (const bool saves : {false, true}) {
+        stack->performBackgroundTask([&done, saves](NSManagedObjectContext &context) {
+            const auto note = QBNote::noteWithText(saves ? u"kept"_s : u"dropped"_s, 0, context);
+            if (saves) {
+                EXPECT_TRUE(context.save());
+            }
+            ++done;
+        });
+    }
+    turnUntil([&] { return done == 2 && !QBNote::allNotesInManagedObjectContext(moc()).isEmpty(); });
+    while (moc().hasChanges()) {
+        QCoreApplication::processEvents();
+    }
+    reopen();
+    const auto notes = QBNote::allNotesInManagedObjectContext(moc());
+    ASSERT_EQ(notes.size(), 1);
+    EXPECT_EQ(notes.constFirst()->text(), u"kept"_s);
+}
+
+TEST_F(CoreDataStack, SampleNotesNeverReachTheFile)
+{
+    const auto sample =
+        QBStaticNote::staticNoteWithItem({u"ID"_s, u"text"_s, u"T"_s, u"S"_s}, *stack->inMemoryManagedObjectContext());
+    EXPECT_TRUE(sample->isStatic());
+    EXPECT_FALSE(sample->isEditable());
+    EXPECT_EQ(sample->title(), u"T"_s);
+    EXPECT_FALSE(moc().hasChanges());
+}
+
+TEST_F(CoreDataStack, OpeningErrorsNameTheFile)
+{
+    save();
+    const QString path = stack->persistentStoreURL();
+    close();
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(QByteArray(8192, 'x'));
+    file.close();
+    stack = std::make_unique<QBCoreDataStack>();
+    stack->setupStackWithDelegate({});
+    ASSERT_TRUE(stack->openError().isSet());
+    EXPECT_TRUE(stack->openError().localizedDescription().contains(path));
+    // The contexts are there, find nothing and refuse to save.
+    EXPECT_TRUE(QBNote::allNotesInManagedObjectContext(moc()).isEmpty());
+    const auto note = makeNote(u"typed"_s);
+    stack->saveUsingCoalescence(false);
+    EXPECT_TRUE(stack->saveError().isSet());
+    EXPECT_EQ(note->text(), u"typed"_s);
+    EXPECT_TRUE(moc().hasChanges());
+}
+
+TEST_F(CoreDataStack, ATextThatAnotherWriterReplacedComesBackAsAConflict)
+{
+    const auto note = makeNote(u"start #a"_s);
+    save();
+    QBCoreDataStack other;
+    other.setupStackWithDelegate({});
+    auto &otherMoc = *other.managedObjectContext();
+    const auto theirs = QBNote::noteWithUniqueIdentifier(note->uniqueIdentifier(), otherMoc);
+    ASSERT_TRUE(theirs);
+    static_cast<void>(note->text()); // both have read the row
+    static_cast<void>(theirs->text());
+
+    clock.advance(5);
+    theirs->updateNoteWithText(u"theirs #b"_s, 0);
+    ASSERT_TRUE(otherMoc.save());
+    note->updateNoteWithText(u"mine #c"_s, 0);
+    save();
+
+    EXPECT_FALSE(moc().hasChanges()) << "the lost text is durable at once";
+    reopen();
+    const auto kept = QBNote::noteWithUniqueIdentifier(theirs->uniqueIdentifier(), moc());
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(kept->text(), u"theirs #b"_s);
+    EXPECT_EQ(sortedTags(*kept), QStringList{u"b"_s});
+    const auto group = kept->conflictedNotes();
+    ASSERT_EQ(group.size(), 2);
+    EXPECT_EQ(group.constFirst(), kept);
+    EXPECT_EQ(group.constLast()->text(), u"mine #c"_s);
+    EXPECT_EQ(sortedTags(*group.constLast()), QStringList{u"c"_s});
+}
+
+TEST_F(CoreDataStack, ATextWrittenIntoANoteThatAnotherWriterDeletedStays)
+{
+    const auto note = makeNote(u"start"_s);
+    save();
+    QBCoreDataStack other;
+    other.setupStackWithDelegate({});
+    const auto theirs = QBNote::noteWithUniqueIdentifier(note->uniqueIdentifier(), *other.managedObjectContext());
+    theirs->permanentlyDelete();
+    ASSERT_TRUE(other.managedObjectContext()->save());
+    note->updateNoteWithText(u"typed meanwhile"_s, 0);
+    save();
+    reopen();
+    const auto notes = QBNote::allNotesInManagedObjectContext(moc());
+    ASSERT_EQ(notes.size(), 1);
+    EXPECT_EQ(notes.constFirst()->text(), u"typed meanwhile"_s);
+}
+
+} // namespace quib::tests

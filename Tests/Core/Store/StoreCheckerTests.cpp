@@ -1,0 +1,122 @@
+#include "StoreFixture.h"
+
+#include <Store/QBStoreChecker.h>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace quib::tests {
+
+class StoreChecker : public StoreFixture
+{
+protected:
+    QList<QBStoreFinding> check(bool repair = false)
+    {
+        save();
+        NSProgress progress;
+        NSError error;
+        const auto findings = QBStoreChecker(*stack).checkStore(repair, progress, &error);
+        EXPECT_TRUE(findings) << error.localizedDescription().toStdString();
+        return findings.value_or(QList<QBStoreFinding>());
+    }
+    /// What is wrong is told, repaired when asked for, and then gone.
+    void expectRepairable(QBStoreFinding::Kind kind)
+    {
+        const auto found = check();
+        ASSERT_EQ(found.size(), 1);
+        EXPECT_EQ(found.constFirst().kind, kind);
+        EXPECT_FALSE(found.constFirst().isRepaired);
+        const auto repaired = check(/*repair=*/true);
+        ASSERT_EQ(repaired.size(), 1);
+        EXPECT_TRUE(repaired.constFirst().isRepaired);
+        EXPECT_TRUE(check().isEmpty());
+    }
+    [[nodiscard]] Ref<QBNoteFile> import(const QString &name) const
+    {
+        return QBNoteFile::factoryNoteFileForFileURL(userFile(name, "bytes"), moc());
+    }
+};
+
+TEST_F(StoreChecker, ASoundStoreHasNoFindings)
+{
+    const auto file = import(u"f.txt"_s);
+    const auto note = makeNote(u"# T #a/b\n- x\n```\n- y\n```\n"_s + file->textRepresentation());
+    const auto trashed = makeNote(u"#gone [image:NOBODY/x.png]"_s);
+    trashed->trash();
+    EXPECT_TRUE(check().isEmpty());
+    note->updateAttributesForNewSyntax(0);
+    EXPECT_EQ(note->todoIncompleted(), 2);
+    EXPECT_TRUE(check().isEmpty()) << "a change of the syntax counts code too";
+}
+
+TEST_F(StoreChecker, WrongDerivedFieldsAreRepairedWithoutTouchingTheText)
+{
+    const auto note = makeNote(u"# T #a\n- x"_s);
+    const auto clockBytes = note->vectorClock();
+    note->setTitle(u"wrong"_s);
+    note->setTags({});
+    expectRepairable(QBStoreFinding::Kind::DerivedFields);
+    EXPECT_EQ(note->title(), QBNote::parseTitleFromText(note->text()));
+    EXPECT_EQ(note->tagsStrings(), QStringList{u"a"_s});
+    EXPECT_EQ(note->vectorClock(), clockBytes);
+}
+
+TEST_F(StoreChecker, DuplicateTagsAreMerged)
+{
+    const auto note = makeNote(u"#tag"_s);
+    QBNoteTag::addNewTagWithName(u"Tàg"_s, moc());
+    expectRepairable(QBStoreFinding::Kind::DuplicateTag);
+    EXPECT_EQ(QBNoteTag::notesTagsInManagedObjectContext(moc()).size(), 1);
+}
+
+TEST_F(StoreChecker, AMissingBinaryIsToldAndFetchedAgainWhereItCanBe)
+{
+    const auto file = import(u"f.txt"_s);
+    const auto note = makeNote(file->textRepresentation());
+    save();
+    ASSERT_TRUE(QFile::remove(file->fileURL()->toLocalFile()));
+    const auto found = check(/*repair=*/true);
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(found.constFirst().kind, QBStoreFinding::Kind::MissingBinary);
+    EXPECT_FALSE(found.constFirst().isRepaired);
+    file->setUploaded(true);
+    expectRepairable(QBStoreFinding::Kind::MissingBinary);
+    EXPECT_FALSE(file->downloaded());
+}
+
+TEST_F(StoreChecker, ALostAttachmentGetsItsRowBack)
+{
+    const auto file = import(u"f.txt"_s);
+    const QString marker = file->textRepresentation();
+    const QString stored = file->fileURL()->toLocalFile();
+    const QString identifier = file->uniqueIdentifier();
+    const auto note = makeNote(u"x "_s + marker);
+    // As after a crash between the copy and the save: text and folder, no row.
+    moc().deleteObject(file.get());
+    note->repairDerivedFieldsWithSyntax(0);
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(stored).path()));
+    QFile lost(stored);
+    ASSERT_TRUE(lost.open(QIODevice::WriteOnly));
+    lost.close();
+    expectRepairable(QBStoreFinding::Kind::LostAttachment);
+    EXPECT_EQ(note->filesCount(), 1);
+    EXPECT_EQ(note->orderedFiles().constFirst()->uniqueIdentifier(), identifier);
+    EXPECT_EQ(note->text(), u"x "_s + marker);
+}
+
+TEST_F(StoreChecker, OnlyOldFoldersAreOrphans)
+{
+    const QString orphan = QFileInfo(import(u"f.txt"_s)->fileURL()->toLocalFile()).path() + u"/../ORPHAN"_s;
+    ASSERT_TRUE(QDir().mkpath(orphan));
+    const double real = static_cast<double>(QDateTime::currentSecsSinceEpoch());
+    clock.setNow(NSDate::dateWithTimeIntervalSince1970(real + 60));
+    EXPECT_TRUE(check().isEmpty()) << "it may be an import that is under way";
+    clock.setNow(NSDate::dateWithTimeIntervalSince1970(real + 2.0 * 24 * 60 * 60));
+    expectRepairable(QBStoreFinding::Kind::OrphanedFolder);
+    EXPECT_FALSE(QFileInfo::exists(orphan));
+}
+
+} // namespace quib::tests
