@@ -45,7 +45,10 @@ QList<NSManagedObjectID> Access::targets(const NSManagedObject &object, int inde
         }
     }
     QList<NSManagedObjectID> added(state.added.cbegin(), state.added.cend());
-    added.removeIf([&state](const NSManagedObjectID &target) { return state.base->contains(target); });
+    if (!state.base->isEmpty()) {
+        const QSet<NSManagedObjectID> base(state.base->cbegin(), state.base->cend());
+        added.removeIf([&base](const NSManagedObjectID &target) { return base.contains(target); });
+    }
     // Newest last: temporary keys count downwards.
     std::sort(added.begin(), added.end(), [](const NSManagedObjectID &a, const NSManagedObjectID &b) {
         return a.isTemporaryID() != b.isTemporaryID() ? b.isTemporaryID() : std::abs(a.key()) < std::abs(b.key());
@@ -178,19 +181,40 @@ void NSManagedObject::setTargetsAtIndex(int relationship, const QList<NSManagedO
     for (const NSManagedObject *target : targets) {
         wanted.insert(target->objectID());
     }
+    // What is there and what is wanted are both known as sets, so that the work is linear however many targets.
+    const auto &description = entity()->relationships()[static_cast<size_t>(relationship)];
     const auto now = Access::targets(*this, relationship);
+    const QSet<NSManagedObjectID> before(now.cbegin(), now.cend());
+    const auto &stored = *Access::toMany(*this, relationship).base;
+    const QSet<NSManagedObjectID> base(stored.cbegin(), stored.cend());
+    bool changes = false;
     for (const NSManagedObjectID &target : now) {
-        if (!wanted.contains(target)) {
-            if (const auto object = m_context->m_d->object(target)) {
-                removeTargetAtIndex(relationship, object.get());
+        const auto object = wanted.contains(target) ? nullptr : m_context->m_d->object(target);
+        if (object) {
+            changeOtherSide(*this, description, *object, /*isJoining=*/false);
+            auto &state = Access::toMany(*this, relationship);
+            state.added.remove(target);
+            if (base.contains(target)) {
+                state.removed.insert(target);
             }
+            changes = true;
         }
     }
-    const QSet<NSManagedObjectID> before(now.cbegin(), now.cend());
     for (NSManagedObject *target : targets) {
-        if (!before.contains(target->objectID())) {
-            addTargetAtIndex(relationship, target);
+        if (before.contains(target->objectID()) || target->isDeleted()) {
+            continue;
         }
+        QUIB_ASSERT(target->m_context == m_context);
+        QUIB_ASSERT(target->entity()->isKindOfEntity(description.destinationEntity));
+        changeOtherSide(*this, description, *target, /*isJoining=*/true);
+        auto &state = Access::toMany(*this, relationship);
+        if (!state.removed.remove(target->objectID())) {
+            state.added.insert(target->objectID());
+        }
+        changes = true;
+    }
+    if (changes) {
+        m_context->m_d->noteUpdated(*this);
     }
 }
 
