@@ -13,6 +13,8 @@ namespace quib {
 
 namespace {
 
+constexpr qsizetype kMostStatements = 400;
+
 NSCocoaErrorCode codeFor(int result)
 {
     switch (result & 0xFF) {
@@ -43,6 +45,7 @@ SQLiteStatement::~SQLiteStatement()
     if (m_statement != nullptr) {
         sqlite3_reset(m_statement);
         sqlite3_clear_bindings(m_statement);
+        --*m_loans;
     }
 }
 
@@ -144,28 +147,23 @@ bool SQLiteDatabase::execute(const QByteArray &sql, NSError *error)
 
 SQLiteStatement SQLiteDatabase::prepare(const QByteArray &sql, NSError *error)
 {
+    // Conditions and column sets are few; lists of many lengths are not. A statement on loan must outlive its loan, so
+    // the cache is emptied only while none is lent.
+    if (m_statements.size() >= kMostStatements && m_loans == 0) {
+        for (sqlite3_stmt *statement : std::as_const(m_statements)) {
+            sqlite3_finalize(statement);
+        }
+        m_statements.clear();
+    }
     // A cached statement that is on loan already cannot be lent twice; nobody here runs one inside itself.
-    auto &cached = m_statements[sql];
+    sqlite3_stmt *&cached = m_statements[sql];
     if (cached == nullptr && sqlite3_prepare_v3(m_database, sql.constData(), static_cast<int>(sql.size()),
                                                 SQLITE_PREPARE_PERSISTENT, &cached, nullptr) != SQLITE_OK) {
         fail(error);
         m_statements.remove(sql);
         return {};
     }
-    sqlite3_stmt *statement = cached;
-    if (m_statements.size() > 400) {
-        // Conditions and column sets are few; lists of many lengths are not.
-        m_statements.remove(sql);
-        for (sqlite3_stmt *other : std::as_const(m_statements)) {
-            if (sqlite3_stmt_busy(other) == 0) {
-                sqlite3_finalize(other);
-            }
-        }
-        QHash<QByteArray, sqlite3_stmt *> kept;
-        kept.insert(sql, statement);
-        m_statements.swap(kept);
-    }
-    return SQLiteStatement(statement);
+    return SQLiteStatement(cached, &m_loans);
 }
 
 std::optional<Value> SQLiteDatabase::scalar(const QByteArray &sql, NSError *error)

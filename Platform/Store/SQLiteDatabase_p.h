@@ -15,17 +15,22 @@
 
 namespace quib {
 
-/// A prepared statement on loan from its database's cache: reset and unbound when the loan ends.
+/// A prepared statement on loan from its database's cache: reset and unbound when the loan ends, which is before the
+/// database goes.
 class SQLiteStatement
 {
 public:
     SQLiteStatement() = default;
-    explicit SQLiteStatement(sqlite3_stmt *statement)
+    /// loans: the database's count of statements lent, which this one raises while it lives.
+    SQLiteStatement(sqlite3_stmt *statement, int *loans)
         : m_statement(statement)
+        , m_loans(loans)
     {
+        ++*m_loans;
     }
     SQLiteStatement(SQLiteStatement &&other) noexcept
         : m_statement(std::exchange(other.m_statement, nullptr))
+        , m_loans(std::exchange(other.m_loans, nullptr))
     {
     }
     SQLiteStatement &operator=(SQLiteStatement &&) = delete;
@@ -50,6 +55,7 @@ public:
 
 private:
     sqlite3_stmt *m_statement = nullptr;
+    int *m_loans = nullptr;
 };
 
 /// One connection to a file: statements, transactions, errors in our own words. Guarded by whoever owns it.
@@ -80,6 +86,7 @@ private:
     QString m_path;
     sqlite3 *m_database = nullptr;
     QHash<QByteArray, sqlite3_stmt *> m_statements;
+    int m_loans = 0;
 };
 
 /// BEGIN IMMEDIATE; rolled back unless commit succeeded.

@@ -236,3 +236,26 @@ TEST_F(SQLiteStore, AnotherWritersLockIsWaitedForAndThenToldOf)
     EXPECT_EQ(result.error.code(), static_cast<qint64>(NSCocoaErrorCode::FileWriteVolumeReadOnly));
     EXPECT_TRUE(result.error.localizedDescription().contains(m_path));
 }
+
+TEST_F(SQLiteStore, SavesGoOnWhileMoreKindsOfQueryAreAskedThanStatementsAreKept)
+{
+    const auto store = open();
+    const NSManagedObjectID objectID = insert(*store, noteRow(u"A"_s, u"a"_s, u"a"_s));
+    const auto &attributes = m_note->attributes();
+    qint64 version = 1;
+    for (size_t i = 0; i < attributes.size(); ++i) {
+        for (size_t j = i + 1; j < attributes.size(); ++j) {
+            const auto rows = store->fetch(
+                {.entityName = u"QBNote"_s, .propertiesToFetch = {attributes[i].name, attributes[j].name}}, &m_error);
+            ASSERT_TRUE(rows) << m_error.localizedDescription().toStdString();
+            ASSERT_EQ(rows->size(), 1);
+            // Each chosen slot is a statement of its own, and each conflict reads inside the save.
+            SaveRequest request;
+            request.updates.append(
+                {objectID, version, noteRow(u"A"_s, u"b"_s, u"b"_s), slot(m_note, attributes[j].name)});
+            ASSERT_EQ(store->save(request).outcome, SaveResult::Outcome::Saved);
+            ASSERT_EQ(store->save(request).outcome, SaveResult::Outcome::Conflicts);
+            ++version;
+        }
+    }
+}
