@@ -1,6 +1,7 @@
 #include "StoreFixture.h"
 
 #include <Foundation/NSProgress.h>
+#include <Store/NSManagedObjectModel.h>
 #include <Store/QBStaticNote.h>
 
 #include <QCoreApplication>
@@ -128,6 +129,41 @@ TEST_F(CoreDataStack, OpeningErrorsNameTheFile)
     EXPECT_TRUE(stack->saveError().isSet());
     EXPECT_EQ(note->text(), u"typed"_s);
     EXPECT_TRUE(moc().hasChanges());
+}
+
+TEST_F(CoreDataStack, AStoreOfAnUnknownVersionIsLeftAloneAndToldOf)
+{
+    struct Delegate : QBCoreDataStackDelegate
+    {
+        void coreDataStackDidEndMigration(QBCoreDataStack &, const NSError &migrationError) override
+        {
+            hasEnded = true;
+            error = migrationError;
+        }
+        bool hasEnded = false;
+        NSError error;
+    };
+    const QString path = stack->persistentStoreURL();
+    close();
+    ASSERT_TRUE(QFile::remove(path));
+    QFile current(QBCoreDataStack::managedObjectModelURL() + u"/Model 3.mom"_s);
+    ASSERT_TRUE(current.open(QIODevice::ReadOnly));
+    const auto later = NSManagedObjectModel::modelWithData(
+        current.readAll().replace("\"version\": \"3\"", "\"version\": \"4\"").replace("ogVideo", "ogAudio"));
+    ASSERT_TRUE(later);
+    NSError error;
+    ASSERT_TRUE(
+        NSPersistentStoreCoordinator(later, {}).addPersistentStoreWithType(NSSQLiteStoreType, path, {}, &error));
+    const QByteArray before = folder.read(QDir(folder.path()).relativeFilePath(path));
+
+    stack = std::make_unique<QBCoreDataStack>();
+    const auto delegate = std::make_shared<Delegate>();
+    stack->setupStackWithDelegate(delegate);
+    turnUntil([&] { return delegate->hasEnded; });
+    EXPECT_EQ(delegate->error.code(), static_cast<qint64>(NSCocoaErrorCode::MigrationMissingSourceModel));
+    EXPECT_TRUE(stack->openError().localizedDescription().contains(path));
+    EXPECT_EQ(stack->managedObjectContext(), nullptr);
+    EXPECT_EQ(folder.read(QDir(folder.path()).relativeFilePath(path)), before);
 }
 
 TEST_F(CoreDataStack, ATextThatAnotherWriterReplacedComesBackAsAConflict)

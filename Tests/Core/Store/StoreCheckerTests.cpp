@@ -64,6 +64,27 @@ TEST_F(StoreChecker, WrongDerivedFieldsAreRepairedWithoutTouchingTheText)
     EXPECT_EQ(note->vectorClock(), clockBytes);
 }
 
+TEST_F(StoreChecker, LinksToWhatIsGoneAreRemoved)
+{
+    const auto note = makeNote(u"#tag"_s);
+    save();
+    const auto *tags = note->entity()->relationshipNamed(QBNoteRelationships::tags);
+    auto &store = *moc().persistentStoreCoordinator()->persistentStore();
+    const NSManagedObjectID ghostTag(tags->destinationEntity, 4711);
+    const NSManagedObjectID ghostNote(note->entity(), 4712);
+    SaveRequest request;
+    request.joinChanges.append({tags, note->objectID(), ghostTag, /*isInsertion=*/true});
+    request.joinChanges.append({tags, ghostNote, note->tags().constBegin()->get()->objectID(), /*isInsertion=*/true});
+    ASSERT_EQ(store.save(request).outcome, SaveResult::Outcome::Saved);
+    const auto found = check();
+    ASSERT_GE(found.size(), 2);
+    EXPECT_EQ(found.at(0).kind, QBStoreFinding::Kind::DanglingLink);
+    EXPECT_EQ(found.at(1).kind, QBStoreFinding::Kind::DanglingLink);
+    check(/*repair=*/true);
+    EXPECT_TRUE(check().isEmpty());
+    EXPECT_EQ(note->tagsStrings(), QStringList{u"tag"_s});
+}
+
 TEST_F(StoreChecker, DuplicateTagsAreMerged)
 {
     const auto note = makeNote(u"#tag"_s);
