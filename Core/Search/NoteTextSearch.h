@@ -1,0 +1,57 @@
+#pragma once
+
+#include "FoldedTextArena.h"
+
+#include <Foundation/DispatchQueue.h>
+#include <Foundation/NotificationCenter.h>
+#include <Store/NSManagedObjectContext.h>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+
+namespace quib {
+
+/// Answers searches over a context's notes from the folded arena: the arena is filled in the background, follows the
+/// context's saves, and catches up with what other processes wrote before it answers. Where it cannot answer, because
+/// it is not filled yet or the context has unsaved changes, the store does; the notes are the same either way. Queue:
+/// the context's.
+class NoteTextSearch : public std::enable_shared_from_this<NoteTextSearch>
+{
+public:
+    /// context: a root context, which must outlive the search.
+    [[nodiscard]] static std::shared_ptr<NoteTextSearch> make(NSManagedObjectContext &context);
+
+    /// Fills the arena on a queue of its own.
+    void startFilling();
+    /// Fills it now.
+    /// Errors: false; the store goes on answering.
+    [[nodiscard]] bool fill(NSError *error = nullptr);
+    [[nodiscard]] bool isFilled() const { return m_isFilled; }
+
+    /// What executeFetchRequest gives for a request on notes, faster.
+    [[nodiscard]] std::optional<QList<Ref<NSManagedObject>>> executeFetchRequest(const NSFetchRequest &request,
+                                                                                 NSError *error = nullptr);
+    [[nodiscard]] const FoldedTextArena &arena() const { return m_arena; }
+
+private:
+    explicit NoteTextSearch(NSManagedObjectContext &context);
+    [[nodiscard]] bool fillFrom(NSPersistentStore &store, NSError *error);
+    /// Takes in what was written since the arena last agreed with the store.
+    [[nodiscard]] bool catchUp(NSError *error);
+    void follow(const NSManagedObjectContext::Changes &changes);
+    /// The condition with every containment in the text replaced by the rows that the arena finds.
+    [[nodiscard]] NSPredicate::Ref answered(const NSPredicate::Ref &predicate) const;
+
+    NSManagedObjectContext &m_context;
+    const NSEntityDescription *m_entity;
+    int m_textSlot;
+    FoldedTextArena m_arena;
+    std::shared_ptr<DispatchQueue> m_fillingQueue;
+    std::atomic<bool> m_isFilled = false;
+    /// The store's change counter when the arena agreed with it; -1 when that is not known.
+    std::atomic<qint64> m_changeCounter = -1;
+    ObservationToken m_didSave;
+};
+
+} // namespace quib

@@ -1,0 +1,100 @@
+#include <Search/FoldedTextArena.h>
+#include <Support/TestSeed.h>
+#include <Text/Folding.h>
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+using namespace Qt::StringLiterals;
+using quib::FoldedTextArena;
+
+namespace {
+
+std::vector<qint64> scanned(const std::map<qint64, QString> &texts, const QString &term)
+{
+    const QByteArray needle = quib::foldedUtf8(term);
+    std::vector<qint64> keys;
+    for (const auto &[key, text] : texts) {
+        if (quib::foldedUtf8(text).contains(needle)) {
+            keys.push_back(key);
+        }
+    }
+    return keys;
+}
+
+} // namespace
+
+TEST(FoldedTextArena, FindsWhatComparingEveryTextFinds)
+{
+    const quib::tests::TestSeed seed;
+    auto generator = seed.generator();
+    const auto random = [&generator](int bound) {
+        return static_cast<int>(generator() % static_cast<unsigned>(bound));
+    };
+    const QStringList pieces{u"a"_s,
+                             u"A"_s,
+                             u"à"_s,
+                             u"e\u0301"_s,
+                             u"é"_s,
+                             u"É"_s,
+                             u"ß"_s,
+                             u"ss"_s,
+                             u" "_s,
+                             u"\n"_s,
+                             u"x"_s,
+                             u"Привет"_s,
+                             u"日本"_s,
+                             u"😀"_s,
+                             QString(QChar(0xD83D)),
+                             QString(QChar(0xDE00)),
+                             u"\u0301"_s,
+                             QString(QChar(0)),
+                             u"the"_s,
+                             u"z"_s};
+    const auto text = [&](int most) {
+        QString made;
+        for (int i = random(most); i >= 0; --i) {
+            made += pieces[random(static_cast<int>(pieces.size()))];
+        }
+        return made;
+    };
+    FoldedTextArena arena;
+    std::map<qint64, QString> texts;
+    for (int step = 0; step < 4000 && !testing::Test::HasFailure(); ++step) {
+        const qint64 key = 1 + random(60);
+        switch (random(4)) {
+        case 0:
+            arena.remove(key);
+            texts.erase(key);
+            break;
+        case 1:
+        case 2:
+            texts[key] = text(random(20) == 0 ? 300 : 12);
+            arena.setText(key, step, texts[key]);
+            EXPECT_EQ(arena.versionOfKey(key), step);
+            break;
+        default: {
+            const QString term = text(3);
+            const auto found = arena.keysOfTextsContaining(term);
+            EXPECT_EQ(found, scanned(texts, term));
+            const QString longer = term + text(2);
+            EXPECT_EQ(arena.keysOfTextsContaining(longer, found), scanned(texts, longer));
+        }
+        }
+    }
+    EXPECT_EQ(arena.keysOfTextsContaining(u""_s), scanned(texts, u""_s));
+    EXPECT_EQ(arena.count(), static_cast<qint64>(texts.size()));
+}
+
+TEST(FoldedTextArena, ReplacedTextsDoNotPileUp)
+{
+    FoldedTextArena arena;
+    const QString text(100'000, u'y');
+    for (int i = 0; i < 200; ++i) {
+        arena.setText(1 + i % 3, i, text);
+    }
+    EXPECT_LT(arena.sizeInBytes(), 4'000'000);
+    EXPECT_EQ(arena.keysOfTextsContaining(u"YYY"_s), (std::vector<qint64>{1, 2, 3}));
+    EXPECT_TRUE(arena.keysOfTextsContaining(QString(text % u'y')).empty());
+}
