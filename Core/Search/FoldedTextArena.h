@@ -29,7 +29,8 @@ public:
     /// The keys of the rows whose text holds the term, ascending. An empty term, or one that folds to nothing, is held
     /// by every text.
     [[nodiscard]] std::vector<qint64> keysOfTextsContaining(QStringView term) const;
-    /// The same within rows found before: what a longer term finds among the results of a shorter one.
+    /// The same within rows found before: what a longer term finds among the results of a shorter one, whose folded
+    /// form the longer one's must begin with.
     [[nodiscard]] std::vector<qint64> keysOfTextsContaining(QStringView term, const std::vector<qint64> &within) const;
 
     /// The version that a row's text was set with, or -1.

@@ -299,6 +299,13 @@ void NSManagedObjectContext::Private::finishSave(const SaveResult *result, const
                     withPending.remove(object.get());
                 }
             }
+            if (result != nullptr && result->adoptedIDs.contains(object->objectID())) {
+                // Another writer's row: what it holds is read when asked for.
+                Access::row(*object) = {};
+                Access::pending(*object).reset();
+                withPending.remove(object.get());
+                continue;
+            }
             if (result != nullptr) {
                 const auto version = result->versions.constFind(object->objectID());
                 if (version != result->versions.constEnd()) {

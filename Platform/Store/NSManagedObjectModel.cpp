@@ -155,6 +155,7 @@ struct ModelReader
             attribute.isLazy = given.value("lazy"_L1).toBool();
             attribute.isIndexed = given.value("indexed"_L1).toBool();
             attribute.isFoldIndexed = given.value("foldIndexed"_L1).toBool();
+            attribute.isUnique = attribute.isFoldIndexed && given.value("unique"_L1).toBool();
             entity.m_attributes.push_back(std::move(attribute));
         }
         for (const auto &value : object.value("relationships"_L1).toArray()) {

@@ -47,6 +47,9 @@ struct NSAttributeDescription
     bool isIndexed = false;
     /// A hidden column holds the [cd]-folded form, indexed, for "==[cd]" and "BEGINSWITH[cd]".
     bool isFoldIndexed = false;
+    /// Fold-indexed only: no two rows hold the same folded value. A row inserted with one that another writer inserted
+    /// meanwhile becomes that other row.
+    bool isUnique = false;
     /// Place among the entity's attributes, inherited ones first: the index of its slot in a RowSnapshot.
     int slot = -1;
 };

@@ -86,6 +86,9 @@ struct SaveResult
     Outcome outcome = Outcome::Failed;
     /// Permanent identities of the insertions.
     QHash<NSManagedObjectID, NSManagedObjectID> permanentIDs;
+    /// Insertions that became a row which another writer had inserted with the same unique value: its identity, which
+    /// permanentIDs names too. What it holds is read anew.
+    QSet<NSManagedObjectID> adoptedIDs;
     /// The new version of every inserted and updated row.
     QHash<NSManagedObjectID, qint64> versions;
     /// Outcome Conflicts: nothing was written.

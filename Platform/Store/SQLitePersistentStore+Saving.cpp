@@ -332,9 +332,52 @@ private:
         return done(statement);
     }
 
+    /// Looks for a row with the same unique value, which another writer inserted since this one looked.
+    bool adoptExistingRow(const SaveRequest::Insertion &insertion, bool *isAdopted)
+    {
+        const auto *entity = insertion.row->entity();
+        for (const NSAttributeDescription &attribute : entity->attributes()) {
+            if (!attribute.isUnique || insertion.row->isNull(attribute.slot) ||
+                !insertion.temporaryID.isTemporaryID()) {
+                continue;
+            }
+            SQLiteStatement statement =
+                m_database.prepare("SELECT _pk, _version FROM " + SQLNames::table(entity) + " WHERE " +
+                                       SQLNames::foldedColumn(attribute.name) + " = ? ORDER BY _pk LIMIT 1",
+                                   &m_result.error);
+            if (!statement) {
+                return false;
+            }
+            bindFolded(statement, 1, *insertion.row, attribute.slot);
+            const int result = statement.step();
+            if (result == SQLITE_ROW) {
+                const NSManagedObjectID existing(entity, statement.integer(0));
+                if (m_result.versions.contains(existing) && !m_result.adoptedIDs.contains(existing)) {
+                    return true; // of this very save: its writer knows what it does
+                }
+                m_result.permanentIDs.insert(insertion.temporaryID, existing);
+                m_result.versions.insert(existing, statement.integer(1));
+                m_result.adoptedIDs.insert(existing);
+                *isAdopted = true;
+                return true;
+            }
+            if (result != SQLITE_DONE) {
+                return m_database.fail(&m_result.error, "save");
+            }
+        }
+        return true;
+    }
+
     bool insert(const SaveRequest::Insertion &insertion)
     {
         const auto *entity = insertion.row->entity();
+        bool isAdopted = false;
+        if (!adoptExistingRow(insertion, &isAdopted)) {
+            return false;
+        }
+        if (isAdopted) {
+            return true;
+        }
         const InsertPlan &plan = insertPlan(entity);
         SQLiteStatement statement = m_database.prepare(plan.sql, &m_result.error);
         if (!statement) {

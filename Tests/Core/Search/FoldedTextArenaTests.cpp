@@ -79,7 +79,9 @@ TEST(FoldedTextArena, FindsWhatComparingEveryTextFinds)
             const auto found = arena.keysOfTextsContaining(term);
             EXPECT_EQ(found, scanned(texts, term));
             const QString longer = term + text(2);
-            EXPECT_EQ(arena.keysOfTextsContaining(longer, found), scanned(texts, longer));
+            if (quib::foldedUtf8(longer).startsWith(quib::foldedUtf8(term))) {
+                EXPECT_EQ(arena.keysOfTextsContaining(longer, found), scanned(texts, longer));
+            }
         }
         }
     }
