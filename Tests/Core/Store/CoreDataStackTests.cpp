@@ -131,6 +131,28 @@ TEST_F(CoreDataStack, OpeningErrorsNameTheFile)
     EXPECT_TRUE(moc().hasChanges());
 }
 
+TEST_F(CoreDataStack, AReadOnlyStoreCanBeReadAndKeepsWhatIsTypedPending)
+{
+    const QString identifier = makeNote(u"there"_s)->uniqueIdentifier();
+    save();
+    close();
+    stack = std::make_unique<QBCoreDataStack>();
+    NSPersistentStoreOptions options;
+    options.isReadOnly = true;
+    stack->setPersistentStoreOptions(options);
+    stack->setupStackWithDelegate({});
+    EXPECT_FALSE(stack->openError().isSet());
+    const auto note = QBNote::noteWithUniqueIdentifier(identifier, moc());
+    ASSERT_TRUE(note);
+    note->updateNoteWithText(u"typed"_s, 0);
+    stack->saveUsingCoalescence(false);
+    EXPECT_TRUE(stack->saveError().isSet());
+    EXPECT_TRUE(stack->saveError().localizedDescription().contains(stack->persistentStoreURL()))
+        << stack->saveError().localizedDescription().toStdString();
+    EXPECT_EQ(note->text(), u"typed"_s);
+    EXPECT_TRUE(moc().hasChanges());
+}
+
 TEST_F(CoreDataStack, AStoreOfAnUnknownVersionIsLeftAloneAndToldOf)
 {
     struct Delegate : QBCoreDataStackDelegate

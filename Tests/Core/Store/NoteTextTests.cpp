@@ -105,6 +105,9 @@ TEST_F(NoteText, SectionsAreReplacedAppendedAndPrepended)
                     const auto sections = note.noteSections();
                     note.prependSection(sections.size() > 1 ? sections.at(1) : sections.at(0), given, 0);
                 });
+    // A heading that ends the text without a line end takes the text on its own line.
+    expectCases({{u"# A"_s, u"x"_s, u"# Ax\n"_s}},
+                [&](QBNote &note, const QString &given) { note.replaceSection(section(note, 0), given, 0); });
     // An empty body takes the text as it is.
     expectCases({{text, u"x"_s, text + u"x\n"_s}},
                 [&](QBNote &note, const QString &given) { note.appendSection(section(note, 2), given, 0); });
