@@ -108,6 +108,18 @@ bool QBStoreChecker::checkLinks(NSError *error)
     if (!collect(*notes, relationship, *tags) || !collect(*tags, relationship->inverse, *notes)) {
         return false;
     }
+    // Rows that another process added since the lists were read are looked for by themselves: a row comes with its
+    // links in one save, so that what is missing now was missing when the link was read.
+    bool isRead = true;
+    removals.joinChanges.removeIf([&](const quib::JoinChange &change) {
+        const auto source = store().row(change.source, error);
+        const auto target = source ? store().row(change.target, error) : std::nullopt;
+        isRead = isRead && target.has_value();
+        return target && source->snapshot && target->snapshot;
+    });
+    if (!isRead) {
+        return false;
+    }
     if (removals.joinChanges.isEmpty()) {
         return true;
     }
