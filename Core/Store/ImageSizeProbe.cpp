@@ -5,6 +5,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstring>
 
 namespace quib {
 
@@ -39,14 +40,24 @@ private:
     qint64 m_size;
 };
 
+/// The number at an offset; 0 where the bytes end before.
+template <typename T> T raw(const QByteArray &bytes, qsizetype offset)
+{
+    T value = 0;
+    if (offset >= 0 && offset + qsizetype{sizeof(T)} <= bytes.size()) {
+        std::memcpy(&value, bytes.constData() + offset, sizeof(T));
+    }
+    return value;
+}
+
 template <typename T> T big(const QByteArray &bytes, qsizetype offset)
 {
-    return qFromBigEndian<T>(bytes.constData() + offset);
+    return qFromBigEndian(raw<T>(bytes, offset));
 }
 
 template <typename T> T little(const QByteArray &bytes, qsizetype offset)
 {
-    return qFromLittleEndian<T>(bytes.constData() + offset);
+    return qFromLittleEndian(raw<T>(bytes, offset));
 }
 
 std::optional<PixelSize> checked(qint64 width, qint64 height)
