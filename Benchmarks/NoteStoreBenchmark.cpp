@@ -12,6 +12,7 @@
 #include <Support/RawBaselines.h>
 
 #include <Files/Profile.h>
+#include <Store/NSManagedObjectContext.h>
 #include <Store/NSPersistentStore.h>
 #include <Store/QBCoreDataStack.h>
 #include <Store/QBNote.h>
@@ -110,7 +111,8 @@ int main(int argc, char **argv)
         context.reset();
     }
     const QString path = stack->persistentStoreURL();
-    const auto *entity = stack->managedObjectModel()->entityNamed(QBNote::entityName());
+    const auto model = stack->managedObjectModel(); // outlives the stack
+    const auto *entity = model->entityNamed(QBNote::entityName());
     RawDatabase raw(path);
 
     // 1. The list as objects.
@@ -185,8 +187,7 @@ int main(int argc, char **argv)
     {
         NSError error;
         const QString emptyPath = folder.filePath(u"empty.sqlite"_s);
-        auto coordinator =
-            std::make_unique<NSPersistentStoreCoordinator>(stack->managedObjectModel(), NSManagedObjectFactories());
+        auto coordinator = std::make_unique<NSPersistentStoreCoordinator>(model, NSManagedObjectFactories());
         if (coordinator->addPersistentStoreWithType(NSSQLiteStoreType, emptyPath, {}, &error) == nullptr) {
             return 1;
         }
@@ -199,6 +200,7 @@ int main(int argc, char **argv)
         const QList<QString> texts = generator.texts(batch);
         const QByteArray noteSql = "INSERT INTO \"QBNote\" (" + columns + ", title_cd) VALUES (" + marks + ", ?)";
         const int parameters = static_cast<int>(columns.count(',')) + 2;
+        const QByteArray identifier(50, 'A');
         qint64 offset = 0;
         const Timing inserts = measure(
             [&] {
@@ -209,7 +211,8 @@ int main(int argc, char **argv)
                         sqlite3_bind_int64(one, i, 0);
                     }
                     sqlite3_bind_int64(one, 1, offset + row + 1);
-                    sqlite3_bind_text(one, 3, title.constData(), 36, SQLITE_TRANSIENT);
+                    sqlite3_bind_text(one, 3, identifier.constData(), static_cast<int>(identifier.size()),
+                                      SQLITE_TRANSIENT);
                     sqlite3_bind_text(one, 4, title.constData(), static_cast<int>(title.size()), SQLITE_TRANSIENT);
                     sqlite3_bind_text(one, 5, title.constData(), static_cast<int>(title.size()), SQLITE_TRANSIENT);
                     sqlite3_bind_blob(one, parameters, title.constData(), static_cast<int>(title.size()),

@@ -169,4 +169,59 @@ TEST_F(StoreMigration, WithoutAMappingTheStoreStaysAsItWas)
     EXPECT_TRUE(later.isMigrationNeeded());
 }
 
+// The files under Tests/Data/Stores were written by the models as they were; a change of an old model, or of how files
+// are read, shows here. QUIB_WRITE_STORE_FIXTURES=1 writes them anew, for a version that never left the house.
+TEST_F(StoreMigration, CommittedStoresOfOldVersionsOpenWithEverythingInThem)
+{
+    const QString stores = QStringLiteral(QUIB_TEST_DATA "/Stores/");
+    for (const QString &version : {u"1"_s, u"2"_s}) {
+        SCOPED_TRACE(version.toStdString());
+        const QString fixture = QString(stores % u"version" % version % u".sqlite");
+        if (qEnvironmentVariableIsSet("QUIB_WRITE_STORE_FIXTURES")) {
+            makeOldStore(version == u"1"_s ? u"Model"_s : u"Model 2"_s, [](NSManagedObjectContext &context) {
+                const auto tag = context.insertNewObjectForEntityForName(u"QBNoteTag"_s);
+                tag->setValueForKey(u"old tag"_s, u"title"_s);
+                for (int i = 0; i < 20; ++i) {
+                    const auto note = oldNote(context, u"N%1"_s.arg(i),
+                                              u"# Note %1\nbody \uFEFFé😀\n- open\n+ done\n#old tag#"_s.arg(i));
+                    note->setValueForKey(i % 2 == 0, u"pinned"_s);
+                    note->setValueForKey(NSDate::dateWithTimeIntervalSince1970(1.5e9 + i), u"creationDate"_s);
+                    note->setTargetObjectsForKey({tag}, u"tags"_s);
+                    const auto file =
+                        context.insertNewObjectForEntityForName(i % 2 == 0 ? u"QBNoteImage"_s : u"QBNoteGenericFile"_s);
+                    file->setValueForKey(u"F%1"_s.arg(i), u"uniqueIdentifier"_s);
+                    file->setTargetObjectForKey(note, u"note"_s);
+                }
+            });
+            QDir().mkpath(stores);
+            QFile::remove(fixture);
+            ASSERT_TRUE(QFile::copy(QBCoreDataStack().persistentStoreURL(), fixture));
+        }
+        const QString path = QBCoreDataStack().persistentStoreURL();
+        close();
+        QFile::remove(path);
+        ASSERT_TRUE(QFile::copy(fixture, path)) << fixture.toStdString();
+        ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+        const auto follower = migrate();
+        ASSERT_FALSE(follower->error.isSet()) << follower->error.localizedDescription().toStdString();
+        const auto notes = QBNote::allNotesInManagedObjectContext(moc());
+        ASSERT_EQ(notes.size(), 20);
+        for (const auto &note : notes) {
+            const int i = note->uniqueIdentifier().mid(1).toInt();
+            EXPECT_EQ(note->text(), u"# Note %1\nbody \uFEFFé😀\n- open\n+ done\n#old tag#"_s.arg(i));
+            EXPECT_EQ(note->isPinned(), i % 2 == 0);
+            EXPECT_EQ(note->creationDate(), NSDate::dateWithTimeIntervalSince1970(1.5e9 + i));
+            EXPECT_EQ(note->tagsStrings(), QStringList{u"old tag"_s});
+            EXPECT_EQ(note->hasImages(), i % 2 == 0);
+            EXPECT_EQ(note->hasFiles(), i % 2 != 0);
+            EXPECT_EQ(note->orderedFiles().constFirst()->uniqueIdentifier(), u"F%1"_s.arg(i));
+            EXPECT_TRUE(note->subtitle().startsWith(u"body"));
+            if (version == u"1"_s) {
+                EXPECT_EQ(note->title(), u"Note %1"_s.arg(i));
+                EXPECT_EQ(note->todoCompleted(), 1);
+            }
+        }
+    }
+}
+
 } // namespace quib::tests
