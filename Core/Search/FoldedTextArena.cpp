@@ -1,7 +1,5 @@
 #include "FoldedTextArena.h"
 
-#include "ByteSearch.h"
-
 #include <Text/Folding.h>
 
 #include <algorithm>
@@ -38,6 +36,9 @@ void FoldedTextArena::append(qint64 key, qint64 version, const QByteArray &folde
     m_entries.push_back({m_bytes.size(), static_cast<size_t>(foldedText.size()), key, version});
     m_bytes.insert(m_bytes.end(), foldedText.cbegin(), foldedText.cend());
     m_bytes.push_back(kSeparator);
+    for (qsizetype i = 0; i < foldedText.size(); i += 16) {
+        ++m_counts[static_cast<unsigned char>(foldedText[i])];
+    }
 }
 
 void FoldedTextArena::drop(qint64 key)
@@ -104,7 +105,7 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term) con
         }
     } else {
         const std::string_view bytes(m_bytes.data(), m_bytes.size());
-        const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())));
+        const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())), m_counts);
         size_t index = 0;
         for (size_t place = search.find(bytes, 0); place != std::string_view::npos;) {
             // The entry that holds the place: the last one that starts at or before it. Matches come in order, so the
@@ -127,7 +128,36 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term) con
             place = search.find(bytes, entry.start + entry.length + 1);
         }
     }
-    std::sort(found.begin(), found.end());
+    if (!std::is_sorted(found.begin(), found.end())) {
+        std::sort(found.begin(), found.end());
+    }
+    return found;
+}
+
+std::vector<qint64> FoldedTextArena::keysOfTextsContainingAll(const QStringList &terms) const
+{
+    if (terms.isEmpty()) {
+        return keysOfTextsContaining(QStringView());
+    }
+    // How rare a term is, is told by its rarest byte and its length; a wrong guess costs time only.
+    const auto commonness = [this](const QString &term) {
+        const QByteArray needle = foldedUtf8(term);
+        uint64_t least = UINT64_MAX;
+        const std::shared_lock lock(m_mutex);
+        for (const char byte : needle) {
+            least = std::min(least, m_counts[static_cast<unsigned char>(byte)]);
+        }
+        return static_cast<double>(least) / static_cast<double>(1 + needle.size() * needle.size());
+    };
+    QList<std::pair<double, QString>> ordered;
+    for (const QString &term : terms) {
+        ordered.append({commonness(term), term});
+    }
+    std::stable_sort(ordered.begin(), ordered.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+    std::vector<qint64> found = keysOfTextsContaining(ordered.constFirst().second);
+    for (qsizetype i = 1; i < ordered.size() && !found.empty(); ++i) {
+        found = keysOfTextsContaining(ordered[i].second, found);
+    }
     return found;
 }
 
@@ -138,7 +168,7 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term, con
         return within;
     }
     const std::shared_lock lock(m_mutex);
-    const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())));
+    const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())), m_counts);
     std::vector<qint64> found;
     for (const qint64 key : within) {
         const auto index = m_indexOfKey.constFind(key);

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "ByteSearch.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QStringList>
 #include <QStringView>
 
 #include <shared_mutex>
@@ -33,6 +36,10 @@ public:
     /// form the longer one's must begin with.
     [[nodiscard]] std::vector<qint64> keysOfTextsContaining(QStringView term, const std::vector<qint64> &within) const;
 
+    /// The keys of the rows whose text holds every one of the terms, ascending: the rarest is looked for in all texts,
+    /// the others where it was found.
+    [[nodiscard]] std::vector<qint64> keysOfTextsContainingAll(const QStringList &terms) const;
+
     /// The version that a row's text was set with, or -1.
     [[nodiscard]] qint64 versionOfKey(qint64 key) const;
     [[nodiscard]] QList<qint64> keys() const;
@@ -58,6 +65,7 @@ private:
     std::vector<Entry> m_entries;
     QHash<qint64, size_t> m_indexOfKey;
     size_t m_deadBytes = 0;
+    ByteCounts m_counts{}; // of every sixteenth byte that was ever appended
 };
 
 } // namespace quib

@@ -164,28 +164,51 @@ NSPredicate::Ref NoteTextSearch::answered(const NSPredicate::Ref &predicate) con
         const FoldedTextArena &arena;
         const NSEntityDescription *entity;
 
+        [[nodiscard]] PredicateNodeRef found(const QStringList &terms) const
+        {
+            QList<NSManagedObjectID> identities;
+            for (const qint64 key : arena.keysOfTextsContainingAll(terms)) {
+                identities.append(NSManagedObjectID(entity, key));
+            }
+            auto node = std::make_shared<PredicateNode>();
+            node->kind = PredicateNode::Kind::Comparison;
+            node->operation = PredicateOperator::In;
+            node->left.kind = PredicateExpression::Kind::KeyPath;
+            node->right.constant = identities;
+            return node;
+        }
+
+        [[nodiscard]] static QString term(const PredicateNode &node)
+        {
+            return std::get<QString>(std::get<Value>(node.right.constant));
+        }
+
         [[nodiscard]] PredicateNodeRef operator()(const PredicateNodeRef &node) const
         {
             if (isTextContainment(*node)) {
-                const auto &term = std::get<QString>(std::get<Value>(node->right.constant));
-                QList<NSManagedObjectID> identities;
-                for (const qint64 key : arena.keysOfTextsContaining(term)) {
-                    identities.append(NSManagedObjectID(entity, key));
-                }
-                auto found = std::make_shared<PredicateNode>();
-                found->kind = PredicateNode::Kind::Comparison;
-                found->operation = PredicateOperator::In;
-                found->left.kind = PredicateExpression::Kind::KeyPath;
-                found->right.constant = identities;
-                return found;
+                return found({term(*node)});
             }
             if (node->children.isEmpty()) {
                 return node;
             }
-            auto copy = std::make_shared<PredicateNode>(*node);
-            for (PredicateNodeRef &child : copy->children) {
-                child = (*this)(child);
+            // Terms that must all be there are looked for together.
+            QList<PredicateNodeRef> children;
+            QStringList terms;
+            for (const PredicateNodeRef &child : node->children) {
+                if (node->kind == PredicateNode::Kind::And && isTextContainment(*child)) {
+                    terms.append(term(*child));
+                } else {
+                    children.append((*this)(child));
+                }
             }
+            if (!terms.isEmpty()) {
+                children.append(found(terms));
+            }
+            if (node->kind != PredicateNode::Kind::Not) {
+                return joinedNode(node->kind, children);
+            }
+            auto copy = std::make_shared<PredicateNode>(*node);
+            copy->children = children;
             return copy;
         }
     };

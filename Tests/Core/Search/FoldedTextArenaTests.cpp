@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 
 using namespace Qt::StringLiterals;
@@ -78,6 +80,11 @@ TEST(FoldedTextArena, FindsWhatComparingEveryTextFinds)
             const QString term = text(3);
             const auto found = arena.keysOfTextsContaining(term);
             EXPECT_EQ(found, scanned(texts, term));
+            const QString other = text(2);
+            std::vector<qint64> both;
+            const auto second = scanned(texts, other);
+            std::set_intersection(found.begin(), found.end(), second.begin(), second.end(), std::back_inserter(both));
+            EXPECT_EQ(arena.keysOfTextsContainingAll({other, term}), both);
             const QString longer = term + text(2);
             if (quib::foldedUtf8(longer).startsWith(quib::foldedUtf8(term))) {
                 EXPECT_EQ(arena.keysOfTextsContaining(longer, found), scanned(texts, longer));
