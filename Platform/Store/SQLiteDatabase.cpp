@@ -100,6 +100,13 @@ void SQLiteStatement::bindNull(int index)
     sqlite3_bind_null(m_statement, index);
 }
 
+std::string_view SQLiteStatement::view(int column) const
+{
+    const auto *bytes = static_cast<const char *>(sqlite3_column_blob(m_statement, column));
+    return bytes == nullptr ? std::string_view("")
+                            : std::string_view(bytes, static_cast<size_t>(sqlite3_column_bytes(m_statement, column)));
+}
+
 QString SQLiteStatement::text(int column) const
 {
     const auto *bytes = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));

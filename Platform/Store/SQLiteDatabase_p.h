@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <mutex>
+#include <string_view>
 
 #include <sqlite3.h>
 
@@ -50,6 +51,8 @@ public:
     [[nodiscard]] bool isNull(int column) const { return sqlite3_column_type(m_statement, column) == SQLITE_NULL; }
     [[nodiscard]] qint64 integer(int column) const { return sqlite3_column_int64(m_statement, column); }
     [[nodiscard]] double real(int column) const { return sqlite3_column_double(m_statement, column); }
+    /// The bytes of a text or blob where SQLite holds them, until the next step.
+    [[nodiscard]] std::string_view view(int column) const;
     [[nodiscard]] QString text(int column) const;
     [[nodiscard]] QByteArray bytes(int column) const;
 

@@ -57,6 +57,7 @@ SQLitePersistentStore::ColumnPlan SQLitePersistentStore::planFor(const NSEntityD
         }
         plan.slotsOf.push_back({candidate, std::move(indexes)});
     }
+    plan.repeated.resize(static_cast<size_t>(names.size()) + 3);
     return plan;
 }
 
@@ -76,7 +77,7 @@ StoredRow SQLitePersistentStore::readRow(const SQLiteStatement &statement, const
     int column = plan.hasEntityColumn ? 3 : 2;
     for (const int slot : slotsOf->indexes) {
         if (slot >= 0) {
-            readSlot(statement, column, *row, slot);
+            readSlot(statement, column, *row, slot, plan.repeated[static_cast<size_t>(column)]);
         }
         ++column;
     }

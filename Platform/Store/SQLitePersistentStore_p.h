@@ -3,9 +3,38 @@
 #include "SQLiteDatabase_p.h"
 #include "SQLitePersistentStore.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace quib {
+
+/// The last value of a column, kept to be shared: device names and clocks are the same in row after row. A column whose
+/// values differ is soon left alone.
+struct RepeatedValue
+{
+    static constexpr size_t kLongest = 256;
+    static constexpr int kPatience = 8;
+    std::string bytes;
+    QString text;
+    QByteArray blob;
+    int misses = 0;
+
+    /// Whether the value is the last one; if not, and if it is worth it, keeps the bytes for the next row.
+    [[nodiscard]] bool isLast(std::string_view value)
+    {
+        if (misses >= kPatience || value.size() > kLongest) {
+            return false;
+        }
+        if (!bytes.empty() && value == bytes) {
+            misses = 0;
+            return true;
+        }
+        ++misses;
+        bytes = value;
+        return false;
+    }
+};
 
 /// Which columns a SELECT of whole rows has, and where each goes in a snapshot of each concrete entity.
 struct SQLitePersistentStore::ColumnPlan
@@ -19,6 +48,8 @@ struct SQLitePersistentStore::ColumnPlan
     bool hasEntityColumn = false;
     QByteArray columns;
     std::vector<Slots> slotsOf;
+    /// One a column.
+    mutable std::vector<RepeatedValue> repeated;
 };
 
 [[nodiscard]] inline Value readValue(const SQLiteStatement &statement, int column, NSAttributeType type)
@@ -45,7 +76,7 @@ struct SQLitePersistentStore::ColumnPlan
 }
 
 /// Reads one column straight into a snapshot's slot, without a Value in between.
-inline void readSlot(const SQLiteStatement &statement, int column, RowSnapshot &row, int slot)
+inline void readSlot(const SQLiteStatement &statement, int column, RowSnapshot &row, int slot, RepeatedValue &repeated)
 {
     const auto &layout = row.entity()->slotLayout(slot);
     switch (layout.type) {
@@ -71,10 +102,24 @@ inline void readSlot(const SQLiteStatement &statement, int column, RowSnapshot &
         }
         return;
     case NSAttributeType::String:
-        row.setStringAt(slot, statement.isNull(column) ? QString() : statement.text(column));
+        if (statement.isNull(column)) {
+            row.setStringAt(slot, QString());
+        } else if (repeated.isLast(statement.view(column))) {
+            row.setStringAt(slot, repeated.text);
+        } else {
+            repeated.text = statement.text(column);
+            row.setStringAt(slot, repeated.text);
+        }
         return;
     case NSAttributeType::Binary:
-        row.setValueAt(slot, readValue(statement, column, layout.type));
+        if (statement.isNull(column)) {
+            row.setValueAt(slot, {});
+        } else if (repeated.isLast(statement.view(column))) {
+            row.setValueAt(slot, repeated.blob);
+        } else {
+            repeated.blob = statement.bytes(column);
+            row.setValueAt(slot, repeated.blob);
+        }
         return;
     }
 }

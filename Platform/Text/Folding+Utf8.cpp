@@ -123,6 +123,20 @@ QByteArray toUtf8Lossless(QStringView text)
 
 QString fromUtf8Lossless(const char *bytes, qsizetype size)
 {
+    constexpr qsizetype kShort = 1024;
+    if (size > 0 && size <= kShort) {
+        // OPTIMIZATION: titles and the like are decoded beside, and then allocated once in their own size.
+        char16_t units[kShort];
+        const qsizetype ascii = ascii::copyToUnits(bytes, size, units);
+        qsizetype written = 0;
+        if (ascii < size) {
+            written = decode<false>(bytes + ascii, size - ascii, units + ascii);
+            if (written < 0) {
+                written = decode<true>(bytes + ascii, size - ascii, units + ascii);
+            }
+        }
+        return QString(reinterpret_cast<const QChar *>(units), ascii + written);
+    }
     QString out(size, Qt::Uninitialized);
     const qsizetype plain = ascii::copyToUnits(bytes, size, reinterpret_cast<char16_t *>(out.data()));
     if (plain == size) {
