@@ -369,6 +369,9 @@ void NSManagedObjectContext::Private::takeFromChild(Private &child)
             continue; // deleted here meanwhile
         }
         kept.append(object);
+        if (pending->changedSlots == 0) {
+            continue; // relationships only; the row may not even have been read
+        }
         const auto &row = *Access::row(*theirs);
         for (int slot = 0; slot < theirs->entity()->slotCount(); ++slot) {
             if ((pending->changedSlots & bit(slot)) == 0) {
