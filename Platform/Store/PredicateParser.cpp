@@ -344,6 +344,10 @@ private:
     PredicateExpression parseExpression(int depth)
     {
         PredicateExpression expression;
+        if (depth >= kMaximumPredicateDepth) {
+            fail(u"nested deeper than %1"_s.arg(kMaximumPredicateDepth));
+            return expression;
+        }
         switch (m_token.kind) {
         case Token::Kind::String:
             return constant(Value(m_token.text));
@@ -397,7 +401,7 @@ private:
     {
         QList<Value> values;
         while (m_fault.isEmpty() && !isSymbol(u"}")) {
-            const PredicateExpression item = parseExpression(depth);
+            const PredicateExpression item = parseExpression(depth + 1);
             const auto *value = std::get_if<Value>(&item.constant);
             if (item.kind != PredicateExpression::Kind::Constant || value == nullptr) {
                 fail(u"a list holds plain values only"_s);
@@ -466,7 +470,7 @@ private:
         expression.kind = PredicateExpression::Kind::SubqueryCount;
         advance();
         expectSymbol(u"(");
-        const PredicateExpression collection = parseExpression(depth);
+        const PredicateExpression collection = parseExpression(depth + 1);
         if (collection.kind != PredicateExpression::Kind::KeyPath) {
             fail(u"SUBQUERY of something that is no key path"_s);
             return expression;

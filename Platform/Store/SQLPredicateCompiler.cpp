@@ -215,7 +215,12 @@ private:
                 return fail(u"@count"_s);
             }
             const Counted rows = countedRows(expression, relation, scope);
-            return {Scalar::Kind::Number, "(SELECT COUNT(*)" + rows.sql + ')', rows.bindings, {}, nullptr};
+            QByteArray count = "(SELECT COUNT(*)" + rows.sql + ')';
+            if (expression.path.size() > 1) {
+                // A path through a to-one relationship that leads nowhere gives nothing, not a count of 0.
+                count = "(CASE WHEN " + relation.sql + " IS NULL THEN NULL ELSE " + count + " END)";
+            }
+            return {Scalar::Kind::Number, count, rows.bindings, {}, nullptr};
         }
         }
         return {};
@@ -363,7 +368,8 @@ private:
     {
         const auto *value = std::get_if<Value>(&node.right.constant);
         const auto *number = value != nullptr ? std::get_if<qint64>(value) : nullptr;
-        if (node.right.kind != PredicateExpression::Kind::Constant || number == nullptr || *number != 0) {
+        if (node.right.kind != PredicateExpression::Kind::Constant || number == nullptr || *number != 0 ||
+            node.left.path.size() != 1) {
             return std::nullopt;
         }
         const bool isThere =

@@ -99,7 +99,9 @@ TEST(Predicate, SaysWhatIsWrongAndWhere)
                                   u"SUBQUERY(a, $x, $y.b == 1).@count > 0"_s,
                                   u"@count > 0"_s,
                                   deep,
-                                  QString(u"NOT "_s.repeated(100'000) % u"a == 1")}) {
+                                  QString(u"NOT "_s.repeated(100'000) % u"a == 1"),
+                                  QString(u"a IN "_s % QString(100'000, u'{')),
+                                  QString(u"SUBQUERY("_s.repeated(100'000) % u"a")}) {
         NSError error;
         EXPECT_FALSE(NSPredicate::predicateWithFormat(format, {}, &error)) << format.left(60).toStdString();
         EXPECT_TRUE(error.localizedDescription().contains(u" at ")) << error.localizedDescription().toStdString();
@@ -316,6 +318,15 @@ TEST_F(PredicateAgreement, OnListsTooLongForVariables)
     expectAgreement(u"QBNote"_s, u"uniqueIdentifier IN %@"_s, {values});
     expectAgreement(u"QBNote"_s, u"NOT uniqueIdentifier IN %@"_s, {values});
     expectAgreement(u"QBNoteTag"_s, u"NOT self IN %@"_s, {m_tagIDs.mid(0, 3)});
+}
+
+TEST_F(PredicateAgreement, OnCountsBehindARelationshipThatLeadsNowhere)
+{
+    for (const QString &format :
+         {u"note.tags.@count == 0"_s, u"note.tags.@count != 0"_s, u"note.tags.@count > 0"_s, u"note.tags.@count <= 0"_s,
+          u"note.tags.@count < 2"_s, u"note.tags.@count == nil"_s}) {
+        expectAgreement(u"QBNoteFile"_s, format, {});
+    }
 }
 
 TEST_F(PredicateAgreement, KeysThatAreNotThereAreRefusedBySQL)
