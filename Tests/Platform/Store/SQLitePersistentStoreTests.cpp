@@ -5,7 +5,7 @@
 #include <QFile>
 #include <QRandomGenerator>
 
-#include <unistd.h>
+#include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 using quib::RowSnapshot;
@@ -215,16 +215,33 @@ TEST_F(SQLiteStore, BrokenBytesGiveErrorsAndNeverACrash)
 TEST_F(SQLiteStore, AnotherWritersLockIsWaitedForAndThenToldOf)
 {
     const auto store = open();
+    const NSManagedObjectID objectID = insert(*store, noteRow(u"A"_s, u"a"_s, u"a"_s));
+    sqlite3 *holder = nullptr;
+    ASSERT_EQ(sqlite3_open(QFile::encodeName(m_path).constData(), &holder), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    SaveRequest request;
+    request.deletions.append({objectID, 1, true});
+    const SaveResult refused = store->save(request);
+    EXPECT_EQ(refused.outcome, SaveResult::Outcome::Failed);
+    EXPECT_EQ(refused.error.code(), static_cast<qint64>(NSCocoaErrorCode::PersistentStoreTimeout));
+    EXPECT_TRUE(refused.error.localizedDescription().contains(m_path));
+    EXPECT_FALSE(store->row(objectID, &m_error));
+    EXPECT_EQ(m_error.code(), static_cast<qint64>(NSCocoaErrorCode::PersistentStoreTimeout));
+    EXPECT_FALSE(open());
+    EXPECT_EQ(m_error.code(), static_cast<qint64>(NSCocoaErrorCode::PersistentStoreTimeout));
+    sqlite3_close(holder);
+    EXPECT_TRUE(store->row(objectID, &m_error)->snapshot);
+    EXPECT_EQ(store->save(request).outcome, SaveResult::Outcome::Saved);
+}
+
+TEST_F(SQLiteStore, TellsOfOthersWritesAndKeepsReadersFromWriting)
+{
+    const auto store = open();
     const auto other = open();
     const NSManagedObjectID objectID = insert(*store, noteRow(u"A"_s, u"a"_s, u"a"_s));
     const auto before = other->changeCounter(&m_error);
     insert(*store, noteRow(u"B"_s, u"b"_s, u"b"_s));
     EXPECT_NE(before, other->changeCounter(&m_error));
-    QFile file(m_path);
-    file.setPermissions(QFile::ReadOwner);
-    if (geteuid() != 0) {
-        EXPECT_FALSE(open() && insert(*open(), noteRow(u"C"_s, u"c"_s, u"c"_s)).isNull());
-    }
     NSPersistentStoreOptions readOnly;
     readOnly.isReadOnly = true;
     const auto reader = open(readOnly);

@@ -1,0 +1,130 @@
+// Searches answered from the folded texts give the notes that the store gives, in the same order, whatever happened to
+// the notes in between and whoever wrote them.
+
+#include <Files/Profile.h>
+#include <Search/NoteTextSearch.h>
+#include <Search/QBNoteSearchManager.h>
+#include <Store/QBCoreDataStack.h>
+#include <Store/QBNote.h>
+#include <Store/QBNotesPreferenceManager.h>
+#include <Support/TemporaryFolder.h>
+#include <Support/TestSeed.h>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using quib::Ref;
+
+namespace {
+
+class TextSearch : public testing::Test
+{
+protected:
+    TextSearch()
+    {
+        quib::Profile::setRoot(m_folder.path());
+        m_preferences = std::make_unique<QBNotesPreferenceManager>();
+        QBNotesPreferenceManager::setSharedPreferenceManager(m_preferences.get());
+        m_stack.setupStackWithDelegate({});
+        m_other.setupStackWithDelegate({});
+        EXPECT_FALSE(m_stack.openError().isSet()) << m_stack.openError().localizedDescription().toStdString();
+    }
+    ~TextSearch() override
+    {
+        m_search.reset();
+        QBNotesPreferenceManager::setSharedPreferenceManager(nullptr);
+        quib::Profile::setRoot({});
+    }
+
+    int random(int bound) { return static_cast<int>(m_generator() % static_cast<unsigned>(bound)); }
+    QString anyText()
+    {
+        static const QStringList words{
+            u"Caffè"_s, u"caffe"_s, u"plan"_s,    u"#work"_s, u"- todo\n"_s,         u"+ done\n"_s,
+            u"日本"_s,  u"ß"_s,     u"STRASSE"_s, u"x"_s,     QString(QChar(0xD800))};
+        QString text;
+        for (int n = 1 + random(6); n > 0; --n) {
+            text += QString(words[random(static_cast<int>(words.size()))] % u' ');
+        }
+        return text;
+    }
+    QString anyQuery()
+    {
+        static const QStringList words{u"caffe"_s,    u"CAFFÈ"_s,   u"plan"_s,  u"-plan"_s,
+                                       u"strasse"_s,  u"@todo"_s,   u"@task"_s, u"\"plan x\""_s,
+                                       u"-\"x x\""_s, u"@tagged"_s, u"日"_s,    u"nowhere"_s};
+        QStringList query;
+        for (int n = 1 + random(3); n > 0; --n) {
+            query.append(words[random(static_cast<int>(words.size()))]);
+        }
+        return query.join(u' ');
+    }
+    static Ref<QBNote> anyNote(NSManagedObjectContext &context, int index)
+    {
+        const auto notes = QBNote::allNotesInManagedObjectContext(context);
+        return notes.isEmpty() ? nullptr : notes[index % notes.size()];
+    }
+    void expectSame(const QString &query)
+    {
+        NSFetchRequest request{.entityName = QBNote::entityName()};
+        request.predicate = QBNoteSearchManager::predicateForSearchString(query);
+        request.sortDescriptors = {NSSortDescriptor(u"modificationDate"_s, /*ascending=*/false)};
+        NSError error;
+        const auto fast = m_search->executeFetchRequest(request, &error);
+        const auto slow = m_stack.managedObjectContext()->executeFetchRequest(request, &error);
+        ASSERT_TRUE(fast && slow) << error.localizedDescription().toStdString();
+        EXPECT_EQ(*fast, *slow) << query.toStdString();
+        m_found += slow->size();
+    }
+
+    quib::tests::TestSeed m_seed;
+    std::mt19937 m_generator = m_seed.generator();
+    quib::tests::TemporaryFolder m_folder;
+    std::unique_ptr<QBNotesPreferenceManager> m_preferences;
+    QBCoreDataStack m_stack;
+    /// Another process, as far as the first stack can tell.
+    QBCoreDataStack m_other;
+    std::shared_ptr<quib::NoteTextSearch> m_search;
+    qint64 m_found = 0;
+};
+
+} // namespace
+
+TEST_F(TextSearch, GivesWhatTheStoreGivesThroughEditsByAnyone)
+{
+    NSManagedObjectContext &context = *m_stack.managedObjectContext();
+    NSManagedObjectContext &elsewhere = *m_other.managedObjectContext();
+    m_search = quib::NoteTextSearch::make(context);
+    for (int step = 0; step < 300 && !HasFailure(); ++step) {
+        SCOPED_TRACE(step);
+        if (step == 20) {
+            ASSERT_TRUE(m_search->fill());
+        }
+        const bool isElsewhere = random(3) == 0;
+        QBCoreDataStack &stack = isElsewhere ? m_other : m_stack;
+        NSManagedObjectContext &writer = isElsewhere ? elsewhere : context;
+        const auto note = anyNote(writer, random(1000));
+        switch (random(4)) {
+        case 0:
+        case 1:
+            static_cast<void>(QBNote::noteWithText(anyText(), 0, writer));
+            break;
+        case 2:
+            if (note) {
+                note->updateNoteWithText(anyText(), 0);
+            }
+            break;
+        default:
+            if (note && random(3) == 0) {
+                note->permanentlyDelete();
+            }
+        }
+        // Now and then the search meets changes that are not saved yet.
+        if (isElsewhere || random(4) != 0) {
+            stack.saveUsingCoalescence(/*coalescence=*/false);
+        }
+        expectSame(anyQuery());
+    }
+    EXPECT_TRUE(m_search->isFilled());
+    EXPECT_GT(m_found, 500);
+}
