@@ -40,7 +40,7 @@ void NSManagedObject::release()
     if (isAlive()) {
         auto &context = *m_context->m_d;
         context.assertQueue();
-        context.registered.remove(m_objectID);
+        context.unregister(*this);
         context.withPending.remove(this);
     }
     delete this;
@@ -48,12 +48,12 @@ void NSManagedObject::release()
 
 bool NSManagedObject::isInserted() const
 {
-    return NSManagedObjectAccess::has(*this, NSManagedObjectAccess::Inserted);
+    return isAlive() && NSManagedObjectAccess::has(*this, NSManagedObjectAccess::Inserted);
 }
 
 bool NSManagedObject::isUpdated() const
 {
-    return NSManagedObjectAccess::has(*this, NSManagedObjectAccess::Updated);
+    return isAlive() && NSManagedObjectAccess::has(*this, NSManagedObjectAccess::Updated);
 }
 
 bool NSManagedObject::isDeleted() const

@@ -21,7 +21,9 @@ std::optional<StoredRow> NSManagedObjectContext::Private::currentRow(const NSMan
         if (object == nullptr) {
             object = above.registered.value(objectID);
         }
-        if (object != nullptr && (object->isInserted() || object->isUpdated() || object->isDeleted())) {
+        // An object whose relationships alone changed may not have read its row.
+        const bool isOwn = object != nullptr && (object->isDeleted() || (object->hasChanges() && Access::row(*object)));
+        if (isOwn) {
             found = StoredRow{object->objectID(), object->isDeleted() ? quib::RowSnapshotRef() : Access::row(*object)};
         } else {
             found = above.currentRow(resolved, error);
@@ -140,6 +142,13 @@ std::optional<QList<StoredRow>> NSManagedObjectContext::Private::fetchRows(const
     std::optional<QList<StoredRow>> rows;
     if (parent) {
         parent->performBlockAndWait([&] { rows = parent->m_d->fetchRows(below, error); });
+        // The parent may have saved in between: what it gave keys to is known by them from here on.
+        adoptPermanentIDs();
+        if (rows) {
+            for (StoredRow &row : *rows) {
+                row.objectID = coordinator->resolvedID(row.objectID);
+            }
+        }
     } else if (request.includesPropertyValues) {
         rows = store()->fetch(below, error);
     } else if (const auto identities = store()->fetchIDs(below, error)) {
@@ -184,6 +193,9 @@ std::optional<QList<StoredRow>> NSManagedObjectContext::Private::fetchRows(const
                 low = middle + 1;
             }
         }
+        if (!Access::row(*object)) {
+            static_cast<void>(Access::rowWithSlot(*object, 0)); // a fault whose relationships alone changed
+        }
         rows->insert(low, StoredRow{object->objectID(), Access::row(*object)});
     }
     if (request.fetchLimit > 0 && rows->size() > request.fetchLimit) {
@@ -196,6 +208,7 @@ std::optional<QList<Ref<NSManagedObject>>> NSManagedObjectContext::executeFetchR
                                                                                        NSError *error)
 {
     m_d->assertQueue();
+    processPendingChanges();
     const auto rows = m_d->fetchRows(request, error);
     if (!rows) {
         return std::nullopt;

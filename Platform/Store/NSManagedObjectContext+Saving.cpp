@@ -237,6 +237,23 @@ bool NSManagedObjectContext::Private::settle(const SaveConflict &conflict, QList
         forcedDeletions.insert(conflict.objectID);
         return true;
     }
+    // A to-one value taken from the store moves the object between two others, which read their side anew.
+    const auto takeTheirs = [&](quib::RowSnapshotRef &merged, int slot) {
+        const auto *relationship = entity->slotLayout(slot).relationship;
+        if (relationship != nullptr && relationship->inverse != nullptr && relationship->inverse->isToMany) {
+            for (const NSManagedObjectID &target : {mine->targetAt(slot), conflict.storeRow->targetAt(slot)}) {
+                NSManagedObject *side = target.isNull() ? nullptr : registered.value(target);
+                if (side != nullptr && Access::pending(*side)) {
+                    auto &state = Access::toMany(*side, relationship->inverse->index);
+                    state.base.reset();
+                    state.added.remove(object->objectID());
+                    state.removed.remove(object->objectID());
+                    noteUpdated(*side);
+                }
+            }
+        }
+        copySlot(merged, *conflict.storeRow, slot);
+    };
     // Three ways: what the row held when it was read here, what it holds here now, what the store holds now.
     const quib::RowSnapshot &theirs = *conflict.storeRow;
     quib::RowSnapshotRef merged = mine;
@@ -249,13 +266,13 @@ bool NSManagedObjectContext::Private::settle(const SaveConflict &conflict, QList
             continue;
         }
         if (!isMine) {
-            copySlot(merged, theirs, slot);
+            takeTheirs(merged, slot);
             continue;
         }
         const bool isTheirs = !pending.base || !theirs.slotEquals(slot, *pending.base);
         if (isTheirs && storeWins && !theirs.slotEquals(slot, *mine)) {
             lose(slot);
-            copySlot(merged, theirs, slot);
+            takeTheirs(merged, slot);
             pending.changedSlots &= ~bit(slot);
         }
     }
@@ -320,7 +337,7 @@ void NSManagedObjectContext::Private::finishSave(const SaveResult *result, const
     self->processPendingChanges();
     for (const auto &object : changes.deleted) {
         if (object->managedObjectContext() == self) {
-            registered.remove(object->objectID());
+            unregister(*object);
             withPending.remove(object.get());
         }
     }
@@ -352,12 +369,28 @@ void NSManagedObjectContext::Private::takeFromChild(Private &child)
         NSManagedObject *object = registered.value(coordinator->resolvedID(objectID));
         return object != nullptr ? object : registered.value(objectID);
     };
+    // What the child relates to, where it is still there.
+    const auto living = [this](const NSManagedObjectID &objectID) -> Ref<NSManagedObject> {
+        return objectID.isNull() ? nullptr : self->existingObjectWithID(objectID);
+    };
     QList<Ref<NSManagedObject>> kept;
     // 1. New objects, so that relationships find them.
     for (const auto &theirs : oldestFirst(child.inserted)) {
         const auto object = makeObject(theirs->objectID(), Access::row(*theirs));
         kept.append(object);
         noteInserted(*object);
+    }
+    for (const auto &object : std::as_const(kept)) {
+        for (const NSRelationshipDescription &relationship : object->entity()->relationships()) {
+            if (relationship.isToMany) {
+                continue;
+            }
+            const NSManagedObjectID target =
+                Access::row(*object)->targetAt(object->entity()->relationshipNamed(relationship.name)->slot);
+            if (!target.isNull() && !living(target)) {
+                Access::setTargetSlot(*object, relationship, {});
+            }
+        }
     }
     // 2. Changed values and to-one keys; where the parent has changes of its own the child's property wins.
     for (const auto &theirs : oldestFirst(child.updated)) {
@@ -379,9 +412,8 @@ void NSManagedObjectContext::Private::takeFromChild(Private &child)
             }
             const auto *relationship = theirs->entity()->slotLayout(slot).relationship;
             if (relationship != nullptr) {
-                NSManagedObjectID target = row.targetAt(slot);
-                target = target.isNull() ? target : coordinator->resolvedID(target);
-                Access::setTargetSlot(*object, *relationship, target);
+                // With the other sides brought in line: the parent may have moved the object elsewhere meanwhile.
+                object->setTargetObjectForKey(living(row.targetAt(slot)), relationship->name);
             } else {
                 Access::setSlot(*object, slot, row.valueAt(slot));
             }
@@ -399,8 +431,7 @@ void NSManagedObjectContext::Private::takeFromChild(Private &child)
                 const auto now = Access::targets(*object, state.key());
                 for (const NSManagedObjectID &identity : state->added) {
                     const NSManagedObjectID target = coordinator->resolvedID(identity);
-                    const NSManagedObject *there = ownObject(target);
-                    if (!now.contains(target) && (there == nullptr || !there->isDeleted())) {
+                    if (!now.contains(target) && living(target)) {
                         Access::addTarget(*object, state.key(), target);
                     }
                 }

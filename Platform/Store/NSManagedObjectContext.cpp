@@ -12,6 +12,17 @@ using quib::Ref;
 
 namespace {
 
+/// Whether two snapshots of one row hold different values: a parent's unsaved changes move no version.
+bool differs(const quib::RowSnapshot &a, const quib::RowSnapshot &b)
+{
+    for (int slot = 0; slot < a.entity()->slotCount(); ++slot) {
+        if (a.isPresent(slot) && b.isPresent(slot) && !a.slotEquals(slot, b)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 qint64 nextTemporaryKey()
 {
     static std::atomic<qint64> last = 0;
@@ -146,7 +157,7 @@ Ref<NSManagedObject> NSManagedObjectContext::Private::objectForRow(const quib::S
     auto &held = Access::row(*known);
     if (!held) {
         held = row.snapshot;
-    } else if (held->version() != row.snapshot->version()) {
+    } else if (held->version() != row.snapshot->version() || (parent && differs(*held, *row.snapshot))) {
         // Somebody else wrote: an object without changes of its own shows what is stored.
         held = row.snapshot;
         Access::pending(*known).reset();
@@ -156,9 +167,18 @@ Ref<NSManagedObject> NSManagedObjectContext::Private::objectForRow(const quib::S
     return Ref<NSManagedObject>(known);
 }
 
+void NSManagedObjectContext::Private::unregister(const NSManagedObject &object)
+{
+    // A new object may stand for the identity of one that was deleted.
+    const auto found = registered.constFind(object.objectID());
+    if (found != registered.constEnd() && *found == &object) {
+        registered.erase(found);
+    }
+}
+
 void NSManagedObjectContext::Private::kill(NSManagedObject &object)
 {
-    registered.remove(object.objectID());
+    unregister(object);
     withPending.remove(&object);
     Access::bind(object, nullptr);
     Access::row(object) = {};
@@ -243,16 +263,19 @@ void NSManagedObjectContext::deleteObject(NSManagedObject *object)
         }
         QList<Ref<NSManagedObject>> targets =
             relationship.isToMany ? object->targetObjectsForKey(relationship.name) : QList<Ref<NSManagedObject>>();
-        if (relationship.isToMany) {
-            object->setTargetObjectsForKey({}, relationship.name);
-        } else if (const auto target = object->targetObjectForKey(relationship.name)) {
+        if (const auto target = relationship.isToMany ? nullptr : object->targetObjectForKey(relationship.name)) {
             targets.append(target);
-            object->setTargetObjectForKey(nullptr, relationship.name);
         }
+        // What goes along is told while it still belongs to the object.
         if (relationship.deleteRule == NSDeleteRule::Cascade) {
             for (const auto &target : std::as_const(targets)) {
                 deleteObject(target.get());
             }
+        }
+        if (relationship.isToMany) {
+            object->setTargetObjectsForKey({}, relationship.name);
+        } else {
+            object->setTargetObjectForKey(nullptr, relationship.name);
         }
     }
     m_d->noteDeleted(*object);
@@ -395,6 +418,10 @@ bool NSManagedObjectContext::obtainPermanentIDsForObjects(const QList<Ref<NSMana
         }
         m_d->coordinator->recordPermanentIDs(*permanentIDs);
         m_d->rekey(*permanentIDs);
+        // The contexts above may hold the same objects, unsaved.
+        for (auto above = m_d->parent; above; above = above->m_d->parent) {
+            above->performBlockAndWait([&] { above->m_d->rekey(*permanentIDs); });
+        }
     }
     m_d->adoptPermanentIDs();
     return true;
@@ -501,7 +528,9 @@ void NSManagedObjectContext::Private::noteInserted(NSManagedObject &object)
     const Ref<NSManagedObject> reference(&object);
     Access::set(object, Access::Inserted, true);
     inserted.insert(reference);
-    untold.inserted.insert(reference);
+    if (isListenedTo()) {
+        untold.inserted.insert(reference);
+    }
     scheduleTelling();
 }
 
@@ -521,7 +550,7 @@ void NSManagedObjectContext::Private::noteUpdated(NSManagedObject &object)
             updated.remove(reference);
         }
     }
-    if (!untold.inserted.contains(reference)) {
+    if (isListenedTo() && !untold.inserted.contains(reference)) {
         untold.updated.insert(reference);
     }
     scheduleTelling();
@@ -538,7 +567,7 @@ void NSManagedObjectContext::Private::noteDeleted(NSManagedObject &object)
         // Never stored: nothing is left to delete, unless the parent knows it by an earlier save.
         Access::set(object, Access::Inserted, false);
         inserted.remove(reference);
-        if (!untold.inserted.remove(reference)) {
+        if (!untold.inserted.remove(reference) && isListenedTo()) {
             untold.deleted.insert(reference);
         }
         kill(object);
@@ -547,14 +576,16 @@ void NSManagedObjectContext::Private::noteDeleted(NSManagedObject &object)
     }
     Access::set(object, Access::Deleted, true);
     deleted.insert(reference);
-    untold.deleted.insert(reference);
+    if (isListenedTo()) {
+        untold.deleted.insert(reference);
+    }
     scheduleTelling();
 }
 
 void NSManagedObjectContext::Private::noteRefreshed(NSManagedObject &object)
 {
     const Ref<NSManagedObject> reference(&object);
-    if (!untold.inserted.contains(reference) && !untold.updated.contains(reference) &&
+    if (isListenedTo() && !untold.inserted.contains(reference) && !untold.updated.contains(reference) &&
         !untold.deleted.contains(reference)) {
         untold.refreshed.insert(reference);
     }

@@ -122,6 +122,10 @@ struct NSManagedObjectContext::Private
     [[nodiscard]] quib::Ref<NSManagedObject> object(const NSManagedObjectID &objectID);
     [[nodiscard]] quib::Ref<NSManagedObject> objectForRow(const quib::StoredRow &row);
     void kill(NSManagedObject &object);
+    /// Takes an object out of the table, unless another stands there for its identity.
+    void unregister(const NSManagedObject &object);
+    /// Whether anybody wants to be told of changes; else none are gathered, and no object is kept for it.
+    [[nodiscard]] bool isListenedTo() const { return !self->objectsDidChange.isEmpty(); }
     void noteInserted(NSManagedObject &object);
     void noteUpdated(NSManagedObject &object);
     void noteDeleted(NSManagedObject &object);
