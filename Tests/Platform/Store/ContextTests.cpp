@@ -197,12 +197,12 @@ TEST_F(Contexts, TellChangesBeforeAFetchAndOnceATurn)
 {
     const auto context = open();
     QStringList told;
-    const auto token =
-        context->objectsDidChange.add([&told](NSManagedObjectContext &, const NSManagedObjectContext::Changes &changes) {
-            told.append(u"+%1 ~%2 -%3 r%4"_s.arg(titles(changes.inserted).join(u','), titles(changes.updated).join(u','))
-                            .arg(changes.deleted.size())
-                            .arg(changes.refreshed.size()));
-        });
+    const auto token = context->objectsDidChange.add([&told](NSManagedObjectContext &,
+                                                             const NSManagedObjectContext::Changes &changes) {
+        told.append(u"+%1 ~%2 -%3 r%4"_s.arg(titles(changes.inserted).join(u','), titles(changes.updated).join(u','))
+                        .arg(changes.deleted.size())
+                        .arg(changes.refreshed.size()));
+    });
     const auto a = note(*context, u"a"_s);
     const auto b = note(*context, u"b"_s);
     b->setValueForKey(u"c"_s, u"title"_s);
@@ -454,7 +454,8 @@ TEST_F(Contexts, APrivateChildStaysUniqueWhileTheParentGivesKeys)
             expectSave(*child);
         });
         isDone = true;
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [] {}, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [] {}, Qt::QueuedConnection);
     });
     while (!isDone) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
