@@ -12,7 +12,8 @@ namespace quib {
 
 namespace {
 
-/// Lists up to this long are variables of their own, so that an index serves them.
+/// Items of lists, all lists of a condition together, that are variables of their own, so that an index serves them.
+/// SQLite takes three times as many, which leaves enough for everything else.
 constexpr qsizetype kMaximumVariables = 10'000;
 
 /// What an expression is in SQL: a scalar with its kind, the key of an object, or a to-many relationship of a row.
@@ -35,7 +36,15 @@ struct Scalar
     QByteArray foldedColumn;
     /// For Relation: which, and the SQL of its row's key in sql.
     const NSRelationshipDescription *relationship = nullptr;
+    /// For Object: the entity of the row, which its key alone does not tell.
+    const NSEntityDescription *entity = nullptr;
 };
+
+/// Keys of two tables have nothing to do with each other.
+bool isOfOtherTable(const NSEntityDescription *a, const NSEntityDescription *b)
+{
+    return a != nullptr && b != nullptr && a->rootEntity() != b->rootEntity();
+}
 
 struct Scope
 {
@@ -91,7 +100,7 @@ public:
         QByteArray alias = scope->alias; // empty once the row is reached through a key only
         const NSEntityDescription *entity = scope->entity;
         if (path.isEmpty()) {
-            return {Scalar::Kind::Object, key, {}, {}, nullptr};
+            return {Scalar::Kind::Object, key, {}, {}, nullptr, entity};
         }
         for (qsizetype i = 0; i < path.size(); ++i) {
             const bool isLast = i + 1 == path.size();
@@ -112,7 +121,7 @@ public:
             alias.clear();
             entity = relationship->destinationEntity;
         }
-        return {Scalar::Kind::Object, key, {}, {}, nullptr};
+        return {Scalar::Kind::Object, key, {}, {}, nullptr, entity};
     }
 
 private:
@@ -203,7 +212,8 @@ private:
             }
             if (const auto *objectID = std::get_if<NSManagedObjectID>(&expression.constant)) {
                 return objectID->isNull() ? Scalar()
-                                          : Scalar{Scalar::Kind::Object, "?", {Value(objectID->key())}, {}, nullptr};
+                                          : Scalar{Scalar::Kind::Object, "?", {Value(objectID->key())}, {}, nullptr,
+                                                   objectID->entity()};
             }
             return fail(u"a collection"_s);
         case PredicateExpression::Kind::KeyPath:
@@ -320,36 +330,68 @@ private:
     static SQLFragment members(const Scalar &relation, const QByteArray &others, const QList<Value> &bindings)
     {
         const auto *relationship = relation.relationship;
-        return {'(' + relation.sql + " IN (SELECT " + SQLNames::joinOwnColumn(relationship) + " FROM " +
-                    SQLNames::joinTable(relationship) + " WHERE " + SQLNames::joinOtherColumn(relationship) + others +
-                    "))",
-                bindings};
+        const QByteArray sql = relation.sql + " IN (SELECT " + SQLNames::joinOwnColumn(relationship) + " FROM " +
+                               SQLNames::joinTable(relationship) + " WHERE " + SQLNames::joinOtherColumn(relationship) +
+                               others + ')';
+        // Behind a to-one relationship the row may be missing, and nothing is in no list.
+        const bool isOwn = relation.sql.endsWith("._pk");
+        return {!isOwn ? QByteArray("IFNULL(" + sql + ", 0)") : QByteArray('(' + sql + ')'), bindings};
     }
 
     /// ANY relationship == object, and ANY relationship IN objects, where the relationship is the row's own.
-    static std::optional<SQLFragment> anyObject(const PredicateNode &node, const Scalar &relation, qsizetype place)
+    std::optional<SQLFragment> anyObject(const PredicateNode &node, const Scalar &relation, qsizetype place)
     {
         const bool isWhole = place + 1 == node.left.path.size() && relation.relationship->isManyToMany() &&
                              node.right.kind == PredicateExpression::Kind::Constant;
         if (!isWhole || (node.operation != PredicateOperator::Equal && node.operation != PredicateOperator::In)) {
             return std::nullopt;
         }
+        const auto *destination = relation.relationship->destinationEntity;
         if (const auto *objectID = std::get_if<NSManagedObjectID>(&node.right.constant)) {
+            if (isOfOtherTable(objectID->entity(), destination)) {
+                return SQLFragment{"0", {}};
+            }
             return node.operation == PredicateOperator::Equal && !objectID->isNull()
                        ? std::optional(members(relation, " = ?", {Value(objectID->key())}))
                        : std::nullopt;
         }
         const auto *identities = std::get_if<QList<NSManagedObjectID>>(&node.right.constant);
-        if (identities == nullptr || identities->isEmpty() || identities->size() > kMaximumVariables) {
+        if (identities == nullptr) {
             return std::nullopt;
         }
-        QList<Value> keys;
-        for (const NSManagedObjectID &objectID : *identities) {
-            keys.append(Value(objectID.key()));
+        const QList<Value> keys = keysOf(*identities, destination);
+        if (keys.isEmpty() || !takeVariables(keys.size())) {
+            return std::nullopt;
         }
-        QByteArray marks = QByteArray("?, ").repeated(keys.size());
+        return members(relation, " IN (" + marks(keys.size()) + ')', keys);
+    }
+
+    static QList<Value> keysOf(const QList<NSManagedObjectID> &identities, const NSEntityDescription *entity)
+    {
+        QList<Value> keys;
+        for (const NSManagedObjectID &objectID : identities) {
+            if (!isOfOtherTable(objectID.entity(), entity)) {
+                keys.append(Value(objectID.key()));
+            }
+        }
+        return keys;
+    }
+
+    static QByteArray marks(qsizetype count)
+    {
+        QByteArray marks = QByteArray("?, ").repeated(count);
         marks.chop(2);
-        return members(relation, " IN (" + marks + ')', keys);
+        return marks;
+    }
+
+    /// Whether that many items of a list may still be variables.
+    bool takeVariables(qsizetype count)
+    {
+        if (count > kMaximumVariables - m_listVariables) {
+            return false;
+        }
+        m_listVariables += count;
+        return true;
     }
 
     SQLFragment comparison(const PredicateNode &node, const Scope *scope)
@@ -448,7 +490,7 @@ private:
             return other.kind == Scalar::Kind::Nil ? SQLFragment{"1", {}}
                                                    : SQLFragment{'(' + other.sql + " IS NULL)", other.bindings};
         }
-        if (left.kind != right.kind) {
+        if (left.kind != right.kind || isOfOtherTable(left.entity, right.entity)) {
             // Values of two kinds are equal only where both are absent, which a constant never is.
             return joined("(", left, " IS NULL AND ", right, " IS NULL)");
         }
@@ -530,7 +572,8 @@ private:
                 fail(u"IN of something that is no collection"_s);
                 return {};
             }
-            if (left.kind != Scalar::Kind::Object) {
+            if (left.kind != Scalar::Kind::Object ||
+                isOfOtherTable(left.entity, relation.relationship->destinationEntity)) {
                 return {"0", {}};
             }
             if (relation.relationship->isManyToMany()) {
@@ -542,9 +585,7 @@ private:
         QList<Value> values;
         Scalar::Kind kind = Scalar::Kind::Object;
         if (const auto *identities = std::get_if<QList<NSManagedObjectID>>(&node.right.constant)) {
-            for (const NSManagedObjectID &objectID : *identities) {
-                values.append(Value(objectID.key()));
-            }
+            values = keysOf(*identities, left.entity);
         } else if (const auto *given = std::get_if<QList<Value>>(&node.right.constant)) {
             kind = left.kind;
             for (const Value &value : *given) {
@@ -562,7 +603,7 @@ private:
         return listed(left, values, node.fold);
     }
 
-    static SQLFragment listed(const Scalar &left, const QList<Value> &values, FoldOption fold)
+    SQLFragment listed(const Scalar &left, const QList<Value> &values, FoldOption fold)
     {
         Scalar subject = left;
         QList<Value> keys = values;
@@ -573,16 +614,15 @@ private:
             }
         }
         const bool isPackable = left.kind == Scalar::Kind::Object || left.kind == Scalar::Kind::String;
-        if (keys.size() > kMaximumVariables && isPackable && fold == FoldOption::Exact) {
+        if (isPackable && fold == FoldOption::Exact && !takeVariables(keys.size())) {
             return {kSQLIn + QByteArray("(") + subject.sql + ", ?)", subject.bindings + QList<Value>{packedList(keys)}};
         }
-        QByteArray marks = QByteArray("?, ").repeated(keys.size());
-        marks.chop(2);
-        return {"IFNULL(" + subject.sql + " IN (" + marks + "), 0)", subject.bindings + keys};
+        return {"IFNULL(" + subject.sql + " IN (" + marks(keys.size()) + "), 0)", subject.bindings + keys};
     }
 
     Scope m_root;
     int m_aliases = 0;
+    qsizetype m_listVariables = 0;
 };
 
 } // namespace
