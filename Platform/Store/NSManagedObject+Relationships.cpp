@@ -80,11 +80,8 @@ void Access::removeTarget(NSManagedObject &object, int index, const NSManagedObj
     context(object).noteUpdated(object);
 }
 
-namespace {
-
-/// Takes the object out of, or into, the other side of a relationship, where that side exists.
-void changeOtherSide(NSManagedObject &object, const NSRelationshipDescription &relationship, NSManagedObject &target,
-                     bool isJoining)
+void Access::changeOtherSide(NSManagedObject &object, const NSRelationshipDescription &relationship,
+                             NSManagedObject &target, bool isJoining)
 {
     const auto *inverse = relationship.inverse;
     if (inverse == nullptr) {
@@ -118,7 +115,36 @@ void changeOtherSide(NSManagedObject &object, const NSRelationshipDescription &r
     }
 }
 
-} // namespace
+void Access::moveStoredTarget(NSManagedObject &object, const NSRelationshipDescription &relationship,
+                              const NSManagedObjectID &from, const NSManagedObjectID &to)
+{
+    const auto *inverse = relationship.inverse;
+    if (inverse == nullptr || !inverse->isToMany) {
+        return;
+    }
+    auto &owner = context(object);
+    const auto change = [&](const NSManagedObjectID &targetID, bool isJoining) {
+        NSManagedObject *target = targetID.isNull() ? nullptr : owner.known(targetID);
+        const auto found = target != nullptr && target->m_pending ? target->m_pending->toMany.find(inverse->index)
+                                                                  : QHash<int, ToMany>::iterator();
+        if (target == nullptr || !target->m_pending || found == target->m_pending->toMany.end()) {
+            return; // not read yet, so that nothing can be out of date
+        }
+        found->added.remove(object.m_objectID);
+        found->removed.remove(object.m_objectID);
+        if (found->base) {
+            found->base->removeAll(object.m_objectID);
+            if (isJoining) {
+                found->base->append(object.m_objectID);
+            }
+        }
+        const Ref<NSManagedObject> kept(target);
+        owner.markUpdated(kept);
+        owner.noteRefreshed(*target);
+    };
+    change(from, /*isJoining=*/false);
+    change(to, /*isJoining=*/true);
+}
 
 Ref<NSManagedObject> NSManagedObject::targetAtIndex(int relationship) const
 {
@@ -145,11 +171,11 @@ void NSManagedObject::setTargetAtIndex(int relationship, NSManagedObject *target
     }
     const Ref<NSManagedObject> kept(this);
     if (former) {
-        changeOtherSide(*this, description, *former, /*isJoining=*/false);
+        Access::changeOtherSide(*this, description, *former, /*isJoining=*/false);
     }
     Access::setTargetSlot(*this, description, target != nullptr ? target->objectID() : NSManagedObjectID());
     if (target != nullptr) {
-        changeOtherSide(*this, description, *target, /*isJoining=*/true);
+        Access::changeOtherSide(*this, description, *target, /*isJoining=*/true);
     }
 }
 
@@ -191,7 +217,7 @@ void NSManagedObject::setTargetsAtIndex(int relationship, const QList<NSManagedO
     for (const NSManagedObjectID &target : now) {
         const auto object = wanted.contains(target) ? nullptr : m_context->m_d->object(target);
         if (object) {
-            changeOtherSide(*this, description, *object, /*isJoining=*/false);
+            Access::changeOtherSide(*this, description, *object, /*isJoining=*/false);
             auto &state = Access::toMany(*this, relationship);
             state.added.remove(target);
             if (base.contains(target)) {
@@ -206,7 +232,7 @@ void NSManagedObject::setTargetsAtIndex(int relationship, const QList<NSManagedO
         }
         QUIB_ASSERT(target->m_context == m_context);
         QUIB_ASSERT(target->entity()->isKindOfEntity(description.destinationEntity));
-        changeOtherSide(*this, description, *target, /*isJoining=*/true);
+        Access::changeOtherSide(*this, description, *target, /*isJoining=*/true);
         auto &state = Access::toMany(*this, relationship);
         if (!state.removed.remove(target->objectID())) {
             state.added.insert(target->objectID());
@@ -229,7 +255,7 @@ void NSManagedObject::addTargetAtIndex(int relationship, NSManagedObject *target
     if (Access::targets(*this, relationship).contains(target->objectID())) {
         return;
     }
-    changeOtherSide(*this, description, *target, /*isJoining=*/true);
+    Access::changeOtherSide(*this, description, *target, /*isJoining=*/true);
     Access::addTarget(*this, relationship, target->objectID());
 }
 
@@ -242,7 +268,7 @@ void NSManagedObject::removeTargetAtIndex(int relationship, NSManagedObject *tar
     if (!Access::targets(*this, relationship).contains(target->objectID())) {
         return;
     }
-    changeOtherSide(*this, description, *target, /*isJoining=*/false);
+    Access::changeOtherSide(*this, description, *target, /*isJoining=*/false);
     Access::removeTarget(*this, relationship, target->objectID());
 }
 
@@ -288,6 +314,7 @@ const quib::KeyValueObject *NSManagedObject::targetForKey(const QString &key) co
     }
     const auto *pointer = target.get();
     m_context->m_d->keptAlive.append(std::move(target));
+    m_context->m_d->scheduleTelling();
     return pointer;
 }
 

@@ -8,9 +8,20 @@ using quib::Value;
 
 namespace {
 
+/// How often a row that others keep writing is read again for one of its lazy values.
+constexpr int kMostLazyReads = 10;
+
 constexpr quint64 bit(int slot)
 {
     return quint64{1} << slot;
+}
+
+/// Equal values that also agree on whether there is a string or only an empty one.
+bool isSame(const Value &a, const Value &b)
+{
+    const auto *left = std::get_if<QString>(&a);
+    const auto *right = std::get_if<QString>(&b);
+    return a == b && (left == nullptr || right == nullptr || left->isNull() == right->isNull());
 }
 
 } // namespace
@@ -41,7 +52,6 @@ void NSManagedObject::release()
         auto &context = *m_context->m_d;
         context.assertQueue();
         context.unregister(*this);
-        context.withPending.remove(this);
     }
     delete this;
 }
@@ -63,7 +73,7 @@ bool NSManagedObject::isDeleted() const
 
 bool NSManagedObject::hasChanges() const
 {
-    return isInserted() || isUpdated() || isDeleted();
+    return isInserted() || isUpdated() || (isAlive() && isDeleted());
 }
 
 const quib::RowSnapshot *NSManagedObject::rowWithSlot(int slot) const
@@ -87,6 +97,8 @@ const quib::RowSnapshot *NSManagedObject::rowWithSlot(int slot) const
             // A partial row was changed: what was missing comes from the row, what was changed stays.
             quib::RowSnapshotRef merged = stored->snapshot;
             quib::RowSnapshot *writable = merged.edit();
+            // The version stays that of the row the changes were made to: what others wrote since is a conflict.
+            writable->setVersion(m_row->version());
             for (int i = 0; i < entity()->slotCount(); ++i) {
                 if ((m_pending->changedSlots & bit(i)) == 0) {
                     continue;
@@ -108,19 +120,27 @@ const quib::RowSnapshot *NSManagedObject::rowWithSlot(int slot) const
     if (!isLazy) {
         return nullptr;
     }
-    const auto lazy = context.currentLazyValue(m_objectID, slot, &error);
-    if (!lazy || !lazy->rowExists) {
-        return nullptr;
-    }
-    if (lazy->version != m_row->version() && (!m_pending || m_pending->changedSlots == 0)) {
-        // The row moved on under an unchanged object: all of it is taken anew, so that its parts fit together.
-        if (const auto stored = context.currentRow(m_objectID, &error); stored && stored->snapshot) {
-            self->m_row = stored->snapshot;
-            context.noteRefreshed(*self);
+    const bool isChanged = m_pending && m_pending->changedSlots != 0;
+    for (int attempt = 0;; ++attempt) {
+        const auto lazy = context.currentLazyValue(m_objectID, slot, &error);
+        if (!lazy || !lazy->rowExists) {
+            return nullptr;
+        }
+        if (lazy->version == m_row->version() || isChanged || attempt == kMostLazyReads) {
+            self->m_row.edit()->setValueAt(slot, lazy->value);
+            return &*m_row;
+        }
+        // The row moved on under an unchanged object: all of it is taken anew, until its parts fit together.
+        const auto stored = context.currentRow(m_objectID, &error);
+        if (!stored || !stored->snapshot) {
+            return nullptr;
+        }
+        self->m_row = stored->snapshot;
+        context.noteRefreshed(*self);
+        if (m_row->isPresent(slot)) {
+            return &*m_row;
         }
     }
-    self->m_row.edit()->setValueAt(slot, lazy->value);
-    return &*m_row;
 }
 
 QString NSManagedObject::stringAtSlot(int slot) const
@@ -206,16 +226,19 @@ void endChange(NSManagedObject &object, int slot)
 void NSManagedObjectAccess::setSlot(NSManagedObject &object, int slot, const Value &value)
 {
     context(object).assertQueue();
-    if (!beginChange(object, slot)) {
+    const auto *row = rowWithSlot(object, slot);
+    if (row == nullptr) {
         return;
     }
-    quib::RowSnapshotRef changed = object.m_row;
-    changed.edit()->setValueAt(slot, value);
-    if (changed->slotEquals(slot, *object.m_row)) {
+    const Value before = row->valueAt(slot);
+    if (isSame(before, value) || !beginChange(object, slot)) {
         return;
     }
-    object.m_row = std::move(changed);
-    endChange(object, slot);
+    // In place where nobody shares the row any more: an object that is set up copies it once.
+    object.m_row.edit()->setValueAt(slot, value);
+    if (!isSame(before, object.m_row->valueAt(slot))) {
+        endChange(object, slot);
+    }
 }
 
 void NSManagedObjectAccess::setTargetSlot(NSManagedObject &object, const NSRelationshipDescription &relationship,

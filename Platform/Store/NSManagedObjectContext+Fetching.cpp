@@ -16,17 +16,12 @@ std::optional<StoredRow> NSManagedObjectContext::Private::currentRow(const NSMan
     std::optional<StoredRow> found;
     parent->performBlockAndWait([&] {
         auto &above = *parent->m_d;
-        const NSManagedObjectID resolved = coordinator->resolvedID(objectID);
-        NSManagedObject *object = above.registered.value(resolved);
-        if (object == nullptr) {
-            object = above.registered.value(objectID);
-        }
-        // An object whose relationships alone changed may not have read its row.
-        const bool isOwn = object != nullptr && (object->isDeleted() || (object->hasChanges() && Access::row(*object)));
-        if (isOwn) {
-            found = StoredRow{object->objectID(), object->isDeleted() ? quib::RowSnapshotRef() : Access::row(*object)};
+        NSManagedObject *object = above.known(objectID);
+        const auto row = object != nullptr ? above.changedRow(*object) : quib::RowSnapshotRef();
+        if (row || (object != nullptr && object->isDeleted())) {
+            found = StoredRow{object->objectID(), row};
         } else {
-            found = above.currentRow(resolved, error);
+            found = above.currentRow(coordinator->resolvedID(objectID), error);
         }
     });
     return found;
@@ -42,19 +37,32 @@ NSManagedObjectContext::Private::currentLazyValue(const NSManagedObjectID &objec
     std::optional<LazyValue> found;
     parent->performBlockAndWait([&] {
         auto &above = *parent->m_d;
-        const NSManagedObjectID resolved = coordinator->resolvedID(objectID);
-        NSManagedObject *object = above.registered.value(resolved);
-        if (object == nullptr) {
-            object = above.registered.value(objectID);
-        }
+        NSManagedObject *object = above.known(objectID);
         const auto *row = object != nullptr && object->hasChanges() ? Access::rowWithSlot(*object, slot) : nullptr;
         if (row != nullptr) {
             found = LazyValue{row->valueAt(slot), row->version(), true};
         } else {
-            found = above.currentLazyValue(resolved, slot, error);
+            found = above.currentLazyValue(coordinator->resolvedID(objectID), slot, error);
         }
     });
     return found;
+}
+
+quib::RowSnapshotRef NSManagedObjectContext::Private::changedRow(NSManagedObject &object)
+{
+    // Relationships alone may have changed, which leaves the row as it is, or unread.
+    if (object.isDeleted() || !object.hasChanges() || !Access::row(object)) {
+        return {};
+    }
+    for (int slot = 0; slot < object.entity()->slotCount(); ++slot) {
+        const auto &attributes = object.entity()->attributes();
+        const bool isLazy =
+            static_cast<size_t>(slot) < attributes.size() && attributes[static_cast<size_t>(slot)].isLazy;
+        if (!isLazy && !Access::row(object)->isPresent(slot)) {
+            static_cast<void>(Access::rowWithSlot(object, slot)); // reads all of them
+        }
+    }
+    return Access::row(object);
 }
 
 std::optional<QList<NSManagedObjectID>>
@@ -68,14 +76,8 @@ NSManagedObjectContext::Private::currentTargets(const NSManagedObjectID &objectI
     }
     std::optional<QList<NSManagedObjectID>> found;
     parent->performBlockAndWait([&] {
-        auto &above = *parent->m_d;
-        const NSManagedObjectID resolved = coordinator->resolvedID(objectID);
-        NSManagedObject *object = above.registered.value(resolved);
-        if (object == nullptr) {
-            object = above.registered.value(objectID);
-        }
         // Kept while asked: reading may let the last other reference go.
-        const Ref<NSManagedObject> kept = object != nullptr ? Ref<NSManagedObject>(object) : above.object(resolved);
+        const Ref<NSManagedObject> kept = parent->m_d->object(objectID);
         found = Access::targets(*kept, index);
     });
     return found;
@@ -142,13 +144,7 @@ std::optional<QList<StoredRow>> NSManagedObjectContext::Private::fetchRows(const
     std::optional<QList<StoredRow>> rows;
     if (parent) {
         parent->performBlockAndWait([&] { rows = parent->m_d->fetchRows(below, error); });
-        // The parent may have saved in between: what it gave keys to is known by them from here on.
-        adoptPermanentIDs();
-        if (rows) {
-            for (StoredRow &row : *rows) {
-                row.objectID = coordinator->resolvedID(row.objectID);
-            }
-        }
+        adoptPermanentIDs(); // the parent may have saved before its turn came
     } else if (request.includesPropertyValues) {
         rows = store()->fetch(below, error);
     } else if (const auto identities = store()->fetchIDs(below, error)) {
@@ -161,7 +157,7 @@ std::optional<QList<StoredRow>> NSManagedObjectContext::Private::fetchRows(const
         return rows;
     }
     rows->removeIf([&](const StoredRow &row) {
-        NSManagedObject *object = registered.value(row.objectID);
+        NSManagedObject *object = known(row.objectID);
         return object != nullptr && (object->isDeleted() || moved.contains(Ref<NSManagedObject>(object)));
     });
     QList<Ref<NSManagedObject>> joining;
@@ -169,6 +165,19 @@ std::optional<QList<StoredRow>> NSManagedObjectContext::Private::fetchRows(const
         if (!request.predicate || request.predicate->evaluateWithObject(*object)) {
             joining.append(object);
         }
+    }
+    mergeInto(&*rows, std::move(joining), request);
+    if (request.fetchLimit > 0 && rows->size() > request.fetchLimit) {
+        rows->resize(request.fetchLimit);
+    }
+    return rows;
+}
+
+void NSManagedObjectContext::Private::mergeInto(QList<StoredRow> *rows, QList<Ref<NSManagedObject>> joining,
+                                                const NSFetchRequest &request)
+{
+    if (joining.isEmpty()) {
+        return;
     }
     const auto isBefore = [&request](const NSManagedObject &a, const NSManagedObject &b) {
         const int order = NSSortDescriptor::compare(request.sortDescriptors, a, b);
@@ -181,8 +190,12 @@ std::optional<QList<StoredRow>> NSManagedObjectContext::Private::fetchRows(const
         return (left > 0) != (right > 0) ? left > 0 : std::abs(left) < std::abs(right);
     };
     std::sort(joining.begin(), joining.end(), [&isBefore](const auto &a, const auto &b) { return isBefore(*a, *b); });
+    QList<StoredRow> merged;
+    merged.reserve(rows->size() + joining.size());
+    qsizetype done = 0;
     for (const auto &object : std::as_const(joining)) {
-        qsizetype low = 0;
+        // Both lists are in order, so that each place is searched behind the one before.
+        qsizetype low = done;
         qsizetype high = rows->size();
         while (low < high) {
             const qsizetype middle = low + (high - low) / 2;
@@ -193,15 +206,12 @@ std::optional<QList<StoredRow>> NSManagedObjectContext::Private::fetchRows(const
                 low = middle + 1;
             }
         }
-        if (!Access::row(*object)) {
-            static_cast<void>(Access::rowWithSlot(*object, 0)); // a fault whose relationships alone changed
-        }
-        rows->insert(low, StoredRow{object->objectID(), Access::row(*object)});
+        std::move(rows->begin() + done, rows->begin() + low, std::back_inserter(merged));
+        done = low;
+        merged.append(StoredRow{object->objectID(), changedRow(*object)});
     }
-    if (request.fetchLimit > 0 && rows->size() > request.fetchLimit) {
-        rows->resize(request.fetchLimit);
-    }
-    return rows;
+    std::move(rows->begin() + done, rows->end(), std::back_inserter(merged));
+    rows->swap(merged);
 }
 
 std::optional<QList<Ref<NSManagedObject>>> NSManagedObjectContext::executeFetchRequest(const NSFetchRequest &request,
@@ -258,6 +268,7 @@ void NSManagedObjectContext::Private::prefetch(const NSFetchRequest &request,
 std::optional<qint64> NSManagedObjectContext::countForFetchRequest(const NSFetchRequest &request, NSError *error)
 {
     m_d->assertQueue();
+    processPendingChanges();
     bool isUntouched = !m_d->hasChanges();
     for (auto above = m_d->parent; above && isUntouched; above = above->m_d->parent) {
         above->performBlockAndWait([&] { isUntouched = !above->m_d->hasChanges(); });

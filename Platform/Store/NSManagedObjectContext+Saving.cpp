@@ -158,6 +158,13 @@ bool NSManagedObjectContext::Private::saveToStore(NSError *error)
     forcedDeletions.clear();
     reinsertions.clear();
     QList<NSMergeLoss> losses;
+    std::optional<Changed> before; // settling changes what is pending, which a failure must not
+    const auto fail = [&] {
+        if (before) {
+            restore(*before);
+        }
+        return false;
+    };
     for (int attempt = 0; attempt < kMaximumConflicts; ++attempt) {
         const SaveRequest request = makeSaveRequest();
         const SaveResult result = store()->save(request);
@@ -165,7 +172,7 @@ bool NSManagedObjectContext::Private::saveToStore(NSError *error)
             if (error != nullptr) {
                 *error = result.error;
             }
-            return false;
+            return fail();
         }
         if (result.outcome == SaveResult::Outcome::Saved) {
             Changes changes{inserted, updated, deleted, {}};
@@ -175,14 +182,18 @@ bool NSManagedObjectContext::Private::saveToStore(NSError *error)
             }
             return true;
         }
+        if (!before) {
+            before = changed();
+        }
         for (const SaveConflict &conflict : result.conflicts) {
             if (!settle(conflict, &losses, error)) {
-                return false;
+                return fail();
             }
         }
     }
-    return NSError::fill(error, kNSCocoaErrorDomain, static_cast<qint64>(NSCocoaErrorCode::ManagedObjectMerge),
-                         u"other writers keep changing the same rows"_s);
+    NSError::fill(error, kNSCocoaErrorDomain, static_cast<qint64>(NSCocoaErrorCode::ManagedObjectMerge),
+                  u"other writers keep changing the same rows"_s);
+    return fail();
 }
 
 bool NSManagedObjectContext::Private::settle(const SaveConflict &conflict, QList<NSMergeLoss> *losses, NSError *error)
@@ -237,26 +248,19 @@ bool NSManagedObjectContext::Private::settle(const SaveConflict &conflict, QList
         forcedDeletions.insert(conflict.objectID);
         return true;
     }
-    // A to-one value taken from the store moves the object between two others, which read their side anew.
-    const auto takeTheirs = [&](quib::RowSnapshotRef &merged, int slot) {
-        const auto *relationship = entity->slotLayout(slot).relationship;
-        if (relationship != nullptr && relationship->inverse != nullptr && relationship->inverse->isToMany) {
-            for (const NSManagedObjectID &target : {mine->targetAt(slot), conflict.storeRow->targetAt(slot)}) {
-                NSManagedObject *side = target.isNull() ? nullptr : registered.value(target);
-                if (side != nullptr && Access::pending(*side)) {
-                    auto &state = Access::toMany(*side, relationship->inverse->index);
-                    state.base.reset();
-                    state.added.remove(object->objectID());
-                    state.removed.remove(object->objectID());
-                    noteUpdated(*side);
-                }
-            }
-        }
-        copySlot(merged, *conflict.storeRow, slot);
-    };
     // Three ways: what the row held when it was read here, what it holds here now, what the store holds now.
     const quib::RowSnapshot &theirs = *conflict.storeRow;
     quib::RowSnapshotRef merged = mine;
+    const auto takeTheirs = [&](int slot) {
+        if (const auto *relationship = entity->slotLayout(slot).relationship; relationship != nullptr) {
+            const NSManagedObjectID from = mine->isPresent(slot) ? mine->targetAt(slot) : NSManagedObjectID();
+            if (const NSManagedObjectID to = theirs.targetAt(slot); !(from == to)) {
+                Access::moveStoredTarget(*object, entity->relationships()[static_cast<size_t>(relationship->index)],
+                                         from, to);
+            }
+        }
+        copySlot(merged, theirs, slot);
+    };
     for (int slot = 0; slot < entity->slotCount(); ++slot) {
         const bool isMine = (pending.changedSlots & bit(slot)) != 0;
         if (!theirs.isPresent(slot)) {
@@ -266,13 +270,13 @@ bool NSManagedObjectContext::Private::settle(const SaveConflict &conflict, QList
             continue;
         }
         if (!isMine) {
-            takeTheirs(merged, slot);
+            takeTheirs(slot);
             continue;
         }
         const bool isTheirs = !pending.base || !theirs.slotEquals(slot, *pending.base);
         if (isTheirs && storeWins && !theirs.slotEquals(slot, *mine)) {
             lose(slot);
-            takeTheirs(merged, slot);
+            takeTheirs(slot);
             pending.changedSlots &= ~bit(slot);
         }
     }
@@ -338,7 +342,6 @@ void NSManagedObjectContext::Private::finishSave(const SaveResult *result, const
     for (const auto &object : changes.deleted) {
         if (object->managedObjectContext() == self) {
             unregister(*object);
-            withPending.remove(object.get());
         }
     }
     self->didSave.notify(*self, changes);
@@ -361,105 +364,4 @@ bool NSManagedObjectContext::Private::saveToParent(NSError * /*error*/)
     parent->performBlockAndWait([this] { parent->m_d->takeFromChild(*this); });
     finishSave(nullptr, changes);
     return true;
-}
-
-void NSManagedObjectContext::Private::takeFromChild(Private &child)
-{
-    const auto ownObject = [this](const NSManagedObjectID &objectID) {
-        NSManagedObject *object = registered.value(coordinator->resolvedID(objectID));
-        return object != nullptr ? object : registered.value(objectID);
-    };
-    // What the child relates to, where it is still there.
-    const auto living = [this](const NSManagedObjectID &objectID) -> Ref<NSManagedObject> {
-        return objectID.isNull() ? nullptr : self->existingObjectWithID(objectID);
-    };
-    QList<Ref<NSManagedObject>> kept;
-    // 1. New objects, so that relationships find them.
-    for (const auto &theirs : oldestFirst(child.inserted)) {
-        const auto object = makeObject(theirs->objectID(), Access::row(*theirs));
-        kept.append(object);
-        noteInserted(*object);
-    }
-    for (const auto &object : std::as_const(kept)) {
-        for (const NSRelationshipDescription &relationship : object->entity()->relationships()) {
-            if (relationship.isToMany) {
-                continue;
-            }
-            const NSManagedObjectID target =
-                Access::row(*object)->targetAt(object->entity()->relationshipNamed(relationship.name)->slot);
-            if (!target.isNull() && !living(target)) {
-                Access::setTargetSlot(*object, relationship, {});
-            }
-        }
-    }
-    // 2. Changed values and to-one keys; where the parent has changes of its own the child's property wins.
-    for (const auto &theirs : oldestFirst(child.updated)) {
-        const auto *pending = Access::pendingIfAny(*theirs);
-        NSManagedObject *known = ownObject(theirs->objectID());
-        const Ref<NSManagedObject> object =
-            known != nullptr ? Ref<NSManagedObject>(known) : self->existingObjectWithID(theirs->objectID());
-        if (!object || object->isDeleted()) {
-            continue; // deleted here meanwhile
-        }
-        kept.append(object);
-        if (pending->changedSlots == 0) {
-            continue; // relationships only; the row may not even have been read
-        }
-        const auto &row = *Access::row(*theirs);
-        for (int slot = 0; slot < theirs->entity()->slotCount(); ++slot) {
-            if ((pending->changedSlots & bit(slot)) == 0) {
-                continue;
-            }
-            const auto *relationship = theirs->entity()->slotLayout(slot).relationship;
-            if (relationship != nullptr) {
-                // With the other sides brought in line: the parent may have moved the object elsewhere meanwhile.
-                object->setTargetObjectForKey(living(row.targetAt(slot)), relationship->name);
-            } else {
-                Access::setSlot(*object, slot, row.valueAt(slot));
-            }
-        }
-    }
-    // 3. To-many changes, each side as the child recorded it.
-    for (const auto *set : {&child.inserted, &child.updated}) {
-        for (const auto &theirs : *set) {
-            NSManagedObject *object = ownObject(theirs->objectID());
-            const auto *pending = Access::pendingIfAny(*theirs);
-            if (object == nullptr || pending == nullptr || object->isDeleted()) {
-                continue;
-            }
-            for (auto state = pending->toMany.cbegin(); state != pending->toMany.cend(); ++state) {
-                const auto now = Access::targets(*object, state.key());
-                for (const NSManagedObjectID &identity : state->added) {
-                    const NSManagedObjectID target = coordinator->resolvedID(identity);
-                    if (!now.contains(target) && living(target)) {
-                        Access::addTarget(*object, state.key(), target);
-                    }
-                }
-                for (const NSManagedObjectID &identity : state->removed) {
-                    const NSManagedObjectID target = coordinator->resolvedID(identity);
-                    if (now.contains(target)) {
-                        Access::removeTarget(*object, state.key(), target);
-                    }
-                }
-            }
-        }
-    }
-    // 4. Deletions: prepared and taken out of relationships in the child already.
-    for (const auto &theirs : child.deleted) {
-        NSManagedObject *known = ownObject(theirs->objectID());
-        const Ref<NSManagedObject> object =
-            known != nullptr ? Ref<NSManagedObject>(known) : self->existingObjectWithID(theirs->objectID());
-        if (!object || object->isDeleted()) {
-            continue;
-        }
-        Access::set(*object, Access::Deleting, true);
-        for (const NSRelationshipDescription &relationship : object->entity()->relationships()) {
-            if (relationship.isToMany) {
-                object->setTargetObjectsForKey({}, relationship.name);
-            } else {
-                object->setTargetObjectForKey(nullptr, relationship.name);
-            }
-        }
-        noteDeleted(*object);
-    }
 }

@@ -12,7 +12,13 @@ using quib::Ref;
 
 namespace {
 
-/// Whether two snapshots of one row hold different values: a parent's unsaved changes move no version.
+qint64 nextTemporaryKey()
+{
+    static std::atomic<qint64> last = 0;
+    return --last;
+}
+
+/// True when a slot that both rows hold is not the same in them.
 bool differs(const quib::RowSnapshot &a, const quib::RowSnapshot &b)
 {
     for (int slot = 0; slot < a.entity()->slotCount(); ++slot) {
@@ -21,12 +27,6 @@ bool differs(const quib::RowSnapshot &a, const quib::RowSnapshot &b)
         }
     }
     return false;
-}
-
-qint64 nextTemporaryKey()
-{
-    static std::atomic<qint64> last = 0;
-    return --last;
 }
 
 } // namespace
@@ -136,50 +136,74 @@ Ref<NSManagedObject> NSManagedObjectContext::Private::makeObject(const NSManaged
 
 Ref<NSManagedObject> NSManagedObjectContext::Private::object(const NSManagedObjectID &objectID)
 {
+    NSManagedObject *object = known(objectID);
+    return object != nullptr ? Ref<NSManagedObject>(object) : makeObject(coordinator->resolvedID(objectID), {});
+}
+
+NSManagedObject *NSManagedObjectContext::Private::known(const NSManagedObjectID &objectID)
+{
     const NSManagedObjectID resolved = coordinator->resolvedID(objectID);
-    for (const NSManagedObjectID &identity : {resolved, objectID}) {
-        if (NSManagedObject *object = registered.value(identity)) {
-            return Ref<NSManagedObject>(object);
-        }
+    if (NSManagedObject *object = registered.value(resolved)) {
+        return object;
     }
-    return makeObject(resolved, {});
+    if (objectID.isTemporaryID()) {
+        return registered.value(objectID);
+    }
+    if (parent && parent->m_d->parent) {
+        // The root may have given the key since this context looked, and told a context below of it.
+        adoptPermanentIDs();
+        return registered.value(resolved);
+    }
+    return nullptr;
 }
 
-Ref<NSManagedObject> NSManagedObjectContext::Private::objectForRow(const quib::StoredRow &row)
+void NSManagedObjectContext::Private::unregister(NSManagedObject &object)
 {
-    NSManagedObject *known = registered.value(row.objectID);
-    if (known == nullptr) {
-        return makeObject(row.objectID, row.snapshot);
-    }
-    if (!row.snapshot || known->hasChanges()) {
-        return Ref<NSManagedObject>(known);
-    }
-    auto &held = Access::row(*known);
-    if (!held) {
-        held = row.snapshot;
-    } else if (held->version() != row.snapshot->version() || (parent && differs(*held, *row.snapshot))) {
-        // Somebody else wrote: an object without changes of its own shows what is stored.
-        held = row.snapshot;
-        Access::pending(*known).reset();
-        withPending.remove(known);
-        noteRefreshed(*known);
-    }
-    return Ref<NSManagedObject>(known);
-}
-
-void NSManagedObjectContext::Private::unregister(const NSManagedObject &object)
-{
-    // A new object may stand for the identity of one that was deleted.
+    // Another object may bear the identity by now, when this one was deleted.
     const auto found = registered.constFind(object.objectID());
     if (found != registered.constEnd() && *found == &object) {
         registered.erase(found);
     }
+    withPending.remove(&object);
+}
+
+Ref<NSManagedObject> NSManagedObjectContext::Private::objectForRow(const quib::StoredRow &row)
+{
+    NSManagedObject *known = this->known(row.objectID);
+    if (known == nullptr) {
+        return makeObject(coordinator->resolvedID(row.objectID), row.snapshot);
+    }
+    Ref<NSManagedObject> object(known);
+    if (!row.snapshot || known->hasChanges()) {
+        return object;
+    }
+    auto &held = Access::row(*known);
+    const bool isOther = held && (held->version() != row.snapshot->version() ||
+                                  (parent && !(held == row.snapshot) && differs(*held, *row.snapshot)));
+    if (isOther) {
+        noteRefreshed(*known);
+    }
+    // Somebody else wrote, or the parent's unsaved row was changed, which no version tells: an object without changes
+    // of its own shows what is there, and reads again what a row does not tell.
+    if (!held || isOther) {
+        held = row.snapshot;
+    } else if (parent && !(held == row.snapshot)) {
+        for (const NSAttributeDescription &attribute : known->entity()->attributes()) {
+            if (attribute.isLazy && held->isPresent(attribute.slot) && !row.snapshot->isPresent(attribute.slot)) {
+                held.edit()->setAbsent(attribute.slot);
+            }
+        }
+    }
+    if (auto &pending = Access::pending(*known); pending && (isOther || parent) && !pending->hasChanges()) {
+        pending.reset();
+        withPending.remove(known);
+    }
+    return object;
 }
 
 void NSManagedObjectContext::Private::kill(NSManagedObject &object)
 {
     unregister(object);
-    withPending.remove(&object);
     Access::bind(object, nullptr);
     Access::row(object) = {};
     Access::pending(object).reset();
@@ -215,22 +239,19 @@ Ref<NSManagedObject> NSManagedObjectContext::existingObjectWithID(const NSManage
     if (objectID.isNull()) {
         return nullptr;
     }
-    const NSManagedObjectID resolved = m_d->coordinator->resolvedID(objectID);
-    for (const NSManagedObjectID &identity : {resolved, objectID}) {
-        if (NSManagedObject *object = m_d->registered.value(identity); object != nullptr && Access::row(*object)) {
-            return object->isDeleted() ? nullptr : Ref<NSManagedObject>(object);
-        }
+    if (NSManagedObject *object = m_d->known(objectID);
+        object != nullptr && (Access::row(*object) || object->isDeleted())) {
+        return object->isDeleted() ? nullptr : Ref<NSManagedObject>(object);
     }
     NSError error;
-    const auto stored = m_d->currentRow(resolved, &error);
+    const auto stored = m_d->currentRow(m_d->coordinator->resolvedID(objectID), &error);
     return stored && stored->snapshot ? m_d->objectForRow(*stored) : nullptr;
 }
 
 Ref<NSManagedObject> NSManagedObjectContext::registeredObjectForID(const NSManagedObjectID &objectID) const
 {
     m_d->assertQueue();
-    NSManagedObject *object = m_d->registered.value(m_d->coordinator->resolvedID(objectID));
-    return Ref<NSManagedObject>(object != nullptr ? object : m_d->registered.value(objectID));
+    return Ref<NSManagedObject>(m_d->known(objectID));
 }
 
 qint64 NSManagedObjectContext::rowVersion(const NSManagedObject &object) const
@@ -261,16 +282,9 @@ void NSManagedObjectContext::deleteObject(NSManagedObject *object)
         if (relationship.deleteRule == NSDeleteRule::NoAction) {
             continue;
         }
-        QList<Ref<NSManagedObject>> targets =
-            relationship.isToMany ? object->targetObjectsForKey(relationship.name) : QList<Ref<NSManagedObject>>();
-        if (const auto target = relationship.isToMany ? nullptr : object->targetObjectForKey(relationship.name)) {
-            targets.append(target);
-        }
-        // What goes along is told while it still belongs to the object.
         if (relationship.deleteRule == NSDeleteRule::Cascade) {
-            for (const auto &target : std::as_const(targets)) {
-                deleteObject(target.get());
-            }
+            // First, so that what goes along is prepared while it still knows whose it is.
+            m_d->deleteTargets(*object, relationship);
         }
         if (relationship.isToMany) {
             object->setTargetObjectsForKey({}, relationship.name);
@@ -279,6 +293,18 @@ void NSManagedObjectContext::deleteObject(NSManagedObject *object)
         }
     }
     m_d->noteDeleted(*object);
+}
+
+void NSManagedObjectContext::Private::deleteTargets(const NSManagedObject &object,
+                                                    const NSRelationshipDescription &relationship)
+{
+    if (!relationship.isToMany) {
+        self->deleteObject(object.targetObjectForKey(relationship.name).get());
+        return;
+    }
+    for (const auto &target : object.targetObjectsForKey(relationship.name)) {
+        self->deleteObject(target.get());
+    }
 }
 
 void NSManagedObjectContext::refreshObject(NSManagedObject *object, bool mergeChanges)
@@ -294,6 +320,7 @@ void NSManagedObjectContext::refreshObject(NSManagedObject *object, bool mergeCh
         m_d->withPending.remove(object);
         m_d->updated.remove(kept);
         m_d->deleted.remove(kept);
+        m_d->untold.deleted.remove(kept); // it is back
         Access::set(*object, Access::Updated, false);
         Access::set(*object, Access::Deleted, false);
         Access::set(*object, Access::Deleting, false);
@@ -396,8 +423,11 @@ void NSManagedObjectContext::rollback()
         }
     }
     for (const auto &object : inserted) {
-        m_d->untold.inserted.remove(object);
+        m_d->noteGone(object);
         m_d->kill(*object);
+    }
+    if (objectsDidChange.isEmpty()) {
+        m_d->untold = {}; // nobody to tell, and nothing to hold
     }
 }
 
@@ -418,7 +448,7 @@ bool NSManagedObjectContext::obtainPermanentIDsForObjects(const QList<Ref<NSMana
         }
         m_d->coordinator->recordPermanentIDs(*permanentIDs);
         m_d->rekey(*permanentIDs);
-        // The contexts above may hold the same objects, unsaved.
+        // Contexts above that know the objects already must not save them under another key.
         for (auto above = m_d->parent; above; above = above->m_d->parent) {
             above->performBlockAndWait([&] { above->m_d->rekey(*permanentIDs); });
         }
@@ -528,10 +558,23 @@ void NSManagedObjectContext::Private::noteInserted(NSManagedObject &object)
     const Ref<NSManagedObject> reference(&object);
     Access::set(object, Access::Inserted, true);
     inserted.insert(reference);
-    if (isListenedTo()) {
-        untold.inserted.insert(reference);
-    }
+    untold.inserted.insert(reference);
     scheduleTelling();
+}
+
+void NSManagedObjectContext::Private::markUpdated(const Ref<NSManagedObject> &object)
+{
+    if (object->isInserted() || object->isDeleted()) {
+        return;
+    }
+    const auto *pending = Access::pendingIfAny(*object);
+    const bool isChanged = pending != nullptr && pending->hasChanges();
+    Access::set(*object, Access::Updated, isChanged);
+    if (isChanged) {
+        updated.insert(object);
+    } else {
+        updated.remove(object);
+    }
 }
 
 void NSManagedObjectContext::Private::noteUpdated(NSManagedObject &object)
@@ -540,17 +583,8 @@ void NSManagedObjectContext::Private::noteUpdated(NSManagedObject &object)
         return;
     }
     const Ref<NSManagedObject> reference(&object);
-    if (!object.isInserted()) {
-        const auto *pending = Access::pendingIfAny(object);
-        const bool isChanged = pending != nullptr && pending->hasChanges();
-        Access::set(object, Access::Updated, isChanged);
-        if (isChanged) {
-            updated.insert(reference);
-        } else {
-            updated.remove(reference);
-        }
-    }
-    if (isListenedTo() && !untold.inserted.contains(reference)) {
+    markUpdated(reference);
+    if (!untold.inserted.contains(reference)) {
         untold.updated.insert(reference);
     }
     scheduleTelling();
@@ -567,25 +601,33 @@ void NSManagedObjectContext::Private::noteDeleted(NSManagedObject &object)
         // Never stored: nothing is left to delete, unless the parent knows it by an earlier save.
         Access::set(object, Access::Inserted, false);
         inserted.remove(reference);
-        if (!untold.inserted.remove(reference) && isListenedTo()) {
-            untold.deleted.insert(reference);
-        }
+        noteGone(reference);
         kill(object);
-        scheduleTelling();
         return;
     }
     Access::set(object, Access::Deleted, true);
     deleted.insert(reference);
-    if (isListenedTo()) {
-        untold.deleted.insert(reference);
+    untold.deleted.insert(reference);
+    scheduleTelling();
+}
+
+void NSManagedObjectContext::Private::noteGone(const Ref<NSManagedObject> &object)
+{
+    untold.updated.remove(object);
+    untold.refreshed.remove(object);
+    if (!untold.inserted.remove(object)) {
+        untold.deleted.insert(object);
     }
     scheduleTelling();
 }
 
 void NSManagedObjectContext::Private::noteRefreshed(NSManagedObject &object)
 {
+    if (self->objectsDidChange.isEmpty()) {
+        return; // nobody to tell: an object is not held for it
+    }
     const Ref<NSManagedObject> reference(&object);
-    if (isListenedTo() && !untold.inserted.contains(reference) && !untold.updated.contains(reference) &&
+    if (!untold.inserted.contains(reference) && !untold.updated.contains(reference) &&
         !untold.deleted.contains(reference)) {
         untold.refreshed.insert(reference);
     }
@@ -594,7 +636,7 @@ void NSManagedObjectContext::Private::noteRefreshed(NSManagedObject &object)
 
 void NSManagedObjectContext::Private::scheduleTelling()
 {
-    if (isTellingScheduled || self->objectsDidChange.isEmpty()) {
+    if (isTellingScheduled || (self->objectsDidChange.isEmpty() && keptAlive.isEmpty())) {
         return;
     }
     isTellingScheduled = true;
@@ -625,8 +667,16 @@ void NSManagedObjectContext::mergeChangesFromRemoteContextSave(
         context->performBlockAndWait([&] {
             auto &d = *context->m_d;
             for (const NSManagedObjectID &objectID : inserted) {
-                if (const auto object = context->existingObjectWithID(objectID)) {
-                    d.untold.inserted.insert(object);
+                const auto object = context->existingObjectWithID(objectID);
+                if (!object) {
+                    continue;
+                }
+                d.untold.inserted.insert(object);
+                for (const NSRelationshipDescription &relationship : object->entity()->relationships()) {
+                    if (!relationship.isToMany && Access::row(*object)->isPresent(relationship.slot)) {
+                        Access::moveStoredTarget(*object, relationship, {},
+                                                 Access::row(*object)->targetAt(relationship.slot));
+                    }
                 }
             }
             for (const NSManagedObjectID &objectID : updated) {
@@ -643,9 +693,7 @@ void NSManagedObjectContext::mergeChangesFromRemoteContextSave(
                     d.inserted.remove(object);
                     d.updated.remove(object);
                     d.deleted.remove(object);
-                    d.untold.updated.remove(object);
-                    d.untold.refreshed.remove(object);
-                    d.untold.deleted.insert(object);
+                    d.noteGone(object);
                     d.kill(*object);
                 }
             }

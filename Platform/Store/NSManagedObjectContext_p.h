@@ -63,6 +63,7 @@ struct NSManagedObjectAccess
     {
         object.m_objectID = objectID;
     }
+    [[nodiscard]] static quint32 &flags(NSManagedObject &object) { return object.m_flags; }
     static void bind(NSManagedObject &object, NSManagedObjectContext *context) { object.m_context = context; }
     [[nodiscard]] static const quib::RowSnapshot *rowWithSlot(const NSManagedObject &object, int slot)
     {
@@ -84,6 +85,12 @@ struct NSManagedObjectAccess
     static void setTargetSlot(NSManagedObject &object, const NSRelationshipDescription &relationship,
                               const NSManagedObjectID &target);
     static void setSlot(NSManagedObject &object, int slot, const quib::Value &value);
+    /// Takes the object out of, or into, the other side of a relationship, where that side exists.
+    static void changeOtherSide(NSManagedObject &object, const NSRelationshipDescription &relationship,
+                                NSManagedObject &target, bool isJoining);
+    /// Brings the other side of a to-one relationship in line with a target that the store gave: no change made here.
+    static void moveStoredTarget(NSManagedObject &object, const NSRelationshipDescription &relationship,
+                                 const NSManagedObjectID &from, const NSManagedObjectID &to);
 };
 
 struct NSManagedObjectContext::Private
@@ -121,21 +128,30 @@ struct NSManagedObjectContext::Private
     /// The object of an identity whose concrete entity is known, made as a fault where it is not registered.
     [[nodiscard]] quib::Ref<NSManagedObject> object(const NSManagedObjectID &objectID);
     [[nodiscard]] quib::Ref<NSManagedObject> objectForRow(const quib::StoredRow &row);
+    /// The living object of an identity, also where one of the two has its permanent key already; null when none is.
+    [[nodiscard]] NSManagedObject *known(const NSManagedObjectID &objectID);
+    /// Takes an object that dies out of the tables.
+    void unregister(NSManagedObject &object);
     void kill(NSManagedObject &object);
-    /// Takes an object out of the table, unless another stands there for its identity.
-    void unregister(const NSManagedObject &object);
-    /// Whether anybody wants to be told of changes; else none are gathered, and no object is kept for it.
-    [[nodiscard]] bool isListenedTo() const { return !self->objectsDidChange.isEmpty(); }
+    void deleteTargets(const NSManagedObject &object, const NSRelationshipDescription &relationship);
     void noteInserted(NSManagedObject &object);
+    /// Puts an object in or out of the updated ones, by whether it has changes.
+    void markUpdated(const quib::Ref<NSManagedObject> &object);
     void noteUpdated(NSManagedObject &object);
     void noteDeleted(NSManagedObject &object);
     void noteRefreshed(NSManagedObject &object);
+    /// An object that observers may know is none any more.
+    void noteGone(const quib::Ref<NSManagedObject> &object);
     void scheduleTelling();
     void rekey(const QHash<NSManagedObjectID, NSManagedObjectID> &permanentIDs);
     /// A child learns which of its temporary identities became permanent above.
     void adoptPermanentIDs();
 
     // NSManagedObjectContext+Fetching.cpp
+    /// The object's row with every slot but lazy ones, where it was changed here; null where it was not.
+    [[nodiscard]] quib::RowSnapshotRef changedRow(NSManagedObject &object);
+    void mergeInto(QList<quib::StoredRow> *rows, QList<quib::Ref<NSManagedObject>> joining,
+                   const NSFetchRequest &request);
     /// The row as this context sees it: pending changes, else the parent's, else the store's.
     [[nodiscard]] std::optional<quib::StoredRow> currentRow(const NSManagedObjectID &objectID, NSError *error);
     [[nodiscard]] std::optional<NSPersistentStore::LazyValue> currentLazyValue(const NSManagedObjectID &objectID,
@@ -153,7 +169,32 @@ struct NSManagedObjectContext::Private
     [[nodiscard]] quib::SaveRequest makeSaveRequest() const;
     [[nodiscard]] bool settle(const quib::SaveConflict &conflict, QList<NSMergeLoss> *losses, NSError *error);
     void finishSave(const quib::SaveResult *result, const Changes &changes);
+
+    // NSManagedObjectContext+Merging.cpp
     void takeFromChild(Private &child);
+    [[nodiscard]] quib::Ref<NSManagedObject> targetForChild(const NSManagedObjectID &objectID);
+    void takeInserted(Private &child, QList<quib::Ref<NSManagedObject>> *kept);
+    void takeUpdated(Private &child, QList<quib::Ref<NSManagedObject>> *kept);
+    void takeJoins(const Private &child);
+    void takeDeleted(Private &child);
+    /// All pending changes, to go back to when a save fails after conflicts were settled.
+    struct Changed
+    {
+        struct Object
+        {
+            quib::Ref<NSManagedObject> object;
+            quib::RowSnapshotRef row;
+            quint32 flags = 0;
+            std::optional<NSManagedObject::Pending> pending;
+        };
+        QList<Object> objects;
+        NSManagedObjectSet inserted;
+        NSManagedObjectSet updated;
+        NSManagedObjectSet deleted;
+        Changes untold;
+    };
+    [[nodiscard]] Changed changed() const;
+    void restore(const Changed &changed);
 
     QSet<NSManagedObjectID> forcedDeletions;
     QSet<NSManagedObjectID> reinsertions;

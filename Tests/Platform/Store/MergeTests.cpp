@@ -2,6 +2,7 @@
 // relationships agree on both sides afterwards.
 
 #include "ContextFixture.h"
+#include "FaultVfs.h"
 
 using namespace Qt::StringLiterals;
 using quib::Value;
@@ -176,4 +177,60 @@ TEST_F(Merge, RelationshipsAgreeOnBothSidesWhicheverSideWins)
                       mineWins ? u"B"_s : u"C"_s);
         }
     }
+}
+
+TEST_F(Merge, ASaveThatFailsAfterASettledConflictLeavesAllAsItWas)
+{
+    quib::tests::FaultVfs disk;
+    m_path = u"/disk/s.sqlite"_s;
+    NSPersistentStoreOptions options;
+    options.vfsName = disk.name();
+    options.busyTimeout = 0;
+    int failed = 0;
+    for (int call = 0; !HasFailure(); ++call) {
+        SCOPED_TRACE(call);
+        disk.setContents({});
+        const auto other = open(NSMergePolicy::MergeByPropertyStoreTrump, {}, options);
+        const auto theirs = note(*other, u"old"_s);
+        const auto gone = note(*other, u"gone"_s);
+        const auto theirTag = tag(*other, u"tag"_s);
+        gone->setTargetObjectsForKey({theirTag}, u"tags"_s);
+        expectSave(*other);
+        const auto main = open(NSMergePolicy::MergeByPropertyStoreTrump, {}, options);
+        const auto mine = main->existingObjectWithID(idInMain(theirs));
+        const auto lost = main->existingObjectWithID(idInMain(gone));
+        mine->setValueForKey(u"my title"_s, u"title"_s);
+        mine->setValueForKey(u"my sub"_s, u"subtitle"_s);
+        lost->setValueForKey(u"my gone"_s, u"title"_s);
+        theirs->setValueForKey(u"their title"_s, u"title"_s);
+        other->deleteObject(gone.get());
+        expectSave(*other);
+        int told = 0;
+        const auto token = main->mergeLosses.add([&told](NSManagedObjectContext &, const QList<NSMergeLoss> &losses) {
+            told += static_cast<int>(losses.size());
+        });
+
+        disk.arm(call, quib::tests::FaultVfs::Fault::IoError);
+        NSError error;
+        const bool isSaved = main->save(&error);
+        const bool hasStruck = disk.hasStruck();
+        disk.disarm();
+        if (!isSaved) {
+            ++failed;
+            EXPECT_EQ(told, 0);
+            EXPECT_EQ(main->updatedObjects(), (NSManagedObjectSet{mine, lost}));
+            EXPECT_EQ(main->deletedObjects(), NSManagedObjectSet());
+            EXPECT_EQ(string(mine, u"title"_s), u"my title"_s);
+            EXPECT_EQ(string(lost, u"title"_s), u"my gone"_s);
+            EXPECT_EQ(mine->changedKeys(), (QSet<QString>{u"title"_s, u"subtitle"_s}));
+            EXPECT_EQ(mine->committedValueForKey(u"title"_s), Value(u"old"_s));
+        } else {
+            EXPECT_EQ(told, 2);
+            EXPECT_EQ(string(mine, u"title"_s), u"their title"_s);
+        }
+        if (!hasStruck) {
+            break;
+        }
+    }
+    EXPECT_GT(failed, 3) << "the faults must meet the write after the conflict";
 }
