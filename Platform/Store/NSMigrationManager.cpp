@@ -9,7 +9,7 @@ using quib::StoredRow;
 namespace {
 
 /// Rows between two saves: few enough for memory, many enough that a save's cost does not count.
-constexpr qsizetype kBatch = 500;
+constexpr qsizetype kBatch = 100;
 
 } // namespace
 

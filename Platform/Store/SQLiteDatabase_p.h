@@ -53,6 +53,7 @@ public:
     [[nodiscard]] double real(int column) const { return sqlite3_column_double(m_statement, column); }
     /// The bytes of a text or blob where SQLite holds them, until the next step.
     [[nodiscard]] std::string_view view(int column) const;
+    [[nodiscard]] qint64 byteCount(int column) const { return sqlite3_column_bytes(m_statement, column); }
     [[nodiscard]] QString text(int column) const;
     [[nodiscard]] QByteArray bytes(int column) const;
 

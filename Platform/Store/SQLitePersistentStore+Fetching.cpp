@@ -360,6 +360,7 @@ bool SQLitePersistentStore::enumerateLazyValues(const NSEntityDescription *entit
                                                 NSError *error)
 {
     constexpr int kBatch = 256;
+    constexpr qint64 kBatchBytes = 16 << 20; // a batch of huge values ends early, so that memory stays bounded
     struct Row
     {
         qint64 key;
@@ -383,8 +384,10 @@ bool SQLitePersistentStore::enumerateLazyValues(const NSEntityDescription *entit
                 return false;
             }
             statement.bindInteger(1, last);
+            qint64 bytes = 0;
             int result = statement.step();
-            for (; result == SQLITE_ROW; result = statement.step()) {
+            for (; result == SQLITE_ROW; result = bytes < kBatchBytes ? statement.step() : SQLITE_DONE) {
+                bytes += statement.byteCount(3);
                 batch.append({statement.integer(0), statement.integer(1), statement.integer(2),
                               readValue(statement, 3, attribute.type)});
             }
