@@ -1,46 +1,18 @@
 #include "TagScanner.h"
 
+#include <Markup/Syntax/SyntaxCharacters.h>
 #include <Text/NSStringHelpers.h>
 
 namespace quib::tags {
+
+using syntax::isClosingPunctuation;
+using syntax::isHexDigit;
+using syntax::isOpeningPunctuation;
 
 namespace {
 
 constexpr char16_t kHash = u'#';
 constexpr qint64 kColorLength = 7;
-
-[[nodiscard]] bool isOpeningPunctuation(char16_t unit)
-{
-    return unit == u'[' || unit == u'(' || unit == u'"' || unit == u'{' || unit == u'\'';
-}
-
-[[nodiscard]] bool isClosingPunctuation(char16_t unit)
-{
-    switch (unit) {
-    case u';':
-    case u':':
-    case u'\u060C':
-    case u',':
-    case u'\u2026':
-    case u'\u3001':
-    case u'.':
-    case u'!':
-    case u')':
-    case u'?':
-    case u'}':
-    case u']':
-    case u'\'':
-    case u'"':
-        return true;
-    default:
-        return false;
-    }
-}
-
-[[nodiscard]] bool isHexDigit(char16_t unit)
-{
-    return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') || (unit >= u'A' && unit <= u'F');
-}
 
 /// A line end is white space, or the text's own end.
 [[nodiscard]] bool isSpaceOrEnd(QStringView text, qint64 position)

@@ -28,23 +28,15 @@ namespace quib::syntax {
     return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') || (unit >= u'A' && unit <= u'F');
 }
 
-/// Where an inline construct may begin: inlineBeginPattern at a place of a region.
-[[nodiscard]] inline bool isInlineBegin(QStringView region, qsizetype place)
+/// Punctuation behind which an inline construct or a tag may begin.
+[[nodiscard]] constexpr bool isOpeningPunctuation(char16_t unit)
 {
-    if (place == 0) {
-        return true;
-    }
-    const char16_t unit = region[place - 1].unicode();
-    return isSpace(unit) || unit == u'[' || unit == u'(' || unit == u'"' || unit == u'{' || unit == u'\'';
+    return unit == u'[' || unit == u'(' || unit == u'"' || unit == u'{' || unit == u'\'';
 }
 
-/// Where one may end: inlineEndPattern at a place of a region.
-[[nodiscard]] inline bool isInlineEnd(QStringView region, qsizetype place)
+/// Punctuation before which one may end.
+[[nodiscard]] constexpr bool isClosingPunctuation(char16_t unit)
 {
-    if (place >= region.size()) {
-        return true;
-    }
-    const char16_t unit = region[place].unicode();
     switch (unit) {
     case u';':
     case u':':
@@ -62,8 +54,28 @@ namespace quib::syntax {
     case u'"':
         return true;
     default:
-        return isSpace(unit);
+        return false;
     }
+}
+
+/// Where an inline construct may begin: inlineBeginPattern at a place of a region.
+[[nodiscard]] inline bool isInlineBegin(QStringView region, qsizetype place)
+{
+    if (place == 0) {
+        return true;
+    }
+    const char16_t unit = region[place - 1].unicode();
+    return isSpace(unit) || isOpeningPunctuation(unit);
+}
+
+/// Where one may end: inlineEndPattern at a place of a region.
+[[nodiscard]] inline bool isInlineEnd(QStringView region, qsizetype place)
+{
+    if (place >= region.size()) {
+        return true;
+    }
+    const char16_t unit = region[place].unicode();
+    return isSpace(unit) || isClosingPunctuation(unit);
 }
 
 /// The first line terminator at or behind a place, or the region's end.
