@@ -1,0 +1,573 @@
+#include "AttributeRuns.h"
+
+#include <Foundation/Assert.h>
+
+#include <algorithm>
+#include <numeric>
+
+namespace quib {
+
+namespace {
+
+constexpr qsizetype kGroupSize = 64;
+/// Leaves that are built in a row keep some room for the edits to come.
+constexpr qsizetype kBuiltLeafSize = 112;
+/// A leaf below the first joins a neighbour when both have at most the second.
+constexpr qsizetype kSmallLeafSize = 16;
+constexpr qsizetype kJoinedLeafSize = 96;
+
+} // namespace
+
+AttributeChange AttributeChange::insertingValue(const NSAttributeName &name, const AttributeValue &value)
+{
+    AttributeChange change;
+    change.m_kind = Kind::InsertValue;
+    change.m_names = name.mask();
+    change.m_name = &name;
+    change.m_value = &value;
+    return change;
+}
+
+AttributeChange AttributeChange::insertingSet(const AttributeSet &attributes)
+{
+    AttributeChange change;
+    change.m_kind = Kind::InsertSet;
+    change.m_names = attributes.names();
+    change.m_set = &attributes;
+    return change;
+}
+
+AttributeChange AttributeChange::replacingBy(const AttributeSet &attributes)
+{
+    AttributeChange change = insertingSet(attributes);
+    change.m_kind = Kind::Replace;
+    return change;
+}
+
+AttributeChange AttributeChange::removing(std::span<const NSAttributeName> names)
+{
+    AttributeChange change;
+    change.m_kind = Kind::Remove;
+    for (const NSAttributeName &name : names) {
+        change.m_names |= name.mask();
+    }
+    change.m_removed = names;
+    return change;
+}
+
+bool AttributeChange::apply(AttributeSet &attributes) const
+{
+    if (m_kind == Kind::Remove && !attributes.names().intersects(m_names)) {
+        return false;
+    }
+    const AttributeSet before = attributes;
+    switch (m_kind) {
+    case Kind::InsertValue:
+        attributes.insert(*m_name, *m_value);
+        break;
+    case Kind::InsertSet:
+        attributes.insert(*m_set);
+        break;
+    case Kind::Replace:
+        attributes = *m_set;
+        break;
+    case Kind::Remove:
+        for (const NSAttributeName &name : m_removed) {
+            attributes.remove(name);
+        }
+        break;
+    }
+    return !(before == attributes);
+}
+
+AttributeRuns::AttributeRuns(const AttributeSet &attributes, qint64 length)
+{
+    append(attributes, length);
+}
+
+AttributeRuns::AttributeRuns(const AttributeRuns &other)
+    : m_length(other.m_length)
+    , m_leafLengths(other.m_leafLengths)
+{
+    m_leaves.reserve(other.m_leaves.size());
+    for (const Leaf *leaf : other.m_leaves) {
+        m_leaves.append(new Leaf(*leaf));
+    }
+}
+
+AttributeRuns::AttributeRuns(AttributeRuns &&other) noexcept
+    : m_length(std::exchange(other.m_length, 0))
+    , m_leaves(std::exchange(other.m_leaves, {}))
+    , m_leafLengths(std::exchange(other.m_leafLengths, {}))
+{
+    other.m_knownGroups = 0;
+    other.forgetCursor();
+}
+
+AttributeRuns &AttributeRuns::operator=(AttributeRuns other) noexcept
+{
+    std::swap(m_length, other.m_length);
+    m_leaves.swap(other.m_leaves);
+    m_leafLengths.swap(other.m_leafLengths);
+    m_knownGroups = 0;
+    forgetCursor();
+    return *this;
+}
+
+AttributeRuns::~AttributeRuns()
+{
+    qDeleteAll(m_leaves);
+}
+
+qsizetype AttributeRuns::runCount() const
+{
+    return std::accumulate(m_leaves.begin(), m_leaves.end(), qsizetype(0),
+                           [](qsizetype sum, const Leaf *leaf) { return sum + leaf->runs.size(); });
+}
+
+AttributeRuns::Position AttributeRuns::find(qint64 location) const
+{
+    QUIB_ASSERT(location >= 0 && location < m_length);
+    if (location < m_cursorLeafStart || location - m_cursorLeafStart >= m_leafLengths.at(m_cursor.leaf)) {
+        qint64 start = 0;
+        const qsizetype leaf = leafAt(location, &start);
+        m_cursor = {leaf, 0, start};
+        m_cursorLeafStart = start;
+    }
+    const Run *const runs = constRuns(m_cursor.leaf).constData();
+    auto [leaf, run, start] = m_cursor;
+    if (location - m_cursorLeafStart < start - location) {
+        run = 0;
+        start = m_cursorLeafStart;
+    }
+    while (location < start) {
+        --run;
+        start -= runs[run].length;
+    }
+    while (location - start >= runs[run].length) {
+        start += runs[run].length;
+        ++run;
+    }
+    m_cursor = {leaf, run, start};
+    return m_cursor;
+}
+
+qsizetype AttributeRuns::leafAt(qint64 location, qint64 *start) const
+{
+    const qint64 *const lengths = m_leafLengths.constData();
+    // OPTIMIZATION: mostly the neighbour of the last one.
+    const qsizetype next = m_cursor.leaf + 1;
+    const qint64 nextStart = m_cursorLeafStart + lengths[m_cursor.leaf];
+    if (location >= nextStart && next < m_leafLengths.size() && location - nextStart < lengths[next]) {
+        *start = nextStart;
+        return next;
+    }
+    qint64 sum = 0;
+    qsizetype leaf = 0;
+    for (qsizetype group = 0;; ++group) {
+        const qsizetype limit = std::min(leaf + kGroupSize, m_leafLengths.size());
+        const auto index = static_cast<size_t>(group);
+        if (group == m_knownGroups) {
+            m_groupLengths.resize(std::max(m_groupLengths.size(), index + 1));
+            m_groupLengths[index] = std::accumulate(lengths + leaf, lengths + limit, qint64(0));
+            ++m_knownGroups;
+        }
+        if (location - sum < m_groupLengths[index]) {
+            break;
+        }
+        sum += m_groupLengths[index];
+        leaf = limit;
+    }
+    while (location - sum >= lengths[leaf]) {
+        sum += lengths[leaf];
+        ++leaf;
+    }
+    *start = sum;
+    return leaf;
+}
+
+const AttributeSet &AttributeRuns::attributes(Position position) const
+{
+    return constRuns(position.leaf).at(position.run).attributes;
+}
+
+NSRange AttributeRuns::range(Position position) const
+{
+    return {position.start, constRuns(position.leaf).at(position.run).length};
+}
+
+void AttributeRuns::advance(Position &position) const
+{
+    const QList<Run> &runs = constRuns(position.leaf);
+    position.start += runs.at(position.run).length;
+    if (++position.run == runs.size()) {
+        position.run = 0;
+        ++position.leaf;
+    }
+}
+
+void AttributeRuns::retreat(Position &position) const
+{
+    if (position.run == 0) {
+        --position.leaf;
+        position.run = constRuns(position.leaf).size();
+    }
+    --position.run;
+    position.start -= constRuns(position.leaf).at(position.run).length;
+}
+
+void AttributeRuns::advanceToNames(Position &position, AttributeNameMask names, qint64 limit) const
+{
+    while (!isAtEnd(position) && position.start < limit) {
+        if (position.run == 0 && !m_leaves.at(position.leaf)->names.intersects(names)) {
+            position.start += m_leafLengths.at(position.leaf);
+            ++position.leaf;
+        } else if (attributes(position).names().intersects(names)) {
+            return;
+        } else {
+            advance(position);
+        }
+    }
+}
+
+void AttributeRuns::change(NSRange range, const AttributeChange &change)
+{
+    qint64 location = range.location;
+    const qint64 limit = range.limit();
+    while (location < limit) {
+        const Position position = find(location);
+        const qint64 leafLimit = m_cursorLeafStart + m_leafLengths.at(position.leaf);
+        if (!change.mayChange(m_leaves.at(position.leaf)->names)) {
+            location = leafLimit;
+            continue;
+        }
+        const Run &run = constRuns(position.leaf).at(position.run);
+        const qint64 runLimit = position.start + run.length;
+        if (position.start == location && runLimit <= limit) {
+            location = changeWholeRuns(position, limit, change);
+            continue;
+        }
+        AttributeSet attributes = run.attributes;
+        const qint64 partLimit = std::min(runLimit, limit);
+        if (change.apply(attributes)) {
+            changePart(position, {location, partLimit - location}, std::move(attributes));
+        }
+        location = partLimit;
+    }
+}
+
+void AttributeRuns::changePart(Position position, NSRange part, AttributeSet attributes)
+{
+    makeRoom(position, 2);
+    Leaf &leaf = *m_leaves.at(position.leaf);
+    leaf.names |= attributes.names();
+    QList<Run> &list = leaf.runs;
+    Run *const run = list.data() + position.run;
+    const qint64 before = part.location - position.start;
+    const qint64 after = run->length - before - part.length;
+    if (before == 0 && position.run > 0 && run[-1].attributes == attributes) {
+        run[-1].length += part.length;
+        run->length = after;
+        m_cursor = {position.leaf, position.run, part.limit()};
+    } else if (after == 0 && position.run + 1 < list.size() && run[1].attributes == attributes) {
+        run[1].length += part.length;
+        run->length = before;
+    } else if (before == 0) {
+        run->length = after;
+        list.insert(position.run, Run{std::move(attributes), part.length});
+    } else if (after == 0) {
+        run->length = before;
+        list.insert(position.run + 1, Run{std::move(attributes), part.length});
+    } else {
+        run->length = before;
+        list.insert(position.run + 1, 2, Run{run->attributes, after});
+        Run &middle = list[position.run + 1];
+        middle = Run{std::move(attributes), part.length};
+    }
+}
+
+qint64 AttributeRuns::changeWholeRuns(Position position, qint64 limit, const AttributeChange &change)
+{
+    Leaf &leaf = *m_leaves.at(position.leaf);
+    leaf.names |= change.insertedNames();
+    const qsizetype count = leaf.runs.size();
+    Run *const runs = leaf.runs.data();
+    // Runs up to in are read, those up to out are what has become of them.
+    qsizetype out = position.run;
+    qsizetype in = position.run;
+    qint64 location = position.start;
+    for (; in < count && location + runs[in].length <= limit; ++in) {
+        location += runs[in].length;
+        static_cast<void>(change.apply(runs[in].attributes));
+        if (out > 0 && runs[out - 1].attributes == runs[in].attributes) {
+            runs[out - 1].length += runs[in].length;
+        } else {
+            if (out != in) {
+                std::swap(runs[out], runs[in]);
+            }
+            ++out;
+        }
+    }
+    qint64 nextStart = location;
+    if (in < count && out > 0 && runs[out - 1].attributes == runs[in].attributes) {
+        --out;
+        runs[in].length += runs[out].length;
+        nextStart -= runs[out].length;
+    }
+    if (out != in) {
+        leaf.runs.erase(leaf.runs.cbegin() + out, leaf.runs.cbegin() + in);
+    }
+    m_cursor = out < leaf.runs.size() ? Position{position.leaf, out, nextStart}
+                                      : Position{position.leaf, 0, m_cursorLeafStart};
+    mergeIfSmall(position.leaf);
+    return location;
+}
+
+void AttributeRuns::replace(NSRange range, qint64 length, const AttributeSet &attributes)
+{
+    remove(range);
+    insert(range.location, length, attributes);
+}
+
+void AttributeRuns::replace(NSRange range, const AttributeRuns &other)
+{
+    if (range.length == m_length) {
+        *this = other;
+        return;
+    }
+    remove(range);
+    qint64 location = range.location;
+    for (Position position; !other.isAtEnd(position); other.advance(position)) {
+        const qint64 length = other.range(position).length;
+        insert(location, length, other.attributes(position));
+        location += length;
+    }
+}
+
+void AttributeRuns::remove(NSRange range)
+{
+    qint64 left = range.length;
+    while (left > 0) {
+        const Position position = find(range.location);
+        QList<Run> &list = m_leaves.at(position.leaf)->runs;
+        Run *const runs = list.data();
+        if (range.location > position.start) {
+            const qint64 part = std::min(left, position.start + runs[position.run].length - range.location);
+            runs[position.run].length -= part;
+            addToLeafLength(position.leaf, -part);
+            left -= part;
+            continue;
+        }
+        const qint64 leftBefore = left;
+        qsizetype limit = position.run;
+        for (; limit < list.size() && runs[limit].length <= left; ++limit) {
+            left -= runs[limit].length;
+        }
+        if (limit < list.size()) {
+            runs[limit].length -= left;
+            left = 0;
+            if (limit > position.run && position.run > 0 &&
+                runs[position.run - 1].attributes == runs[limit].attributes) {
+                runs[position.run - 1].length += runs[limit].length;
+                ++limit;
+            }
+        }
+        m_cursor = {position.leaf, 0, m_cursorLeafStart};
+        list.erase(list.cbegin() + position.run, list.cbegin() + limit);
+        addToLeafLength(position.leaf, left - leftBefore);
+        if (list.isEmpty()) {
+            removeLeaf(position.leaf);
+        } else {
+            mergeIfSmall(position.leaf);
+        }
+    }
+}
+
+void AttributeRuns::insert(qint64 location, qint64 length, const AttributeSet &attributes)
+{
+    if (length == 0) {
+        return;
+    }
+    if (m_length == 0) {
+        append(attributes, length);
+        return;
+    }
+    Position position = find(std::max<qint64>(location - 1, 0));
+    QList<Run> &list = m_leaves.at(position.leaf)->runs;
+    Run *const run = list.data() + position.run;
+    const qint64 runLimit = position.start + run->length;
+    if (run->attributes == attributes) {
+        run->length += length;
+        addToLeafLength(position.leaf, length);
+    } else if (location == 0) {
+        insertRun(position, attributes, length);
+    } else if (location < runLimit) {
+        const Run tail{run->attributes, runLimit - location};
+        makeRoom(position, 2);
+        runs(position.leaf)[position.run].length = location - position.start;
+        ++position.run;
+        addToLeafLength(position.leaf, -tail.length);
+        insertRun(position, attributes, length);
+        ++position.run;
+        insertRun(position, tail.attributes, tail.length);
+    } else if (position.run + 1 < list.size() && run[1].attributes == attributes) {
+        run[1].length += length;
+        addToLeafLength(position.leaf, length);
+    } else {
+        ++position.run;
+        insertRun(position, attributes, length);
+    }
+}
+
+void AttributeRuns::insertRun(Position &position, const AttributeSet &attributes, qint64 length)
+{
+    makeRoom(position, 1);
+    Leaf &leaf = *m_leaves.at(position.leaf);
+    leaf.names |= attributes.names();
+    leaf.runs.insert(position.run, Run{attributes, length});
+    addToLeafLength(position.leaf, length);
+    m_cursor = {position.leaf, 0, m_cursorLeafStart};
+}
+
+void AttributeRuns::makeRoom(Position &position, qsizetype count)
+{
+    Leaf &leaf = *m_leaves.at(position.leaf);
+    if (leaf.runs.size() + count <= kLeafCapacity) {
+        return;
+    }
+    const qsizetype half = leaf.runs.size() / 2;
+    auto *upper = new Leaf;
+    upper->runs.reserve(kLeafCapacity);
+    upper->runs.append(leaf.runs.sliced(half));
+    leaf.runs.resize(half);
+    qint64 upperLength = 0;
+    for (const Run &run : std::as_const(upper->runs)) {
+        upperLength += run.length;
+        upper->names |= run.attributes.names();
+    }
+    leaf.names = {};
+    for (const Run &run : std::as_const(leaf.runs)) {
+        leaf.names |= run.attributes.names();
+    }
+    addToLeafLength(position.leaf, -upperLength);
+    insertLeaf(position.leaf + 1, upper, upperLength);
+    m_cursor = {position.leaf, 0, m_cursorLeafStart};
+    if (position.run >= half) {
+        m_cursorLeafStart += m_leafLengths.at(position.leaf);
+        ++position.leaf;
+        position.run -= half;
+        m_cursor = {position.leaf, 0, m_cursorLeafStart};
+    }
+}
+
+void AttributeRuns::addToLeafLength(qsizetype leaf, qint64 difference)
+{
+    m_leafLengths.data()[leaf] += difference;
+    m_length += difference;
+    const qsizetype group = leaf / kGroupSize;
+    if (group < m_knownGroups) {
+        m_groupLengths[static_cast<size_t>(group)] += difference;
+    }
+}
+
+void AttributeRuns::insertLeaf(qsizetype index, Leaf *leaf, qint64 length)
+{
+    m_leaves.insert(index, leaf);
+    m_leafLengths.insert(index, 0);
+    m_knownGroups = std::min(m_knownGroups, index / kGroupSize);
+    addToLeafLength(index, length);
+}
+
+void AttributeRuns::removeLeaf(qsizetype index)
+{
+    delete m_leaves.takeAt(index);
+    m_leafLengths.removeAt(index);
+    m_knownGroups = std::min(m_knownGroups, index / kGroupSize);
+    if (m_cursor.leaf >= index) {
+        forgetCursor();
+    }
+}
+
+void AttributeRuns::mergeIfSmall(qsizetype leaf)
+{
+    const qsizetype count = constRuns(leaf).size();
+    if (count >= kSmallLeafSize || m_leaves.size() == 1) {
+        return;
+    }
+    qsizetype lower = leaf;
+    if (leaf > 0 && constRuns(leaf - 1).size() + count <= kJoinedLeafSize) {
+        lower = leaf - 1;
+    } else if (leaf + 1 == m_leaves.size() || constRuns(leaf + 1).size() + count > kJoinedLeafSize) {
+        return;
+    }
+    Leaf &target = *m_leaves.at(lower);
+    const Leaf &source = *m_leaves.at(lower + 1);
+    const qint64 sourceLength = m_leafLengths.at(lower + 1);
+    target.names |= source.names;
+    auto first = source.runs.cbegin();
+    if (target.runs.constLast().attributes == first->attributes) {
+        target.runs.last().length += first->length;
+        ++first;
+    }
+    std::copy(first, source.runs.cend(), std::back_inserter(target.runs));
+    addToLeafLength(lower + 1, -sourceLength);
+    addToLeafLength(lower, sourceLength);
+    // Where the leaf before the remembered one is not known, the way starts at the front again.
+    if (m_cursor.leaf > lower) {
+        forgetCursor();
+    }
+    removeLeaf(lower + 1);
+}
+
+void AttributeRuns::append(const AttributeSet &attributes, qint64 length)
+{
+    if (length == 0) {
+        return;
+    }
+    if (m_leaves.isEmpty() || m_leaves.constLast()->runs.size() >= kBuiltLeafSize) {
+        insertLeaf(m_leaves.size(), new Leaf, 0);
+    }
+    const qsizetype last = m_leaves.size() - 1;
+    Leaf &leaf = *m_leaves.at(last);
+    if (!leaf.runs.isEmpty() && leaf.runs.constLast().attributes == attributes) {
+        leaf.runs.last().length += length;
+    } else {
+        leaf.names |= attributes.names();
+        leaf.runs.append(Run{attributes, length});
+    }
+    addToLeafLength(last, length);
+}
+
+void AttributeRuns::append(const AttributeRuns &other, NSRange range)
+{
+    if (range.length == 0) {
+        return;
+    }
+    Position position = other.find(range.location);
+    for (qint64 location = range.location; location < range.limit(); other.advance(position)) {
+        const qint64 limit = std::min(other.range(position).limit(), range.limit());
+        append(other.attributes(position), limit - location);
+        location = limit;
+    }
+}
+
+void AttributeRuns::checkInvariants() const
+{
+    QUIB_REQUIRE(m_leaves.size() == m_leafLengths.size());
+    qint64 total = 0;
+    for (qsizetype index = 0; index < m_leaves.size(); ++index) {
+        const QList<Run> &runs = constRuns(index);
+        QUIB_REQUIRE(!runs.isEmpty() && runs.size() <= kLeafCapacity);
+        qint64 length = 0;
+        for (qsizetype run = 0; run < runs.size(); ++run) {
+            QUIB_REQUIRE(runs.at(run).length > 0);
+            QUIB_REQUIRE(run == 0 || !(runs.at(run - 1).attributes == runs.at(run).attributes));
+            length += runs.at(run).length;
+        }
+        QUIB_REQUIRE(length == m_leafLengths.at(index));
+        total += length;
+    }
+    QUIB_REQUIRE(total == m_length);
+}
+
+} // namespace quib

@@ -1,0 +1,153 @@
+#pragma once
+
+#include "AttributeSet.h"
+
+#include <Foundation/NSRange.h>
+
+#include <QList>
+
+#include <span>
+#include <vector>
+
+namespace quib {
+
+/// One way to change sets of attributes. Holds references: it lives no longer than the call that it is made for.
+class AttributeChange
+{
+public:
+    [[nodiscard]] static AttributeChange insertingValue(const NSAttributeName &name, const AttributeValue &value);
+    [[nodiscard]] static AttributeChange insertingSet(const AttributeSet &attributes);
+    [[nodiscard]] static AttributeChange replacingBy(const AttributeSet &attributes);
+    [[nodiscard]] static AttributeChange removing(std::span<const NSAttributeName> names);
+
+    /// Answers whether the set became another one.
+    [[nodiscard]] bool apply(AttributeSet &attributes) const;
+    /// False only when no set with these names can change.
+    [[nodiscard]] bool mayChange(AttributeNameMask names) const
+    {
+        return m_kind != Kind::Remove || names.intersects(m_names);
+    }
+    /// The names that a changed set may have got.
+    [[nodiscard]] AttributeNameMask insertedNames() const
+    {
+        return m_kind == Kind::Remove ? AttributeNameMask() : m_names;
+    }
+
+private:
+    enum class Kind : quint8
+    {
+        InsertValue,
+        InsertSet,
+        Replace,
+        Remove,
+    };
+
+    Kind m_kind = Kind::Remove;
+    AttributeNameMask m_names;
+    const NSAttributeName *m_name = nullptr;
+    const AttributeValue *m_value = nullptr;
+    const AttributeSet *m_set = nullptr;
+    std::span<const NSAttributeName> m_removed;
+};
+
+struct AttributeRun
+{
+    AttributeSet attributes;
+    qint64 length = 0;
+};
+
+} // namespace quib
+
+Q_DECLARE_TYPEINFO(quib::AttributeRun, Q_RELOCATABLE_TYPE);
+
+namespace quib {
+
+/// The attributes of a text as runs in two levels: leaves of at most kLeafCapacity runs each, and their lengths with
+/// sums over groups of leaves, so that neither a look-up nor an edit walks the text. Neighbouring runs of one leaf
+/// differ; no run and no leaf is empty. The place of the last look-up is remembered: going on from there is free.
+/// A value; also reading one instance belongs to one thread at a time.
+class AttributeRuns
+{
+public:
+    static constexpr qsizetype kLeafCapacity = 128;
+
+    /// A run and where it starts in the text. Valid until the next change.
+    struct Position
+    {
+        qsizetype leaf = 0;
+        qsizetype run = 0;
+        qint64 start = 0;
+    };
+
+    AttributeRuns() = default;
+    AttributeRuns(const AttributeSet &attributes, qint64 length);
+    AttributeRuns(const AttributeRuns &other);
+    AttributeRuns(AttributeRuns &&other) noexcept;
+    AttributeRuns &operator=(AttributeRuns other) noexcept;
+    ~AttributeRuns();
+
+    [[nodiscard]] qint64 length() const { return m_length; }
+    [[nodiscard]] qsizetype runCount() const;
+    /// Requires: 0 <= location < length.
+    [[nodiscard]] Position find(qint64 location) const;
+    [[nodiscard]] const AttributeSet &attributes(Position position) const;
+    [[nodiscard]] NSRange range(Position position) const;
+    [[nodiscard]] bool isAtEnd(Position position) const { return position.leaf >= m_leaves.size(); }
+    /// Requires: not at the end.
+    void advance(Position &position) const;
+    /// Requires: not at the first run.
+    void retreat(Position &position) const;
+    /// From a run without any of the names over runs that have none of them: to the next run that may have one, or the
+    /// first that starts at the limit or behind it.
+    void advanceToNames(Position &position, AttributeNameMask names, qint64 limit) const;
+
+    void change(NSRange range, const AttributeChange &change);
+    void replace(NSRange range, qint64 length, const AttributeSet &attributes);
+    void replace(NSRange range, const AttributeRuns &other);
+    /// Adds runs at the end, full leaves at a time: the way to build many.
+    void append(const AttributeSet &attributes, qint64 length);
+    /// Requires: the range lies in the other runs, which are not these.
+    void append(const AttributeRuns &other, NSRange range);
+
+    /// Asserts the statements of the class comment; for tests.
+    void checkInvariants() const;
+
+private:
+    using Run = AttributeRun;
+    struct Leaf
+    {
+        QList<Run> runs;
+        /// At least the names of its runs.
+        AttributeNameMask names;
+    };
+
+    void remove(NSRange range);
+    void insert(qint64 location, qint64 length, const AttributeSet &attributes);
+    void changePart(Position position, NSRange part, AttributeSet attributes);
+    [[nodiscard]] qint64 changeWholeRuns(Position position, qint64 limit, const AttributeChange &change);
+    void insertRun(Position &position, const AttributeSet &attributes, qint64 length);
+    void makeRoom(Position &position, qsizetype count);
+    void addToLeafLength(qsizetype leaf, qint64 difference);
+    void insertLeaf(qsizetype index, Leaf *leaf, qint64 length);
+    void removeLeaf(qsizetype index);
+    void mergeIfSmall(qsizetype leaf);
+    [[nodiscard]] qsizetype leafAt(qint64 location, qint64 *start) const;
+    [[nodiscard]] Run *runs(qsizetype leaf) { return m_leaves.at(leaf)->runs.data(); }
+    [[nodiscard]] const QList<Run> &constRuns(qsizetype leaf) const { return m_leaves.at(leaf)->runs; }
+    void forgetCursor() const
+    {
+        m_cursor = {};
+        m_cursorLeafStart = 0;
+    }
+
+    qint64 m_length = 0;
+    QList<Leaf *> m_leaves;
+    QList<qint64> m_leafLengths;
+    /// Sums over kGroupSize leaves each; the first m_knownGroups are right.
+    mutable std::vector<qint64> m_groupLengths;
+    mutable qsizetype m_knownGroups = 0;
+    mutable Position m_cursor;
+    mutable qint64 m_cursorLeafStart = 0;
+};
+
+} // namespace quib

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "NSAttributedString.h"
+
+#include <span>
+
+/// A text with attributes that can be changed. Changes cost the same in a text of any length. A value, see the base.
+class NSMutableAttributedString : public NSAttributedString
+{
+public:
+    /// A stretch of the text and what comes in its place.
+    struct Replacement
+    {
+        NSRange range;
+        QString string;
+        quib::AttributeSet attributes;
+    };
+
+    NSMutableAttributedString() = default;
+    explicit NSMutableAttributedString(const QString &string)
+        : NSAttributedString(string)
+    {
+    }
+    NSMutableAttributedString(const QString &string, const quib::AttributeSet &attributes)
+        : NSAttributedString(string, attributes)
+    {
+    }
+    explicit NSMutableAttributedString(NSAttributedString string)
+        : NSAttributedString(std::move(string))
+    {
+    }
+
+    // Attributes
+
+    /// Nothing as value removes the attribute.
+    void addAttribute(const NSAttributeName &name, const quib::AttributeValue &value, NSRange range);
+    void addAttributes(const quib::AttributeSet &attributes, NSRange range);
+    void removeAttribute(const NSAttributeName &name, NSRange range);
+    /// Many in one pass.
+    void removeAttributes(std::span<const NSAttributeName> names, NSRange range);
+    void setAttributes(const quib::AttributeSet &attributes, NSRange range);
+    /// Makes attributes fit the text: an attachment stays on U+FFFC alone, and each paragraph that the range touches
+    /// gets the paragraph style of its first unit throughout. Fonts are left alone.
+    void fixAttributesInRange(NSRange range);
+
+    // Text
+
+    /// The new units get the attributes of the first replaced one; where none is replaced, of the one before, or of the
+    /// one behind at the start of the text.
+    void replaceCharactersInRange(NSRange range, QStringView withString);
+    void replaceCharactersInRange(NSRange range, const NSAttributedString &withAttributedString);
+    void insertAttributedString(const NSAttributedString &string, qint64 atIndex);
+    void appendAttributedString(const NSAttributedString &string);
+    void deleteCharactersInRange(NSRange range);
+    void setAttributedString(const NSAttributedString &string);
+    /// Places any number of replacements in one pass over the text.
+    /// Requires: the ranges lie in the text, in ascending order and apart from each other (they may touch).
+    void replaceCharacters(std::span<const Replacement> replacements);
+};
