@@ -1,7 +1,5 @@
 #include "NSMutableAttributedString.h"
 
-#include "NSStringHelpers.h"
-
 #include <Foundation/Assert.h>
 
 #include <algorithm>
