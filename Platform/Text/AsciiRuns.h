@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <bit>
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -96,6 +98,25 @@ template <bool Lower> [[nodiscard]] qsizetype copyToBytes(const char16_t *from, 
         to[done] = static_cast<unsigned char>(from[done]);
     }
     return done;
+}
+
+/// As copyToUnits, for runs that are short and end before count: where there is room for whole blocks, the units after
+/// the run may be written too, with what means nothing. Room: that of to, in units, at least the run.
+[[nodiscard]] inline qsizetype copyToRoom(const char *from, qsizetype count, char16_t *to, qsizetype room)
+{
+    qsizetype done = 0;
+#if defined(__SSE2__)
+    for (const qsizetype most = count < room ? count : room; done + 16 <= most; done += 16) {
+        const __m128i bytes = load(from + done);
+        const auto others = static_cast<unsigned>(_mm_movemask_epi8(bytes));
+        store(to + done, _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
+        store(to + done + 8, _mm_unpackhi_epi8(bytes, _mm_setzero_si128()));
+        if (others != 0) {
+            return done + std::countr_zero(others);
+        }
+    }
+#endif
+    return done + copyToUnits(from + done, count - done, to + done);
 }
 
 } // namespace quib::ascii

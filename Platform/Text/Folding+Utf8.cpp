@@ -54,31 +54,48 @@ constexpr char16_t kReplacement = 0xFFFD;
     return length;
 }
 
-/// Decodes into room for as many units as there are bytes, or, where lenient is false, for as many as well-formed bytes
-/// need. Gives the number of units, or -1 at the first bad byte where lenient is false.
-template <bool Lenient> [[nodiscard]] qsizetype decode(const char *bytes, qsizetype size, char16_t *out)
+/// Decodes into [out, end), room for as many units as there are bytes, or, where lenient is false, for as many as
+/// well-formed bytes need. Gives the number of units, or -1 at the first bad byte where lenient is false.
+template <bool Lenient>
+[[nodiscard]] qsizetype decode(const char *bytes, qsizetype size, char16_t *out, const char16_t *end)
 {
-    char16_t *const start = out;
-    qsizetype position = 0;
-    while (position < size) {
-        const qsizetype plain = ascii::copyToUnits(bytes + position, size - position, out);
-        position += plain;
-        out += plain;
-        while (position < size && static_cast<unsigned char>(bytes[position]) >= ascii::kLimit) {
-            char32_t codePoint = kReplacement;
-            const auto *at = reinterpret_cast<const unsigned char *>(bytes);
-            const qsizetype length = decodeSequence(at + position, at + size, &codePoint);
-            if (!Lenient && length == 0) {
-                return -1;
-            }
-            if (codePoint >= 0x10000) {
-                *out++ = QChar::highSurrogate(codePoint);
-                *out++ = QChar::lowSurrogate(codePoint);
-            } else {
-                *out++ = static_cast<char16_t>(codePoint);
-            }
-            position += length == 0 ? 1 : length;
+    const char16_t *const start = out;
+    const auto *at = reinterpret_cast<const unsigned char *>(bytes);
+    const unsigned char *const limit = at + size;
+    while (at < limit) {
+        const unsigned char lead = *at;
+        if (lead < ascii::kLimit) {
+            const qsizetype plain = ascii::copyToRoom(reinterpret_cast<const char *>(at), limit - at, out, end - out);
+            at += plain;
+            out += plain;
+            continue;
         }
+        // OPTIMIZATION: the lengths of most scripts stand here, whole words of them without a call.
+        if (lead >= 0xC2 && lead < 0xE0 && limit - at >= 2 && isContinuation(at[1])) {
+            *out++ = static_cast<char16_t>((lead & 0x1F) << 6 | (at[1] & 0x3F));
+            at += 2;
+            continue;
+        }
+        if ((lead & 0xF0) == 0xE0 && limit - at >= 3 && isContinuation(at[1]) && isContinuation(at[2])) {
+            const int value = (lead & 0x0F) << 12 | (at[1] & 0x3F) << 6 | (at[2] & 0x3F);
+            if (value >= 0x800) {
+                *out++ = static_cast<char16_t>(value);
+                at += 3;
+                continue;
+            }
+        }
+        char32_t codePoint = kReplacement;
+        const qsizetype length = decodeSequence(at, limit, &codePoint);
+        if (!Lenient && length == 0) {
+            return -1;
+        }
+        if (codePoint >= 0x10000) {
+            *out++ = QChar::highSurrogate(codePoint);
+            *out++ = QChar::lowSurrogate(codePoint);
+        } else {
+            *out++ = static_cast<char16_t>(codePoint);
+        }
+        at += length == 0 ? 1 : length;
     }
     return out - start;
 }
@@ -127,15 +144,11 @@ QString fromUtf8Lossless(const char *bytes, qsizetype size)
     if (size > 0 && size <= kShort) {
         // OPTIMIZATION: titles and the like are decoded beside, and then allocated once in their own size.
         char16_t units[kShort];
-        const qsizetype ascii = ascii::copyToUnits(bytes, size, units);
-        qsizetype written = 0;
-        if (ascii < size) {
-            written = decode<false>(bytes + ascii, size - ascii, units + ascii);
-            if (written < 0) {
-                written = decode<true>(bytes + ascii, size - ascii, units + ascii);
-            }
+        qsizetype written = decode<false>(bytes, size, units, units + kShort);
+        if (written < 0) {
+            written = decode<true>(bytes, size, units, units + kShort);
         }
-        return QString(reinterpret_cast<const QChar *>(units), ascii + written);
+        return QString(reinterpret_cast<const QChar *>(units), written);
     }
     QString out(size, Qt::Uninitialized);
     const qsizetype plain = ascii::copyToUnits(bytes, size, reinterpret_cast<char16_t *>(out.data()));
@@ -149,10 +162,12 @@ QString fromUtf8Lossless(const char *bytes, qsizetype size)
     }
     out.resize(units);
     out.squeeze();
-    qsizetype written = decode<false>(bytes + plain, size - plain, reinterpret_cast<char16_t *>(out.data()) + plain);
+    auto *to = reinterpret_cast<char16_t *>(out.data());
+    qsizetype written = decode<false>(bytes + plain, size - plain, to + plain, to + out.size());
     if (written < 0) {
         out.resize(size);
-        written = decode<true>(bytes + plain, size - plain, reinterpret_cast<char16_t *>(out.data()) + plain);
+        to = reinterpret_cast<char16_t *>(out.data());
+        written = decode<true>(bytes + plain, size - plain, to + plain, to + out.size());
     }
     out.truncate(plain + written);
     return out;
