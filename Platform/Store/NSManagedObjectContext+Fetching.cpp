@@ -219,17 +219,41 @@ std::optional<QList<Ref<NSManagedObject>>> NSManagedObjectContext::executeFetchR
 {
     m_d->assertQueue();
     processPendingChanges();
-    const auto rows = m_d->fetchRows(request, error);
+    auto rows = m_d->fetchRows(request, error);
     if (!rows) {
         return std::nullopt;
     }
-    QList<Ref<NSManagedObject>> objects;
-    objects.reserve(rows->size());
-    m_d->registered.reserve(m_d->registered.size() + rows->size());
-    for (const StoredRow &row : *rows) {
-        objects.append(m_d->objectForRow(row));
-    }
+    auto objects = m_d->objectsForRows(std::move(*rows));
     m_d->prefetch(request, objects);
+    return objects;
+}
+
+QList<Ref<NSManagedObject>> NSManagedObjectContext::Private::objectsForRows(QList<StoredRow> rows)
+{
+    QList<Ref<NSManagedObject>> objects;
+    objects.reserve(rows.size());
+    registered.reserve(registered.size() + rows.size());
+    // OPTIMIZATION: of a row that nobody holds yet, the factory and the place in the table are looked up once, and the
+    // snapshot is handed on: none of its memory is touched again.
+    const auto &factories = coordinator->factories();
+    const NSEntityDescription *entity = nullptr;
+    NSManagedObjectFactories::const_iterator factory;
+    for (StoredRow &row : rows) {
+        NSManagedObject *&place = registered[row.objectID];
+        if (place != nullptr) {
+            objects.append(objectForRow(row));
+            continue;
+        }
+        if (row.objectID.entity() != entity) {
+            entity = row.objectID.entity();
+            factory = factories.constFind(entity->name());
+        }
+        place = factory != factories.constEnd() ? (*factory)() : Access::makePlain();
+        Access::setIdentity(*place, row.objectID);
+        Access::bind(*place, self);
+        Access::row(*place) = std::move(row.snapshot);
+        objects.append(Ref<NSManagedObject>(place));
+    }
     return objects;
 }
 

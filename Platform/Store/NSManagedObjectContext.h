@@ -103,14 +103,14 @@ public:
     template <typename T>
     [[nodiscard]] std::optional<QList<quib::Ref<T>>> fetch(const NSFetchRequest &request, NSError *error = nullptr)
     {
-        const auto objects = executeFetchRequest(request, error);
+        auto objects = executeFetchRequest(request, error);
         if (!objects) {
             return std::nullopt;
         }
         QList<quib::Ref<T>> typed;
         typed.reserve(objects->size());
-        for (const auto &object : *objects) {
-            typed.append(quib::Ref<T>(static_cast<T *>(object.get())));
+        for (auto &object : *objects) {
+            typed.append(std::move(object).template moveTo<T>());
         }
         return typed;
     }

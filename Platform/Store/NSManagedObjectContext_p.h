@@ -160,6 +160,8 @@ struct NSManagedObjectContext::Private
                                                                          NSError *error);
     [[nodiscard]] std::optional<QList<quib::StoredRow>> fetchRows(const NSFetchRequest &request, NSError *error);
     [[nodiscard]] NSManagedObjectSet candidates(const NSFetchRequest &request, const NSEntityDescription *entity);
+    /// One object a row, registered ones where there are.
+    [[nodiscard]] QList<quib::Ref<NSManagedObject>> objectsForRows(QList<quib::StoredRow> rows);
     void prefetch(const NSFetchRequest &request, const QList<quib::Ref<NSManagedObject>> &objects);
 
     // NSManagedObjectContext+Saving.cpp

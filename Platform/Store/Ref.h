@@ -58,7 +58,16 @@ public:
     /// The same object seen as a subclass, or null where it is none.
     template <typename U> [[nodiscard]] Ref<U> as() const { return Ref<U>(dynamic_cast<U *>(m_object)); }
 
+    /// The same object seen as the subclass that it is known to be; the reference moves there.
+    template <typename U> [[nodiscard]] Ref<U> moveTo() &&
+    {
+        Ref<U> moved;
+        moved.m_object = static_cast<U *>(std::exchange(m_object, nullptr));
+        return moved;
+    }
+
 private:
+    template <typename U> friend class Ref;
     T *m_object = nullptr;
 };
 

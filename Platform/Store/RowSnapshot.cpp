@@ -33,11 +33,6 @@ QByteArray *bytesIn(char *address)
     return std::launder(reinterpret_cast<QByteArray *>(address));
 }
 
-constexpr quint64 bit(int slot)
-{
-    return quint64{1} << slot;
-}
-
 } // namespace
 
 RowSnapshot::RowSnapshot(const NSEntityDescription *entity)
@@ -77,11 +72,6 @@ void RowSnapshot::destroy(RowSnapshot *row)
 {
     row->~RowSnapshot();
     ::operator delete(row);
-}
-
-char *RowSnapshot::slotAddress(int slot) const
-{
-    return const_cast<char *>(reinterpret_cast<const char *>(this + 1)) + m_entity->slotLayout(slot).offset;
 }
 
 RowSnapshotRef RowSnapshot::make(const NSEntityDescription *entity)
@@ -124,11 +114,6 @@ RowSnapshotRef RowSnapshot::copy() const
         }
     }
     return RowSnapshotRef(other);
-}
-
-const NSEntityDescription *RowSnapshot::entity() const
-{
-    return m_entity;
 }
 
 qint64 RowSnapshot::version() const
@@ -292,34 +277,18 @@ void RowSnapshot::setStringAt(int slot, QString value)
     *stringIn(slotAddress(slot)) = std::move(value);
 }
 
-void RowSnapshot::setNumberAt(int slot, qint64 value)
-{
-    m_present |= bit(slot);
-    m_null &= ~bit(slot);
-    switch (m_entity->slotLayout(slot).type) {
-    case NSAttributeType::Boolean:
-        *slotAddress(slot) = value != 0 ? 1 : 0;
-        return;
-    case NSAttributeType::Int16:
-        store(slotAddress(slot), static_cast<qint16>(std::clamp<qint64>(value, INT16_MIN, INT16_MAX)));
-        return;
-    default:
-        store(slotAddress(slot), value);
-    }
-}
-
-void RowSnapshot::setDateAt(int slot, double secondsSince1970)
-{
-    m_present |= bit(slot);
-    m_null &= ~bit(slot);
-    store(slotAddress(slot), secondsSince1970);
-}
-
 void RowSnapshot::setTargetAt(int slot, const NSManagedObjectID &target)
 {
     m_present |= bit(slot);
     m_null = target.isNull() ? m_null | bit(slot) : m_null & ~bit(slot);
     store(slotAddress(slot), target.key());
+}
+
+void RowSnapshot::setBytesAt(int slot, QByteArray value)
+{
+    m_present |= bit(slot);
+    m_null = value.isNull() ? m_null | bit(slot) : m_null & ~bit(slot);
+    *bytesIn(slotAddress(slot)) = std::move(value);
 }
 
 bool RowSnapshot::slotEquals(int slot, const RowSnapshot &other) const

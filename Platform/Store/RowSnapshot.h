@@ -4,7 +4,10 @@
 #include "NSManagedObjectModel.h"
 #include "Value.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 namespace quib {
@@ -23,7 +26,7 @@ public:
     [[nodiscard]] static class RowSnapshotRef makeEmpty(const NSEntityDescription *entity);
     [[nodiscard]] class RowSnapshotRef copy() const;
 
-    [[nodiscard]] const NSEntityDescription *entity() const;
+    [[nodiscard]] const NSEntityDescription *entity() const { return m_entity; }
     /// The store's count of writes of this row when it was read; 0 for a row that was never saved.
     [[nodiscard]] qint64 version() const;
     void setVersion(qint64 version);
@@ -52,6 +55,13 @@ public:
     void setNumberAt(int slot, qint64 value);
     void setDateAt(int slot, double secondsSince1970);
     void setTargetAt(int slot, const NSManagedObjectID &target);
+    void setBytesAt(int slot, QByteArray value);
+    /// Requires: the slot is still empty, and no number or boolean.
+    void setNullAt(int slot)
+    {
+        m_present |= bit(slot);
+        m_null |= bit(slot);
+    }
 
     /// True when both hold the same in a slot that is present in both.
     [[nodiscard]] bool slotEquals(int slot, const RowSnapshot &other) const;
@@ -65,7 +75,16 @@ private:
     ~RowSnapshot();
     static RowSnapshot *allocate(const NSEntityDescription *entity);
     static void destroy(RowSnapshot *row);
-    [[nodiscard]] char *slotAddress(int slot) const;
+    [[nodiscard]] char *slotAddress(int slot) const
+    {
+        return const_cast<char *>(reinterpret_cast<const char *>(this + 1)) + m_entity->slotLayout(slot).offset;
+    }
+    [[nodiscard]] static constexpr quint64 bit(int slot) { return quint64{1} << slot; }
+    void setFilled(int slot)
+    {
+        m_present |= bit(slot);
+        m_null &= ~bit(slot);
+    }
 
     // The packed values follow the object in the same block.
     mutable std::atomic<int> m_references{0};
@@ -74,6 +93,30 @@ private:
     quint64 m_present = 0; // bit i: slot i is present
     quint64 m_null = 0;    // bit i: slot i is nothing
 };
+
+// OPTIMIZATION: the setters that a fetch calls for most columns of every row stand here.
+inline void RowSnapshot::setNumberAt(int slot, qint64 value)
+{
+    setFilled(slot);
+    switch (m_entity->slotLayout(slot).type) {
+    case NSAttributeType::Boolean:
+        *slotAddress(slot) = value != 0 ? 1 : 0;
+        return;
+    case NSAttributeType::Int16: {
+        const auto cut = static_cast<qint16>(std::clamp<qint64>(value, INT16_MIN, INT16_MAX));
+        std::memcpy(slotAddress(slot), &cut, sizeof(cut));
+        return;
+    }
+    default:
+        std::memcpy(slotAddress(slot), &value, sizeof(value));
+    }
+}
+
+inline void RowSnapshot::setDateAt(int slot, double secondsSince1970)
+{
+    setFilled(slot);
+    std::memcpy(slotAddress(slot), &secondsSince1970, sizeof(secondsSince1970));
+}
 
 /// A counted handle of a snapshot; null by default.
 class RowSnapshotRef

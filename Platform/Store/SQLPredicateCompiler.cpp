@@ -640,7 +640,7 @@ std::optional<SQLFragment> compilePredicate(const NSPredicate &predicate, const 
 }
 
 std::optional<QByteArray> compileOrder(const QList<NSSortDescriptor> &descriptors, const NSEntityDescription *entity,
-                                       NSError *error)
+                                       TieOrder ties, NSError *error)
 {
     Compiler compiler(entity);
     const Scope root{{}, kSQLRootAlias, entity, nullptr};
@@ -657,6 +657,10 @@ std::optional<QByteArray> compileOrder(const QList<NSSortDescriptor> &descriptor
             order += QByteArray(" COLLATE ") + kSQLLocalizedStandard;
         }
         order += descriptor.ascending() ? " ASC, " : " DESC, ";
+    }
+    if (ties == TieOrder::Any && !order.isEmpty()) {
+        order.chop(2);
+        return order;
     }
     return order + kSQLRootAlias + "._pk ASC";
 }

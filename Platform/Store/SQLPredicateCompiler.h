@@ -27,9 +27,16 @@ inline constexpr char kSQLRootAlias[] = "t0";
 [[nodiscard]] std::optional<SQLFragment> compilePredicate(const NSPredicate &predicate,
                                                           const NSEntityDescription *entity, NSError *error);
 
-/// Compiles an order to the terms of ORDER BY, the key of the row last.
+/// How rows stand that the descriptors of an order leave equal.
+enum class TieOrder : quint8
+{
+    ByKey, ///< the key of the row last
+    Any,   ///< as the store finds them; the same as ByKey where there is no descriptor
+};
+
+/// Compiles an order to the terms of ORDER BY.
 /// Errors: nullopt for keys that the entity lacks.
 [[nodiscard]] std::optional<QByteArray> compileOrder(const QList<NSSortDescriptor> &descriptors,
-                                                     const NSEntityDescription *entity, NSError *error);
+                                                     const NSEntityDescription *entity, TieOrder ties, NSError *error);
 
 } // namespace quib

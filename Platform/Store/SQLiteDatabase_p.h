@@ -56,6 +56,9 @@ public:
     [[nodiscard]] qint64 byteCount(int column) const { return sqlite3_column_bytes(m_statement, column); }
     [[nodiscard]] QString text(int column) const;
     [[nodiscard]] QByteArray bytes(int column) const;
+    /// The value itself, until the next step: looked up once for all questions about it. The connection has no mutex
+    /// of its own, so such a value may be read like any other.
+    [[nodiscard]] sqlite3_value *value(int column) const { return sqlite3_column_value(m_statement, column); }
 
 private:
     sqlite3_stmt *m_statement = nullptr;

@@ -85,7 +85,7 @@ StoredRow SQLitePersistentStore::readRow(const SQLiteStatement &statement, const
 }
 
 SQLiteStatement SQLitePersistentStore::select(const NSFetchRequest &request, const NSEntityDescription *entity,
-                                              const QByteArray &columns, bool isOrdered, NSError *error)
+                                              const QByteArray &columns, std::optional<TieOrder> ties, NSError *error)
 {
     QByteArray sql = "SELECT " + columns + " FROM " + SQLNames::table(entity) + " t0";
     QList<Value> bindings;
@@ -109,8 +109,8 @@ SQLiteStatement SQLitePersistentStore::select(const NSFetchRequest &request, con
     if (!condition.isEmpty()) {
         sql += " WHERE " + condition;
     }
-    if (isOrdered) {
-        const auto order = compileOrder(request.sortDescriptors, entity, error);
+    if (ties) {
+        const auto order = compileOrder(request.sortDescriptors, entity, *ties, error);
         if (!order) {
             return {};
         }
@@ -129,6 +129,58 @@ SQLiteStatement SQLitePersistentStore::select(const NSFetchRequest &request, con
     return statement;
 }
 
+namespace {
+
+/// The slots that a whole fetch is ordered by, where all are numbers or dates that its rows hold; else nothing.
+///
+/// OPTIMIZATION: an index that gives such an order does not give that of the keys, and SQLite would sort every row's
+/// columns once more for it. Rows that tie are few, and put in order here.
+std::vector<int> slotsOfNumericOrder(const NSFetchRequest &request, const NSEntityDescription *entity)
+{
+    if (request.fetchLimit > 0 || SQLNames::hasEntityColumn(entity)) {
+        return {};
+    }
+    std::vector<int> slotsOfOrder;
+    for (const NSSortDescriptor &descriptor : request.sortDescriptors) {
+        const auto *attribute = entity->attributeNamed(descriptor.key());
+        const bool isRead =
+            attribute != nullptr && !attribute->isLazy &&
+            (request.propertiesToFetch.isEmpty() || request.propertiesToFetch.contains(attribute->name));
+        if (!isRead || attribute->type == NSAttributeType::String || attribute->type == NSAttributeType::Binary) {
+            return {};
+        }
+        slotsOfOrder.push_back(attribute->slot);
+    }
+    return slotsOfOrder;
+}
+
+bool isTied(const StoredRow &a, const StoredRow &b, const std::vector<int> &slotsOfOrder)
+{
+    return std::all_of(slotsOfOrder.begin(), slotsOfOrder.end(), [&](int slot) {
+        const RowSnapshot &left = *a.snapshot;
+        const RowSnapshot &right = *b.snapshot;
+        if (left.isNull(slot) || right.isNull(slot)) {
+            return left.isNull(slot) == right.isNull(slot);
+        }
+        const auto type = left.entity()->slotLayout(slot).type;
+        if (type == NSAttributeType::Double || type == NSAttributeType::Date) {
+            return left.doubleAt(slot) == right.doubleAt(slot);
+        }
+        return type == NSAttributeType::Boolean ? left.boolAt(slot) == right.boolAt(slot)
+                                                : left.integerAt(slot) == right.integerAt(slot);
+    });
+}
+
+void sortByKey(QList<StoredRow> &rows, qsizetype begin, qsizetype end)
+{
+    if (end - begin > 1) {
+        std::sort(rows.begin() + begin, rows.begin() + end,
+                  [](const StoredRow &a, const StoredRow &b) { return a.objectID.key() < b.objectID.key(); });
+    }
+}
+
+} // namespace
+
 std::optional<QList<StoredRow>> SQLitePersistentStore::fetch(const NSFetchRequest &request, NSError *error)
 {
     const std::lock_guard lock(m_mutex);
@@ -137,15 +189,24 @@ std::optional<QList<StoredRow>> SQLitePersistentStore::fetch(const NSFetchReques
         return std::nullopt;
     }
     const ColumnPlan plan = planFor(entity, request.propertiesToFetch);
-    const SQLiteStatement statement = select(request, entity, plan.columns, /*isOrdered=*/true, error);
+    const std::vector<int> tieSlots = slotsOfNumericOrder(request, entity);
+    SQLiteStatement statement =
+        select(request, entity, plan.columns, tieSlots.empty() ? TieOrder::ByKey : TieOrder::Any, error);
     if (!statement) {
         return std::nullopt;
     }
     QList<StoredRow> rows;
-    auto &cursor = const_cast<SQLiteStatement &>(statement);
-    int result = cursor.step();
-    for (; result == SQLITE_ROW; result = cursor.step()) {
+    qsizetype tied = 0; // where the rows begin that are equal to the last one
+    int result = statement.step();
+    for (; result == SQLITE_ROW; result = statement.step()) {
         rows.append(readRow(statement, plan));
+        if (rows.size() > 1 && !isTied(rows.constLast(), rows.at(rows.size() - 2), tieSlots)) {
+            sortByKey(rows, tied, rows.size() - 1);
+            tied = rows.size() - 1;
+        }
+    }
+    if (!tieSlots.empty()) {
+        sortByKey(rows, tied, rows.size());
     }
     if (result != SQLITE_DONE) {
         m_database->fail(error, "read");
@@ -163,7 +224,7 @@ std::optional<QList<NSManagedObjectID>> SQLitePersistentStore::fetchIDs(const NS
     }
     const bool hasCode = SQLNames::hasEntityColumn(entity);
     SQLiteStatement statement =
-        select(request, entity, hasCode ? "t0._pk, t0._entity" : "t0._pk", /*isOrdered=*/true, error);
+        select(request, entity, hasCode ? "t0._pk, t0._entity" : "t0._pk", TieOrder::ByKey, error);
     if (!statement) {
         return std::nullopt;
     }
@@ -189,7 +250,7 @@ std::optional<qint64> SQLitePersistentStore::count(const NSFetchRequest &request
     }
     NSFetchRequest unlimited = request;
     unlimited.fetchLimit = 0;
-    SQLiteStatement statement = select(unlimited, entity, "COUNT(*)", /*isOrdered=*/false, error);
+    SQLiteStatement statement = select(unlimited, entity, "COUNT(*)", /*ties=*/std::nullopt, error);
     if (!statement) {
         return std::nullopt;
     }
@@ -227,7 +288,7 @@ SQLitePersistentStore::fetchDictionaries(const NSFetchRequest &request, const QS
             columns += "t0." + SQLNames::column(name);
         }
     }
-    SQLiteStatement statement = select(request, entity, columns.isEmpty() ? "1" : columns, /*isOrdered=*/true, error);
+    SQLiteStatement statement = select(request, entity, columns.isEmpty() ? "1" : columns, TieOrder::ByKey, error);
     if (!statement) {
         return std::nullopt;
     }

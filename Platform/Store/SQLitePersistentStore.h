@@ -10,6 +10,7 @@ namespace quib {
 
 class SQLiteDatabase;
 class SQLiteStatement;
+enum class TieOrder : quint8;
 
 /// The store that lies in one SQLite file, journal mode DELETE, synchronous EXTRA: what save() told as saved survives a
 /// power loss. Every call is one short transaction; nothing stays open between calls, so that other processes are never
@@ -64,9 +65,9 @@ private:
     [[nodiscard]] bool checkMetadata(NSError *error);
     [[nodiscard]] const NSEntityDescription *entityWithCode(qint64 code, const NSEntityDescription *fallback) const;
     [[nodiscard]] const NSEntityDescription *requestedEntity(const NSFetchRequest &request, NSError *error) const;
-    /// SELECT columns FROM ... WHERE ... ORDER BY ... LIMIT of a request, its values bound.
+    /// SELECT columns FROM ... WHERE ... ORDER BY ... LIMIT of a request, its values bound. Without ties: in no order.
     [[nodiscard]] SQLiteStatement select(const NSFetchRequest &request, const NSEntityDescription *entity,
-                                         const QByteArray &columns, bool isOrdered, NSError *error);
+                                         const QByteArray &columns, std::optional<TieOrder> ties, NSError *error);
     [[nodiscard]] ColumnPlan planFor(const NSEntityDescription *entity, const QStringList &properties) const;
     [[nodiscard]] StoredRow readRow(const SQLiteStatement &statement, const ColumnPlan &plan) const;
     [[nodiscard]] std::optional<StoredRow> readRowWithKey(const NSManagedObjectID &objectID, NSError *error);

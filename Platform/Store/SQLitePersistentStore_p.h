@@ -3,14 +3,16 @@
 #include "SQLiteDatabase_p.h"
 #include "SQLitePersistentStore.h"
 
+#include <Text/Folding.h>
+
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace quib {
 
-/// The last value of a column, kept to be shared: device names and clocks are the same in row after row. A column whose
-/// values differ is soon left alone.
+/// A value of a column, kept to be shared: device names and clocks are the same in row after row. A column whose values
+/// differ is soon left alone. Invariant: text or blob is what bytes say.
 struct RepeatedValue
 {
     static constexpr size_t kLongest = 256;
@@ -20,19 +22,23 @@ struct RepeatedValue
     QByteArray blob;
     int misses = 0;
 
-    /// Whether the value is the last one; if not, and if it is worth it, keeps the bytes for the next row.
     [[nodiscard]] bool isLast(std::string_view value)
+    {
+        if (misses >= kPatience || bytes.empty() || value != bytes) {
+            return false;
+        }
+        misses = 0;
+        return true;
+    }
+    /// Whether a value that is not the last one is worth being kept; its bytes are then, and the rest is the caller's.
+    [[nodiscard]] bool keep(std::string_view value)
     {
         if (misses >= kPatience || value.size() > kLongest) {
             return false;
         }
-        if (!bytes.empty() && value == bytes) {
-            misses = 0;
-            return true;
-        }
         ++misses;
         bytes = value;
-        return false;
+        return true;
     }
 };
 
@@ -75,53 +81,65 @@ struct SQLitePersistentStore::ColumnPlan
     return {};
 }
 
-/// Reads one column straight into a snapshot's slot, without a Value in between.
+/// Reads one column straight into a slot of a new snapshot, without a Value in between. Requires: the slot is nothing.
 inline void readSlot(const SQLiteStatement &statement, int column, RowSnapshot &row, int slot, RepeatedValue &repeated)
 {
     const auto &layout = row.entity()->slotLayout(slot);
-    switch (layout.type) {
-    case NSAttributeType::Boolean:
-    case NSAttributeType::Int16:
-    case NSAttributeType::Int64:
-        if (layout.relationship != nullptr) {
-            const qint64 key = statement.integer(column);
-            row.setTargetAt(slot, key == 0 ? NSManagedObjectID()
-                                           : NSManagedObjectID(layout.relationship->destinationEntity, key));
+    if (layout.type == NSAttributeType::Boolean || layout.type == NSAttributeType::Int16 ||
+        layout.type == NSAttributeType::Int64) {
+        const qint64 number = statement.integer(column);
+        if (layout.relationship == nullptr) {
+            row.setNumberAt(slot, number);
+        } else if (number != 0) {
+            row.setTargetAt(slot, NSManagedObjectID(layout.relationship->destinationEntity, number));
         } else {
-            row.setNumberAt(slot, statement.integer(column));
-        }
-        return;
-    case NSAttributeType::Double:
-        row.setValueAt(slot, statement.real(column));
-        return;
-    case NSAttributeType::Date:
-        if (statement.isNull(column)) {
-            row.setValueAt(slot, {});
-        } else {
-            row.setDateAt(slot, statement.real(column));
-        }
-        return;
-    case NSAttributeType::String:
-        if (statement.isNull(column)) {
-            row.setStringAt(slot, QString());
-        } else if (repeated.isLast(statement.view(column))) {
-            row.setStringAt(slot, repeated.text);
-        } else {
-            repeated.text = statement.text(column);
-            row.setStringAt(slot, repeated.text);
-        }
-        return;
-    case NSAttributeType::Binary:
-        if (statement.isNull(column)) {
-            row.setValueAt(slot, {});
-        } else if (repeated.isLast(statement.view(column))) {
-            row.setValueAt(slot, repeated.blob);
-        } else {
-            repeated.blob = statement.bytes(column);
-            row.setValueAt(slot, repeated.blob);
+            row.setNullAt(slot);
         }
         return;
     }
+    sqlite3_value *value = statement.value(column);
+    if (sqlite3_value_type(value) == SQLITE_NULL) {
+        if (layout.type == NSAttributeType::Double) {
+            row.setValueAt(slot, {}); // a number is never nothing
+        } else {
+            row.setNullAt(slot);
+        }
+        return;
+    }
+    if (layout.type == NSAttributeType::Double) {
+        row.setValueAt(slot, sqlite3_value_double(value));
+        return;
+    }
+    if (layout.type == NSAttributeType::Date) {
+        row.setDateAt(slot, sqlite3_value_double(value));
+        return;
+    }
+    const bool isText = layout.type == NSAttributeType::String;
+    const auto *bytes = isText ? reinterpret_cast<const char *>(sqlite3_value_text(value))
+                               : static_cast<const char *>(sqlite3_value_blob(value));
+    const int size = sqlite3_value_bytes(value);
+    const std::string_view view(bytes == nullptr ? "" : bytes, static_cast<size_t>(size));
+    if (isText) {
+        if (repeated.isLast(view)) {
+            row.setStringAt(slot, repeated.text);
+            return;
+        }
+        QString text = bytes == nullptr ? QString() : fromUtf8Lossless(bytes, size);
+        if (repeated.keep(view)) {
+            repeated.text = text;
+        }
+        row.setStringAt(slot, std::move(text));
+        return;
+    }
+    if (repeated.isLast(view)) {
+        row.setBytesAt(slot, repeated.blob);
+        return;
+    }
+    QByteArray blob(view.data(), size); // nothing in it is not nothing
+    if (repeated.keep(view)) {
+        repeated.blob = blob;
+    }
+    row.setBytesAt(slot, std::move(blob));
 }
 
 } // namespace quib

@@ -1,6 +1,7 @@
 #include "StoreFixture.h"
 
 #include <Store/SQLitePersistentStore.h>
+#include <Support/TestSeed.h>
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -273,6 +274,77 @@ TEST_F(SQLiteStore, SavesGoOnWhileMoreKindsOfQueryAreAskedThanStatementsAreKept)
             ASSERT_EQ(store->save(request).outcome, SaveResult::Outcome::Saved);
             ASSERT_EQ(store->save(request).outcome, SaveResult::Outcome::Conflicts);
             ++version;
+        }
+    }
+}
+
+// Values come from few, so that rows repeat each other's in all ways, and tie in most orders.
+TEST_F(SQLiteStore, FetchedRowsAreThoseSavedInTheOrderAskedForWhateverRepeats)
+{
+    const quib::tests::TestSeed seed;
+    auto generator = seed.generator();
+    const auto random = [&generator](size_t bound) { return static_cast<size_t>(generator() % bound); };
+    const std::vector<QString> texts{{}, u""_s, u"to do"_s, u"дела"_s, QString(300, u'x'), QString(5000, u'é')};
+    const std::vector<NSDate> dates{NSDate::dateWithTimeIntervalSince1970(-1.5),
+                                    NSDate::dateWithTimeIntervalSince1970(0),
+                                    NSDate::dateWithTimeIntervalSince1970(1234567890.25)};
+    const auto store = open();
+    SaveRequest request;
+    for (qint64 i = 1; i <= 300; ++i) {
+        RowSnapshotRef row = RowSnapshot::make(m_note);
+        for (const QString &key : {u"title"_s, u"subtitle"_s, u"lastEditingDevice"_s}) {
+            set(row, key, texts[random(random(2) == 0 ? 3 : texts.size())]);
+        }
+        set(row, u"vectorClock"_s, texts[random(texts.size())].toUtf8());
+        const size_t date = random(dates.size() + 1);
+        set(row, u"modificationDate"_s, date < dates.size() ? Value(dates[date]) : Value());
+        set(row, u"uniqueIdentifier"_s, QString::number(generator()));
+        set(row, u"pinned"_s, random(2) == 0);
+        set(row, u"order"_s, static_cast<qint64>(random(3)));
+        request.insertions.append({NSManagedObjectID(m_note, -i), row});
+    }
+    const SaveResult saved = store->save(request);
+    ASSERT_EQ(saved.outcome, SaveResult::Outcome::Saved) << saved.error.localizedDescription().toStdString();
+    std::vector<std::pair<qint64, RowSnapshotRef>> expected;
+    for (const SaveRequest::Insertion &insertion : std::as_const(request.insertions)) {
+        expected.emplace_back(saved.permanentIDs.value(insertion.temporaryID).key(), insertion.row);
+    }
+
+    const QStringList keys{u"pinned"_s, u"modificationDate"_s, u"order"_s, u"title"_s};
+    for (int round = 0; round < 40; ++round) {
+        NSFetchRequest fetch{.entityName = u"QBNote"_s};
+        if (random(2) == 0) {
+            // An index gives this order, with ties in the order of identifiers.
+            fetch.predicate = NSPredicate::predicateWithFormat(u"trashed == NO AND archived == NO"_s);
+            fetch.sortDescriptors = {NSSortDescriptor(keys[0], false), NSSortDescriptor(keys[1], false)};
+        } else {
+            for (size_t i = random(4); i > 0; --i) {
+                fetch.sortDescriptors.append(NSSortDescriptor(keys[static_cast<qsizetype>(random(4))], random(2) == 0));
+            }
+        }
+        fetch.fetchLimit = random(3) == 0 ? static_cast<qint64>(random(300)) + 1 : 0;
+        std::sort(expected.begin(), expected.end(), [&](const auto &a, const auto &b) {
+            for (const NSSortDescriptor &descriptor : std::as_const(fetch.sortDescriptors)) {
+                const Value left = get(a.second, descriptor.key());
+                const Value right = get(b.second, descriptor.key());
+                if (left != right) { // nothing is the first of a Value's kinds, and below all others here
+                    return descriptor.ascending() ? left < right : right < left;
+                }
+            }
+            return a.first < b.first;
+        });
+        const auto rows = store->fetch(fetch, &m_error);
+        ASSERT_TRUE(rows) << m_error.localizedDescription().toStdString();
+        ASSERT_EQ(rows->size(), fetch.fetchLimit > 0 ? fetch.fetchLimit : 300);
+        for (qsizetype i = 0; i < rows->size(); ++i) {
+            const auto &[key, row] = expected[static_cast<size_t>(i)];
+            ASSERT_EQ(rows->at(i).objectID.key(), key) << "row " << i << " of round " << round;
+            for (const NSAttributeDescription &attribute : m_note->attributes()) {
+                if (!attribute.isLazy) {
+                    ASSERT_TRUE(rows->at(i).snapshot->slotEquals(attribute.slot, *row))
+                        << attribute.name.toStdString() << " of row " << i;
+                }
+            }
         }
     }
 }
