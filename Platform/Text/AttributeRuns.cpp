@@ -435,7 +435,9 @@ void AttributeRuns::makeRoom(Position &position, qsizetype count)
     if (leaf.runs.size() + count <= kLeafCapacity) {
         return;
     }
-    const qsizetype half = leaf.runs.size() / 2;
+    // OPTIMIZATION: a text that is styled from front to back grows at the end of its leaf, and leaves it rather full.
+    const bool isAtEnd = position.run + 2 >= leaf.runs.size();
+    const qsizetype half = isAtEnd ? kBuiltLeafSize : leaf.runs.size() / 2;
     auto *upper = new Leaf;
     upper->runs.reserve(kLeafCapacity);
     upper->runs.append(leaf.runs.sliced(half));

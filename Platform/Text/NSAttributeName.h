@@ -41,7 +41,7 @@ class NSAttributeName
 {
 public:
     template <std::size_t Size>
-    constexpr NSAttributeName(const char16_t (&literal)[Size])
+    consteval NSAttributeName(const char16_t (&literal)[Size])
         : m_text(literal)
         , m_size(static_cast<quint32>(Size - 1))
     {
