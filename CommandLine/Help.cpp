@@ -9,6 +9,16 @@ namespace quib::cli {
 
 namespace {
 
+/// A command in a few words, for listings: its summary up to the first stop.
+QString briefly(const Command &command)
+{
+    QString brief = command.summary.section(u". "_s, 0, 0).section(u": "_s, 0, 0);
+    if (brief.endsWith(u'.')) {
+        brief.chop(1);
+    }
+    return brief;
+}
+
 constexpr qsizetype kHelpColumn = 26;
 
 QString entry(const QString &name, const QString &help)
@@ -68,7 +78,7 @@ QString helpForAllCommands()
                    u"Works on the notes of a profile without a window. Results go to standard output, messages to\n"
                    u"standard error. Exit status: 0 done, 1 failed, 2 wrong usage, 3 not found.\n\nCommands:\n"_s;
     for (const Command &command : allCommands()) {
-        page += entry(command.name, command.summary.section(u". "_s, 0, 0));
+        page += entry(command.name, briefly(command));
     }
     page += u"\nOptions for all:\n"_s;
     page += entry(u"--profile DIR"_s, u"Work on the profile in DIR instead of the user's own (also QUIB_PROFILE)."_s);
@@ -162,7 +172,7 @@ QString completionScript(const QString &shell)
         QString script = u"#compdef quibctl\n_quibctl() {\n    local -a commands options\n    commands=(\n"_s;
         for (const QString &first : firsts) {
             const Command *command = commandNamed(first);
-            QString summary = command != nullptr ? command->summary.section(u". "_s, 0, 0) : u"several commands"_s;
+            QString summary = command != nullptr ? briefly(*command) : u"several commands"_s;
             summary.replace(u'\'', u"'\\''"_s).replace(u':', u"\\:"_s);
             script += QString(u"        '" % first % u':' % summary % u"'\n");
         }
@@ -187,8 +197,7 @@ QString completionScript(const QString &shell)
         };
         for (const QString &first : firsts) {
             const Command *command = commandNamed(first);
-            const QString summary =
-                command != nullptr ? command->summary.section(u". "_s, 0, 0) : u"several commands"_s;
+            const QString summary = command != nullptr ? briefly(*command) : u"several commands"_s;
             script += QString(u"complete -c quibctl -n __fish_use_subcommand -a " % first % u" -d " % quoted(summary) %
                               u'\n');
         }
