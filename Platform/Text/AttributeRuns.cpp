@@ -135,20 +135,20 @@ AttributeRuns::Position AttributeRuns::find(qint64 location) const
         m_cursorLeafStart = start;
     }
     const Run *const runs = constRuns(m_cursor.leaf).constData();
-    auto [leaf, run, start] = m_cursor;
-    if (location - m_cursorLeafStart < start - location) {
-        run = 0;
-        start = m_cursorLeafStart;
+    Position position = m_cursor;
+    if (location - m_cursorLeafStart < position.start - location) {
+        position.run = 0;
+        position.start = m_cursorLeafStart;
     }
-    while (location < start) {
-        --run;
-        start -= runs[run].length;
+    while (location < position.start) {
+        --position.run;
+        position.start -= runs[position.run].length;
     }
-    while (location - start >= runs[run].length) {
-        start += runs[run].length;
-        ++run;
+    while (location - position.start >= runs[position.run].length) {
+        position.start += runs[position.run].length;
+        ++position.run;
     }
-    m_cursor = {leaf, run, start};
+    m_cursor = position;
     return m_cursor;
 }
 

@@ -2,7 +2,6 @@
 
 #include <Foundation/Assert.h>
 
-#include <ranges>
 #include <utility>
 
 void NSUndoManager::registerUndo(Action action)
@@ -142,8 +141,8 @@ void NSUndoManager::run(State state, Stack &stack, Event willEvent, Event didEve
     m_state = state;
     beginUndoGrouping();
     m_openGroup.name = group.name;
-    for (const Registered &registered : group.actions | std::views::reverse) {
-        registered.action();
+    for (auto registered = group.actions.crbegin(); registered != group.actions.crend(); ++registered) {
+        registered->action();
     }
     // 2. Groups that an action left open end with it.
     while (m_groupingLevel > 0) {
