@@ -186,26 +186,6 @@ qsizetype AttributeRuns::leafAt(qint64 location, qint64 *start) const
     return leaf;
 }
 
-const AttributeSet &AttributeRuns::attributes(Position position) const
-{
-    return constRuns(position.leaf).at(position.run).attributes;
-}
-
-NSRange AttributeRuns::range(Position position) const
-{
-    return {position.start, constRuns(position.leaf).at(position.run).length};
-}
-
-void AttributeRuns::advance(Position &position) const
-{
-    const QList<Run> &runs = constRuns(position.leaf);
-    position.start += runs.at(position.run).length;
-    if (++position.run == runs.size()) {
-        position.run = 0;
-        ++position.leaf;
-    }
-}
-
 void AttributeRuns::retreat(Position &position) const
 {
     if (position.run == 0) {

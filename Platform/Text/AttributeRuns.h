@@ -90,11 +90,25 @@ public:
     [[nodiscard]] qsizetype runCount() const;
     /// Requires: 0 <= location < length.
     [[nodiscard]] Position find(qint64 location) const;
-    [[nodiscard]] const AttributeSet &attributes(Position position) const;
-    [[nodiscard]] NSRange range(Position position) const;
+    [[nodiscard]] const AttributeSet &attributes(Position position) const
+    {
+        return constRuns(position.leaf).at(position.run).attributes;
+    }
+    [[nodiscard]] NSRange range(Position position) const
+    {
+        return {position.start, constRuns(position.leaf).at(position.run).length};
+    }
     [[nodiscard]] bool isAtEnd(Position position) const { return position.leaf >= m_leaves.size(); }
     /// Requires: not at the end.
-    void advance(Position &position) const;
+    void advance(Position &position) const
+    {
+        const QList<Run> &runs = constRuns(position.leaf);
+        position.start += runs.at(position.run).length;
+        if (++position.run == runs.size()) {
+            position.run = 0;
+            ++position.leaf;
+        }
+    }
     /// Requires: not at the first run.
     void retreat(Position &position) const;
     /// From a run without any of the names over runs that have none of them: to the next run that may have one, or the

@@ -58,19 +58,6 @@ template <typename Make>
 
 } // namespace
 
-const AttributeValue *AttributeEntries::find(quint16 name) const
-{
-    if (!names.intersects(AttributeNameMask::ofIndex(name))) {
-        return nullptr;
-    }
-    for (const AttributeEntry &entry : entries) {
-        if (entry.name == name) {
-            return &entry.value;
-        }
-    }
-    return nullptr;
-}
-
 AttributeSet::AttributeSet(std::initializer_list<Pair> pairs)
 {
     for (const Pair &pair : pairs) {
@@ -83,17 +70,6 @@ qint64 AttributeSet::count() const
     const size_t shared = m_shared != nullptr ? m_shared->entries.size() : 0;
     const size_t place = m_place != nullptr ? m_place->content.entries.size() : 0;
     return static_cast<qint64>(shared + place);
-}
-
-const AttributeValue *AttributeSet::find(const NSAttributeName &name) const
-{
-    const quint16 index = name.index();
-    if (m_shared != nullptr) {
-        if (const AttributeValue *value = m_shared->find(index)) {
-            return value;
-        }
-    }
-    return m_place != nullptr ? m_place->content.find(index) : nullptr;
 }
 
 AttributeValue AttributeSet::value(const NSAttributeName &name) const
@@ -152,13 +128,21 @@ void AttributeSet::insert(const AttributeSet &other)
     if (other.m_shared != nullptr) {
         insertShared(other.m_shared);
     }
-    if (other.m_place != nullptr && other.m_place != m_place) {
-        // Held, since the other set may be this one's.
-        const AttributeSet held(other);
-        for (const AttributeEntry &entry : held.m_place->content.entries) {
-            removeFromShared(entry.name);
-            insertIntoPlace(entry.name, entry.value);
-        }
+    if (other.m_place == nullptr || other.m_place == m_place) {
+        return;
+    }
+    // Held, since the other set may be this one's.
+    const AttributeSet held(other);
+    for (const AttributeEntry &entry : held.m_place->content.entries) {
+        removeFromShared(entry.name);
+    }
+    if (m_place == nullptr) {
+        m_place = held.m_place;
+        m_place->references.fetch_add(1, std::memory_order_relaxed);
+        return;
+    }
+    for (const AttributeEntry &entry : held.m_place->content.entries) {
+        insertIntoPlace(entry.name, entry.value);
     }
 }
 

@@ -26,7 +26,17 @@ struct AttributeEntries
     AttributeNameMask names;
     std::vector<AttributeEntry> entries;
 
-    [[nodiscard]] const AttributeValue *find(quint16 name) const;
+    [[nodiscard]] const AttributeValue *find(quint16 name) const
+    {
+        if (names.intersects(AttributeNameMask::ofIndex(name))) {
+            for (const AttributeEntry &entry : entries) {
+                if (entry.name == name) {
+                    return &entry.value;
+                }
+            }
+        }
+        return nullptr;
+    }
 };
 
 /// The attributes of a stretch of text: a dictionary from names to values. A value of two pointers; any thread.
@@ -87,7 +97,12 @@ public:
     /// Nothing where the set has no such name.
     [[nodiscard]] AttributeValue value(const NSAttributeName &name) const;
     /// Null where the set has no such name. Valid until this set changes.
-    [[nodiscard]] const AttributeValue *find(const NSAttributeName &name) const;
+    [[nodiscard]] const AttributeValue *find(const NSAttributeName &name) const
+    {
+        const quint16 index = name.index();
+        const AttributeValue *value = m_shared != nullptr ? m_shared->find(index) : nullptr;
+        return value == nullptr && m_place != nullptr ? m_place->content.find(index) : value;
+    }
     /// May hold names that the set does not, never the other way round.
     [[nodiscard]] AttributeNameMask names() const
     {

@@ -1,5 +1,7 @@
 #include "NSMutableAttributedString.h"
 
+#include "AttributeTable.h"
+
 #include <Foundation/Assert.h>
 
 #include <algorithm>
@@ -7,6 +9,7 @@
 using quib::AttributeChange;
 using quib::AttributeRuns;
 using quib::AttributeSet;
+using quib::AttributeTable;
 using quib::AttributeValue;
 
 namespace {
@@ -19,6 +22,11 @@ void NSMutableAttributedString::addAttribute(const NSAttributeName &name, const 
 {
     if (value.isNothing()) {
         removeAttribute(name, range);
+        return;
+    }
+    if (!AttributeTable::isShareable(value)) {
+        // Made once, so that all runs of the range hold the same.
+        addAttributes(AttributeSet{{name, value}}, range);
         return;
     }
     m_runs.change(cutToText(range), AttributeChange::insertingValue(name, value));
@@ -51,31 +59,60 @@ void NSMutableAttributedString::setAttributes(const AttributeSet &attributes, NS
 void NSMutableAttributedString::fixAttributesInRange(NSRange range)
 {
     const NSRange cut = cutToText(range);
-    enumerateAttribute(NSAttachmentAttributeName, cut, NSAttributedStringEnumerationOptions::Forward,
-                       [this](const AttributeValue &value, NSRange found, bool *) {
-                           if (value.isNothing()) {
-                               return;
-                           }
-                           qint64 start = found.location;
-                           while (start < found.limit()) {
-                               qint64 limit = start;
-                               while (limit < found.limit() && m_text.at(limit) != kObjectReplacement) {
-                                   ++limit;
-                               }
-                               removeAttribute(NSAttachmentAttributeName, {start, limit - start});
-                               start = limit + 1;
-                           }
-                       });
+    fixAttachmentsInRange(cut);
     qint64 location = cut.location;
     while (location < cut.limit()) {
         const NSRange paragraph = paragraphRangeForRange({location, 0});
-        NSRange uniform;
-        const AttributeValue style = attribute(NSParagraphStyleAttributeName, paragraph.location, &uniform, paragraph);
-        if (uniform.length < paragraph.length) {
-            addAttribute(NSParagraphStyleAttributeName, style, paragraph);
-        }
+        fixParagraphStyle(paragraph);
         location = paragraph.limit();
     }
+}
+
+void NSMutableAttributedString::fixAttachmentsInRange(NSRange range)
+{
+    std::vector<NSRange> misplaced;
+    if (range.length > 0) {
+        AttributeRuns::Position position = m_runs.find(range.location);
+        while (!m_runs.isAtEnd(position) && position.start < range.limit()) {
+            if (m_runs.attributes(position).contains(NSAttachmentAttributeName)) {
+                const NSRange run = NSIntersectionRange(m_runs.range(position), range);
+                for (qint64 place = run.location; place < run.limit(); ++place) {
+                    if (m_text.at(place) == kObjectReplacement) {
+                        continue;
+                    }
+                    if (!misplaced.empty() && misplaced.back().limit() == place) {
+                        ++misplaced.back().length;
+                    } else {
+                        misplaced.push_back({place, 1});
+                    }
+                }
+            }
+            m_runs.advance(position);
+            m_runs.advanceToNames(position, NSAttachmentAttributeName.mask(), range.limit());
+        }
+    }
+    for (const NSRange one : misplaced) {
+        removeAttribute(NSAttachmentAttributeName, one);
+    }
+}
+
+void NSMutableAttributedString::fixParagraphStyle(NSRange paragraph)
+{
+    AttributeRuns::Position position = m_runs.find(paragraph.location);
+    const AttributeValue *first = m_runs.attributes(position).find(NSParagraphStyleAttributeName);
+    while (true) {
+        m_runs.advance(position);
+        if (m_runs.isAtEnd(position) || position.start >= paragraph.limit()) {
+            return;
+        }
+        const AttributeValue *other = m_runs.attributes(position).find(NSParagraphStyleAttributeName);
+        const bool isSame = first == other || (first != nullptr && other != nullptr && *first == *other);
+        if (!isSame) {
+            break;
+        }
+    }
+    addAttribute(NSParagraphStyleAttributeName, first != nullptr ? AttributeValue(*first) : AttributeValue(),
+                 paragraph);
 }
 
 void NSMutableAttributedString::replaceCharactersInRange(NSRange range, QStringView withString)

@@ -56,4 +56,8 @@ public:
     /// Places any number of replacements in one pass over the text.
     /// Requires: the ranges lie in the text, in ascending order and apart from each other (they may touch).
     void replaceCharacters(std::span<const Replacement> replacements);
+
+private:
+    void fixAttachmentsInRange(NSRange range);
+    void fixParagraphStyle(NSRange paragraph);
 };
