@@ -37,6 +37,7 @@ TEST(AttributeValue, NumbersAreEqualWhateverTheirType)
     EXPECT_EQ(AttributeValue(true), AttributeValue(1));
     EXPECT_EQ(AttributeValue(1), AttributeValue(1.0));
     EXPECT_EQ(AttributeValue(-0.0), AttributeValue(false));
+    EXPECT_EQ(qHash(AttributeValue(1), 7), qHash(AttributeValue(1.0), 7));
     EXPECT_FALSE(AttributeValue(1) == AttributeValue(1.5));
     EXPECT_FALSE(AttributeValue(1) == AttributeValue(u"1"_s));
     EXPECT_FALSE(AttributeValue(0) == AttributeValue());
@@ -53,6 +54,7 @@ TEST(AttributeValue, ObjectsAreEqualByContentOrByIdentity)
     style.tabStops = {{10, NSTextAlignment::Right}};
     const AttributeValue first = style.copy();
     EXPECT_EQ(first, AttributeValue(style.copy()));
+    EXPECT_EQ(qHash(first, 7), qHash(AttributeValue(style.copy()), 7));
     style.tabStops.first().location = 11;
     EXPECT_FALSE(first == AttributeValue(style.copy()));
 
