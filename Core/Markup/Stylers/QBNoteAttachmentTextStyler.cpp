@@ -1,0 +1,198 @@
+#include "QBNoteAttachmentTextStyler.h"
+
+#include "QBNoteTextStylerAttributes.h"
+
+#include <Themes/QBNotesTextThemeManager.h>
+
+#include <vector>
+
+using quib::AttributeSet;
+using quib::AttributeValue;
+using Replacement = NSMutableAttributedString::Replacement;
+
+void QBNoteAttachmentTextStyler::replaceTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString,
+                                                                          NSRange &range,
+                                                                          const ReplacementBlock &usingBlock)
+{
+    removeUnusedTextAttachmentsInAttributedString(attributedString, range, usingBlock);
+    addTextAttachmentsInAttributedString(attributedString, range, usingBlock);
+}
+
+void QBNoteAttachmentTextStyler::removeUnusedTextAttachmentsInAttributedString(
+    NSMutableAttributedString &attributedString, NSRange &range, const ReplacementBlock &usingBlock)
+{
+    struct Found
+    {
+        std::shared_ptr<QBNotesTextAttachment> attachment;
+        NSRange range;
+        bool isValid = false;
+    };
+    std::vector<Found> found;
+    enumerateOwnAttachments(attributedString, range, [&](const auto &attachment, NSRange place) {
+        found.push_back({attachment, place});
+    });
+    if (found.empty()) {
+        return;
+    }
+    size_t next = 0;
+    enumerateValidAttachmentsInAttributedString(
+        attributedString, range, [&](const auto & /*attachment*/, NSRange place) {
+            while (next < found.size() && found[next].range.location < place.location) {
+                ++next;
+            }
+            if (next < found.size() && found[next].range == place) {
+                found[next].isValid = true;
+            }
+        });
+    std::vector<Replacement> replacements;
+    bool isStopped = false;
+    qint64 change = 0;
+    for (auto candidate = found.rbegin(); candidate != found.rend() && !isStopped; ++candidate) {
+        if (candidate->isValid &&
+            !shouldRemoveAttachment(*candidate->attachment, attributedString, candidate->range, range) &&
+            !shouldSkipAttachmentReplacementInAttributedString(attributedString, candidate->range)) {
+            continue;
+        }
+        AttributeSet attributes = attributedString.attributesAtIndex(candidate->range.location);
+        attributes.remove(NSAttachmentAttributeName);
+        const QString text = candidate->attachment->representedText();
+        replacements.push_back({candidate->range, text, attributes});
+        if (usingBlock) {
+            usingBlock(candidate->range, NSAttributedString(text, attributes), &isStopped);
+        }
+        change += text.size() - candidate->range.length;
+    }
+    if (replacements.empty()) {
+        return;
+    }
+    std::reverse(replacements.begin(), replacements.end());
+    attributedString.replaceCharacters(replacements);
+    range.length += change;
+}
+
+void QBNoteAttachmentTextStyler::addTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString,
+                                                                      NSRange &range,
+                                                                      const ReplacementBlock &usingBlock)
+{
+    const NSRegularExpression *expression = regularExpression();
+    if (expression == nullptr) {
+        return;
+    }
+    // Placed in one pass at the end: until then every match and every guard is seen where it was found.
+    std::vector<Replacement> replacements;
+    qint64 offset = 0;
+    expression->enumerateMatchesInString(
+        attributedString.string(), 0, range, [&](const NSTextCheckingResult &match, bool *stop) {
+            if (shouldSkipAttachmentReplacementInAttributedString(attributedString, match.range())) {
+                return;
+            }
+            const NSRange matched = matchedRangeForTextCheckingResult(match);
+            if (!matched.isFound()) {
+                return;
+            }
+            const QString representedText = attributedString.stringInRange(matched).toString();
+            const auto text = attributedStringWithTextAttachmentForRepresentedText(representedText);
+            if (!text) {
+                return;
+            }
+            AttributeSet attributes = text->attributesAtIndex(0);
+            AttributeSet kept = attributedString.attributesAtIndex(matched.location);
+            kept.remove(NSAttachmentAttributeName);
+            attributes.insert(kept);
+            const NSRange replaced = offsetMatchedRange(matched, representedText);
+            replacements.push_back({replaced, text->string().toString(), attributes});
+            if (usingBlock) {
+                usingBlock({replaced.location + offset, replaced.length},
+                           NSAttributedString(replacements.back().string, attributes), stop);
+            }
+            offset += text->length() - replaced.length;
+        });
+    if (!replacements.empty()) {
+        attributedString.replaceCharacters(replacements);
+        range.length += offset;
+    }
+}
+
+void QBNoteAttachmentTextStyler::cleanStylerCache()
+{
+    m_stylerCache.clear();
+}
+
+std::optional<NSAttributedString>
+QBNoteAttachmentTextStyler::attributedStringWithTextAttachmentForRepresentedText(const QString &representedText)
+{
+    const QString key = QString(QStringLiteral("textAttachmentCache") % representedText);
+    if (const auto *cached = shouldCacheTextAttachment() ? m_stylerCache.object(key) : nullptr) {
+        return attributedStringWithTextAttachment((*cached)->copy());
+    }
+    const auto attachment = makeTextAttachment(representedText);
+    if (!attachment) {
+        return std::nullopt;
+    }
+    if (shouldCacheTextAttachment()) {
+        m_stylerCache.insert(key, new std::shared_ptr<QBNotesTextAttachment>(attachment->copy()));
+    }
+    return attributedStringWithTextAttachment(attachment);
+}
+
+NSAttributedString QBNoteAttachmentTextStyler::attributedStringWithTextAttachment(
+    const std::shared_ptr<QBNotesTextAttachment> &attachment) const
+{
+    AttributeSet attributes = themeManager() ? themeManager()->defaultTextAttributes() : AttributeSet();
+    attributes.insert(NSAttachmentAttributeName, attachment);
+    return NSAttributedString(NSTextAttachment::placeholderString(), attributes);
+}
+
+NSRange QBNoteAttachmentTextStyler::matchedRangeForTextCheckingResult(const NSTextCheckingResult &result) const
+{
+    return result.rangeAtIndex(stylerRegularExpressionRepresentedTextGroupIndex());
+}
+
+NSRange QBNoteAttachmentTextStyler::offsetMatchedRange(NSRange range, const QString & /*forMatchedString*/) const
+{
+    return range;
+}
+
+bool QBNoteAttachmentTextStyler::shouldRemoveAttachment(const QBNotesTextAttachment & /*attachment*/,
+                                                        const NSAttributedString & /*inAttributedString*/,
+                                                        NSRange /*attachmentRange*/, NSRange /*editedRange*/) const
+{
+    return false;
+}
+
+bool QBNoteAttachmentTextStyler::shouldSkipAttachmentReplacementInAttributedString(
+    const NSAttributedString &attributedString, NSRange range)
+{
+    return attributedString.attribute(QBNoteSkipAttachmentReplacementAttributeName, range.location).boolValue();
+}
+
+void QBNoteAttachmentTextStyler::enumerateValidAttachmentsInAttributedString(const NSAttributedString &attributedString,
+                                                                             NSRange range,
+                                                                             const AttachmentBlock &usingBlock) const
+{
+    const NSRegularExpression *expression = attachmentRegularExpression();
+    if (expression == nullptr) {
+        return;
+    }
+    expression->enumerateMatchesInString(
+        attributedString.string(), 0, range, [&](const NSTextCheckingResult &match, bool * /*stop*/) {
+            const NSRange place = match.rangeAtIndex(attachmentRegularExpressionTextGroupIndex());
+            const auto attachment =
+                attributedString.attribute(NSAttachmentAttributeName, place.location).sharedAs<QBNotesTextAttachment>();
+            if (attachment && isOwnTextAttachment(*attachment)) {
+                usingBlock(attachment, place);
+            }
+        });
+}
+
+void QBNoteAttachmentTextStyler::enumerateOwnAttachments(const NSAttributedString &attributedString, NSRange range,
+                                                         const AttachmentBlock &usingBlock) const
+{
+    attributedString.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
+                                        [&](const AttributeValue &value, NSRange place, bool * /*stop*/) {
+                                            const auto attachment = value.sharedAs<QBNotesTextAttachment>();
+                                            if (attachment && isOwnTextAttachment(*attachment)) {
+                                                usingBlock(attachment, place);
+                                            }
+                                        });
+}

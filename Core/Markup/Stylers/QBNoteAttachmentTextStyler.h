@@ -1,0 +1,89 @@
+#pragma once
+
+#include "QBNoteTextStyler.h"
+
+#include <Markup/Attachments/QBNotesTextAttachment.h>
+
+#include <QCache>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QBNoteTextAttachmentConfiguring;
+
+/// A styler that turns markers into attachments: characters that show a bullet, a box, a picture, and give the marker
+/// back when the text is saved.
+class QBNoteAttachmentTextStyler : public QBNoteTextStyler
+{
+public:
+    /// Told of each replacement: the range as it was at that moment, and what came in its place.
+    using ReplacementBlock = std::function<void(NSRange range, const NSAttributedString &replacement, bool *stop)>;
+    using AttachmentBlock =
+        std::function<void(const std::shared_ptr<QBNotesTextAttachment> &attachment, NSRange range)>;
+
+    /// Takes out the attachments that nothing justifies any more, and puts in those that are missing.
+    void replaceTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString, NSRange &range,
+                                                  const ReplacementBlock &usingBlock);
+    /// The second half alone, for a text that was never styled.
+    virtual void addTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString, NSRange &range,
+                                                      const ReplacementBlock &usingBlock);
+
+    [[nodiscard]] QBNoteAttachmentTextStyler *attachmentStyler() final { return this; }
+    /// Not owned; set back to null before it goes.
+    virtual void setTextAttachmentConfigurator(QBNoteTextAttachmentConfiguring *textAttachmentConfigurator)
+    {
+        m_textAttachmentConfigurator = textAttachmentConfigurator;
+    }
+    [[nodiscard]] QBNoteTextAttachmentConfiguring *textAttachmentConfigurator() const
+    {
+        return m_textAttachmentConfigurator;
+    }
+    void cleanStylerCache() override;
+
+    /// The attachment that stands for a text, on its one character; nullopt where the text can have none.
+    [[nodiscard]] virtual std::optional<NSAttributedString>
+    attributedStringWithTextAttachmentForRepresentedText(const QString &representedText);
+
+protected:
+    /// Finds a marker that an attachment stands for already; null where there is no such pattern.
+    [[nodiscard]] virtual const NSRegularExpression *attachmentRegularExpression() const { return nullptr; }
+    /// A new attachment of the styler's class.
+    [[nodiscard]] virtual std::shared_ptr<QBNotesTextAttachment>
+    makeTextAttachment(const QString &representedText) const = 0;
+    /// Whether an attachment is of the styler's class.
+    [[nodiscard]] virtual bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const = 0;
+
+    [[nodiscard]] virtual int stylerRegularExpressionRepresentedTextGroupIndex() const { return 1; }
+    [[nodiscard]] virtual int attachmentRegularExpressionTextGroupIndex() const { return 1; }
+    [[nodiscard]] virtual NSRange matchedRangeForTextCheckingResult(const NSTextCheckingResult &result) const;
+    /// What the attachment takes the place of; with length 0 it is put in front.
+    [[nodiscard]] virtual NSRange offsetMatchedRange(NSRange range, const QString &forMatchedString) const;
+    [[nodiscard]] virtual bool shouldCacheTextAttachment() const { return true; }
+    [[nodiscard]] virtual bool shouldRemoveAttachment(const QBNotesTextAttachment &attachment,
+                                                      const NSAttributedString &inAttributedString,
+                                                      NSRange attachmentRange, NSRange editedRange) const;
+    [[nodiscard]] static bool
+    shouldSkipAttachmentReplacementInAttributedString(const NSAttributedString &attributedString, NSRange range);
+    /// Calls block for each attachment of the styler that stands where its pattern wants one.
+    virtual void enumerateValidAttachmentsInAttributedString(const NSAttributedString &attributedString, NSRange range,
+                                                             const AttachmentBlock &usingBlock) const;
+    /// The attachments of the styler's class in a range, in order.
+    void enumerateOwnAttachments(const NSAttributedString &attributedString, NSRange range,
+                                 const AttachmentBlock &usingBlock) const;
+    /// An attachment as a text of one character in the theme's default attributes.
+    [[nodiscard]] NSAttributedString
+    attributedStringWithTextAttachment(const std::shared_ptr<QBNotesTextAttachment> &attachment) const;
+
+    /// Templates by their keys; what stands in a text is always a copy.
+    QCache<QString, std::shared_ptr<QBNotesTextAttachment>> m_stylerCache{kCachedAttachments};
+
+private:
+    static constexpr int kCachedAttachments = 256;
+
+    void removeUnusedTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString, NSRange &range,
+                                                       const ReplacementBlock &usingBlock);
+
+    QBNoteTextAttachmentConfiguring *m_textAttachmentConfigurator = nullptr;
+};

@@ -1,0 +1,51 @@
+#include "QBNoteTextStylerCommonAttributes.h"
+
+#include "QBNoteTextStylerAttributes.h"
+
+#include <array>
+
+namespace QBNoteTextStylerCommonAttributes {
+
+std::span<const NSAttributeName> customAttributesNames()
+{
+    static const std::array names{
+        QBNoteSkipStylingAttributeName,
+        QBNoteSkipAttachmentReplacementAttributeName,
+        QBNoteSkipLineBreakByWordAttributeName,
+        QBNoteSkipHyphenationAttributeName,
+        QBNotePreventDeletionInRangeAttributeName,
+        QBNotePreventInsertionInRangeAttributeName,
+        QBNoteSkipSpellCheckerAttributeName,
+        QBNoteFullSelectionRangeAttributeName,
+    };
+    return names;
+}
+
+bool shouldSkipStylingInAttributedString(const NSAttributedString &attributedString, NSRange range)
+{
+    NSRange run;
+    const auto value =
+        attributedString.attribute(QBNoteSkipStylingAttributeName, range.location, &run, /*inRange=*/range);
+    return value.boolValue() || (run.length > 0 && run.length < range.length);
+}
+
+bool canEditTextInAttributedString(const NSAttributedString &attributedString, NSRange range)
+{
+    if (range.length != 0) {
+        NSRange run;
+        const auto value = attributedString.attribute(QBNotePreventDeletionInRangeAttributeName, range.location, &run,
+                                                      attributedString.fullRange());
+        if (value && run == range) {
+            return false;
+        }
+    }
+    if (range.location == 0 || range.limit() >= attributedString.length()) {
+        return true;
+    }
+    const auto isProtected = [&](qint64 place) {
+        return bool(attributedString.attribute(QBNotePreventInsertionInRangeAttributeName, place));
+    };
+    return !isProtected(range.location - 1) || !isProtected(range.limit());
+}
+
+} // namespace QBNoteTextStylerCommonAttributes
