@@ -1,0 +1,29 @@
+#pragma once
+
+#include "QBNotesTextAttachment.h"
+
+/// The pin in front of a postal address. Stands for no text, since the address behind it stays.
+class QBAddressTextAttachment : public QBNotesTextAttachment
+{
+public:
+    using QBNotesTextAttachment::QBNotesTextAttachment;
+
+    [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
+    [[nodiscard]] QString className() const override;
+
+    [[nodiscard]] bool isInline() const override { return true; }
+    [[nodiscard]] NSRange
+    extraAttachmentRangeForAttachmentRange(NSRange range, const NSAttributedString &inAttributedString) const override;
+
+    /// The text behind the attachment that it belongs to; not in the represented text, since it stands there itself.
+    [[nodiscard]] const QString &fullRepresentedText() const { return m_fullRepresentedText; }
+    void setFullRepresentedText(const QString &fullRepresentedText) { m_fullRepresentedText = fullRepresentedText; }
+
+    [[nodiscard]] QSizeF attachmentSize() const override;
+    [[nodiscard]] double attachmentBaselineOffset() const override;
+    [[nodiscard]] QRectF drawRectForAttachmentRect(const QRectF &rect) const override;
+    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
+
+private:
+    QString m_fullRepresentedText;
+};

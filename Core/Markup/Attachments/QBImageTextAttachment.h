@@ -1,0 +1,47 @@
+#pragma once
+
+#include "QBGenericFileTextAttachment.h"
+
+namespace quib {
+class Image;
+}
+
+/// A picture. Stands for the whole marker "[image:id/name]". Without a picture it keeps the room that the picture will
+/// take; without a size it is an empty file.
+class QBImageTextAttachment : public QBGenericFileTextAttachment
+{
+public:
+    using QBGenericFileTextAttachment::QBGenericFileTextAttachment;
+
+    [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
+    [[nodiscard]] QString className() const override;
+
+    [[nodiscard]] bool isFullLine() const override { return true; }
+    [[nodiscard]] bool isInline() const override { return false; }
+    [[nodiscard]] NSRange
+    extraAttachmentRangeForAttachmentRange(NSRange range, const NSAttributedString &inAttributedString) const override;
+
+    /// The whole picture's size. Units: pixels.
+    [[nodiscard]] QSizeF originalImageSize() const { return m_originalImageSize; }
+    void setOriginalImageSize(QSizeF originalImageSize) { m_originalImageSize = originalImageSize; }
+    /// What is drawn, which may be a smaller copy; null until it is loaded.
+    [[nodiscard]] const std::shared_ptr<const quib::Image> &attachmentImage() const { return m_attachmentImage; }
+    void setAttachmentImage(std::shared_ptr<const quib::Image> attachmentImage)
+    {
+        m_attachmentImage = std::move(attachmentImage);
+    }
+    /// The size in the text.
+    [[nodiscard]] QSizeF attachmentImageSize() const { return m_attachmentImageSize; }
+    void setAttachmentImageSize(QSizeF attachmentImageSize) { m_attachmentImageSize = attachmentImageSize; }
+
+    /// Empty: the sizes of pictures differ and are not cached.
+    [[nodiscard]] QString baseCacheKey() const override { return {}; }
+    [[nodiscard]] QSizeF attachmentSize() const override;
+    [[nodiscard]] double attachmentBaselineOffset() const override;
+    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
+
+private:
+    QSizeF m_originalImageSize;
+    std::shared_ptr<const quib::Image> m_attachmentImage;
+    QSizeF m_attachmentImageSize;
+};

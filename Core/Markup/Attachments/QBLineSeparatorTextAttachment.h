@@ -1,0 +1,20 @@
+#pragma once
+
+#include "QBNotesTextAttachment.h"
+
+/// The rule across the text's column that stands for "---" or the like.
+class QBLineSeparatorTextAttachment : public QBNotesTextAttachment
+{
+public:
+    using QBNotesTextAttachment::QBNotesTextAttachment;
+
+    [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
+    [[nodiscard]] QString className() const override;
+
+    [[nodiscard]] bool isFullLine() const override { return true; }
+    [[nodiscard]] bool canBeDraggedAlone() const override { return true; }
+    [[nodiscard]] QSizeF attachmentSize() const override;
+    [[nodiscard]] double attachmentBaselineOffset() const override;
+    [[nodiscard]] QRectF drawRectForAttachmentRect(const QRectF &rect) const override;
+    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
+};

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "QBNotesTextAttachment.h"
+
+/// The link symbol that stands for the URL of a "[title](url)", between the parentheses.
+class QBTitledURLTextAttachment : public QBNotesTextAttachment
+{
+public:
+    using QBNotesTextAttachment::QBNotesTextAttachment;
+
+    [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
+    [[nodiscard]] QString className() const override;
+
+    [[nodiscard]] bool isInline() const override { return true; }
+    [[nodiscard]] NSRange
+    extraAttachmentRangeForAttachmentRange(NSRange range, const NSAttributedString &inAttributedString) const override;
+    [[nodiscard]] QSizeF attachmentSize() const override;
+    [[nodiscard]] double attachmentBaselineOffset() const override;
+    [[nodiscard]] QRectF drawRectForAttachmentRect(const QRectF &rect) const override;
+    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
+
+protected:
+    /// The side of the symbol. Units: points.
+    [[nodiscard]] virtual double symbolSize() const;
+    virtual void drawSymbol(quib::Canvas &canvas, const QRectF &rect) const;
+};

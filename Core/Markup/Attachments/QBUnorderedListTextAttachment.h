@@ -1,0 +1,21 @@
+#pragma once
+
+#include "QBNotesTextAttachment.h"
+
+/// The bullet of a list's line; stands for "*" or "•", and in the Markdown syntax for "-" and "+" too.
+class QBUnorderedListTextAttachment : public QBNotesTextAttachment
+{
+public:
+    using QBNotesTextAttachment::QBNotesTextAttachment;
+
+    [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
+    [[nodiscard]] QString className() const override;
+
+    [[nodiscard]] bool isFullLine() const override { return true; }
+    [[nodiscard]] NSRange
+    extraAttachmentRangeForAttachmentRange(NSRange range, const NSAttributedString &inAttributedString) const override;
+    [[nodiscard]] QSizeF attachmentSize() const override;
+    [[nodiscard]] double attachmentBaselineOffset() const override;
+    [[nodiscard]] QRectF drawRectForAttachmentRect(const QRectF &rect) const override;
+    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
+};
