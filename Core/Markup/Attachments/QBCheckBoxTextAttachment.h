@@ -25,6 +25,8 @@ public:
 
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    [[nodiscard]] QRectF drawRectForAttachmentRect(const QRectF &rect) const override;
     void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
+
+protected:
+    [[nodiscard]] double attachmentRightSpacing() const override;
 };

@@ -29,8 +29,10 @@ public:
 
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    [[nodiscard]] QRectF drawRectForAttachmentRect(const QRectF &rect) const override;
     void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
+
+protected:
+    [[nodiscard]] double attachmentRightSpacing() const override;
 
 private:
     QString m_fullRepresentedText;

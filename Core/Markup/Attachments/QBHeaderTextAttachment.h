@@ -27,8 +27,10 @@ public:
     [[nodiscard]] QString baseCacheKey() const override;
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    [[nodiscard]] QRectF drawRectForAttachmentRect(const QRectF &rect) const override;
     void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
+
+protected:
+    [[nodiscard]] double attachmentRightSpacing() const override;
 
 private:
     [[nodiscard]] NSFont badgeFont() const;

@@ -15,6 +15,5 @@ public:
     [[nodiscard]] bool canBeDraggedAlone() const override { return true; }
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    [[nodiscard]] QRectF drawRectForAttachmentRect(const QRectF &rect) const override;
     void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
 };

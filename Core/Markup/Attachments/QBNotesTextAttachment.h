@@ -29,7 +29,8 @@ public:
     QBNotesTextAttachment &operator=(const QBNotesTextAttachment &) = delete;
     ~QBNotesTextAttachment() override;
 
-    /// A new attachment of the same class with the same text and theme; no other state goes along.
+    /// A new attachment of the same class with the same text and theme; no other state goes along, the listener
+    /// neither.
     [[nodiscard]] virtual std::shared_ptr<QBNotesTextAttachment> copy() const = 0;
     /// The class's name, as the cache keys have it.
     [[nodiscard]] virtual QString className() const = 0;
@@ -63,9 +64,13 @@ public:
     /// Both by way of the theme's cache, which goes with the theme and with its font sizes.
     [[nodiscard]] QSizeF cachedAttachmentSize() const;
     [[nodiscard]] double cachedAttachmentBaselineOffset() const;
+    /// Attachments of one key have one size. Empty for one whose size is its own and is not cached.
     [[nodiscard]] virtual QString baseCacheKey() const { return className(); }
-    /// The part of the attachment's rectangle that is drawn.
-    [[nodiscard]] virtual QRectF drawRectForAttachmentRect(const QRectF &rect) const { return rect; }
+    /// The part of the attachment's rectangle that is drawn: what the spacings leave.
+    [[nodiscard]] virtual QRectF drawRectForAttachmentRect(const QRectF &rect) const
+    {
+        return rect.adjusted(attachmentLeftSpacing(), 0, -attachmentRightSpacing(), 0);
+    }
     virtual void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const;
     /// The attachment as a PNG, for rich copies. Shape: the first is the file's name, a new identifier and "png".
     [[nodiscard]] std::pair<QString, QByteArray> createFileWrapper() const;
@@ -77,6 +82,15 @@ public:
     {
         m_updateHandler = std::move(handler);
     }
+
+protected:
+    /// The empty room at the sides; part of the size.
+    [[nodiscard]] virtual double attachmentLeftSpacing() const { return 0; }
+    [[nodiscard]] virtual double attachmentRightSpacing() const { return 0; }
+    /// Puts the middle of the attachment in the middle between ascender and descender of the paragraph font.
+    [[nodiscard]] double attachmentBaselineOffsetForCenteredAttachmentHeight(double height) const;
+    /// A size of so many parts of the theme's base size, in whole points; 0 without a theme.
+    [[nodiscard]] double wholePointsOfBaseSize(double parts) const;
 
 private:
     QString m_representedText;

@@ -16,6 +16,8 @@ public:
     extraAttachmentRangeForAttachmentRange(NSRange range, const NSAttributedString &inAttributedString) const override;
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    [[nodiscard]] QRectF drawRectForAttachmentRect(const QRectF &rect) const override;
     void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
+
+protected:
+    [[nodiscard]] double attachmentRightSpacing() const override;
 };
