@@ -2,6 +2,7 @@
 
 #include "AttachmentMetrics.h"
 
+#include <Text/NSStringHelpers.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
 using namespace Qt::StringLiterals;
