@@ -536,20 +536,39 @@ void AttributeRuns::append(const AttributeRuns &other, NSRange range)
 void AttributeRuns::checkInvariants() const
 {
     QUIB_REQUIRE(m_leaves.size() == m_leafLengths.size());
+    std::vector<qint64> groups;
     qint64 total = 0;
     for (qsizetype index = 0; index < m_leaves.size(); ++index) {
-        const QList<Run> &runs = constRuns(index);
+        const Leaf &leaf = *m_leaves.at(index);
+        const QList<Run> &runs = leaf.runs;
         QUIB_REQUIRE(!runs.isEmpty() && runs.size() <= kLeafCapacity);
+        if (index == m_cursor.leaf) {
+            QUIB_REQUIRE(m_cursorLeafStart == total);
+        }
         qint64 length = 0;
         for (qsizetype run = 0; run < runs.size(); ++run) {
+            const AttributeSet &attributes = runs.at(run).attributes;
+            attributes.checkInvariants();
+            AttributeNameMask names = leaf.names;
+            names |= attributes.names();
+            QUIB_REQUIRE(names == leaf.names);
             QUIB_REQUIRE(runs.at(run).length > 0);
-            QUIB_REQUIRE(run == 0 || !(runs.at(run - 1).attributes == runs.at(run).attributes));
+            QUIB_REQUIRE(run == 0 || !(runs.at(run - 1).attributes == attributes));
+            if (index == m_cursor.leaf && run == m_cursor.run) {
+                QUIB_REQUIRE(m_cursor.start == total + length);
+            }
             length += runs.at(run).length;
         }
         QUIB_REQUIRE(length == m_leafLengths.at(index));
         total += length;
+        groups.resize(static_cast<size_t>(index / kGroupSize) + 1);
+        groups.back() += length;
     }
     QUIB_REQUIRE(total == m_length);
+    QUIB_REQUIRE(m_leaves.isEmpty() || m_cursor.run < constRuns(m_cursor.leaf).size());
+    for (qsizetype group = 0; group < m_knownGroups; ++group) {
+        QUIB_REQUIRE(m_groupLengths.at(static_cast<size_t>(group)) == groups.at(static_cast<size_t>(group)));
+    }
 }
 
 } // namespace quib

@@ -123,7 +123,7 @@ public:
     /// Requires: the range lies in the other runs, which are not these.
     void append(const AttributeRuns &other, NSRange range);
 
-    /// Asserts the statements of the class comment; for tests.
+    /// Requires the statements of the class comment, and that what is remembered is right; for tests.
     void checkInvariants() const;
 
 private:

@@ -2,6 +2,8 @@
 
 #include "AttributeTable.h"
 
+#include <Foundation/Assert.h>
+
 #include <algorithm>
 #include <array>
 
@@ -233,6 +235,25 @@ void AttributeSet::removeFromPlace(quint16 name)
     place.names = {};
     for (const AttributeEntry &entry : place.entries) {
         place.names |= AttributeNameMask::ofIndex(entry.name);
+    }
+}
+
+void AttributeSet::checkInvariants() const
+{
+    for (const AttributeEntries *side : sides()) {
+        if (side == nullptr) {
+            continue;
+        }
+        QUIB_REQUIRE(!side->entries.empty());
+        const auto repeated =
+            std::ranges::adjacent_find(side->entries, std::ranges::greater_equal(), &AttributeEntry::name);
+        QUIB_REQUIRE(repeated == side->entries.end());
+        AttributeNameMask names;
+        for (const AttributeEntry &entry : side->entries) {
+            names |= AttributeNameMask::ofIndex(entry.name);
+            QUIB_REQUIRE(m_shared == nullptr || side == m_shared || m_shared->find(entry.name) == nullptr);
+        }
+        QUIB_REQUIRE(names == side->names);
     }
 }
 

@@ -126,6 +126,9 @@ public:
         return a.m_shared == b.m_shared ? a.m_place == b.m_place || hasSamePlace(a, b) : hasSameContent(a, b);
     }
 
+    /// Requires that each name stands on one side only, in order, and that the masks are right; for tests.
+    void checkInvariants() const;
+
 private:
     struct Place
     {

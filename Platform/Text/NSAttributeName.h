@@ -30,6 +30,7 @@ struct AttributeNameMask
         high |= other.high;
         return *this;
     }
+    friend constexpr bool operator==(AttributeNameMask a, AttributeNameMask b) = default;
 };
 
 } // namespace quib

@@ -235,6 +235,51 @@ TEST(AttributedStringProperty, EditsDoWhatTheyDoToAListOfUnits)
     }
 }
 
+TEST(AttributedStringProperty, ALongTextIsEditedAllOver)
+{
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
+    // More leaves than a group of them.
+    const NSAttributedString start = [&random] {
+        NSMutableAttributedString text;
+        for (int index = 0; index < 6000; ++index) {
+            text.appendAttributedString(randomPiece(random));
+        }
+        return NSAttributedString(text);
+    }();
+    ASSERT_GT(start.runs().runCount(), 64 * AttributeRuns::kLeafCapacity);
+    Pair pair;
+    pair.replace({0, 0}, start);
+    for (int step = 1; step <= 600; ++step) {
+        const NSRange range = randomRange(random, pair.text.length());
+        switch (random() % 6) {
+        case 0:
+            pair.addAttribute(names()[random() % names().size()], randomValue(random), range);
+            break;
+        case 1:
+            // A part is forgotten, so that leaves join and go; it comes back as it was at the start.
+            pair.setAttributes({}, {range.location, std::min<qint64>(3000, pair.text.length() - range.location)});
+            pair.replace({range.location, 0}, start.attributedSubstringFromRange({range.location, 500}));
+            break;
+        case 2:
+            pair.replace({range.location,
+                          std::min<qint64>(static_cast<qint64>(random() % 800), pair.text.length() - range.location)},
+                         randomPiece(random));
+            break;
+        default:
+            pair.addAttributes(randomSet(random), {range.location, std::min<qint64>(range.length, 12)});
+            break;
+        }
+        pair.text.runs().checkInvariants();
+        if (step % 100 == 0) {
+            pair.expectSame();
+            if (HasFatalFailure()) {
+                return;
+            }
+        }
+    }
+}
+
 TEST(AttributedStringProperty, LookUpsFindTheLongestRangesOfAValue)
 {
     const TestSeed seed;
