@@ -1,8 +1,7 @@
 #include "QBNoteImage.h"
 
-#include "ImageSizeProbe.h"
-
 #include <Files/UniformType.h>
+#include <Graphics/ImageSizeProbe.h>
 #include <Store/NSManagedObjectContext.h>
 
 #include <QFileInfo>

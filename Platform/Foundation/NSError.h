@@ -52,6 +52,7 @@ enum class NSCocoaErrorCode : qint64
     FileReadUnknown = 256,
     FileReadNoPermission = 257,
     FileReadCorruptFile = 259,
+    FileReadTooLarge = 263,
     FileWriteUnknown = 512,
     FileWriteNoPermission = 513,
     FileWriteInvalidFileName = 514,

@@ -1,6 +1,5 @@
 #include "StoreFixture.h"
 
-#include <Store/ImageSizeProbe.h>
 #include <Store/QBNoteGenericFile.h>
 #include <Store/QBNoteImage.h>
 
@@ -238,50 +237,6 @@ TEST_F(NoteFile, NamesThatLeaveTheFolderHaveNoPlace)
     for (const QString &name : {u"../../x"_s, u".."_s, u"a/b"_s}) {
         file->setFilename(name);
         EXPECT_FALSE(file->fileURL()) << name.toStdString();
-    }
-}
-
-TEST_F(NoteFile, SizesAreReadFromHeaders)
-{
-    const auto bytes = [](std::initializer_list<int> values) {
-        QByteArray made;
-        for (const int value : values) {
-            made.append(static_cast<char>(value));
-        }
-        return made;
-    };
-    const QByteArray jpeg = bytes({0xFF, 0xD8, 0xFF, 0xE0, 0, 4, 1, 2, 0xFF, 0xFF, 0xC2, 0, 11, 8, 1, 0x2C, 2, 0x58});
-    const QByteArray tiff = bytes(
-        {'I', 'I', 42, 0, 8, 0, 0, 0, 2, 0, 0, 1, 3, 0, 1, 0, 0, 0, 7, 0, 0, 0, 1, 1, 4, 0, 1, 0, 0, 0, 9, 0, 0, 0});
-    const QByteArray jp2 =
-        bytes({0, 0, 0,  12,  'j', 'P', ' ', ' ', 13, 10, 0x87, 10, 0, 0, 0, 30, 'j', 'p', '2', 'h', 0,
-               0, 0, 22, 'i', 'h', 'd', 'r', 0,   0,  0,  3,    0,  0, 0, 4, 0,  3,   7,   7,   0,   0});
-    const QByteArray heic = bytes({0, 0, 0, 12, 'f', 't', 'y', 'p', 'h', 'e', 'i', 'c', 0, 0, 0, 48, 'm', 'e', 't', 'a',
-                                   0, 0, 0, 0,  0,   0,   0,   36,  'i', 'p', 'r', 'p', 0, 0, 0, 28, 'i', 'p', 'c', 'o',
-                                   0, 0, 0, 20, 'i', 's', 'p', 'e', 0,   0,   0,   0,   0, 0, 0, 5,  0,   0,   0,   6});
-    const std::pair<QByteArray, std::optional<PixelSize>> cases[] = {
-        {png(3, 2), PixelSize{3, 2}},
-        {png(0, 2), std::nullopt},
-        {png(1u << 30, 2), std::nullopt},
-        {bytes({'G', 'I', 'F', '8', '9', 'a', 5, 1, 4, 0}), PixelSize{261, 4}},
-        {jpeg, PixelSize{600, 300}},
-        {tiff, PixelSize{7, 9}},
-        {jp2, PixelSize{4, 3}},
-        {heic, PixelSize{5, 6}},
-        {"", std::nullopt},
-        {"GIF89a", std::nullopt},
-        {"plain text", std::nullopt},
-    };
-    int index = 0;
-    for (const auto &[content, size] : cases) {
-        const QString path = folder.write(u"probe"_s, content);
-        EXPECT_EQ(pixelSizeOfImageFile(path), size) << "case " << index;
-        // Every shorter form is answered too, without a size or with the same.
-        for (qsizetype length = 0; length < content.size(); ++length) {
-            const auto cut = pixelSizeOfImageFile(folder.write(u"probe"_s, content.left(length)));
-            EXPECT_TRUE(!cut || cut == size) << "case " << index << " cut to " << length;
-        }
-        ++index;
     }
 }
 

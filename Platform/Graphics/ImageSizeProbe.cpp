@@ -1,7 +1,8 @@
 #include "ImageSizeProbe.h"
 
-#include <QByteArrayView>
+#include <QByteArray>
 #include <QFile>
+#include <QIODevice>
 #include <QtEndian>
 
 #include <algorithm>
@@ -16,32 +17,33 @@ constexpr int kMaximumPieces = 4096;
 /// Larger sides are not pictures but broken or hostile headers.
 constexpr qint64 kMaximumSide = 1 << 24;
 
-/// Bytes of an open file by offset; a piece beyond its end is empty.
+/// Bytes of an open device by offset; a piece beyond its end is empty.
 class Source
 {
 public:
-    explicit Source(QFile &file)
-        : m_file(file)
-        , m_size(file.size())
+    explicit Source(QIODevice &device)
+        : m_device(device)
+        , m_size(device.size())
     {
     }
     [[nodiscard]] QByteArray at(qint64 offset, qint64 count)
     {
-        if (offset < 0 || offset > m_size - count || !m_file.seek(offset)) {
+        if (offset < 0 || offset > m_size - count || !m_device.seek(offset)) {
             return {};
         }
-        QByteArray bytes = m_file.read(count);
+        QByteArray bytes = m_device.read(count);
         return bytes.size() == count ? bytes : QByteArray();
     }
     [[nodiscard]] qint64 size() const { return m_size; }
 
 private:
-    QFile &m_file;
+    QIODevice &m_device;
     qint64 m_size;
 };
 
 /// The number at an offset; 0 where the bytes end before.
-template <typename T> T raw(const QByteArray &bytes, qsizetype offset)
+// Never inline: where bytes may be empty GCC 12 would warn of a read that the check below keeps from happening.
+template <typename T> Q_NEVER_INLINE T raw(const QByteArray &bytes, qsizetype offset)
 {
     T value = 0;
     if (offset >= 0 && offset + qsizetype{sizeof(T)} <= bytes.size()) {
@@ -184,40 +186,123 @@ void findSizeInBoxes(Source &source, qint64 start, qint64 limit, int depth, int 
     }
 }
 
+/// A still picture of either coding, or the canvas of an extended file.
+std::optional<PixelSize> sizeOfWebP(Source &source)
+{
+    // The first chunk's four letters, its length, and then its content.
+    const QByteArray head = source.at(0, 30);
+    const QByteArrayView kind = QByteArrayView(head).sliced(std::min<qsizetype>(12, head.size()));
+    if (kind.startsWith("VP8X")) {
+        // 24 bits each, less one.
+        const quint32 width = little<quint16>(head, 24) | static_cast<quint32>(little<quint8>(head, 26)) << 16;
+        const quint32 height = little<quint16>(head, 27) | static_cast<quint32>(little<quint8>(head, 29)) << 16;
+        return checked(qint64{width} + 1, qint64{height} + 1);
+    }
+    if (kind.startsWith("VP8L")) {
+        const quint32 bits = little<quint32>(head, 21); // 14 bits each, less one, behind a byte of signature
+        return checked(qint64{bits & 0x3FFF} + 1, qint64{(bits >> 14) & 0x3FFF} + 1);
+    }
+    if (kind.startsWith("VP8 ")) {
+        return checked(little<quint16>(head, 26) & 0x3FFF, little<quint16>(head, 28) & 0x3FFF);
+    }
+    return std::nullopt;
+}
+
+std::optional<PixelSize> sizeInBoxes(Source &source)
+{
+    std::optional<PixelSize> found;
+    int pieces = 0;
+    findSizeInBoxes(source, 0, source.size(), 0, &pieces, &found);
+    return found;
+}
+
+constexpr QByteArrayView kJPEG2000Stream("\xFF\x4F\xFF\x51");
+
+std::optional<PixelSize> sizeOfJPEG2000(Source &source)
+{
+    const QByteArray head = source.at(0, 24);
+    if (!head.startsWith(kJPEG2000Stream)) {
+        return sizeInBoxes(source);
+    }
+    const qint64 width = qint64{big<quint32>(head, 8)} - big<quint32>(head, 16);
+    const qint64 height = qint64{big<quint32>(head, 12)} - big<quint32>(head, 20);
+    return checked(width, height);
+}
+
+/// The brands of files that hold HEVC or AV1 stills.
+bool isPictureBrand(QByteArrayView brand)
+{
+    constexpr QByteArrayView kBrands[] = {"heic", "heix", "heim", "heis", "mif1", "avif", "msf1", "hevc", "hevx"};
+    return std::find(std::begin(kBrands), std::end(kBrands), brand) != std::end(kBrands);
+}
+
 } // namespace
+
+std::optional<ImageFormat> imageFormatOfBytes(QByteArrayView bytes)
+{
+    if (bytes.startsWith("\x89PNG\r\n\x1A\n")) {
+        return ImageFormat::PNG;
+    }
+    if (bytes.startsWith("GIF87a") || bytes.startsWith("GIF89a")) {
+        return ImageFormat::GIF;
+    }
+    if (bytes.startsWith("\xFF\xD8")) {
+        return ImageFormat::JPEG;
+    }
+    if (bytes.startsWith(QByteArrayView("II*\0", 4)) || bytes.startsWith(QByteArrayView("MM\0*", 4))) {
+        return ImageFormat::TIFF;
+    }
+    if (bytes.startsWith(kJPEG2000Stream)) {
+        return ImageFormat::JPEG2000;
+    }
+    if (bytes.size() < 12) {
+        return std::nullopt;
+    }
+    const QByteArrayView second = bytes.sliced(4, 4);
+    const QByteArrayView third = bytes.sliced(8, 4);
+    if (bytes.startsWith("RIFF") && third == QByteArrayView("WEBP")) {
+        return ImageFormat::WebP;
+    }
+    if (second == QByteArrayView("jP  ")) {
+        return ImageFormat::JPEG2000;
+    }
+    if (second == QByteArrayView("ftyp") && isPictureBrand(third)) {
+        return ImageFormat::HEIC;
+    }
+    return std::nullopt;
+}
+
+std::optional<PixelSize> pixelSizeOfImage(QIODevice &device)
+{
+    Source source(device);
+    const QByteArray head = source.at(0, std::min<qint64>(source.size(), 32));
+    const std::optional<ImageFormat> format = imageFormatOfBytes(head);
+    if (!format) {
+        return std::nullopt;
+    }
+    switch (*format) {
+    case ImageFormat::PNG:
+        return checked(big<quint32>(head, 16), big<quint32>(head, 20));
+    case ImageFormat::GIF:
+        return checked(little<quint16>(head, 6), little<quint16>(head, 8));
+    case ImageFormat::JPEG:
+        return sizeOfJPEG(source);
+    case ImageFormat::TIFF:
+        return sizeOfTIFF(source, head.at(0) == 'M');
+    case ImageFormat::WebP:
+        return sizeOfWebP(source);
+    case ImageFormat::HEIC:
+        return sizeInBoxes(source);
+    case ImageFormat::JPEG2000:
+        return sizeOfJPEG2000(source);
+    }
+    return std::nullopt;
+}
 
 std::optional<PixelSize> pixelSizeOfImageFile(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
-    }
-    Source source(file);
-    const QByteArray head = source.at(0, std::min<qint64>(source.size(), 32));
-    if (head.size() >= 24 && head.startsWith("\x89PNG\r\n\x1A\n")) {
-        return checked(big<quint32>(head, 16), big<quint32>(head, 20));
-    }
-    if (head.size() >= 10 && (head.startsWith("GIF87a") || head.startsWith("GIF89a"))) {
-        return checked(little<quint16>(head, 6), little<quint16>(head, 8));
-    }
-    if (head.startsWith("\xFF\xD8")) {
-        return sizeOfJPEG(source);
-    }
-    if (head.startsWith(QByteArrayView("II*\0", 4)) || head.startsWith(QByteArrayView("MM\0*", 4))) {
-        return sizeOfTIFF(source, head.at(0) == 'M');
-    }
-    if (head.size() >= 24 && head.startsWith("\xFF\x4F\xFF\x51")) { // a bare JPEG 2000 codestream
-        const qint64 width = qint64{big<quint32>(head, 8)} - big<quint32>(head, 16);
-        const qint64 height = qint64{big<quint32>(head, 12)} - big<quint32>(head, 20);
-        return checked(width, height);
-    }
-    if (head.size() >= 12 && (head.sliced(4, 4) == "ftyp" || head.sliced(4, 4) == "jP  ")) {
-        std::optional<PixelSize> found;
-        int pieces = 0;
-        findSizeInBoxes(source, 0, source.size(), 0, &pieces, &found);
-        return found;
-    }
-    return std::nullopt;
+    return file.open(QIODevice::ReadOnly) ? pixelSizeOfImage(file) : std::nullopt;
 }
 
 } // namespace quib

@@ -1,0 +1,80 @@
+#include "ImageDecoder_p.h"
+
+namespace quib {
+
+namespace {
+
+quint8 byteAt(QByteArrayView data, qsizetype offset)
+{
+    return static_cast<quint8>(data[offset]);
+}
+
+} // namespace
+
+bool isWholeJPEG(QByteArrayView data)
+{
+    constexpr quint8 kMark = 0xFF;
+    constexpr quint8 kStartOfScan = 0xDA;
+    constexpr quint8 kEndOfImage = 0xD9;
+    qsizetype offset = 2;
+    bool isInScan = false;
+    while (offset + 1 < data.size()) {
+        const quint8 marker = byteAt(data, offset + 1);
+        const bool isMarker = byteAt(data, offset) == kMark && marker != 0x00 && marker != kMark;
+        if (!isMarker) {
+            // Coded pixels, or filling bytes before a marker.
+            ++offset;
+        } else if (marker == kEndOfImage) {
+            return isInScan;
+        } else if (marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8)) {
+            offset += 2; // markers without content, restarts within a scan among them
+        } else {
+            if (offset + 3 >= data.size()) {
+                return false;
+            }
+            isInScan = isInScan || marker == kStartOfScan;
+            offset += 2 + qMax(2, byteAt(data, offset + 2) << 8 | byteAt(data, offset + 3));
+        }
+    }
+    return false;
+}
+
+bool isWholeGIF(QByteArrayView data)
+{
+    constexpr qsizetype kHeader = 13;
+    constexpr quint8 kExtension = 0x21;
+    constexpr quint8 kFrame = 0x2C;
+    // The palette that the flags of the screen, or of a frame, announce.
+    const auto paletteSize = [](quint8 flags) {
+        return (flags & 0x80) != 0 ? qsizetype{3} << ((flags & 0x07) + 1) : 0;
+    };
+    if (data.size() < kHeader) {
+        return false;
+    }
+    qsizetype offset = kHeader + paletteSize(byteAt(data, 10));
+    // Blocks of at most 255 bytes, up to an empty one.
+    const auto skipBlocks = [&data, &offset] {
+        while (offset < data.size() && byteAt(data, offset) != 0) {
+            offset += 1 + byteAt(data, offset);
+        }
+        ++offset;
+        return offset <= data.size();
+    };
+    while (offset < data.size()) {
+        const quint8 kind = byteAt(data, offset);
+        if (kind == kExtension) {
+            offset += 2;
+            if (!skipBlocks()) {
+                return false;
+            }
+        } else if (kind == kFrame && offset + 10 < data.size()) {
+            offset += 10 + paletteSize(byteAt(data, offset + 9)) + 1; // and the size of the codes
+            return skipBlocks();
+        } else {
+            return false;
+        }
+    }
+    return false;
+}
+
+} // namespace quib
