@@ -256,15 +256,18 @@ TEST(AttributedStringProperty, ALongTextIsEditedAllOver)
         case 0:
             pair.addAttribute(names()[random() % names().size()], randomValue(random), range);
             break;
-        case 1:
-            // A part is forgotten, so that leaves join and go; it comes back as it was at the start.
-            pair.setAttributes({}, {range.location, std::min<qint64>(3000, pair.text.length() - range.location)});
-            pair.replace({range.location, 0}, start.attributedSubstringFromRange({range.location, 500}));
+        case 1: {
+            // A part goes and the next loses its attributes, so that leaves go and join; another comes as it was first.
+            const NSRange part{range.location, std::min<qint64>(2000, pair.text.length() - range.location)};
+            pair.replace(part, QStringView());
+            pair.setAttributes({}, {part.location, std::min<qint64>(2000, pair.text.length() - part.location)});
+            const auto place = static_cast<qint64>(random() % static_cast<quint64>(start.length()));
+            pair.replace({part.location, 0}, start.attributedSubstringFromRange({place, 2500}));
             break;
+        }
         case 2:
-            pair.replace({range.location,
-                          std::min<qint64>(static_cast<qint64>(random() % 800), pair.text.length() - range.location)},
-                         randomPiece(random));
+            pair.replace({range.location, std::min<qint64>(range.length, 50)},
+                         start.attributedSubstringFromRange(range));
             break;
         default:
             pair.addAttributes(randomSet(random), {range.location, std::min<qint64>(range.length, 12)});
