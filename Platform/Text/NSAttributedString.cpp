@@ -47,6 +47,13 @@ void walk(const NSAttributedString &text, NSRange range, NSAttributedStringEnume
 
 } // namespace
 
+NSRange quib::rangeCutToLength(NSRange range, qint64 length)
+{
+    const qint64 start = std::clamp<qint64>(range.location, 0, length);
+    const qint64 limit = range.length > NSNotFound - std::max<qint64>(range.location, 0) ? length : range.limit();
+    return {start, std::clamp(limit, start, length) - start};
+}
+
 NSAttributedString::NSAttributedString(const QString &string)
     : NSAttributedString(string, AttributeSet())
 {
@@ -60,10 +67,7 @@ NSAttributedString::NSAttributedString(const QString &string, const AttributeSet
 
 NSRange NSAttributedString::cutToText(NSRange range) const
 {
-    const qint64 start = std::clamp<qint64>(range.location, 0, length());
-    // A negative location cuts the range's start; a limit beyond every number is the text's end.
-    const qint64 limit = range.length > length() - start ? length() : std::max(start, range.limit());
-    return {start, limit - start};
+    return quib::rangeCutToLength(range, length());
 }
 
 QStringView NSAttributedString::stringInRange(NSRange range) const

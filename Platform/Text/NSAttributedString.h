@@ -10,6 +10,13 @@
 
 #include <functional>
 
+namespace quib {
+
+/// The part of a range that lies in a text of that length; empty at the nearer end where there is none.
+[[nodiscard]] NSRange rangeCutToLength(NSRange range, qint64 length);
+
+} // namespace quib
+
 /// How a text's attributes are enumerated; Forward is the default.
 enum class NSAttributedStringEnumerationOptions : quint32
 {

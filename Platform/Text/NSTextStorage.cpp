@@ -2,28 +2,17 @@
 
 #include <Foundation/Assert.h>
 
-#include <algorithm>
 #include <utility>
 
 using quib::AttributeSet;
 using quib::AttributeValue;
-
-namespace {
-
-[[nodiscard]] NSRange cutToLength(NSRange range, qint64 length)
-{
-    const qint64 start = std::clamp<qint64>(range.location, 0, length);
-    const qint64 limit = range.length > length - start ? length : std::max(start, range.limit());
-    return {start, limit - start};
-}
-
-} // namespace
+using quib::rangeCutToLength;
 
 NSTextStorage::~NSTextStorage() = default;
 
 void NSTextStorage::replaceCharactersInRange(NSRange range, QStringView withString)
 {
-    const NSRange cut = cutToLength(range, length());
+    const NSRange cut = rangeCutToLength(range, length());
     m_contents.replaceCharactersInRange(cut, withString);
     edited(kEditedAttributes | kEditedCharacters, cut, withString.size() - cut.length);
 }
@@ -43,7 +32,7 @@ void NSTextStorage::setAttributedString(const NSAttributedString &string)
 
 void NSTextStorage::replaceCharactersInRange(NSRange range, const NSAttributedString &withAttributedString)
 {
-    const NSRange cut = cutToLength(range, length());
+    const NSRange cut = rangeCutToLength(range, length());
     // A copy, since it may be this storage's own contents.
     const NSAttributedString string = withAttributedString;
     if (string.isEmpty()) {
@@ -107,7 +96,7 @@ void NSTextStorage::endEditing()
 void NSTextStorage::edited(quint32 mask, NSRange range, qint64 changeInLength)
 {
     // The range as it was before the change, whose units the text no longer has.
-    const NSRange before = cutToLength(range, length() - changeInLength);
+    const NSRange before = rangeCutToLength(range, length() - changeInLength);
     if (!m_pending) {
         m_pending = Edit{mask, {before.location, before.length + changeInLength}, changeInLength};
     } else {
@@ -136,7 +125,7 @@ void NSTextStorage::processPendingEdits()
     // An edit that is reported while another is processed waits for it.
     while (m_pending && m_editingDepth == 0 && !m_current) {
         m_current = std::exchange(m_pending, std::nullopt);
-        m_current->range = cutToLength(m_current->range, length());
+        m_current->range = rangeCutToLength(m_current->range, length());
         processEditing();
         m_current.reset();
     }

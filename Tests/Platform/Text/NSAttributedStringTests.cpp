@@ -69,6 +69,10 @@ TEST(NSAttributedString, PlainReplacementTakesTheAttributesOfTheFirstReplacedUni
         {"inserted at the start: the one behind", {0, 0}, u"x"_s, u"0-3=1 3-5=2"_s},
         {"inserted at the end", {4, 0}, u"x"_s, u"0-2=1 2-5=2"_s},
         {"inserted beyond the end", {9, 3}, u"x"_s, u"0-2=1 2-5=2"_s},
+        {"an empty range beyond the end", {9, 0}, u"x"_s, u"0-2=1 2-5=2"_s},
+        {"a range before the start", {-9, 3}, u"x"_s, u"0-3=1 3-5=2"_s},
+        {"a range of no place", {NSNotFound, 0}, u"x"_s, u"0-2=1 2-5=2"_s},
+        {"a range of negative length", {2, -1}, u"x"_s, u"0-3=1 3-5=2"_s},
         {"a range that runs past the end", {3, 90}, u"x"_s, u"0-2=1 2-4=2"_s},
         {"the largest range", {0, NSNotFound}, u"x"_s, u"0-1=1"_s},
         {"removed", {1, 2}, QString(), u"0-1=1 1-2=2"_s},
@@ -94,7 +98,11 @@ TEST(NSAttributedString, PlacesOutsideOfTheTextHaveNoAttributes)
         EXPECT_EQ(range, (NSRange{index, 0}));
         EXPECT_TRUE(text.attributesAtIndex(index).isEmpty());
     }
-    EXPECT_TRUE(text.attributedSubstringFromRange({7, 2}).isEmpty());
+    for (const NSRange range : {NSRange{7, 2}, {7, 0}, {4, 2}, {-3, 3}, {NSNotFound, NSNotFound}}) {
+        EXPECT_TRUE(text.attributedSubstringFromRange(range).isEmpty());
+        EXPECT_TRUE(text.stringInRange(range).isEmpty());
+        EXPECT_FALSE(text.containsAttribute(NSKernAttributeName, range));
+    }
     EXPECT_EQ(text.attributedSubstringFromRange({-1, 2}).string(), u"a");
 }
 
