@@ -20,5 +20,4 @@ public:
 
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
 };

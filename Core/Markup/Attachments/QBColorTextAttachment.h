@@ -29,7 +29,6 @@ public:
 
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
 
 protected:
     [[nodiscard]] double attachmentRightSpacing() const override;

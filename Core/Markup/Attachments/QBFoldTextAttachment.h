@@ -30,7 +30,6 @@ public:
 
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
 
 private:
     QString m_foldIdentifier;

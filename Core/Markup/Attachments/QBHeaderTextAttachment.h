@@ -27,7 +27,6 @@ public:
     [[nodiscard]] QString baseCacheKey() const override;
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
 
 protected:
     [[nodiscard]] double attachmentRightSpacing() const override;

@@ -38,7 +38,6 @@ public:
     [[nodiscard]] QString baseCacheKey() const override { return {}; }
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
 
 private:
     QSizeF m_originalImageSize;

@@ -15,5 +15,4 @@ public:
     [[nodiscard]] bool canBeDraggedAlone() const override { return true; }
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
-    void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const override;
 };

@@ -13,5 +13,4 @@ public:
 
 protected:
     [[nodiscard]] double symbolSize() const override;
-    void drawSymbol(quib::Canvas &canvas, const QRectF &rect) const override;
 };

@@ -43,6 +43,8 @@ double QBNotesTextAttachment::cachedAttachmentBaselineOffset() const
                                               [this] { return attachmentBaselineOffset(); });
 }
 
+void QBNotesTextAttachment::drawAttachmentForAttachmentRect(quib::Canvas & /*canvas*/, const QRectF & /*rect*/) const {}
+
 void QBNotesTextAttachment::updateTextAttachment()
 {
     if (m_updateHandler) {
