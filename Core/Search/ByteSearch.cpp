@@ -24,11 +24,9 @@ ByteSearch::ByteSearch(std::string_view needle, const ByteCounts &counts)
     m_firstOffset = offsets[0];
     m_secondOffset = offsets[std::min<size_t>(1, wanted - 1)];
     m_thirdOffset = offsets[wanted - 1];
-}
-
-bool ByteSearch::isAt(const char *place) const
-{
-    return std::memcmp(place, m_needle.data(), m_needle.size()) == 0;
+    const size_t length = std::min(needle.size(), m_head.size());
+    std::copy_n(needle.begin(), length, m_head.begin());
+    m_headMask = static_cast<uint32_t>((uint64_t{1} << length) - 1);
 }
 
 size_t ByteSearch::findPlain(std::string_view text, size_t start) const
@@ -43,49 +41,73 @@ size_t ByteSearch::findPlain(std::string_view text, size_t start) const
 
 #if defined(__x86_64__)
 
-__attribute__((target("avx2"))) size_t ByteSearch::findWide(std::string_view text, size_t start) const
+namespace {
+
+__attribute__((target("avx2"))) inline __m256i load(const char *at)
+{
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i *>(at));
+}
+
+} // namespace
+
+__attribute__((target("avx2"))) size_t ByteSearch::findWide(std::string_view text, size_t start, size_t least) const
 {
     constexpr size_t kWidth = 32;
     const __m256i first = _mm256_set1_epi8(m_needle[m_firstOffset]);
     const __m256i second = _mm256_set1_epi8(m_needle[m_secondOffset]);
     const __m256i third = _mm256_set1_epi8(m_needle[m_thirdOffset]);
-    const char *bytes = text.data();
-    size_t place = start;
-    // OPTIMIZATION: 32 places at once; a place counts when both bytes stand where the needle has them, and is then
-    // compared whole, so that the result is that of the plain search.
-    while (place + m_needle.size() + kWidth <= text.size()) {
-        const __m256i atFirst = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(bytes + place + m_firstOffset));
-        const __m256i atSecond = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(bytes + place + m_secondOffset));
-        auto mask = static_cast<unsigned>(_mm256_movemask_epi8(
-            _mm256_and_si256(_mm256_cmpeq_epi8(atFirst, first), _mm256_cmpeq_epi8(atSecond, second))));
-        if (mask != 0) {
-            const __m256i atThird =
-                _mm256_loadu_si256(reinterpret_cast<const __m256i *>(bytes + place + m_thirdOffset));
-            mask &= static_cast<unsigned>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(atThird, third)));
-        }
-        while (mask != 0) {
-            const size_t candidate = place + static_cast<size_t>(__builtin_ctz(mask));
-            if (isAt(bytes + candidate)) {
-                return candidate;
-            }
-            mask &= mask - 1;
-        }
-        place += kWidth;
+    const __m256i head = load(m_head.data());
+    const size_t size = m_needle.size();
+    if (text.size() < size + 2 * kWidth) {
+        return findPlain(text, std::max(start, least));
     }
-    return findPlain(text, place);
+    const char *const wanted = text.data() + least;
+    const char *const limit = text.data() + (text.size() - size - 2 * kWidth);
+    const char *place = text.data() + start;
+    // OPTIMIZATION: 64 places a turn; a place counts when three bytes stand where the needle has them, and is then
+    // compared whole, so that the result is that of the plain search. All three are always looked at: the reading of
+    // the text is waited for anyway, and a turn that goes the other way costs more than a comparison.
+    for (; place <= limit; place += 2 * kWidth) {
+        const char *const atFirst = place + m_firstOffset;
+        const char *const atSecond = place + m_secondOffset;
+        const char *const atThird = place + m_thirdOffset;
+        const __m256i low = _mm256_and_si256(
+            _mm256_and_si256(_mm256_cmpeq_epi8(load(atFirst), first), _mm256_cmpeq_epi8(load(atSecond), second)),
+            _mm256_cmpeq_epi8(load(atThird), third));
+        const __m256i high = _mm256_and_si256(_mm256_and_si256(_mm256_cmpeq_epi8(load(atFirst + kWidth), first),
+                                                               _mm256_cmpeq_epi8(load(atSecond + kWidth), second)),
+                                              _mm256_cmpeq_epi8(load(atThird + kWidth), third));
+        if (_mm256_testz_si256(_mm256_or_si256(low, high), _mm256_or_si256(low, high)) != 0) {
+            continue;
+        }
+        auto mask = static_cast<uint64_t>(static_cast<uint32_t>(_mm256_movemask_epi8(low))) |
+                    static_cast<uint64_t>(static_cast<uint32_t>(_mm256_movemask_epi8(high))) << kWidth;
+        for (; mask != 0; mask &= mask - 1) {
+            const char *const candidate = place + __builtin_ctzll(mask);
+            if (candidate < wanted) {
+                continue;
+            }
+            const auto equal = static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(load(candidate), head)));
+            if ((equal & m_headMask) == m_headMask &&
+                (size <= kWidth || std::memcmp(candidate + kWidth, m_needle.data() + kWidth, size - kWidth) == 0)) {
+                return static_cast<size_t>(candidate - text.data());
+            }
+        }
+    }
+    return findPlain(text, std::max(static_cast<size_t>(place - text.data()), least));
 }
 
-size_t ByteSearch::find(std::string_view text, size_t start) const
+size_t ByteSearch::find(std::string_view text, size_t start, size_t least) const
 {
     static const bool isWide = __builtin_cpu_supports("avx2") != 0;
-    return isWide ? findWide(text, start) : findPlain(text, start);
+    return isWide ? findWide(text, start, least) : findPlain(text, std::max(start, least));
 }
 
 #else
 
-size_t ByteSearch::find(std::string_view text, size_t start) const
+size_t ByteSearch::find(std::string_view text, size_t start, size_t least) const
 {
-    return findPlain(text, start);
+    return findPlain(text, std::max(start, least));
 }
 
 #endif

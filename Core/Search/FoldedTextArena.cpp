@@ -14,6 +14,14 @@ namespace {
 constexpr char kSeparator = '\xFF';
 /// Replaced texts are cleared away when they are more than this and more than half of all.
 constexpr size_t kTolerableDeadBytes = 1024 * 1024;
+/// Bytes of a text that are passed over rather than read once a match was found before them.
+constexpr size_t kWorthSkipping = 4 * 1024;
+/// Texts here and there are asked for this many before their turn, by the lines of their beginning.
+constexpr size_t kReadAhead = 3;
+constexpr size_t kLinesReadAhead = 16;
+constexpr size_t kCacheLine = 64;
+/// More than a search needs behind a text to compare it in full strides.
+constexpr size_t kRoomBehind = 128;
 
 } // namespace
 
@@ -92,73 +100,111 @@ void FoldedTextArena::compactIfWorthwhile()
     m_deadBytes = 0;
 }
 
-std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term) const
+std::vector<size_t> FoldedTextArena::entriesContaining(const QByteArray &needle) const
 {
-    const QByteArray needle = foldedUtf8(term);
-    const std::shared_lock lock(m_mutex);
-    std::vector<qint64> found;
-    if (needle.isEmpty()) {
-        for (const Entry &entry : m_entries) {
-            if (entry.key != 0) {
-                found.push_back(entry.key);
-            }
+    const std::string_view bytes(m_bytes.data(), m_bytes.size());
+    const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())), m_counts);
+    std::vector<size_t> found;
+    size_t index = 0;
+    for (size_t place = search.find(bytes, 0, 0); place != std::string_view::npos;) {
+        // The entry that holds the place: the last one that starts at or before it. Matches come in order, so the
+        // search for it widens from where the last one was.
+        size_t step = 1;
+        while (index + step < m_entries.size() && m_entries[index + step].start <= place) {
+            index += step;
+            step *= 2;
         }
-    } else {
-        const std::string_view bytes(m_bytes.data(), m_bytes.size());
-        const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())), m_counts);
-        size_t index = 0;
-        for (size_t place = search.find(bytes, 0); place != std::string_view::npos;) {
-            // The entry that holds the place: the last one that starts at or before it. Matches come in order, so the
-            // search for it widens from where the last one was.
-            size_t step = 1;
-            while (index + step < m_entries.size() && m_entries[index + step].start <= place) {
-                index += step;
-                step *= 2;
-            }
-            const auto first = m_entries.begin() + static_cast<std::ptrdiff_t>(index);
-            const auto last = m_entries.begin() + static_cast<std::ptrdiff_t>(std::min(index + step, m_entries.size()));
-            const auto behind = std::upper_bound(
-                first, last, place, [](size_t position, const Entry &entry) { return position < entry.start; });
-            index = static_cast<size_t>(behind - m_entries.begin()) - 1;
-            const Entry &entry = m_entries[index];
-            if (entry.key != 0) {
-                found.push_back(entry.key);
-            }
-            // One match a text is enough.
-            place = search.find(bytes, entry.start + entry.length + 1);
+        const auto first = m_entries.begin() + static_cast<std::ptrdiff_t>(index);
+        const auto last = m_entries.begin() + static_cast<std::ptrdiff_t>(std::min(index + step, m_entries.size()));
+        const auto behind = std::upper_bound(
+            first, last, place, [](size_t position, const Entry &entry) { return position < entry.start; });
+        index = static_cast<size_t>(behind - m_entries.begin()) - 1;
+        const Entry &entry = m_entries[index];
+        if (entry.key != 0) {
+            found.push_back(index);
         }
-    }
-    if (!std::is_sorted(found.begin(), found.end())) {
-        std::sort(found.begin(), found.end());
+        // One match a text is enough. What is left of a short text is read all the same: memory that is read in order
+        // is there in time, and the start of the next text would have to be waited for.
+        const size_t next = entry.start + entry.length + 1;
+        place = search.find(bytes, next - place > kWorthSkipping ? next : place + 1, next);
     }
     return found;
 }
 
+std::vector<size_t> FoldedTextArena::entriesContaining(const QByteArray &needle,
+                                                       const std::vector<size_t> &within) const
+{
+    const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())), m_counts);
+    std::vector<size_t> found;
+    for (size_t i = 0; i < within.size(); ++i) {
+        if (i + kReadAhead < within.size()) {
+            const char *const start = m_bytes.data() + m_entries[within[i + kReadAhead]].start;
+            for (size_t line = 0; line < kLinesReadAhead; ++line) {
+                __builtin_prefetch(start + line * kCacheLine);
+            }
+        }
+        const Entry &entry = m_entries[within[i]];
+        const size_t end = entry.start + entry.length;
+        // A little of what follows is searched too, as the search wants room behind a text; no match begins in one text
+        // and ends in another.
+        const size_t limit = std::min(m_bytes.size(), end + static_cast<size_t>(needle.size()) + kRoomBehind);
+        if (search.find(std::string_view(m_bytes.data(), limit), entry.start, entry.start) < end) {
+            found.push_back(within[i]);
+        }
+    }
+    return found;
+}
+
+std::vector<qint64> FoldedTextArena::keysOfEntries(const std::vector<size_t> &indexes) const
+{
+    std::vector<qint64> keys;
+    keys.reserve(indexes.size());
+    for (const size_t index : indexes) {
+        keys.push_back(m_entries[index].key);
+    }
+    if (!std::is_sorted(keys.begin(), keys.end())) {
+        std::sort(keys.begin(), keys.end());
+    }
+    return keys;
+}
+
+std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term) const
+{
+    return keysOfTextsContainingAll({term.toString()});
+}
+
 std::vector<qint64> FoldedTextArena::keysOfTextsContainingAll(const QStringList &terms) const
 {
-    if (terms.isEmpty()) {
-        return keysOfTextsContaining(QStringView());
-    }
+    const std::shared_lock lock(m_mutex);
     // How rare a term is, is told by its rarest byte and its length; a wrong guess costs time only.
-    const auto commonness = [this](const QString &term) {
+    std::vector<std::pair<double, QByteArray>> needles;
+    for (const QString &term : terms) {
         const QByteArray needle = foldedUtf8(term);
+        if (needle.isEmpty()) {
+            continue; // held by all
+        }
         uint64_t least = UINT64_MAX;
-        const std::shared_lock lock(m_mutex);
         for (const char byte : needle) {
             least = std::min(least, m_counts[static_cast<unsigned char>(byte)]);
         }
-        return static_cast<double>(least) / static_cast<double>(1 + needle.size() * needle.size());
-    };
-    QList<std::pair<double, QString>> ordered;
-    for (const QString &term : terms) {
-        ordered.append({commonness(term), term});
+        needles.emplace_back(static_cast<double>(least) / static_cast<double>(1 + needle.size() * needle.size()),
+                             needle);
     }
-    std::stable_sort(ordered.begin(), ordered.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
-    std::vector<qint64> found = keysOfTextsContaining(ordered.constFirst().second);
-    for (qsizetype i = 1; i < ordered.size() && !found.empty(); ++i) {
-        found = keysOfTextsContaining(ordered[i].second, found);
+    std::stable_sort(needles.begin(), needles.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+    std::vector<size_t> found;
+    if (needles.empty()) {
+        for (size_t index = 0; index < m_entries.size(); ++index) {
+            if (m_entries[index].key != 0) {
+                found.push_back(index);
+            }
+        }
+        return keysOfEntries(found);
     }
-    return found;
+    found = entriesContaining(needles.front().second);
+    for (size_t i = 1; i < needles.size() && !found.empty(); ++i) {
+        found = entriesContaining(needles[i].second, found);
+    }
+    return keysOfEntries(found);
 }
 
 std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term, const std::vector<qint64> &within) const
@@ -168,19 +214,15 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term, con
         return within;
     }
     const std::shared_lock lock(m_mutex);
-    const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())), m_counts);
-    std::vector<qint64> found;
+    std::vector<size_t> indexes;
     for (const qint64 key : within) {
         const auto index = m_indexOfKey.constFind(key);
-        if (index == m_indexOfKey.constEnd()) {
-            continue;
-        }
-        const Entry &entry = m_entries[*index];
-        if (search.find(std::string_view(m_bytes.data() + entry.start, entry.length), 0) != std::string_view::npos) {
-            found.push_back(key);
+        if (index != m_indexOfKey.constEnd()) {
+            indexes.push_back(*index);
         }
     }
-    return found;
+    std::sort(indexes.begin(), indexes.end());
+    return keysOfEntries(entriesContaining(needle, indexes));
 }
 
 qint64 FoldedTextArena::versionOfKey(qint64 key) const

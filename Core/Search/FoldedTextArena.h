@@ -56,6 +56,12 @@ private:
         qint64 key = 0; // 0: replaced or removed
         qint64 version = 0;
     };
+    // The indexes of the living entries whose text holds the needle, ascending; of all, or of some that are ascending.
+    // Requires: locked; the needle is not empty.
+    [[nodiscard]] std::vector<size_t> entriesContaining(const QByteArray &needle) const;
+    [[nodiscard]] std::vector<size_t> entriesContaining(const QByteArray &needle,
+                                                        const std::vector<size_t> &within) const;
+    [[nodiscard]] std::vector<qint64> keysOfEntries(const std::vector<size_t> &indexes) const;
     void append(qint64 key, qint64 version, const QByteArray &foldedText);
     void drop(qint64 key);
     void compactIfWorthwhile();

@@ -72,12 +72,17 @@ TEST(FoldedTextArena, FindsWhatComparingEveryTextFinds)
             break;
         case 1:
         case 2:
-            texts[key] = text(random(20) == 0 ? 300 : 12);
+            // Some longer than what is worth passing over behind a match.
+            texts[key] = text(random(20) != 0 ? 12 : random(4) != 0 ? 300 : 12'000);
             arena.setText(key, step, texts[key]);
             EXPECT_EQ(arena.versionOfKey(key), step);
             break;
         default: {
-            const QString term = text(3);
+            // A few units, or a stretch of some text, longer than what is compared at once.
+            QString term = text(3);
+            if (const auto some = texts.lower_bound(1 + random(60)); random(3) == 0 && some != texts.end()) {
+                term = some->second.mid(random(static_cast<int>(some->second.size())), 1 + random(80));
+            }
             const auto found = arena.keysOfTextsContaining(term);
             EXPECT_EQ(found, scanned(texts, term));
             const QString other = text(2);
