@@ -27,6 +27,8 @@ find_program(QUIB_MOLD mold)
 if(QUIB_MOLD)
   add_link_options(-fuse-ld=mold)
 endif()
+# A program that draws nothing must not spend its start on loading the libraries that draw.
+add_link_options(-Wl,--as-needed)
 
 add_library(QuibOptions INTERFACE)
 target_compile_options(QuibOptions INTERFACE

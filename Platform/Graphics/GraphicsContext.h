@@ -42,6 +42,8 @@ public:
     GraphicsContext &operator=(const GraphicsContext &) = delete;
     ~GraphicsContext();
 
+    /// What draws, for those that lay out text; it comes back in the state in which it was taken.
+    [[nodiscard]] QPainter &painter() { return *m_painter; }
     /// What was drawn so far; empty where a painter is drawn with.
     [[nodiscard]] NSImage image() const;
 

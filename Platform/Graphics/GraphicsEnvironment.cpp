@@ -12,10 +12,12 @@ constexpr const char *kPlatformVariable = "QT_QPA_PLATFORM";
 
 std::atomic<QtMessageHandler> s_nextHandler = nullptr;
 
-/// The font library tells, for every script that a font lacks, that it goes on to the next font.
+/// The font library tells, for every script that a font lacks, that it goes on to the next font, and the window system
+/// that it has to do without a folder of its own.
 void passOnWhatMatters(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    if (!message.contains(QLatin1StringView("OpenType support missing"))) {
+    if (!message.contains(QLatin1StringView("OpenType support missing")) &&
+        !message.startsWith(QLatin1StringView("QStandardPaths: XDG_RUNTIME_DIR not set"))) {
         s_nextHandler.load()(type, context, message);
     }
 }
