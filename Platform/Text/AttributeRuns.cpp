@@ -494,10 +494,6 @@ void AttributeRuns::mergeIfSmall(qsizetype leaf)
     std::copy(first, source.runs.cend(), std::back_inserter(target.runs));
     addToLeafLength(lower + 1, -sourceLength);
     addToLeafLength(lower, sourceLength);
-    // Where the leaf before the remembered one is not known, the way starts at the front again.
-    if (m_cursor.leaf > lower) {
-        forgetCursor();
-    }
     removeLeaf(lower + 1);
 }
 
