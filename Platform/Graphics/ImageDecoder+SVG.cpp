@@ -20,6 +20,8 @@ namespace {
 
 /// Real drawings are far smaller. Units: bytes.
 constexpr qsizetype kLargestSVG = 32 * 1024 * 1024;
+/// A drawing that says that it is larger is drawn smaller: it has no pixels that could be lost. Units: pixels.
+constexpr double kMostDrawnPixels = 32.0 * 1024 * 1024;
 
 } // namespace
 
@@ -57,10 +59,15 @@ QImage decodeSVG(const ImageSource &source, NSError *error)
     if (natural.width() < 1 || natural.height() < 1) {
         return brokenImage(source, u"it tells no size", error);
     }
-    const QSize size = source.box ? natural.scaled(*source.box, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)) : natural;
-    if (isTooLarge(size.width(), size.height())) {
-        return tooLargeImage(source, size.width(), size.height(), error);
+    if (isTooLarge(natural.width(), natural.height())) {
+        return tooLargeImage(source, natural.width(), natural.height(), error);
     }
+    QSize size = source.box ? natural.scaled(*source.box, Qt::KeepAspectRatio) : natural;
+    const double pixels = double(size.width()) * size.height();
+    if (pixels > kMostDrawnPixels) {
+        size *= std::sqrt(kMostDrawnPixels / pixels);
+    }
+    size = size.expandedTo(QSize(1, 1));
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) {
         return tooLargeImage(source, size.width(), size.height(), error);

@@ -34,7 +34,7 @@ public:
     /// Reads a picture: PNG, JPEG, GIF (its first frame), WebP, TIFF, HEIC, AVIF, JPEG 2000 or SVG, told by the bytes
     /// and not by the name. It stands upright, whatever way it was stored. Shape:   with a box, the picture is scaled
     /// down to fit inside it, keeping its ratio; it is never scaled up, but
-    ///          for SVG, which is drawn to fill the box.
+    ///          for SVG, which is drawn to fill the box, with at most 32 million pixels.
     /// Units:   the box is in pixels.
     /// Errors:  FileNoSuchFile and others of reading; FileReadTooLarge above kLargestPixelCount, and for a file above
     ///          256 MB; FileReadCorruptFile for what is no picture, is cut off or broken. Messages name the file.

@@ -58,6 +58,17 @@ TEST(SVG, IsDrawnAtItsSizeOrToFillABox)
     EXPECT_EQ(quartersOf(large->image()), "RGBW");
 }
 
+TEST(SVG, VeryLargeDrawingsAreDrawnSmaller)
+{
+    const auto image = read(svg("", "width='20000' height='10000'"));
+    ASSERT_TRUE(image);
+    EXPECT_NEAR(image->pixelSize().width(), 8192, 1);
+    EXPECT_NEAR(image->pixelSize().height(), 4096, 1);
+    const auto boxed = read(svg("", "width='2' height='1'"), QSize(100000, 100000));
+    ASSERT_TRUE(boxed);
+    EXPECT_NEAR(boxed->pixelSize().width(), 8192, 1);
+}
+
 TEST(SVG, IsToldByItsFirstElement)
 {
     for (const QByteArray &before : {QByteArray("<?xml version='1.0' encoding='UTF-8'?>\n"), QByteArray("\xEF\xBB\xBF"),
