@@ -122,14 +122,15 @@ std::optional<NSAttributedString>
 QBNoteAttachmentTextStyler::attributedStringWithTextAttachmentForRepresentedText(const QString &representedText)
 {
     const QString key = QString(QStringLiteral("textAttachmentCache") % representedText);
-    if (const auto *cached = shouldCacheTextAttachment() ? m_stylerCache.object(key) : nullptr) {
+    const bool isCached = shouldCacheTextAttachment() && representedText.size() <= kLongestCachedText;
+    if (const auto *cached = isCached ? m_stylerCache.object(key) : nullptr) {
         return attributedStringWithTextAttachment((*cached)->copy());
     }
     const auto attachment = makeTextAttachment(representedText);
     if (!attachment) {
         return std::nullopt;
     }
-    if (shouldCacheTextAttachment()) {
+    if (isCached) {
         m_stylerCache.insert(key, new std::shared_ptr<QBNotesTextAttachment>(attachment->copy()));
     }
     return attributedStringWithTextAttachment(attachment);

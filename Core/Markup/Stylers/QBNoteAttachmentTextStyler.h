@@ -31,6 +31,12 @@ public:
                                                       const ReplacementBlock &usingBlock);
 
     [[nodiscard]] QBNoteAttachmentTextStyler *attachmentStyler() final { return this; }
+    /// Also forgets the templates, which hold the theme of before.
+    void setThemeManager(std::shared_ptr<QBNotesTextThemeManager> themeManager) override
+    {
+        cleanStylerCache();
+        QBNoteTextStyler::setThemeManager(std::move(themeManager));
+    }
     /// Not owned; set back to null before it goes.
     virtual void setTextAttachmentConfigurator(QBNoteTextAttachmentConfiguring *textAttachmentConfigurator)
     {
@@ -81,6 +87,8 @@ protected:
 
 private:
     static constexpr int kCachedAttachments = 256;
+    /// Longer ones seldom come twice. Units: UTF-16 units.
+    static constexpr qsizetype kLongestCachedText = 1024;
 
     void removeUnusedTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString, NSRange &range,
                                                        const ReplacementBlock &usingBlock);
