@@ -1,0 +1,76 @@
+#include "QBNoteQuoteTextStyler.h"
+
+#include "MarkedParagraphs.h"
+#include "QBNoteTextStylerAttributes.h"
+
+#include <Graphics/GraphicsAttributes.h>
+#include <Markup/Syntax/StylerSyntax.h>
+
+#include <array>
+
+using quib::AttributeSet;
+using quib::syntax::Construct;
+
+const NSRegularExpression &QBNoteQuoteTextStyler::stylerRegularExpression()
+{
+    return quib::syntax::stylerRegularExpression(Construct::Quote, /*syntax=*/0);
+}
+
+QString QBNoteQuoteTextStyler::stylerMarker()
+{
+    return quib::syntax::stylerMarker(Construct::Quote, /*syntax=*/0);
+}
+
+const NSAttributeName &QBNoteQuoteTextStyler::stylerAttributeName()
+{
+    return QBNoteQuoteTextStylerAttributeName;
+}
+
+const NSAttributeName &QBNoteQuoteTextStyler::stylerMarkerAttributeName()
+{
+    return QBNoteQuoteTextStylerMarkerAttributeName;
+}
+
+const NSRegularExpression *QBNoteQuoteTextStyler::regularExpression() const
+{
+    return &stylerRegularExpression();
+}
+
+void QBNoteQuoteTextStyler::removeUnusedStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
+                                                NSTextStorage * /*textStorage*/)
+{
+    static const std::array names{QBNoteQuoteTextStylerAttributeName, QBNoteQuoteTextStylerMarkerAttributeName};
+    attributedString.removeAttributes(names, range);
+}
+
+void QBNoteQuoteTextStyler::applyStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
+                                         NSTextStorage * /*textStorage*/)
+{
+    std::vector<quib::BlockMarker> markers;
+    enumerateUnguardedMatches(stylerRegularExpression(), attributedString, range,
+                              [&](const NSTextCheckingResult &match) {
+                                  markers.push_back({match.rangeAtIndex(1), nullptr});
+                              });
+    AttributeSet marker{{QBNoteQuoteTextStylerMarkerAttributeName, 1}};
+    if (themeManager()) {
+        marker.insert(NSForegroundColorAttributeName, quib::attributeValue(NSColor::clearColor()));
+    }
+    quib::forEachMarkedParagraph(attributedString, markers, [&](NSRange paragraph, auto markersOfLine) {
+        AttributeSet line{{QBNoteQuoteTextStylerAttributeName, 1}};
+        line.insert(NSParagraphStyleAttributeName,
+                    attachmentParagraphStyleForAttributeRange(quib::withBlank(markersOfLine.back().range),
+                                                              attributedString, paragraph));
+        attributedString.addAttributes(line, paragraph);
+        for (const quib::BlockMarker &found : markersOfLine) {
+            attributedString.addAttributes(marker, quib::withBlank(found.range));
+        }
+    });
+}
+
+std::shared_ptr<NSParagraphStyle> QBNoteQuoteTextStyler::attachmentParagraphStyleForAttributeRange(
+    NSRange range, const NSAttributedString &attributedString, NSRange paragraphRange)
+{
+    return themeManager() ? m_paragraphStyles.attachmentParagraphStyleForAttributeRange(range, attributedString,
+                                                                                        paragraphRange, *themeManager())
+                          : nullptr;
+}
