@@ -23,6 +23,7 @@ SIZES = ("Base Text Size", "Base Text Size iOS", "Line Width Multiplier", "Line 
          "H3 Font Size Multiplier", "Monospace Font Adjust")
 FONTS = ("Title Font", "Paragraph Font", "Monospace Font")
 TAG_ALPHAS = (0.12, 0.22)
+BLACK, WHITE = (0.0, 0.0, 0.0), (1.0, 1.0, 1.0)
 TOKENS = ("string", "comment", "number", "keyword", "character", "preprocessor")
 
 
@@ -96,14 +97,15 @@ def mix(a, b, share):
     return stored(from_lab(tuple(x + (y - x) * share for x, y in zip(to_lab(a), to_lab(b)))))
 
 
-def legible(name, color, ratio, backgrounds):
+def legible(name, color, ratio, backgrounds, towards=None):
     """The nearest colour of that hue with the contrast to all backgrounds. They may be made from the colour itself."""
     def suffices(candidate):
         given = backgrounds(candidate) if callable(backgrounds) else backgrounds
         return all(contrast(candidate, background) >= ratio for background in given)
 
     given = backgrounds(color) if callable(backgrounds) else backgrounds
-    towards = (0.0, 0.0, 0.0) if luminance(given[0]) > 0.18 else (1.0, 1.0, 1.0)
+    if towards is None:
+        towards = BLACK if luminance(given[0]) > 0.18 else WHITE
     for step in range(101):
         candidate = mix(color, towards, step / 100)
         if suffices(candidate):
@@ -152,7 +154,7 @@ def app_colors(c):
     """The colours around the editor, after text_colors."""
     paper, ink, side = c["paper"], c["ink"], c["side"]
     lists, panel = c["list"], c["panel"]
-    c["listSelected"] = mix(lists, c["accent"], 0.10)
+    c["listSelected"] = mix(lists, c["tint"], 0.10)
     c["listSelectedInactive"] = mix(lists, ink, 0.08)
     on_list = [lists, c["listSelected"], c["listSelectedInactive"]]
     c["listInk"] = legible("listInk", c["title"], TEXT, on_list)
@@ -167,11 +169,11 @@ def app_colors(c):
     c["accent"] = legible("accent", c["accent"], TEXT, on_list + [paper, panel, c["field"], c["box"]])
     c["accentPressed"] = legible("accentPressed", c["accent"], 5.6, [paper, panel])
     c["sideInk"] = legible("sideInk", c["sideInk"], TEXT, [side])
-    c["sideSelected"] = tinted(side, mix(c["accent"], c["sideInk"], 0.3), 0.22, [c["sideInk"]])
+    c["sideSelected"] = tinted(side, mix(c["tint"], c["sideInk"], 0.3), 0.22, [c["sideInk"]])
     c["sideSelectedInactive"] = mix(side, c["sideInk"], 0.10)
     on_side = [side, c["sideSelected"], c["sideSelectedInactive"]]
     c["sideInk"] = legible("sideInk", c["sideInk"], TEXT, on_side)
-    c["sideSelectedInk"] = legible("sideSelectedInk", mix(c["sideInk"], from_hex("#FFFFFF"), 0.6)
+    c["sideSelectedInk"] = legible("sideSelectedInk", mix(c["sideInk"], WHITE, 0.6)
                                    if luminance(side) < 0.18 else c["title"], TEXT, on_side)
     c["sideIcon"] = legible("sideIcon", mix(c["sideInk"], side, 0.25), MARK, on_side)
     c["sideIconLight"] = legible("sideIconLight", mix(c["sideInk"], side, 0.5), MARK, on_side)
@@ -183,7 +185,8 @@ def app_colors(c):
     c["panelIconLight"] = legible("panelIconLight", mix(ink, panel, 0.5), MARK, [panel])
     c["panelLine"] = legible("panelLine", mix(panel, ink, 0.2), MARK, [panel, paper])
     c["quibBack"] = mix(paper, c["accent"], 0.14)
-    c["quibStroke"] = legible("quibStroke", mix(c["fur"], from_hex("#1A1410"), 0.75), MARK, [c["fur"]])
+    c["quibStroke"] = legible("quibStroke", mix(c["fur"], from_hex("#1A1410"), 0.75), MARK, [c["fur"]],
+                              towards=BLACK)
     return c
 
 
@@ -191,6 +194,7 @@ def palette(seeds):
     given = dict(seeds)
     given.setdefault("panel", given["list"])
     given.setdefault("sideInk", given["ink"])
+    given.setdefault("tint", given["accent"])
     colors = {name: from_hex(value) for name, value in given.items() if name not in ("app", "text")}
     return app_colors(text_colors(colors))
 

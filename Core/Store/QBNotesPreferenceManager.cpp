@@ -146,7 +146,11 @@ QString QBNotesPreferenceManager::currentAppThemeName() const
         const std::lock_guard lock(m_mutex);
         return m_hasDarkAppearance;
     }();
-    return isDark ? appDarkThemeName() : appThemeName();
+    const QString name = isDark ? appDarkThemeName() : appThemeName();
+    if (!name.isNull()) {
+        return name;
+    }
+    return isDark ? u"Dark Graphite"_s : u"Red Graphite"_s;
 }
 
 void QBNotesPreferenceManager::setCurrentAppThemeName(const QString &name)

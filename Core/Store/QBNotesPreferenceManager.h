@@ -42,7 +42,7 @@ public:
     void setFontThemeName(const QString &name) { save(name, u"QBFontThemeName"); }
     [[nodiscard]] bool appIconMatchesTheme() const { return flag(u"QBAppIconMatchesTheme"); }
     void setAppIconMatchesTheme(std::optional<bool> matches) { save(matches, u"QBAppIconMatchesTheme"); }
-    /// The theme of the appearance in effect.
+    /// The theme of the appearance in effect, or the default one of that appearance.
     [[nodiscard]] QString currentAppThemeName() const;
     /// Writes the slot of the appearance in effect and announces "currentAppThemeName".
     void setCurrentAppThemeName(const QString &name);

@@ -249,10 +249,9 @@ void QBTheme::updateItemLinkedItems(const QBThemeItem &item)
     if (!item.isVariable()) {
         return;
     }
-    const PropertyValue reference(item.key());
     const PropertyValue result = item.proxyValue(); // a copy: an item may refer to itself
     for (const std::shared_ptr<QBThemeItem> &linked : std::as_const(m_themeItems)) {
-        if (linked->value() == reference) {
+        if (linked->reference() == item.key()) {
             linked->setProxyValue(result);
         }
     }

@@ -6,8 +6,8 @@ using quib::PropertyValue;
 QBThemeItem::QBThemeItem(QString key, PropertyValue value, QString kind)
     : m_kind(std::move(kind))
     , m_key(std::move(key))
-    , m_value(std::move(value))
 {
+    setValue(std::move(value));
 }
 
 std::shared_ptr<QBThemeItem> QBThemeItem::fontThemeItem()
@@ -30,9 +30,11 @@ std::shared_ptr<QBThemeItem> QBThemeItem::groupThemeItem()
     return std::make_shared<QBThemeItem>(u""_s, u"New Group"_s, u"group"_s);
 }
 
-void QBThemeItem::setValue(const PropertyValue &value)
+void QBThemeItem::setValue(PropertyValue value)
 {
-    m_value = value;
+    m_value = std::move(value);
+    const std::optional<QString> text = m_value.asString();
+    m_reference = text && text->startsWith(u'$') ? *text : QString();
 }
 
 void QBThemeItem::setProxyValue(const PropertyValue &value)

@@ -32,12 +32,14 @@ public:
     void setKey(const QString &key) { m_key = key; }
     /// As written in the file.
     [[nodiscard]] const quib::PropertyValue &value() const { return m_value; }
-    void setValue(const quib::PropertyValue &value);
+    void setValue(quib::PropertyValue value);
     /// The value once variables and "@alpha" are resolved; null where that leads nowhere, or before it was done.
     [[nodiscard]] const quib::PropertyValue &proxyValue() const { return m_proxyValue; }
     void setProxyValue(const quib::PropertyValue &value);
 
     [[nodiscard]] bool isVariable() const { return m_key.startsWith(u'$'); }
+    /// The variable that the whole value is; null where it is none.
+    [[nodiscard]] const QString &reference() const { return m_reference; }
     /// The colour of proxyValue; nullopt where that is no string.
     [[nodiscard]] const std::optional<NSColor> &color() const { return m_color; }
 
@@ -45,6 +47,7 @@ private:
     QString m_kind;
     QString m_key;
     quib::PropertyValue m_value;
+    QString m_reference; ///< read from m_value when that is set
     quib::PropertyValue m_proxyValue;
     std::optional<NSColor> m_color; ///< read from m_proxyValue when that is set
 };

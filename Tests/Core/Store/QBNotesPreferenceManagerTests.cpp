@@ -205,9 +205,11 @@ TEST_F(Preferences, UseTheThemeOfTheAppearanceInEffect)
     const auto manager = launch();
     int &current = count(*manager, u"currentAppThemeName"_s);
     int &dark = count(*manager, u"appDarkThemeName"_s);
+    EXPECT_EQ(manager->currentAppThemeName(), u"Red Graphite"_s);
     manager->setCurrentAppThemeName(u"Day"_s);
+    EXPECT_EQ(manager->currentAppThemeName(), u"Day"_s);
     manager->setHasDarkAppearance(true);
-    EXPECT_TRUE(manager->currentAppThemeName().isNull());
+    EXPECT_EQ(manager->currentAppThemeName(), u"Dark Graphite"_s);
     manager->setCurrentAppThemeName(u"Night"_s);
     EXPECT_EQ(manager->currentAppThemeName(), u"Night"_s);
     EXPECT_EQ(manager->appThemeName(), u"Day"_s);
