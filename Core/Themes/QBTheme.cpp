@@ -85,10 +85,10 @@ std::optional<QByteArray> bytesOf(const QUrl &url, NSError *error)
     return resource.readAll();
 }
 
-bool fillCorrupt(NSError *error, const QUrl &url, const QString &reason)
+bool fillCorrupt(NSError *error, const QString &message)
 {
     return NSError::fill(error, kNSCocoaErrorDomain, static_cast<qint64>(NSCocoaErrorCode::PropertyListReadCorrupt),
-                         u"the theme "_s % url.toDisplayString() % u' ' % reason);
+                         message);
 }
 
 } // namespace
@@ -100,18 +100,30 @@ std::shared_ptr<QBTheme> QBTheme::initWithContentOfURL(const QUrl &url, NSError 
         return nullptr;
     }
     NSError reading;
-    const std::optional<PropertyValue> content = quib::readPropertyList(*bytes, &reading);
+    std::shared_ptr<QBTheme> theme = initWithData(*bytes, &reading);
+    if (theme == nullptr) {
+        fillCorrupt(error, url.toDisplayString() % u": "_s % reading.localizedDescription());
+    }
+    return theme;
+}
+
+std::shared_ptr<QBTheme> QBTheme::initWithData(const QByteArray &data, NSError *error)
+{
+    if (data.size() > kLargestFile) {
+        fillCorrupt(error, u"the theme is too large"_s);
+        return nullptr;
+    }
+    const std::optional<PropertyValue> content = quib::readPropertyList(data, error);
     if (!content) {
-        fillCorrupt(error, url, u"is damaged: "_s % reading.localizedDescription());
         return nullptr;
     }
     const PropertyValue::Array *entries = content->asArray();
     if (entries == nullptr) {
-        fillCorrupt(error, url, u"is no list of items"_s);
+        fillCorrupt(error, u"the theme is no list of items"_s);
         return nullptr;
     }
     if (entries->size() > kMostItems) {
-        fillCorrupt(error, url, u"has too many items"_s);
+        fillCorrupt(error, u"the theme has too many items"_s);
         return nullptr;
     }
     auto theme = std::make_shared<QBTheme>();

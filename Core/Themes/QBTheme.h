@@ -4,6 +4,7 @@
 
 #include <Graphics/NSFont.h>
 
+#include <QByteArray>
 #include <QHash>
 #include <QList>
 #include <QUrl>
@@ -29,6 +30,8 @@ public:
     /// Shape:   items without a key or a value, or with a text longer than kLongestText, are left out.
     /// Errors:  those of reading the file; PropertyListReadCorrupt where it holds no array or too many items.
     [[nodiscard]] static std::shared_ptr<QBTheme> initWithContentOfURL(const QUrl &url, NSError *error);
+    /// The same of a file's bytes.
+    [[nodiscard]] static std::shared_ptr<QBTheme> initWithData(const QByteArray &data, NSError *error);
     /// Writes all items in their order, as XML.
     /// Errors:  those of writing; PropertyListWriteInvalid for an item without a value. The old file is then unchanged.
     [[nodiscard]] bool writeToURL(const QUrl &url, NSError *error) const;
