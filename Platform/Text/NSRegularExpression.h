@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 #include <QStringView>
+#include <QUrl>
 
 #include <functional>
 #include <memory>
@@ -14,7 +15,7 @@
 #include <vector>
 
 /// One match: the range of the whole (index 0) and of each capture group, kNotFoundRange for a group that took no part.
-/// A value.
+/// A link found by a data detector also has its URL. A value.
 class NSTextCheckingResult
 {
 public:
@@ -23,7 +24,14 @@ public:
         : m_ranges(std::move(ranges))
     {
     }
+    NSTextCheckingResult(std::vector<NSRange> ranges, QUrl url)
+        : m_ranges(std::move(ranges))
+        , m_url(std::move(url))
+    {
+    }
 
+    /// What a link leads to; empty for any other match.
+    [[nodiscard]] const QUrl &URL() const { return m_url; }
     [[nodiscard]] NSRange range() const { return m_ranges.empty() ? kNotFoundRange : m_ranges.front(); }
     /// kNotFoundRange also for an index that the expression does not have.
     [[nodiscard]] NSRange rangeAtIndex(qint64 index) const
@@ -36,6 +44,7 @@ public:
 
 private:
     std::vector<NSRange> m_ranges;
+    QUrl m_url;
 };
 
 /// An ICU pattern over a string's own UTF-16 buffer, without copying. Immutable after its making, may be used on any
