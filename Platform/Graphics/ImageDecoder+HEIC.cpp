@@ -1,4 +1,4 @@
-// HEIC and AVIF by libheif, which turns and crops as the file says.
+// HEIC by libheif, which turns and crops as the file says.
 
 #include "ImageDecoder_p.h"
 
@@ -22,6 +22,7 @@ template <auto Free> struct Freeing
 using Context = std::unique_ptr<heif_context, Freeing<heif_context_free>>;
 using Handle = std::unique_ptr<heif_image_handle, Freeing<heif_image_handle_release>>;
 using Pixels = std::unique_ptr<heif_image, Freeing<heif_image_release>>;
+using Colors = std::unique_ptr<heif_color_profile_nclx, Freeing<heif_nclx_color_profile_free>>;
 using Options = std::unique_ptr<heif_decoding_options, Freeing<heif_decoding_options_free>>;
 
 QImage failed(const ImageSource &source, const heif_error &failure, NSError *error)
@@ -38,13 +39,14 @@ QColorSpace colorSpaceOf(const heif_image_handle *handle)
             return QColorSpace::fromIccProfile(profile);
         }
     }
-    heif_color_profile_nclx *nclx = nullptr;
+    // Made even where reading it fails.
+    heif_color_profile_nclx *made = nullptr;
+    const heif_error failure = heif_image_handle_get_nclx_color_profile(handle, &made);
+    const Colors nclx(made);
     QColorSpace space;
-    if (heif_image_handle_get_nclx_color_profile(handle, &nclx).code == heif_error_Ok && nclx != nullptr) {
-        if (nclx->color_primaries == heif_color_primaries_SMPTE_EG_432_1) {
-            space = QColorSpace::DisplayP3;
-        }
-        heif_nclx_color_profile_free(nclx);
+    if (failure.code == heif_error_Ok && nclx != nullptr &&
+        nclx->color_primaries == heif_color_primaries_SMPTE_EG_432_1) {
+        space = QColorSpace::DisplayP3;
     }
     return space;
 }

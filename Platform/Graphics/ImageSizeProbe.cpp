@@ -229,10 +229,10 @@ std::optional<PixelSize> sizeOfJPEG2000(Source &source)
     return checked(width, height);
 }
 
-/// The brands of files that hold HEVC or AV1 stills.
+/// The brands of files that hold HEVC stills.
 bool isPictureBrand(QByteArrayView brand)
 {
-    constexpr QByteArrayView kBrands[] = {"heic", "heix", "heim", "heis", "mif1", "avif", "msf1", "hevc", "hevx"};
+    constexpr QByteArrayView kBrands[] = {"heic", "heix", "heim", "heis", "mif1", "msf1", "hevc", "hevx"};
     return std::find(std::begin(kBrands), std::end(kBrands), brand) != std::end(kBrands);
 }
 

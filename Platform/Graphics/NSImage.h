@@ -31,7 +31,7 @@ public:
 
     // Reading
 
-    /// Reads a picture: PNG, JPEG, GIF (its first frame), WebP, TIFF, HEIC, AVIF, JPEG 2000 or SVG, told by the bytes
+    /// Reads a picture: PNG, JPEG, GIF (its first frame), WebP, TIFF, HEIC, JPEG 2000 or SVG, told by the bytes
     /// and not by the name. It stands upright, whatever way it was stored. Shape:   with a box, the picture is scaled
     /// down to fit inside it, keeping its ratio; it is never scaled up, but
     ///          for SVG, which is drawn to fill the box, with at most 32 million pixels.

@@ -12,7 +12,7 @@ namespace quib::tests {
 /// and white below.
 [[nodiscard]] QImage quarters(int width, int height);
 
-/// A picture as bytes of a form: "png", "jpeg", "webp", "tiff", "gif", "heic", "avif", "jp2" or "j2k". A failure fails
+/// A picture as bytes of a form: "png", "jpeg", "webp", "tiff", "gif", "heic", "jp2" or "j2k". A failure fails
 /// the test.
 [[nodiscard]] QByteArray encoded(const QImage &image, const QByteArray &form);
 
