@@ -84,7 +84,9 @@ std::shared_ptr<NSParagraphStyle> MarkerParagraphStyles::attachmentParagraphStyl
         m_cacheGeneration = themeManager.cacheGeneration();
     }
     const NSRange indentation{paragraphRange.location, attributeRange.location - paragraphRange.location};
-    const bool isKept = indentation.length <= kLongestKeptIndentation;
+    const bool isKept = indentation.length <= kLongestKeptIndentation &&
+                        std::ranges::all_of(attributedString.stringInRange(indentation),
+                                            [](QChar unit) { return unit == u' ' || unit == u'\t'; });
     const QString key =
         isKept ? QString(QStringLiteral("attachmentParagraphStyleCache") % attributedString.stringInRange(indentation))
                : QString();

@@ -38,7 +38,8 @@ public:
 
 private:
     static constexpr int kCachedStyles = 256;
-    /// Longer ones are no indentation and seldom come twice. Units: UTF-16 units.
+    /// Longer ones seldom come twice; nor is kept what is not all blanks and tabs, since its width hangs on more than
+    /// its text. Units: UTF-16 units.
     static constexpr qint64 kLongestKeptIndentation = 256;
 
     QCache<QString, std::shared_ptr<NSParagraphStyle>> m_styles{kCachedStyles};
