@@ -155,6 +155,7 @@ void StyledBlocks::load(const QString &text)
         }
         styler->applyStyleIn(m_text, range, nullptr);
     }
+    m_text.fixAttributesInRange(range);
 }
 
 void StyledBlocks::edit(NSRange range, const QString &string)
