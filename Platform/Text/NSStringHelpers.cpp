@@ -244,23 +244,30 @@ QString stringByRemovingOccurrencesOfStringLeavingNoGaps(const QString &string, 
 
 QString qbCleanConcatenatedString(const QString &string)
 {
-    QString clean;
-    clean.reserve(string.size());
+    QString clean(string.size(), Qt::Uninitialized);
+    QChar *out = clean.data();
+    const QStringView view(string);
     qsizetype position = 0;
-    while (position < string.size()) {
+    while (position < view.size()) {
+        const char16_t first = view[position].unicode();
+        if (first > kSpace && first < 0x7F) { // most characters
+            *out++ = first;
+            ++position;
+            continue;
+        }
         qsizetype limit = position;
-        while (limit < string.size() && isWhitespaceOrNewline(string[limit].unicode())) {
+        while (limit < view.size() && isWhitespaceOrNewline(view[limit].unicode())) {
             ++limit;
         }
-        const char16_t first = string[position].unicode();
         if (limit - position >= 2 || (limit > position && (first == u'\t' || first == kLineFeed))) {
-            clean.append(kSpace);
+            *out++ = kSpace;
             position = limit;
         } else {
-            clean.append(first);
+            *out++ = first;
             ++position;
         }
     }
+    clean.truncate(out - clean.constData());
     return trimmedWhitespaceAndNewlines(clean);
 }
 

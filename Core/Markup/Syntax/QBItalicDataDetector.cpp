@@ -67,6 +67,13 @@ NSTextCheckingResult QBItalicDataDetector::ranges(NSRange fromBeginRange, NSRang
 void QBItalicDataDetector::enumerateMatchesInString(QStringView string, Options /*matchingOptions*/, NSRange range,
                                                     const MatchCallback &usingBlock) const
 {
+    enumerateItalics(string, range, m_beginMarkers, m_endMarkers, m_delegate, usingBlock);
+}
+
+void QBItalicDataDetector::enumerateItalics(QStringView string, NSRange range, const QStringList &beginMarkers,
+                                            const QStringList &endMarkers, QBItalicDataDetectorDelegate *delegate,
+                                            const MatchCallback &usingBlock)
+{
     const auto cut = quib::rangeCutToString(string, range);
     if (!cut) {
         return;
@@ -75,16 +82,16 @@ void QBItalicDataDetector::enumerateMatchesInString(QStringView string, Options 
     for (qsizetype start = 0, next = 0; start < region.size(); start = next) {
         const QStringView paragraph = region.sliced(start, paragraphLimit(region, start, &next) - start);
         const qint64 offset = cut->location + start;
-        for (qsizetype pair = 0; pair < m_beginMarkers.size(); ++pair) {
-            const QString &begin = m_beginMarkers[pair];
-            const QString &end = m_endMarkers[pair];
+        for (qsizetype pair = 0; pair < beginMarkers.size(); ++pair) {
+            const QString &begin = beginMarkers[pair];
+            const QString &end = endMarkers[pair];
             qsizetype place = paragraph.indexOf(begin);
             while (place >= 0) {
                 const qsizetype inner = place + begin.size();
                 const NSRange beginRange{offset + place, begin.size()};
                 if (isDigitBefore(paragraph, place) ||
                     (inner < paragraph.size() && quib::isWhitespace(paragraph[inner].unicode())) ||
-                    (m_delegate != nullptr && !m_delegate->dataDetectorShouldMatchBeginMarkerInRange(beginRange))) {
+                    (delegate != nullptr && !delegate->dataDetectorShouldMatchBeginMarkerInRange(beginRange))) {
                     place = paragraph.indexOf(begin, inner);
                     continue;
                 }
@@ -93,7 +100,7 @@ void QBItalicDataDetector::enumerateMatchesInString(QStringView string, Options 
                     const NSRange endRange{offset + close, end.size()};
                     if (!quib::isWhitespace(paragraph[close - 1].unicode()) &&
                         !isDigitAt(paragraph, close + end.size()) &&
-                        (m_delegate == nullptr || m_delegate->dataDetectorShouldMatchEndMarkerInRange(endRange))) {
+                        (delegate == nullptr || delegate->dataDetectorShouldMatchEndMarkerInRange(endRange))) {
                         bool stop = false;
                         usingBlock(ranges(beginRange, endRange), &stop);
                         if (stop) {

@@ -38,6 +38,10 @@ public:
 
     void enumerateMatchesInString(QStringView string, Options matchingOptions, NSRange range,
                                   const MatchCallback &usingBlock) const override;
+    /// The same without a detector, for those who ask once.
+    static void enumerateItalics(QStringView string, NSRange range, const QStringList &beginMarkers,
+                                 const QStringList &endMarkers, QBItalicDataDetectorDelegate *delegate,
+                                 const MatchCallback &usingBlock);
 
 private:
     [[nodiscard]] static NSTextCheckingResult ranges(NSRange fromBeginRange, NSRange endRange);

@@ -46,31 +46,93 @@ class AddressGuard final : public QBItalicDataDetectorDelegate
 {
 public:
     explicit AddressGuard(QStringView string)
+        : m_string(string)
     {
-        for (qsizetype place = string.indexOf(u"://"); place >= 0; place = string.indexOf(u"://", place)) {
-            qsizetype start = place;
-            while (start > 0 && string[start - 1].isLetterOrNumber()) {
-                --start;
-            }
-            while (place < string.size() && !isSpace(string[place].unicode())) {
-                ++place;
-            }
-            m_addresses.append({start, place - start});
-        }
     }
     bool dataDetectorShouldMatchBeginMarkerInRange(NSRange range) override { return !isInside(range); }
     bool dataDetectorShouldMatchEndMarkerInRange(NSRange range) override { return !isInside(range); }
 
 private:
-    [[nodiscard]] bool isInside(NSRange range) const
+    [[nodiscard]] bool isInside(NSRange range)
     {
+        if (!m_isRead) {
+            readAddresses();
+        }
         const auto after =
             std::upper_bound(m_addresses.begin(), m_addresses.end(), range.location,
                              [](qint64 location, const NSRange &address) { return location < address.location; });
         return after != m_addresses.begin() && std::prev(after)->contains(range.location);
     }
+    void readAddresses()
+    {
+        m_isRead = true;
+        for (qsizetype place = m_string.indexOf(u':'); place >= 0; place = m_string.indexOf(u':', place)) {
+            if (!m_string.sliced(place).startsWith(u"://")) {
+                ++place;
+                continue;
+            }
+            qsizetype start = place;
+            while (start > 0 && m_string[start - 1].isLetterOrNumber()) {
+                --start;
+            }
+            while (place < m_string.size() && !isSpace(m_string[place].unicode())) {
+                ++place;
+            }
+            m_addresses.append({start, place - start});
+        }
+    }
+    QStringView m_string;
     QList<NSRange> m_addresses;
+    bool m_isRead = false; // most strings have no marker that is asked about
 };
+
+/// The characters that markers begin with.
+constexpr QStringView kMarkers = u"`:#[-~*_/";
+
+/// Those of some characters that a text holds.
+QString heldOf(QStringView characters, QStringView text)
+{
+    QString held;
+    for (const QChar character : characters) {
+        if (text.contains(character)) {
+            held.append(character);
+        }
+    }
+    return held;
+}
+
+/// The characters of kMarkers of which every match of a styler holds one.
+QStringView markersOf(const HumanizeStyler &styler)
+{
+    const bool isMarkdown = styler.syntax == 1;
+    switch (styler.construct) {
+    case Construct::CodeBlock:
+    case Construct::CodeInline:
+        return u"`";
+    case Construct::Highlighter:
+        return u":";
+    case Construct::Header:
+        return u"#";
+    case Construct::LinkedNote:
+    case Construct::TitledURL:
+    case Construct::GenericFile:
+    case Construct::Image:
+    case Construct::Wiki:
+        return u"[";
+    case Construct::LineSeparator:
+        return isMarkdown ? u"-_*" : u"-";
+    case Construct::Strike:
+        return isMarkdown ? u"~" : u"-";
+    case Construct::Bold:
+        return isMarkdown ? u"*_" : u"*";
+    case Construct::Italic:
+        return isMarkdown ? u"*_" : u"/";
+    case Construct::Underline:
+        return isMarkdown ? u"~" : u"_";
+    default:
+        return {};
+    }
+}
 
 } // namespace
 
@@ -94,8 +156,10 @@ void humanizeTextInInString(const HumanizeStyler &styler, QString &string, NSRan
     const auto gather = [&matches](const NSTextCheckingResult &result, bool *) { matches.append(result); };
     if (styler.construct == Construct::Italic) {
         AddressGuard guard(view);
-        const QStringList markers = styler.syntax == 1 ? QStringList{u"*"_s, u"_"_s} : QStringList{u"/"_s};
-        QBItalicDataDetector(markers, markers, &guard).enumerateMatchesInString(view, 0, range, gather);
+        static const QStringList s_native{u"/"_s};
+        static const QStringList s_markdown{u"*"_s, u"_"_s};
+        const QStringList &markers = styler.syntax == 1 ? s_markdown : s_native;
+        QBItalicDataDetector::enumerateItalics(view, range, markers, markers, &guard, gather);
     } else {
         stylerRegularExpression(styler.construct, styler.syntax).enumerateMatchesInString(view, 0, range, gather);
     }
@@ -126,8 +190,15 @@ QString humanizedString(const QString &string)
 {
     QString humanized = string;
     NSRange range{0, string.size()};
+    // OPTIMIZATION: most titles and windows hold the markers of a few stylers. Humanising takes away only, so what the
+    // string lacks at first it goes on lacking.
+    const QString held = heldOf(kMarkers, string);
     for (const HumanizeStyler &styler : stringHumanizeStylers()) {
-        humanizeTextInInString(styler, humanized, range);
+        const QStringView markers = markersOf(styler);
+        if (markers.isEmpty() ||
+            std::any_of(markers.begin(), markers.end(), [&held](QChar marker) { return held.contains(marker); })) {
+            humanizeTextInInString(styler, humanized, range);
+        }
     }
     return humanized;
 }

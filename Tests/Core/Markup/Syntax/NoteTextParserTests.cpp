@@ -3,6 +3,7 @@
 #include <Markup/Syntax/QBNoteTextParser.h>
 #include <Markup/Syntax/StylerSyntax.h>
 #include <Markup/Syntax/TextHumanizer.h>
+#include <Support/TestSeed.h>
 
 #include <gtest/gtest.h>
 
@@ -119,6 +120,34 @@ TEST(NoteTextParser, TitlesLoseTheirMarkupUnlessTheyAreHeadings)
     EXPECT_EQ(QBNoteTextParser::parseTitleFromText(faces), faces.left(500));
     const QString odd = u"x"_s + faces;
     EXPECT_TRUE(QBNoteTextParser::parseTitleFromText(odd).isValidUtf16());
+}
+
+TEST(TextHumanizer, LeavesOutNoStylerThatHasSomethingToDo)
+{
+    const quib::tests::TestSeed seed;
+    auto generator = seed.generator();
+    const auto random = [&generator](size_t bound) { return static_cast<qsizetype>(generator() % bound); };
+    const QStringList pieces{u"*"_s,  u"_"_s,  u"/"_s,  u"-"_s,        u"~"_s,          u"`"_s,          u"```\n"_s,
+                             u"::"_s, u"# "_s, u"[["_s, u"]]"_s,       u"[a](b)"_s,     u"---"_s,        u"***"_s,
+                             u"~~"_s, u"**"_s, u"\n"_s, u"x://y/z "_s, u"[file:1/n]"_s, u"[image:2/m]"_s};
+    const QStringList plain{u"a"_s, u" "_s, u"word "_s, u"é"_s, u"1"_s};
+    for (int round = 0; round < 20'000; ++round) {
+        // A few kinds of piece a text, so that most stylers find nothing to do.
+        QStringList chosen = plain;
+        for (qsizetype kinds = random(4); kinds >= 0; --kinds) {
+            chosen.append(pieces[random(static_cast<size_t>(pieces.size()))]);
+        }
+        QString text;
+        for (qsizetype length = random(16); length >= 0; --length) {
+            text += chosen[random(static_cast<size_t>(chosen.size()))];
+        }
+        QString expected = text;
+        NSRange range{0, text.size()};
+        for (const auto &styler : quib::syntax::stringHumanizeStylers()) {
+            quib::syntax::humanizeTextInInString(styler, expected, range);
+        }
+        ASSERT_EQ(quib::syntax::humanizedString(text), expected) << text.toStdString();
+    }
 }
 
 TEST(NoteTextParser, SubtitlesGatherWhatFollowsTheTitle)
