@@ -1,0 +1,21 @@
+#pragma once
+
+#include "DelimitedTextStyler.h"
+
+#include <QString>
+
+/// Struck text: `-word-`, between white space or punctuation.
+class QBNoteStrikedTextStyler : public quib::DelimitedTextStyler
+{
+public:
+    [[nodiscard]] static const NSRegularExpression &stylerRegularExpression();
+    [[nodiscard]] static QString stylerMarker();
+    [[nodiscard]] static const NSAttributeName &stylerAttributeName();
+    [[nodiscard]] static const NSAttributeName &stylerMarkerAttributeName();
+
+    [[nodiscard]] const NSRegularExpression *regularExpression() const override;
+
+protected:
+    [[nodiscard]] Attributes attributes() const override;
+    [[nodiscard]] std::span<const NSAttributeName> ownAttributeNames() const override;
+};

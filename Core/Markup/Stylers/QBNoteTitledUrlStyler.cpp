@@ -1,0 +1,193 @@
+#include "QBNoteTitledUrlStyler.h"
+
+#include "PercentEncoding.h"
+#include "QBNoteTextStylerAttributes.h"
+#include "ThemeValues.h"
+
+#include <Markup/Attachments/QBLinkedNoteTextAttachment.h>
+#include <Markup/Syntax/StylerSyntax.h>
+#include <Themes/QBNotesTextThemeManager.h>
+
+#include <QUrl>
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using quib::AttributeSet;
+using quib::syntax::Construct;
+
+namespace {
+
+/// A URL in ASCII with nothing left to escape, absolute or relative.
+std::optional<QUrl> strictURL(const QString &text)
+{
+    if (std::ranges::any_of(text, [](QChar unit) { return unit.unicode() >= 0x80; })) {
+        return std::nullopt;
+    }
+    QUrl url(text, QUrl::StrictMode);
+    return url.isValid() ? std::optional(url) : std::nullopt;
+}
+
+/// The text of a link as a URL's text: as it stands, or else percent-encoded; nullopt where neither is one.
+std::optional<QString> urlText(const QString &text)
+{
+    if (strictURL(text)) {
+        return text;
+    }
+    const auto encoded = quib::percentEncoded(text, quib::PlainCharacters::Query);
+    return encoded && strictURL(*encoded) ? encoded : std::nullopt;
+}
+
+/// Where a link leads to. A text without a scheme begins with the host's name.
+std::optional<QUrl> linkURL(const QString &text)
+{
+    const auto known = urlText(text);
+    auto url = known ? strictURL(*known) : std::nullopt;
+    if (url && url->scheme().isEmpty()) {
+        url = strictURL(QString(u"//" % *known));
+        if (url) {
+            url->setScheme(u"http"_s);
+        }
+    }
+    return url && url->isValid() ? url : std::nullopt;
+}
+
+} // namespace
+
+const NSRegularExpression &QBNoteTitledUrlStyler::stylerRegularExpression()
+{
+    return quib::syntax::stylerRegularExpression(Construct::TitledURL, /*syntax=*/0);
+}
+
+QStringList QBNoteTitledUrlStyler::stylerMarkerComponents()
+{
+    return quib::syntax::stylerMarkerComponents(Construct::TitledURL);
+}
+
+const NSAttributeName &QBNoteTitledUrlStyler::stylerAttributeName()
+{
+    return QBTitledUrlStylerAttributeName;
+}
+
+NSRange QBNoteTitledUrlStyler::titleRangeForAttachmentAtIndex(qint64 index,
+                                                              const NSAttributedString &inAttributedString)
+{
+    // The pattern has the brackets right before the attachment, and a title that keeps to its line.
+    const qint64 limit = index - 2;
+    if (limit < 1 || index > inAttributedString.length() || inAttributedString.characterAtIndex(index - 1) != u'(' ||
+        inAttributedString.characterAtIndex(limit) != u']') {
+        return kNotFoundRange;
+    }
+    for (qint64 place = limit - 1; place >= 0; --place) {
+        const char16_t unit = inAttributedString.characterAtIndex(place);
+        if (unit == u'[') {
+            return place + 1 < limit ? NSRange{place + 1, limit - place - 1} : kNotFoundRange;
+        }
+        if (unit == u'\n') {
+            break;
+        }
+    }
+    return kNotFoundRange;
+}
+
+QString QBNoteTitledUrlStyler::titledURLForUrlString(const QString &urlString, const QString &title,
+                                                     const QString & /*inString*/, NSRange /*atRange*/)
+{
+    QString plainTitle = title;
+    plainTitle.remove(u'[').remove(u']');
+    const QStringList components = stylerMarkerComponents();
+    return QString(components[0] % plainTitle % components[1] % urlString % components[2]);
+}
+
+const NSRegularExpression *QBNoteTitledUrlStyler::regularExpression() const
+{
+    return &stylerRegularExpression();
+}
+
+const NSRegularExpression *QBNoteTitledUrlStyler::attachmentRegularExpression() const
+{
+    return quib::syntax::attachmentRegularExpression(Construct::TitledURL, /*syntax=*/0);
+}
+
+int QBNoteTitledUrlStyler::stylerRegularExpressionRepresentedTextGroupIndex() const
+{
+    return quib::syntax::representedTextGroupIndex(Construct::TitledURL);
+}
+
+int QBNoteTitledUrlStyler::attachmentRegularExpressionTextGroupIndex() const
+{
+    return quib::syntax::attachmentTextGroupIndex(Construct::TitledURL);
+}
+
+std::shared_ptr<QBNotesTextAttachment> QBNoteTitledUrlStyler::makeTextAttachment(const QString &representedText) const
+{
+    return urlText(representedText) ? makeLinkAttachment(representedText) : nullptr;
+}
+
+std::shared_ptr<QBNotesTextAttachment> QBNoteTitledUrlStyler::makeLinkAttachment(const QString &representedText) const
+{
+    return std::make_shared<QBTitledURLTextAttachment>(representedText, themeManager());
+}
+
+bool QBNoteTitledUrlStyler::isOwnTextAttachment(const QBNotesTextAttachment &attachment) const
+{
+    // A linked note's attachment is another styler's, though of the same family.
+    return dynamic_cast<const QBTitledURLTextAttachment *>(&attachment) != nullptr &&
+           dynamic_cast<const QBLinkedNoteTextAttachment *>(&attachment) == nullptr;
+}
+
+void QBNoteTitledUrlStyler::removeUnusedStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
+                                                NSTextStorage * /*textStorage*/)
+{
+    attributedString.removeAttribute(QBTitledUrlStylerAttributeName, range);
+}
+
+void QBNoteTitledUrlStyler::applyStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
+                                         NSTextStorage * /*textStorage*/)
+{
+    struct Attributes
+    {
+        AttributeSet title;
+        AttributeSet bracket;
+        AttributeSet kern;
+    };
+    std::optional<Attributes> set;
+    enumerateOwnAttachments(attributedString, range, [&](const auto &attachment, NSRange place) {
+        if (!set) {
+            set = Attributes{
+                .title = {{QBNoteSkipAttachmentReplacementAttributeName, 1}, {QBNoteSkipStylingAttributeName, 1}},
+                .bracket = {},
+                .kern = {}};
+            if (const auto &theme = themeManager()) {
+                set->title.insert(NSForegroundColorAttributeName, quib::colorValue(theme->linkTextColor()));
+                set->bracket.insert(NSForegroundColorAttributeName, quib::colorValue(theme->styleMarkerTextColor()));
+                set->kern.insert(NSKernAttributeName, theme->paragraphFontXHeight() / 5);
+            }
+        }
+        const NSRange title = titleRangeForAttachmentAtIndex(place.location, attributedString);
+        const bool isClosed = place.limit() < attributedString.length();
+        if (title.isFound()) {
+            AttributeSet linked = set->title;
+            if (const auto url = linkURL(attachment->representedText())) {
+                linked.insert(NSLinkAttributeName, *url);
+            }
+            attributedString.addAttributes(linked, title);
+            attributedString.addAttributes(set->bracket, {title.location - 1, 1});
+            attributedString.addAttributes(set->bracket, {title.limit(), 1});
+            attributedString.addAttributes(set->kern, {title.location - 1, 1});
+            attributedString.addAttributes(set->kern, {title.limit() - 1, 1});
+        }
+        if (place.location > 1 && isClosed) {
+            attributedString.addAttributes(set->bracket, {place.location - 1, 1});
+            attributedString.addAttributes(set->bracket, {place.limit(), 1});
+            attributedString.addAttribute(QBNoteSkipLineBreakByWordAttributeName, 1,
+                                          {place.location - 1, place.length + 2});
+        }
+        if (title.isFound()) {
+            const qint64 limit = place.limit() + (isClosed ? 1 : 0);
+            attributedString.addAttribute(QBTitledUrlStylerAttributeName, 1,
+                                          {title.location - 1, limit - title.location + 1});
+        }
+    });
+}

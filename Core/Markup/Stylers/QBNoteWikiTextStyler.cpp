@@ -1,0 +1,93 @@
+#include "QBNoteWikiTextStyler.h"
+
+#include "PercentEncoding.h"
+#include "QBNoteTextStylerAttributes.h"
+#include "ThemeValues.h"
+
+#include <Markup/Syntax/StylerSyntax.h>
+#include <Themes/QBNotesTextThemeManager.h>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+using quib::AttributeSet;
+using quib::syntax::Construct;
+
+const NSRegularExpression &QBNoteWikiTextStyler::stylerRegularExpression()
+{
+    return quib::syntax::stylerRegularExpression(Construct::Wiki, /*syntax=*/0);
+}
+
+QString QBNoteWikiTextStyler::stylerMarker()
+{
+    return quib::syntax::stylerMarker(Construct::Wiki, /*syntax=*/0);
+}
+
+const NSAttributeName &QBNoteWikiTextStyler::stylerAttributeName()
+{
+    return QBNoteWikiTextStylerAttributeName;
+}
+
+const NSAttributeName &QBNoteWikiTextStyler::stylerMarkerAttributeName()
+{
+    return QBNoteWikiTextStylerMarkerAttributeName;
+}
+
+const NSRegularExpression *QBNoteWikiTextStyler::regularExpression() const
+{
+    return &stylerRegularExpression();
+}
+
+void QBNoteWikiTextStyler::removeUnusedStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
+                                               NSTextStorage * /*textStorage*/)
+{
+    static const std::array names{QBNoteWikiTextStylerAttributeName, QBNoteWikiTextStylerMarkerAttributeName};
+    attributedString.removeAttributes(names, range);
+}
+
+void QBNoteWikiTextStyler::applyStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
+                                        NSTextStorage * /*textStorage*/)
+{
+    struct Attributes
+    {
+        AttributeSet title;
+        AttributeSet marker;
+    };
+    std::optional<Attributes> set;
+    enumerateUnguardedMatches(*regularExpression(), attributedString, range, [&](const NSTextCheckingResult &match) {
+        const NSRange title = match.rangeAtIndex(2);
+        const auto url = urlForTitle(attributedString.stringInRange(title).toString());
+        if (!url) {
+            return;
+        }
+        if (!set) {
+            set = Attributes{
+                .title = {{QBNoteSkipAttachmentReplacementAttributeName, 1}, {QBNoteSkipStylingAttributeName, 1}},
+                .marker = {{QBNoteWikiTextStylerMarkerAttributeName, 1}}};
+            if (const auto &theme = themeManager()) {
+                set->title.insert(NSForegroundColorAttributeName, quib::colorValue(theme->linkTextColor()));
+                set->marker.insert(NSForegroundColorAttributeName, quib::colorValue(theme->styleMarkerTextColor()));
+            }
+        }
+        AttributeSet linked = set->title;
+        linked.insert(NSLinkAttributeName, *url);
+        attributedString.addAttributes(linked, title);
+        attributedString.addAttribute(QBNoteWikiTextStylerAttributeName, 1, match.range());
+        attributedString.addAttributes(set->marker, match.rangeAtIndex(1));
+        attributedString.addAttributes(set->marker, match.rangeAtIndex(3));
+    });
+}
+
+std::optional<QUrl> QBNoteWikiTextStyler::urlForTitle(const QString &title)
+{
+    const auto percent = quib::percentEncoded(title, quib::PlainCharacters::Alphanumeric);
+    if (!percent) {
+        return std::nullopt;
+    }
+    const QString fallback = u"quib://x-callback-url/create?title="_s + *percent;
+    const auto error = quib::percentEncoded(fallback, quib::PlainCharacters::Alphanumeric);
+    const QString link =
+        u"quib://x-callback-url/open-note?title="_s + *percent + u"&x-error=" + error.value_or(QString());
+    QUrl url(link, QUrl::StrictMode);
+    return url.isValid() ? std::optional(url) : std::nullopt;
+}
