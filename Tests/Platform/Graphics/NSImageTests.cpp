@@ -8,6 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
+#include <QColorSpace>
+#include <QImageWriter>
+
+#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
@@ -160,6 +165,83 @@ TEST(NSImageReading, OddOrientationsAreUpright)
         ASSERT_TRUE(image) << orientation;
         EXPECT_EQ(quartersOf(image->image()), "RGBW") << orientation;
     }
+}
+
+TEST(NSImageReading, TIFFsAreTurnedUpright)
+{
+    for (int turns = 0; turns < 8; ++turns) {
+        QByteArray data;
+        QBuffer buffer(&data);
+        ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
+        QImageWriter writer(&buffer, "tiff");
+        writer.setTransformation(QImageIOHandler::Transformations(turns));
+        ASSERT_TRUE(writer.write(quarters(64, 32)));
+        constexpr const char *kUpright[] = {"RGBW", "GRWB", "BWRG", "WBGR", "BRWG", "WGBR", "RBGW", "GWRB"};
+        const auto image = read(data, QSize(32, 32));
+        ASSERT_TRUE(image) << turns;
+        const std::string found = quartersOf(image->image());
+        EXPECT_EQ(found, kUpright[turns]) << turns;
+        EXPECT_EQ(image->pixelSize(), turns < 4 ? QSize(32, 16) : QSize(16, 32)) << turns;
+    }
+}
+
+TEST(NSImageReading, EveryDepthIsRead)
+{
+    const QImage::Format formats[] = {QImage::Format_Mono,       QImage::Format_Indexed8,
+                                      QImage::Format_Grayscale8, QImage::Format_RGB888,
+                                      QImage::Format_RGBX64,     QImage::Format_Grayscale16,
+                                      QImage::Format_RGB16,      QImage::Format_RGBA64_Premultiplied};
+    QImage board(16, 16, QImage::Format_RGB32);
+    for (int y = 0; y < 16; ++y) {
+        for (int x = 0; x < 16; ++x) {
+            board.setPixel(x, y, (x / 4 + y / 4) % 2 == 0 ? 0xFF000000 : 0xFFFFFFFF);
+        }
+    }
+    for (const auto format : formats) {
+        for (const char *form : {"png", "tiff"}) {
+            const auto image = read(encoded(board.convertToFormat(format), form));
+            ASSERT_TRUE(image) << form << ' ' << format;
+            EXPECT_EQ(image->colorAt(1, 1), NSColor::blackColor()) << form << ' ' << format;
+            EXPECT_EQ(image->colorAt(5, 1), NSColor::whiteColor()) << form << ' ' << format;
+        }
+    }
+}
+
+TEST(NSImageReading, ColoursOfOtherSpacesAreSRGB)
+{
+    QImage image(16, 16, QImage::Format_RGB32);
+    image.fill(qRgb(200, 100, 60));
+    image.setColorSpace(QColorSpace::SRgb);
+    for (const auto space : {QColorSpace::DisplayP3, QColorSpace::AdobeRgb, QColorSpace::ProPhotoRgb}) {
+        const QImage other = image.convertedToColorSpace(space);
+        ASSERT_GT(std::abs(qRed(other.pixel(4, 4)) - 200), 5) << "the numbers differ in that space";
+        for (const char *form : {"png", "jpeg"}) {
+            const auto found = read(encoded(other, form));
+            ASSERT_TRUE(found);
+            EXPECT_NEAR(found->colorAt(4, 4).redComponent() * 255, 200, 3) << form << ' ' << space;
+            EXPECT_NEAR(found->colorAt(4, 4).greenComponent() * 255, 100, 3) << form << ' ' << space;
+            EXPECT_NEAR(found->colorAt(4, 4).blueComponent() * 255, 60, 3) << form << ' ' << space;
+        }
+    }
+}
+
+TEST(NSImageReading, JPEGsInManyScansAreReadWholeOrNotAtAll)
+{
+    QByteArray data;
+    QBuffer buffer(&data);
+    ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
+    QImageWriter writer(&buffer, "jpeg");
+    writer.setProgressiveScanWrite(true);
+    writer.setQuality(95);
+    ASSERT_TRUE(writer.write(quarters(64, 48)));
+    const auto whole = read(data);
+    ASSERT_TRUE(whole);
+    EXPECT_EQ(quartersOf(whole->image()), "RGBW");
+    for (qsizetype length = 0; length < data.size(); ++length) {
+        EXPECT_FALSE(read(data.first(length))) << length;
+    }
+    // What cameras append behind the end is left alone.
+    EXPECT_EQ(read(data + QByteArray(1000, '\xFF')), whole);
 }
 
 TEST(NSImageReading, BombsAreRefusedBeforeTheyAreDecoded)
