@@ -2,6 +2,7 @@
 
 #include "QBLocalFileManager.h"
 #include "QBNoteFile.h"
+#include "QBThumbFileManager.h"
 #include "StoreFetch.h"
 
 #include <Logging/QBLogger.h>
@@ -20,6 +21,7 @@ struct Removal
     NSManagedObjectID objectID;
     QString uniqueIdentifier;
     QString localFolderName;
+    QUrl fileURL; ///< empty for a row without a file
 };
 
 /// What waits for saves of one root context.
@@ -38,11 +40,20 @@ WaitingByContext &waitingByContext()
     return shared;
 }
 
-void removeFolder(const Removal &removal)
+/// The files, then their thumbnails: those go in one pass over the folder that all have in common.
+void removeFilesOf(const QList<Removal> &removals)
 {
-    QBLogInfo(u"Deleting attachment "_s + removal.uniqueIdentifier);
-    QBLocalFileManager::localFileManagerForPathComponent(removal.localFolderName)
-        ->deleteFileForUniqueID(removal.uniqueIdentifier);
+    QList<QUrl> pictures;
+    for (const Removal &removal : removals) {
+        QBLogInfo(u"Deleting attachment "_s + removal.uniqueIdentifier);
+        QBLocalFileManager::localFileManagerForPathComponent(removal.localFolderName)
+            ->deleteFileForUniqueID(removal.uniqueIdentifier);
+        if (!removal.fileURL.isEmpty()) {
+            pictures.append(removal.fileURL);
+        }
+    }
+    QBThumbFileManager::thumbFileManagerForPathComponent(QBThumbFileManager::kNoteImages)
+        ->deleteAllThumbsForImageURLs(pictures);
 }
 
 /// A folder goes only when no other row, made by whoever, bears its name.
@@ -61,10 +72,11 @@ void removeSavedDeletions(Waiting &waiting, NSManagedObjectContext &moc, const N
         identities.insert(object->objectID());
     }
     QList<Removal> stillWaiting;
+    QList<Removal> saved;
     for (const Removal &removal : std::exchange(waiting.removals, {})) {
         if (identities.contains(removal.objectID)) {
             if (!isStillUsed(removal, moc)) {
-                removeFolder(removal);
+                saved.append(removal);
             }
             continue;
         }
@@ -74,6 +86,9 @@ void removeSavedDeletions(Waiting &waiting, NSManagedObjectContext &moc, const N
         }
     }
     waiting.removals += stillWaiting;
+    if (!saved.isEmpty()) {
+        removeFilesOf(saved);
+    }
 }
 
 Waiting &waitingForContext(NSManagedObjectContext &root)
@@ -99,12 +114,13 @@ Waiting &waitingForContext(NSManagedObjectContext &root)
 
 void removeFolderWithDeletionOf(const QBNoteFile &file)
 {
-    const Removal removal{file.objectID(), file.uniqueIdentifier(), file.localFolderName()};
+    const Removal removal{file.objectID(), file.uniqueIdentifier(), file.localFolderName(),
+                          file.fileURL().value_or(QUrl())};
     if (removal.uniqueIdentifier.isEmpty()) {
         return;
     }
     if (removal.objectID.isTemporaryID()) {
-        removeFolder(removal);
+        removeFilesOf({removal});
         return;
     }
     NSManagedObjectContext *root = file.managedObjectContext();

@@ -6,6 +6,7 @@
 #include "QBNote.h"
 #include "QBNoteGenericFile.h"
 #include "QBNoteImage.h"
+#include "QBThumbFileManager.h"
 #include "StoreFetch.h"
 
 #include <Foundation/DispatchQueue.h>
@@ -222,6 +223,14 @@ void QBNoteFile::updateFileMetadata()
     setModificationDate(changed);
     // Not every file system knows when a file was made.
     setCreationDate((status.stx_mask & STATX_BTIME) != 0 ? dateOfFileTime(status.stx_btime) : changed);
+}
+
+void QBNoteFile::deleteFileThumbnails() const
+{
+    if (const auto url = fileURL()) {
+        QBThumbFileManager::thumbFileManagerForPathComponent(QBThumbFileManager::kNoteImages)
+            ->deleteAllThumbsForImageURL(*url);
+    }
 }
 
 bool QBNoteFile::importFile(const QUrl &fileURL, NSError *error)

@@ -81,13 +81,16 @@ public:
     /// Reads size and dates from the file.
     virtual void updateFileMetadata();
 
+    /// Removes the small copies of the file's picture: it changed, or it goes.
+    void deleteFileThumbnails() const;
+
     /// A row with an identifier, and a copy of the binary, of its own; not uploaded, without a note.
     quib::Ref<QBNoteFile> duplicate();
     void updateUniqueIdentifier();
     void permanentlyDelete();
 
 protected:
-    /// On the main thread: has the folder removed as soon as the deletion is saved. Elsewhere the disk is left alone.
+    /// On the main thread: has the folder and the thumbnails removed as soon as the deletion is saved. Elsewhere the disk is left alone.
     void prepareForDeletion() override;
 
     /// The steps that every class shares: a row with an identifier gets its copy, its name and its metadata.

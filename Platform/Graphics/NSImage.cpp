@@ -151,12 +151,13 @@ NSImage NSImage::imageWithScale(double scale) const
     return image;
 }
 
-NSImage NSImage::imageScaledToPixelSize(QSize pixelSize) const
+NSImage NSImage::imageScaledToPixelSize(QSize pixelSize, bool antialias) const
 {
     if (isEmpty() || pixelSize == this->pixelSize()) {
         return *this;
     }
-    return NSImage(m_image->scaled(pixelSize.expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio, Qt::SmoothTransformation),
+    return NSImage(m_image->scaled(pixelSize.expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio,
+                                   antialias ? Qt::SmoothTransformation : Qt::FastTransformation),
                    m_scale);
 }
 

@@ -66,8 +66,9 @@ public:
 
     /// The same pixels at another number of them to a point.
     [[nodiscard]] NSImage imageWithScale(double scale) const;
-    /// Scaled to that many pixels, by averaging areas when it shrinks. Sides below 1 count as 1.
-    [[nodiscard]] NSImage imageScaledToPixelSize(QSize pixelSize) const;
+    /// Scaled to that many pixels, by averaging areas when it shrinks; without antialias by taking single pixels. Sides
+    /// below 1 count as 1.
+    [[nodiscard]] NSImage imageScaledToPixelSize(QSize pixelSize, bool antialias = true) const;
     /// The part inside a box of pixels; what lies outside of the picture is left out.
     [[nodiscard]] NSImage imageCroppedToPixelRect(QRect rect) const;
 

@@ -271,4 +271,15 @@ QString qbCleanConcatenatedString(const QString &string)
     return trimmedWhitespaceAndNewlines(clean);
 }
 
+QString correctFilenamesWithDictionary(const QString &string, const QMap<QString, QString> &dictionary)
+{
+    QString corrected = string;
+    for (auto name = dictionary.cbegin(); name != dictionary.cend(); ++name) {
+        if (!name.key().isEmpty()) {
+            corrected.replace(name.key(), name.value());
+        }
+    }
+    return corrected;
+}
+
 } // namespace quib

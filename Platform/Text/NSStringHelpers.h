@@ -2,6 +2,7 @@
 
 #include <Foundation/NSRange.h>
 
+#include <QMap>
 #include <QString>
 #include <QStringView>
 
@@ -35,5 +36,7 @@ namespace quib {
 [[nodiscard]] QString stringByRemovingOccurrencesOfStringLeavingNoGaps(const QString &string, QStringView occurrence);
 /// Line feeds and runs of white space become one blank each; trimmed.
 [[nodiscard]] QString qbCleanConcatenatedString(const QString &string);
+/// The text with every occurrence of each key replaced by its value, key after key in their order, literally.
+[[nodiscard]] QString correctFilenamesWithDictionary(const QString &string, const QMap<QString, QString> &dictionary);
 
 } // namespace quib

@@ -19,6 +19,8 @@ inline constexpr double kFoldWidth = 1.6;
 inline constexpr double kFoldHeight = 0.8;
 inline constexpr double kFileCardWidth = 19;
 inline constexpr double kFileCardHeight = 4.5;
+/// The radius of a picture's corners.
+inline constexpr double kPictureCorner = 0.35;
 
 /// Between a swatch or a pin and the text that it belongs to.
 inline constexpr double kInlineSymbolSpacing = 0.2;

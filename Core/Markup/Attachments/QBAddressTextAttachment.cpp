@@ -1,5 +1,6 @@
 #include "QBAddressTextAttachment.h"
 
+#include "AttachmentDrawing.h"
 #include "AttachmentMetrics.h"
 
 #include <Themes/QBNotesTextThemeManager.h>
@@ -40,4 +41,23 @@ double QBAddressTextAttachment::attachmentBaselineOffset() const
 double QBAddressTextAttachment::attachmentRightSpacing() const
 {
     return themeManager() ? themeManager()->baseFontSize() * quib::kInlineSymbolSpacing : 0;
+}
+
+void QBAddressTextAttachment::drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const
+{
+    const QRectF cell = drawRectForAttachmentRect(rect);
+    const double side = cell.height();
+    const auto at = [&](double x, double y) { return cell.topLeft() + QPointF(x, y) * side; };
+    // A drop that stands on its point, with a round hole.
+    NSBezierPath pin;
+    pin.moveToPoint(at(0.5, 1));
+    pin.curveToPoint(at(0.15, 0.36), at(0.42, 0.8), at(0.15, 0.58));
+    pin.curveToPoint(at(0.5, 0.02), at(0.15, 0.17), at(0.31, 0.02));
+    pin.curveToPoint(at(0.85, 0.36), at(0.69, 0.02), at(0.85, 0.17));
+    pin.curveToPoint(at(0.5, 1), at(0.85, 0.58), at(0.58, 0.8));
+    pin.closePath();
+    constexpr double kHole = 0.28;
+    const QPointF hole = at(0.5, 0.37) - QPointF(kHole, kHole) * side / 2;
+    pin.appendBezierPath(NSBezierPath::bezierPathWithOvalInRect({hole, QSizeF(kHole, kHole) * side}));
+    context.fillPath(pin, quib::colorOrGray(themeManager()->mapTextColor()));
 }

@@ -20,4 +20,5 @@ public:
 
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
+    void drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const override;
 };

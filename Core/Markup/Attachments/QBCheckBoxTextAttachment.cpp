@@ -1,8 +1,11 @@
 #include "QBCheckBoxTextAttachment.h"
 
+#include "AttachmentDrawing.h"
 #include "AttachmentMetrics.h"
 
 #include <Themes/QBNotesTextThemeManager.h>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -70,4 +73,26 @@ double QBCheckBoxTextAttachment::attachmentBaselineOffset() const
 double QBCheckBoxTextAttachment::attachmentRightSpacing() const
 {
     return themeManager() ? themeManager()->fullLineAttachmentDefaultRightSpacing() : 0;
+}
+
+void QBCheckBoxTextAttachment::drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const
+{
+    constexpr double kLine = 0.08;
+    constexpr double kCorner = 0.24;
+    constexpr double kCheckLine = 0.12;
+    constexpr QPointF kCheck[] = {{0.25, 0.53}, {0.43, 0.71}, {0.76, 0.31}};
+    const QRectF cell = drawRectForAttachmentRect(rect);
+    const double side = cell.height();
+    const double line = std::max(1.0, side * kLine);
+    const QRectF box = cell.adjusted(line / 2, line / 2, -line / 2, -line / 2);
+    context.fillRoundedRect(box, side * kCorner, quib::colorOrGray(themeManager()->checkboxFillColor()));
+    context.strokeRoundedRect(box, side * kCorner, quib::colorOrGray(themeManager()->checkboxStrokeColor()), line);
+    if (isChecked()) {
+        NSBezierPath check;
+        check.moveToPoint(cell.topLeft() + kCheck[0] * side);
+        check.lineToPoint(cell.topLeft() + kCheck[1] * side);
+        check.lineToPoint(cell.topLeft() + kCheck[2] * side);
+        context.strokePath(check, quib::colorOrGray(themeManager()->checkboxCheckColor()), side * kCheckLine,
+                           quib::LineCap::Round);
+    }
 }

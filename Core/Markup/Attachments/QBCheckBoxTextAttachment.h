@@ -25,6 +25,7 @@ public:
 
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
+    void drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const override;
 
 protected:
     [[nodiscard]] double attachmentRightSpacing() const override;

@@ -1,5 +1,6 @@
 #include "QBColorTextAttachment.h"
 
+#include "AttachmentDrawing.h"
 #include "AttachmentMetrics.h"
 
 #include <Themes/QBNotesTextThemeManager.h>
@@ -45,4 +46,15 @@ double QBColorTextAttachment::attachmentBaselineOffset() const
 double QBColorTextAttachment::attachmentRightSpacing() const
 {
     return themeManager() ? themeManager()->baseFontSize() * quib::kInlineSymbolSpacing : 0;
+}
+
+void QBColorTextAttachment::drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const
+{
+    constexpr double kCorner = 0.25;
+    constexpr double kEdge = 0.3; // keeps a swatch of the background's colour in sight
+    const QRectF swatch = drawRectForAttachmentRect(rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    const double corner = swatch.height() * kCorner;
+    context.fillRoundedRect(swatch, corner, representedColor());
+    context.strokeRoundedRect(swatch, corner,
+                              quib::colorOrGray(themeManager()->baseTextColor()).colorWithAlphaComponent(kEdge));
 }

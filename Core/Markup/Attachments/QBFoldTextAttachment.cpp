@@ -1,5 +1,6 @@
 #include "QBFoldTextAttachment.h"
 
+#include "AttachmentDrawing.h"
 #include "AttachmentMetrics.h"
 
 #include <Themes/QBNotesTextThemeManager.h>
@@ -24,4 +25,18 @@ QSizeF QBFoldTextAttachment::attachmentSize() const
 double QBFoldTextAttachment::attachmentBaselineOffset() const
 {
     return attachmentBaselineOffsetForCenteredAttachmentHeight(attachmentSize().height());
+}
+
+void QBFoldTextAttachment::drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const
+{
+    constexpr double kBackground = 0.2;
+    constexpr double kDot = 0.16;
+    constexpr int kDots = 3;
+    const NSColor color = quib::colorOrGray(themeManager()->lightTextColor());
+    context.fillRoundedRect(rect, rect.height() / 2, color.colorWithAlphaComponent(kBackground));
+    const double diameter = rect.height() * kDot;
+    for (int dot = 0; dot < kDots; ++dot) {
+        const double x = rect.center().x() + (dot - 1) * 2 * diameter;
+        context.fillOval({x - diameter / 2, rect.center().y() - diameter / 2, diameter, diameter}, color);
+    }
 }

@@ -30,6 +30,7 @@ public:
 
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
+    void drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const override;
 
 private:
     QString m_foldIdentifier;

@@ -31,8 +31,11 @@ public:
 
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
+    void drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const override;
 
 private:
+    void drawSheet(quib::GraphicsContext &context, const QRectF &rect) const;
+
     QUrl m_fileURL;
     QString m_filename;
     std::optional<NSDate> m_modificationDate;

@@ -1,5 +1,6 @@
 #include "QBHeaderTextAttachment.h"
 
+#include "AttachmentDrawing.h"
 #include "AttachmentMetrics.h"
 
 #include <Themes/QBNotesTextThemeManager.h>
@@ -85,4 +86,14 @@ double QBHeaderTextAttachment::attachmentBaselineOffset() const
 double QBHeaderTextAttachment::attachmentRightSpacing() const
 {
     return themeManager() ? themeManager()->fullLineAttachmentDefaultRightSpacing() : 0;
+}
+
+void QBHeaderTextAttachment::drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const
+{
+    constexpr double kCorner = 0.25;
+    constexpr double kBackground = 0.14;
+    const QRectF badge = drawRectForAttachmentRect(rect);
+    const NSColor color = quib::colorOrGray(themeManager()->styleMarkerTextColor());
+    context.fillRoundedRect(badge, badge.height() * kCorner, color.colorWithAlphaComponent(kBackground));
+    quib::drawCenteredText(context, headerStringName(), badge, badgeFont(), color);
 }

@@ -2,13 +2,12 @@
 
 #include "QBGenericFileTextAttachment.h"
 
-namespace quib {
-class Image;
-}
+#include <Graphics/NSImage.h>
 
 /// A picture. Stands for the whole marker "[image:id/name]". Without a picture it keeps the room that the picture will
 /// take; without a size it is an empty file.
-class QBImageTextAttachment : public QBGenericFileTextAttachment
+class QBImageTextAttachment : public QBGenericFileTextAttachment,
+                              public std::enable_shared_from_this<QBImageTextAttachment>
 {
 public:
     using QBGenericFileTextAttachment::QBGenericFileTextAttachment;
@@ -24,12 +23,9 @@ public:
     /// The whole picture's size. Units: pixels.
     [[nodiscard]] QSizeF originalImageSize() const { return m_originalImageSize; }
     void setOriginalImageSize(QSizeF originalImageSize) { m_originalImageSize = originalImageSize; }
-    /// What is drawn, which may be a smaller copy; null until it is loaded.
-    [[nodiscard]] const std::shared_ptr<const quib::Image> &attachmentImage() const { return m_attachmentImage; }
-    void setAttachmentImage(std::shared_ptr<const quib::Image> attachmentImage)
-    {
-        m_attachmentImage = std::move(attachmentImage);
-    }
+    /// What is drawn, which may be a smaller copy; empty until it is loaded.
+    [[nodiscard]] const NSImage &attachmentImage() const { return m_attachmentImage; }
+    void setAttachmentImage(const NSImage &attachmentImage) { m_attachmentImage = attachmentImage; }
     /// The size in the text.
     [[nodiscard]] QSizeF attachmentImageSize() const { return m_attachmentImageSize; }
     void setAttachmentImageSize(QSizeF attachmentImageSize) { m_attachmentImageSize = attachmentImageSize; }
@@ -38,9 +34,12 @@ public:
     [[nodiscard]] QString baseCacheKey() const override { return {}; }
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
+    void drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const override;
 
 private:
+    void drawPlaceholder(quib::GraphicsContext &context, const QRectF &rect, double corner) const;
+
     QSizeF m_originalImageSize;
-    std::shared_ptr<const quib::Image> m_attachmentImage;
+    NSImage m_attachmentImage;
     QSizeF m_attachmentImageSize;
 };

@@ -15,4 +15,5 @@ public:
     [[nodiscard]] bool canBeDraggedAlone() const override { return true; }
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
+    void drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const override;
 };

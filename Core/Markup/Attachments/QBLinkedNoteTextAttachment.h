@@ -13,4 +13,5 @@ public:
 
 protected:
     [[nodiscard]] double symbolSize() const override;
+    void drawSymbol(quib::GraphicsContext &context, const QRectF &rect) const override;
 };

@@ -2,6 +2,8 @@
 
 #include "AttachmentMetrics.h"
 
+#include <Foundation/Identifiers.h>
+#include <Graphics/GraphicsContext.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
 #include <cmath>
@@ -43,7 +45,21 @@ double QBNotesTextAttachment::cachedAttachmentBaselineOffset() const
                                               [this] { return attachmentBaselineOffset(); });
 }
 
-void QBNotesTextAttachment::drawAttachmentForAttachmentRect(quib::Canvas & /*canvas*/, const QRectF & /*rect*/) const {}
+void QBNotesTextAttachment::drawAttachmentForAttachmentRect(quib::GraphicsContext & /*context*/,
+                                                            const QRectF & /*rect*/) const
+{
+}
+
+std::pair<QString, QByteArray> QBNotesTextAttachment::createFileWrapper() const
+{
+    const QSizeF largest(quib::kLargestFileWrapperSide, quib::kLargestFileWrapperSide);
+    const QSizeF size = cachedAttachmentSize().boundedTo(largest);
+    quib::GraphicsContext context(size, quib::kFileWrapperScale);
+    if (m_themeManager) {
+        drawAttachmentForAttachmentRect(context, {{0, 0}, size});
+    }
+    return {QString(quib::uuidString() % u".png"), context.image().pngData()};
+}
 
 void QBNotesTextAttachment::updateTextAttachment()
 {

@@ -16,7 +16,7 @@
 class QBNotesTextThemeManager;
 
 namespace quib {
-class Canvas;
+class GraphicsContext;
 }
 
 /// An inline object that stands for a stretch of markup and can always give that text back: a note is saved by putting
@@ -71,8 +71,9 @@ public:
     {
         return rect.adjusted(attachmentLeftSpacing(), 0, -attachmentRightSpacing(), 0);
     }
-    virtual void drawAttachmentForAttachmentRect(quib::Canvas &canvas, const QRectF &rect) const;
-    /// The attachment as a PNG, for rich copies. Shape: the first is the file's name, a new identifier and "png".
+    /// Draws nothing here. Requires: a theme.
+    virtual void drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const;
+    /// The attachment as a PNG, for rich copies. Shape: the first is the file's name, a new UUID and ".png".
     [[nodiscard]] std::pair<QString, QByteArray> createFileWrapper() const;
 
     /// Tells whoever shows the attachment that its picture or size is another one.

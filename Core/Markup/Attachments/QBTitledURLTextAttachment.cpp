@@ -1,5 +1,6 @@
 #include "QBTitledURLTextAttachment.h"
 
+#include "AttachmentDrawing.h"
 #include "AttachmentMetrics.h"
 
 #include <Themes/QBNotesTextThemeManager.h>
@@ -57,4 +58,31 @@ double QBTitledURLTextAttachment::attachmentRightSpacing() const
 double QBTitledURLTextAttachment::symbolSize() const
 {
     return wholePointsOfBaseSize(quib::kTitledURLSymbolSide);
+}
+
+void QBTitledURLTextAttachment::drawAttachmentForAttachmentRect(quib::GraphicsContext &context,
+                                                                const QRectF &rect) const
+{
+    const double side = symbolSize();
+    drawSymbol(context, quib::centeredRect(drawRectForAttachmentRect(rect), {side, side}));
+}
+
+void QBTitledURLTextAttachment::drawSymbol(quib::GraphicsContext &context, const QRectF &rect) const
+{
+    // Two links of a chain that lies aslant; each reaches into the other.
+    constexpr double kLength = 0.5;
+    constexpr double kWidth = 0.32;
+    constexpr double kOffset = 0.2;
+    constexpr double kLine = 0.09;
+    constexpr double kAslant = -45;
+    const double side = rect.height();
+    const NSColor color = quib::colorOrGray(themeManager()->linkTextColor());
+    context.saveState();
+    context.translateBy(rect.center().x(), rect.center().y());
+    context.rotateBy(kAslant);
+    for (const double offset : {-kOffset, kOffset}) {
+        const QRectF link((offset - kLength / 2) * side, -kWidth / 2 * side, kLength * side, kWidth * side);
+        context.strokeRoundedRect(link, link.height() / 2, color, side * kLine);
+    }
+    context.restoreState();
 }

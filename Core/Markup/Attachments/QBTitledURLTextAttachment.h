@@ -16,10 +16,12 @@ public:
     extraAttachmentRangeForAttachmentRange(NSRange range, const NSAttributedString &inAttributedString) const override;
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;
+    void drawAttachmentForAttachmentRect(quib::GraphicsContext &context, const QRectF &rect) const override;
 
 protected:
     [[nodiscard]] double attachmentLeftSpacing() const override;
     [[nodiscard]] double attachmentRightSpacing() const override;
     /// The side of the symbol. Units: points.
     [[nodiscard]] virtual double symbolSize() const;
+    virtual void drawSymbol(quib::GraphicsContext &context, const QRectF &rect) const;
 };

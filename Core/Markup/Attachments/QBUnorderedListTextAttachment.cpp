@@ -1,5 +1,6 @@
 #include "QBUnorderedListTextAttachment.h"
 
+#include "AttachmentDrawing.h"
 #include "AttachmentMetrics.h"
 
 #include <Themes/QBNotesTextThemeManager.h>
@@ -36,4 +37,14 @@ double QBUnorderedListTextAttachment::attachmentBaselineOffset() const
 double QBUnorderedListTextAttachment::attachmentRightSpacing() const
 {
     return themeManager() ? themeManager()->fullLineAttachmentDefaultRightSpacing() : 0;
+}
+
+void QBUnorderedListTextAttachment::drawAttachmentForAttachmentRect(quib::GraphicsContext &context,
+                                                                    const QRectF &rect) const
+{
+    constexpr double kDiameter = 0.72;
+    const QRectF cell = drawRectForAttachmentRect(rect);
+    const double diameter = cell.height() * kDiameter;
+    context.fillOval(quib::centeredRect(cell, {diameter, diameter}),
+                     quib::colorOrGray(themeManager()->accentTextColor()));
 }

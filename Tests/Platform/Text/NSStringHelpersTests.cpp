@@ -164,4 +164,27 @@ TEST(CleanConcatenatedString, EqualsTheReplacementsOneAfterTheOther)
     }
 }
 
+TEST(CorrectFilenames, EveryNameIsReplacedLiterallyAndEverywhere)
+{
+    struct Case
+    {
+        QString text;
+        QMap<QString, QString> names;
+        QString expected;
+    };
+    const Case cases[] = {
+        {u"[file:1/a.txt]"_s, {}, u"[file:1/a.txt]"_s},
+        {u"a.txt, axtxt, a.txt"_s, {{u"a.txt"_s, u"a 2.txt"_s}}, u"a 2.txt, axtxt, a 2.txt"_s},
+        {u"x/a.png x/b.png"_s, {{u"x/a.png"_s, u"a.png"_s}, {u"x/b.png"_s, u"b.png"_s}}, u"a.png b.png"_s},
+        {u"A.txt a.txt"_s, {{u"a.txt"_s, u"b"_s}}, u"A.txt b"_s},
+        {u"aaa"_s, {{u"aa"_s, u"aaa"_s}}, u"aaaa"_s},
+        {u"$1\\"_s, {{u"$1"_s, u"\\0$"_s}}, u"\\0$\\"_s},
+        {u"text"_s, {{QString(), u"x"_s}}, u"text"_s},
+        {u"[file:1/a.txt]"_s, {{u"/a.txt"_s, QString()}}, u"[file:1]"_s},
+    };
+    for (const auto &[text, names, expected] : cases) {
+        EXPECT_EQ(quib::correctFilenamesWithDictionary(text, names), expected) << text.toStdString();
+    }
+}
+
 } // namespace
