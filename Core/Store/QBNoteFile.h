@@ -90,7 +90,8 @@ public:
     void permanentlyDelete();
 
 protected:
-    /// On the main thread: has the folder and the thumbnails removed as soon as the deletion is saved. Elsewhere the disk is left alone.
+    /// On the main thread: has the folder and the thumbnails removed as soon as the deletion is saved. Elsewhere the
+    /// disk is left alone.
     void prepareForDeletion() override;
 
     /// The steps that every class shares: a row with an identifier gets its copy, its name and its metadata.

@@ -8,7 +8,7 @@ namespace quib {
 // is easier to hit and to see, and makes its line look heavier.
 
 inline constexpr double kCheckBoxSide = 0.9;
-inline constexpr double kBulletCell = 0.5;
+inline constexpr double kBulletCell = 0.55;
 inline constexpr double kArrowWidth = 1.2;
 inline constexpr double kArrowHeight = 0.75;
 inline constexpr double kColorSwatchSide = 0.8;
@@ -29,7 +29,7 @@ inline constexpr double kLinkSymbolSpacing = 0.1;
 /// In parts of the paragraph font's x-height.
 inline constexpr double kSpacerWidth = 0.5;
 /// The size of a badge's letters, and the room beside them, in parts of the badge's height.
-inline constexpr double kBadgeFontSize = 0.62;
+inline constexpr double kBadgeFontSize = 0.66;
 inline constexpr double kBadgeMargin = 0.22;
 
 /// How many pixels a point has in the pictures of rich copies.
