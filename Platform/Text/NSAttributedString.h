@@ -73,7 +73,7 @@ public:
     /// The same units with the same attributes.
     friend bool operator==(const NSAttributedString &a, const NSAttributedString &b);
 
-    /// For tests and measurements.
+    /// For walks over very many runs, for tests and measurements. Valid until the next change.
     [[nodiscard]] const quib::AttributeRuns &runs() const { return m_runs; }
 
 protected:

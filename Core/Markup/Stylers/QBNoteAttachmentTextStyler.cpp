@@ -4,6 +4,7 @@
 
 #include <Themes/QBNotesTextThemeManager.h>
 
+#include <typeinfo>
 #include <vector>
 
 using quib::AttributeSet;
@@ -189,11 +190,39 @@ void QBNoteAttachmentTextStyler::enumerateValidAttachmentsInAttributedString(con
 void QBNoteAttachmentTextStyler::enumerateOwnAttachments(const NSAttributedString &attributedString, NSRange range,
                                                          const AttachmentBlock &usingBlock) const
 {
-    attributedString.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
-                                        [&](const AttributeValue &value, NSRange place, bool * /*stop*/) {
-                                            const auto attachment = value.sharedAs<QBNotesTextAttachment>();
-                                            if (attachment && isOwnTextAttachment(*attachment)) {
-                                                usingBlock(attachment, place);
-                                            }
-                                        });
+    // Collected first: the runs are walked without a look-up each, and the block may change attributes.
+    struct Own
+    {
+        std::shared_ptr<QBNotesTextAttachment> attachment;
+        NSRange range;
+    };
+    std::vector<Own> found;
+    const NSRange cut = NSIntersectionRange(range, attributedString.fullRange());
+    const quib::AttributeRuns &runs = attributedString.runs();
+    const quib::AttributeNameMask mask = NSAttachmentAttributeName.mask();
+    const std::type_info *lastClass = nullptr;
+    bool isLastOwn = false;
+    auto position = cut.length > 0 ? runs.find(cut.location) : quib::AttributeRuns::Position();
+    while (cut.length > 0 && !runs.isAtEnd(position) && position.start < cut.limit()) {
+        const AttributeValue *const value = runs.attributes(position).find(NSAttachmentAttributeName);
+        if (const auto *attachment = value != nullptr ? value->as<NSTextAttachment>() : nullptr) {
+            if (const auto &itsClass = typeid(*attachment); lastClass == nullptr || itsClass != *lastClass) {
+                lastClass = &itsClass;
+                const auto *note = dynamic_cast<const QBNotesTextAttachment *>(attachment);
+                isLastOwn = note != nullptr && isOwnTextAttachment(*note);
+            }
+            const NSRange place = NSIntersectionRange(runs.range(position), cut);
+            if (isLastOwn && !found.empty() && found.back().attachment.get() == attachment &&
+                found.back().range.limit() == place.location) {
+                found.back().range.length += place.length;
+            } else if (isLastOwn) {
+                found.push_back({value->sharedAs<QBNotesTextAttachment>(), place});
+            }
+        }
+        runs.advance(position);
+        runs.advanceToNames(position, mask, cut.limit());
+    }
+    for (const Own &own : found) {
+        usingBlock(own.attachment, own.range);
+    }
 }

@@ -58,7 +58,7 @@ protected:
     /// A new attachment of the styler's class.
     [[nodiscard]] virtual std::shared_ptr<QBNotesTextAttachment>
     makeTextAttachment(const QString &representedText) const = 0;
-    /// Whether an attachment is of the styler's class.
+    /// Whether an attachment is of the styler's class, which is the same for all attachments of one class.
     [[nodiscard]] virtual bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const = 0;
 
     [[nodiscard]] virtual int stylerRegularExpressionRepresentedTextGroupIndex() const { return 1; }
@@ -75,7 +75,7 @@ protected:
     /// Calls block for each attachment of the styler that stands where its pattern wants one.
     virtual void enumerateValidAttachmentsInAttributedString(const NSAttributedString &attributedString, NSRange range,
                                                              const AttachmentBlock &usingBlock) const;
-    /// The attachments of the styler's class in a range, in order.
+    /// The attachments of the styler's class in a range, in order. The block may change attributes but no characters.
     void enumerateOwnAttachments(const NSAttributedString &attributedString, NSRange range,
                                  const AttachmentBlock &usingBlock) const;
     /// An attachment as a text of one character in the theme's default attributes.
