@@ -12,7 +12,7 @@ namespace quib {
 
 namespace {
 
-bool isMainQueue()
+[[maybe_unused]] bool isMainQueue()
 {
     return DispatchQueue::main()->isCurrent();
 }
