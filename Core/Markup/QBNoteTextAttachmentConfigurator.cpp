@@ -10,6 +10,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <optional>
@@ -21,16 +22,78 @@ namespace {
 /// What the names of drawings begin with that were made in the program.
 constexpr QLatin1StringView kSketchPrefix{"quib_sketch"};
 
-/// The small copy of a picture: the one that is there, or a new one where there is none or it cannot be read.
-std::optional<NSImage> thumbOfPicture(const QBThumbFileManager &manager, const QUrl &imageURL, QSizeF thumbSize)
+/// The most room that a picture gets. Units: points, but for the scale.
+struct Limits
 {
-    const QString thumb = manager.thumbURLForImageURL(imageURL, thumbSize).toLocalFile();
+    double width = 0;
+    double height = 0;
+    double scale = 1;
+};
+
+/// A picture as it is to be shown.
+struct ShownPicture
+{
+    NSImage image;
+    QSizeF originalSize; ///< in pixels
+    QSizeF shownSize;    ///< in points
+};
+
+QSizeF thumbSizeWithin(const Limits &limits, QSizeF imageSize, bool *scaled)
+{
+    double width = imageSize.width();
+    double height = imageSize.height();
+    *scaled = false;
+    if (limits.height > 0) {
+        const double limit = limits.height * limits.scale;
+        if (limit < height) {
+            width = limit * width / height;
+            height = limit;
+            *scaled = true;
+        }
+    }
+    if (limits.width > 0) {
+        const double limit = limits.width * limits.scale;
+        if (limit <= width) {
+            height = std::floor(imageSize.height() * limit / imageSize.width());
+            width = limit;
+            *scaled = true;
+        }
+    }
+    return {width, height};
+}
+
+/// The small copy of a picture: the one that is there, or a new one where there is none or it cannot be read.
+std::optional<NSImage> thumbOfPicture(const QUrl &imageURL, QSizeF thumbSize)
+{
+    const auto *manager = QBThumbFileManager::thumbFileManagerForPathComponent(QBThumbFileManager::kNoteImages);
+    const QString thumb = manager->thumbURLForImageURL(imageURL, thumbSize).toLocalFile();
     if (QFileInfo::exists(thumb)) {
         if (auto image = NSImage::imageWithContentsOfFile(thumb, nullptr)) {
             return image;
         }
     }
-    return manager.makeThumbForImageURL(imageURL, thumbSize, QBThumbFileManager::defaultThumbOptions());
+    return manager->makeThumbForImageURL(imageURL, thumbSize, QBThumbFileManager::defaultThumbOptions());
+}
+
+/// Reads the whole picture when that was asked for, or when it is shown in its own size and is quick to read, as
+/// drawings of the program's own always are; otherwise the small copy.
+ShownPicture readPicture(const QUrl &url, QSizeF originalSize, const Limits &limits, bool useOriginalAttachment)
+{
+    bool isScaled = false;
+    const QSizeF thumbSize = thumbSizeWithin(limits, originalSize, &isScaled);
+    const double scale = isScaled ? limits.scale : 1;
+    const bool isSketch = url.fileName(QUrl::FullyDecoded).startsWith(kSketchPrefix);
+    const bool readsOriginal = useOriginalAttachment || (isSketch && !isScaled) ||
+                               QBNoteTextAttachmentConfigurator::canLoadOriginalImageURL(url, thumbSize, originalSize);
+    const auto image =
+        readsOriginal ? NSImage::imageWithContentsOfFile(url.toLocalFile(), nullptr) : thumbOfPicture(url, thumbSize);
+    return {image ? image->imageWithScale(scale) : NSImage(), originalSize, thumbSize / scale};
+}
+
+/// Whether a picture stands upright while a size is that of the same picture lying, or the other way round.
+bool isTurned(QSize image, QSizeF size)
+{
+    return (image.width() - image.height()) * (size.width() - size.height()) < 0;
 }
 
 } // namespace
@@ -83,29 +146,7 @@ void QBNoteTextAttachmentConfigurator::configureTextAttachment(QBNotesTextAttach
 
 QSizeF QBNoteTextAttachmentConfigurator::imageThumbSizeForImageSize(QSizeF imageSize, bool *scaled) const
 {
-    double width = imageSize.width();
-    double height = imageSize.height();
-    bool isScaled = false;
-    if (m_maxAttachmentHeight > 0) {
-        const double limit = m_maxAttachmentHeight * m_scale;
-        if (limit < height) {
-            width = limit * width / height;
-            height = limit;
-            isScaled = true;
-        }
-    }
-    if (m_maxAttachmentWidth > 0) {
-        const double limit = m_maxAttachmentWidth * m_scale;
-        if (limit <= width) {
-            height = std::floor(imageSize.height() * limit / imageSize.width());
-            width = limit;
-            isScaled = true;
-        }
-    }
-    if (scaled != nullptr) {
-        *scaled = isScaled;
-    }
-    return {width, height};
+    return thumbSizeWithin({m_maxAttachmentWidth, m_maxAttachmentHeight, m_scale}, imageSize, scaled);
 }
 
 bool QBNoteTextAttachmentConfigurator::canLoadOriginalImageURL(const QUrl &imageURL, QSizeF ForThumbSize,
@@ -123,8 +164,7 @@ void QBNoteTextAttachmentConfigurator::loadImageForImageAttachment(QBImageTextAt
     const QSizeF originalSize = attachment.originalImageSize();
     bool isScaled = false;
     const QSizeF thumbSize = imageThumbSizeForImageSize(originalSize, &isScaled);
-    const double scale = isScaled ? m_scale : 1;
-    attachment.setAttachmentImageSize(thumbSize / scale);
+    attachment.setAttachmentImageSize(isScaled ? thumbSize / m_scale : thumbSize);
 
     // 2. Without a file there is nothing to load.
     const QUrl url = attachment.fileURL();
@@ -133,32 +173,33 @@ void QBNoteTextAttachmentConfigurator::loadImageForImageAttachment(QBImageTextAt
         return;
     }
 
-    // 3. A whole picture is read when it was asked for, or when it is shown in its own size and is quick to read, as
-    //    drawings of the program's own always are.
-    const bool isSketch = url.fileName(QUrl::FullyDecoded).startsWith(kSketchPrefix);
-    const bool loadsOriginal =
-        m_useOriginalAttachment || (isSketch && !isScaled) || canLoadOriginalImageURL(url, thumbSize, originalSize);
+    // 3. A camera held upright stores its picture lying. The record tells the stored size, and the pixels the true one.
+    const Limits limits{m_maxAttachmentWidth, m_maxAttachmentHeight, m_scale};
+    const auto load = [url, originalSize, limits, usesOriginal = m_useOriginalAttachment] {
+        const auto picture = readPicture(url, originalSize, limits, usesOriginal);
+        return isTurned(picture.image.pixelSize(), originalSize)
+                   ? readPicture(url, originalSize.transposed(), limits, usesOriginal)
+                   : picture;
+    };
+    const auto show = [](const ShownPicture &picture, QBImageTextAttachment &inAttachment) {
+        inAttachment.setOriginalImageSize(picture.originalSize);
+        inAttachment.setAttachmentImageSize(picture.shownSize);
+        inAttachment.setAttachmentImage(picture.image);
+        inAttachment.updateTextAttachment();
+    };
 
     // 4. The picture arrives at once, or when it is there.
-    const auto *manager = QBThumbFileManager::thumbFileManagerForPathComponent(QBThumbFileManager::kNoteImages);
-    const auto load = [manager, url, thumbSize, scale, loadsOriginal]() -> NSImage {
-        const auto image = loadsOriginal ? NSImage::imageWithContentsOfFile(url.toLocalFile(), nullptr)
-                                         : thumbOfPicture(*manager, url, thumbSize);
-        return image ? image->imageWithScale(scale) : NSImage();
-    };
     if (m_configureAttachmentSynchronously) {
-        attachment.setAttachmentImage(load());
-        attachment.updateTextAttachment();
+        show(load(), attachment);
         return;
     }
-    QBThumbFileManager::performInBackground([load, weak = attachment.weak_from_this()] {
+    QBThumbFileManager::performInBackground([load, show, weak = attachment.weak_from_this()] {
         if (weak.expired()) {
             return;
         }
-        quib::DispatchQueue::main()->async([image = load(), weak] {
+        quib::DispatchQueue::main()->async([picture = load(), show, weak] {
             if (const auto self = weak.lock()) {
-                self->setAttachmentImage(image);
-                self->updateTextAttachment();
+                show(picture, *self);
             }
         });
     });

@@ -56,7 +56,7 @@ public:
     ///           picture arrives.
     void configureTextAttachment(QBNotesTextAttachment &attachment);
 
-    /// The size that a picture of a size is shown in at most. Shape: scaled tells whether it is another one.
+    /// The size that a picture of a size is shown in at most. Shape: scaled becomes whether it is another one.
     /// Units: pixels.
     [[nodiscard]] QSizeF imageThumbSizeForImageSize(QSizeF imageSize, bool *scaled) const;
     /// Whether the file itself costs no more than a smaller copy: it is as small, and in a form that is quick to read.

@@ -166,6 +166,27 @@ TEST_F(AttachmentConfigurator, ALargePictureIsShownByASmallCopy)
     EXPECT_TRUE(imageFor(file->textRepresentation())->attachmentImage().isEmpty()) << "without its file there is none";
 }
 
+TEST_F(AttachmentConfigurator, APictureOfAnUprightCameraIsShownUpright)
+{
+    GraphicsContext context({400, 200}, 1, NSColor::colorWithRed(1, 0, 0));
+    QByteArray bytes = context.image().jpegData();
+    // The mark of a picture that is to be turned clockwise by a quarter, behind the first two bytes.
+    bytes.insert(2, QByteArray("\xFF\xE1\x00\x22"
+                               "Exif\0\0"
+                               "MM\0\x2A\0\0\0\x08"
+                               "\0\x01"
+                               "\x01\x12\0\x03\0\0\0\x01\0\x06\0\0"
+                               "\0\0\0\0",
+                               36));
+    const auto file = import(u"upright.jpg"_s, bytes);
+    ASSERT_EQ(file.as<QBNoteImage>()->width(), 400) << "the record tells what is stored";
+    configurator.setMaxAttachmentWidth(50);
+    const auto attachment = imageFor(file->textRepresentation());
+    EXPECT_EQ(attachment->originalImageSize(), QSizeF(200, 400));
+    EXPECT_EQ(attachment->attachmentImageSize(), QSizeF(50, 100));
+    EXPECT_EQ(attachment->attachmentImage().pixelSize(), QSize(50, 100));
+}
+
 TEST_F(AttachmentConfigurator, ASmallPictureIsShownAsItIs)
 {
     const auto file = importPicture(u"a.png"_s, {40, 20});
