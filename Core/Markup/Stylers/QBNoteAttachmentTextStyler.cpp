@@ -1,5 +1,6 @@
 #include "QBNoteAttachmentTextStyler.h"
 
+#include "ExpandedText.h"
 #include "QBNoteTextStylerAttributes.h"
 
 #include <Themes/QBNotesTextThemeManager.h>
@@ -91,7 +92,8 @@ void QBNoteAttachmentTextStyler::addTextAttachmentsInAttributedString(NSMutableA
             if (!matched.isFound()) {
                 return;
             }
-            const QString representedText = attributedString.stringInRange(matched).toString();
+            // A match may take attachments of earlier stylers in: what they stand for goes into the new one's text.
+            const QString representedText = quib::expandedText(attributedString, matched);
             const auto text = attributedStringWithTextAttachmentForRepresentedText(representedText);
             if (!text) {
                 return;

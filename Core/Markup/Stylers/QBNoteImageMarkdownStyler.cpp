@@ -1,8 +1,8 @@
 #include "QBNoteImageMarkdownStyler.h"
 
+#include "ExpandedText.h"
 #include "QBNoteTextStylerAttributes.h"
 
-#include <Markup/Attachments/QBNotesTextAttachment.h>
 #include <Markup/Syntax/StylerSyntax.h>
 #include <Text/NSStringHelpers.h>
 
@@ -12,20 +12,6 @@ using quib::AttributeValue;
 using quib::syntax::Construct;
 
 namespace {
-
-/// The text with what its attachments stand for in their place.
-QString expandedText(const NSAttributedString &attributedString, NSRange range)
-{
-    QString text;
-    attributedString.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
-                                        [&](const AttributeValue &value, NSRange run, bool * /*stop*/) {
-                                            const auto *attachment = value.as<QBNotesTextAttachment>();
-                                            text += attachment != nullptr
-                                                        ? attachment->representedText()
-                                                        : attributedString.stringInRange(run).toString();
-                                        });
-    return text;
-}
 
 /// The first run of an attribute in a range; kNotFoundRange for none.
 NSRange firstRunOfAttribute(const NSAttributeName &name, const NSAttributedString &attributedString, NSRange inRange)
@@ -112,9 +98,9 @@ bool QBNoteImageMarkdownStyler::getUrl(QString *url, QString *title, QString *an
     }
     const NSRange before{inRange.location, link.location - inRange.location};
     const NSRange alt = firstRunOfAttribute(QBMarkdownImageStylerAttributeAlt, fromAttributedString, before);
-    *andAlt = alt.isFound() ? expandedText(fromAttributedString, alt) : QString();
+    *andAlt = alt.isFound() ? quib::expandedText(fromAttributedString, alt) : QString();
     // By now an attachment may stand for the link and its title.
-    const QString text = expandedText(fromAttributedString, link);
+    const QString text = quib::expandedText(fromAttributedString, link);
     const auto found = titleRegularExpression().firstMatchInString(text, 0, {0, text.size()});
     *title = found ? text.sliced(found->rangeAtIndex(1).location, found->rangeAtIndex(1).length) : QString();
     *url = quib::trimmedWhitespaceAndNewlines(QStringView(text).first(found ? found->range().location : text.size()));

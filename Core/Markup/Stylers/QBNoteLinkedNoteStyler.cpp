@@ -34,3 +34,8 @@ std::shared_ptr<QBNotesTextAttachment> QBNoteLinkedNoteStyler::makeLinkAttachmen
 {
     return std::make_shared<QBLinkedNoteTextAttachment>(representedText, themeManager());
 }
+
+bool QBNoteLinkedNoteStyler::isStyledTextAttachment(const QBNotesTextAttachment &attachment) const
+{
+    return isOwnTextAttachment(attachment);
+}

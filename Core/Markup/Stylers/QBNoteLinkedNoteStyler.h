@@ -17,4 +17,5 @@ protected:
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment>
     makeLinkAttachment(const QString &representedText) const override;
+    [[nodiscard]] bool isStyledTextAttachment(const QBNotesTextAttachment &attachment) const override;
 };

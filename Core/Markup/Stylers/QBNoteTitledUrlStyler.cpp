@@ -133,8 +133,13 @@ std::shared_ptr<QBNotesTextAttachment> QBNoteTitledUrlStyler::makeLinkAttachment
 bool QBNoteTitledUrlStyler::isOwnTextAttachment(const QBNotesTextAttachment &attachment) const
 {
     // A linked note's attachment is another styler's, though of the same family.
-    return dynamic_cast<const QBTitledURLTextAttachment *>(&attachment) != nullptr &&
+    return isStyledTextAttachment(attachment) &&
            dynamic_cast<const QBLinkedNoteTextAttachment *>(&attachment) == nullptr;
+}
+
+bool QBNoteTitledUrlStyler::isStyledTextAttachment(const QBNotesTextAttachment &attachment) const
+{
+    return dynamic_cast<const QBTitledURLTextAttachment *>(&attachment) != nullptr;
 }
 
 void QBNoteTitledUrlStyler::removeUnusedStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
@@ -153,7 +158,7 @@ void QBNoteTitledUrlStyler::applyStyleIn(NSMutableAttributedString &attributedSt
         AttributeSet kern;
     };
     std::optional<Attributes> set;
-    enumerateOwnAttachments(attributedString, range, [&](const auto &attachment, NSRange place) {
+    const auto style = [&](const QBNotesTextAttachment &attachment, NSRange place) {
         if (!set) {
             set = Attributes{
                 .title = {{QBNoteSkipAttachmentReplacementAttributeName, 1}, {QBNoteSkipStylingAttributeName, 1}},
@@ -169,7 +174,7 @@ void QBNoteTitledUrlStyler::applyStyleIn(NSMutableAttributedString &attributedSt
         const bool isClosed = place.limit() < attributedString.length();
         if (title.isFound()) {
             AttributeSet linked = set->title;
-            if (const auto url = linkURL(attachment->representedText())) {
+            if (const auto url = linkURL(attachment.representedText())) {
                 linked.insert(NSLinkAttributeName, *url);
             }
             attributedString.addAttributes(linked, title);
@@ -189,5 +194,12 @@ void QBNoteTitledUrlStyler::applyStyleIn(NSMutableAttributedString &attributedSt
             attributedString.addAttribute(QBTitledUrlStylerAttributeName, 1,
                                           {title.location - 1, limit - title.location + 1});
         }
-    });
+    };
+    attributedString.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
+                                        [&](const quib::AttributeValue &value, NSRange place, bool * /*stop*/) {
+                                            const auto attachment = value.sharedAs<QBNotesTextAttachment>();
+                                            if (attachment && isStyledTextAttachment(*attachment)) {
+                                                style(*attachment, place);
+                                            }
+                                        });
 }

@@ -34,4 +34,7 @@ protected:
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
     [[nodiscard]] virtual std::shared_ptr<QBNotesTextAttachment>
     makeLinkAttachment(const QString &representedText) const;
+    /// Whether a pass paints the link of an attachment. Linked notes have the same marks, so what this styler takes
+    /// away it gives back to both; they are painted earlier as well, for the sake of the guards.
+    [[nodiscard]] virtual bool isStyledTextAttachment(const QBNotesTextAttachment &attachment) const;
 };

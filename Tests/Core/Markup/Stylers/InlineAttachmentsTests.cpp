@@ -1,0 +1,334 @@
+// Links, tags, colours, arrows and addresses: what stands in the place of text or beside it, and where it leads.
+
+#include "StyledInline.h"
+
+#include <Graphics/GraphicsAttributes.h>
+#include <Markup/Stylers/QBNoteAddressesStyler.h>
+#include <Markup/Stylers/QBNoteImageMarkdownStyler.h>
+#include <Markup/Stylers/QBNoteLinkedNoteStyler.h>
+#include <Markup/Stylers/QBNoteNormalTextStyler.h>
+#include <Markup/Stylers/QBNoteTagStyler.h>
+#include <Themes/QBNotesTextThemeManager.h>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quib::tests {
+
+namespace {
+
+struct Case
+{
+    QString text;
+    QString shown;
+};
+
+/// What a text looks like when it is new and when it is styled again; it always stays what it was.
+void checkShown(const QList<Case> &cases)
+{
+    for (const Case &expected : cases) {
+        SCOPED_TRACE(expected.text.toStdString());
+        for (const auto theme : {StyledInline::Theme::Plain, StyledInline::Theme::None}) {
+            StyledInline styled(/*syntax=*/0, theme);
+            styled.load(expected.text);
+            EXPECT_EQ(styled.shown(), expected.shown);
+            EXPECT_EQ(styled.expanded(), expected.text);
+            const QString fresh = styled.marks();
+            styled.restyle();
+            EXPECT_EQ(styled.marks(), fresh);
+            EXPECT_EQ(styled.expanded(), expected.text);
+        }
+    }
+}
+
+QString linkAt(const StyledInline &styled, const QString &place)
+{
+    return styled.valueAt(NSLinkAttributeName, place).urlValue().toString(QUrl::FullyEncoded);
+}
+
+} // namespace
+
+TEST(InlineAttachments, StandWhereTheirConstructIsWhole)
+{
+    checkShown({
+        {u"a -> b <- c"_s, u"a → b ← c"_s},
+        {u"(->) ->."_s, u"(→) →."_s},
+        {u"a->b -> "_s, u"a->b → "_s},
+        {u"->"_s, u"→"_s},
+        {u"#123456"_s, u"■#123456"_s},
+        {u"a (#12abEF), b"_s, u"a (■#12abEF), b"_s},
+        {u"#12345g #12345 #1234567"_s, u"¦#12345g¦ #12345 #1234567"_s},
+        {u"#aabbcc."_s, u"■#aabbcc."_s},
+        {u"#tag and #a b# end"_s, u"¦#tag¦ and ¦#a b#¦ end"_s},
+        {u"word#a b#c"_s, u"word¦#a b#¦c"_s},
+        {u"(#tag), #t/u."_s, u"(¦#tag¦), ¦#t/u¦."_s},
+        {u"# x ## #123 word#tag"_s, u"@ x ## #123 word#tag"_s},
+        {u"x #a b##c d#"_s, u"x ¦#a b#¦¦#c d#¦"_s},
+        {u"[t](http://a.bc)"_s, u"[t](§)"_s},
+        {u"a[t](u)b [x](y)"_s, u"a[t](§)b [x](§)"_s},
+        {u"[a[b](u)"_s, u"[a[b](§)"_s},
+        {u"[a]b](u) [](u) [a]( [t](u\n)"_s, u"[a]b](u) [](u) [a]( [t](u\n)"_s},
+        {u"[t](quib://x-callback-url/open-note?id=1)"_s, u"[t](¶)"_s},
+        {u"x[t](quib://a)y [t](quibble)"_s, u"x[t](¶)y [t](¶)"_s},
+        {u"[a [b] c](quib://a)"_s, u"[a [b] c](¶)"_s},
+        {u"![alt](pic.png \"x y\")"_s, u"![alt](§)"_s},
+        {u"[t](http://a:b)"_s, u"[t](http://a:b)"_s},
+        {u"\uFFFC [t](\uFFFC) #a\uFFFC"_s, u"\uFFFC [t](\uFFFC) ¦#a\uFFFC¦"_s},
+    });
+}
+
+TEST(InlineAttachments, TakePartInNoLaterPassThatUnmakesThem)
+{
+    StyledInline styled;
+    styled.load(u"a #123456 b"_s);
+    styled.edit(u"6 b"_s, u"7 b"_s);
+    EXPECT_EQ(styled.shown(), u"a ■#123457 b"_s);
+    EXPECT_EQ(styled.valueAt(QBNoteColorStylerAttributeName, u"■"_s),
+              attributeValue(NSColor::colorFromHexString(u"#123457")));
+    styled.edit(u"457"_s, u"45"_s);
+    EXPECT_EQ(styled.shown(), u"a #12345 b"_s);
+    styled.edit(u"45 "_s, u"456 "_s);
+    EXPECT_EQ(styled.shown(), u"a ■#123456 b"_s);
+
+    styled.load(u"a #tag b"_s);
+    styled.edit(u"tag"_s, u"t g"_s);
+    EXPECT_EQ(styled.shown(), u"a ¦#t¦ g b"_s);
+    styled.edit(u"g b"_s, u"g# b"_s);
+    EXPECT_EQ(styled.shown(), u"a ¦#t g#¦ b"_s);
+    styled.edit(u"#t"_s, u"t"_s);
+    EXPECT_EQ(styled.shown(), u"a t g# b"_s);
+
+    styled.load(u"x [t](u) y"_s);
+    styled.edit(u"]("_s, u"] ("_s);
+    EXPECT_EQ(styled.shown(), u"x [t] (u) y"_s);
+    EXPECT_FALSE(styled.valueAt(NSLinkAttributeName, u"t"_s));
+    styled.edit(u"] ("_s, u"]("_s);
+    EXPECT_EQ(styled.shown(), u"x [t](§) y"_s);
+}
+
+TEST(InlineAttachments, ATitledLinkMarksItsParts)
+{
+    for (const QString &link : {u"http://a.bc"_s, u"quib://a"_s}) {
+        const QChar sign = link.startsWith(u'q') ? u'¶' : u'§';
+        StyledInline styled;
+        styled.load(QString(u"x [a b](" % link % u") y"));
+        const auto with = [sign](const QString &text) { return QString(text).replace(u'$', sign); };
+        EXPECT_EQ(styled.marked(NSLinkAttributeName), with(u"x [{a b}]($) y"_s));
+        EXPECT_EQ(styled.marked(QBNoteSkipStylingAttributeName), with(u"x [{a b}]($) y"_s));
+        EXPECT_EQ(styled.marked(QBNoteSkipAttachmentReplacementAttributeName), with(u"x [{a b}]($) y"_s));
+        EXPECT_EQ(styled.marked(QBTitledUrlStylerAttributeName), with(u"x {[a b]($)} y"_s));
+        EXPECT_EQ(styled.marked(QBNoteSkipLineBreakByWordAttributeName), with(u"x [a b]{($)} y"_s));
+        EXPECT_EQ(styled.coloured(styled.theme().linkTextColor()), with(u"x [{a b}]($) y"_s));
+        EXPECT_EQ(styled.coloured(styled.theme().styleMarkerTextColor()), with(u"x {[}a b{](}${)} y"_s));
+        EXPECT_EQ(styled.marked(NSKernAttributeName, styled.theme().paragraphFontXHeight() / 5),
+                  with(u"x {[}a {b}]($) y"_s));
+    }
+    // A guarded title has no markup inside; a code span is not guarded from the link around it.
+    StyledInline styled;
+    styled.load(u"[a *b* #c](u) *d*"_s);
+    EXPECT_EQ(styled.shown(), u"[a *b* #c](§) *d*"_s);
+    EXPECT_EQ(styled.marked(QBNoteBoldTextStylerAttributeName), u"[a *b* #c](§) *{d}*"_s);
+    styled.load(u"[a `b` c](u)"_s);
+    EXPECT_EQ(styled.marked(QBTitledUrlStylerAttributeName), u"{[a `b` c](§)}"_s);
+}
+
+TEST(InlineAttachments, ALinkLeadsWhereItsTextSays)
+{
+    for (const auto &[text, url] : {
+             std::pair(u"http://a.bc/d?e=f#g"_s, u"http://a.bc/d?e=f#g"_s),
+             std::pair(u"a.bc/d"_s, u"http://a.bc/d"_s),
+             std::pair(u"a b"_s, u""_s), // the name of no host
+             std::pair(u"a.bc/d e"_s, u"http://a.bc/d%20e"_s),
+             std::pair(u"http://a.bc/d e"_s, u"http://a.bc/d%20e"_s),
+             std::pair(u"http://a.bc/d%20e f"_s, u"http://a.bc/d%2520e%20f"_s),
+             std::pair(u"http://a.bc/\u00E9"_s, u"http://a.bc/%C3%A9"_s),
+             std::pair(u"mailto:x@a.bc"_s, u"mailto:x@a.bc"_s),
+             std::pair(u"quib://x-callback-url/open-note?title=a%26b"_s,
+                       u"quib://x-callback-url/open-note?title=a%26b"_s),
+             std::pair(u"/d"_s, u"http:///d"_s),
+         }) {
+        StyledInline styled;
+        styled.load(QString(u"[t](" % text % u')'));
+        EXPECT_EQ(linkAt(styled, u"t"_s), url) << text.toStdString();
+        EXPECT_EQ(styled.expanded(), QString(u"[t](" % text % u')'));
+    }
+    // No URL can hold a lone surrogate: the markup stays as it is.
+    StyledInline styled;
+    const QString broken = u"[t](a"_s + QChar(0xD800) + u") [["_s + QChar(0xDC00) + u"]] #x"_s + QChar(0xD801);
+    styled.load(broken);
+    EXPECT_EQ(styled.marked(NSAttachmentAttributeName),
+              u"[t](a"_s + QChar(0xD800) + u") [["_s + QChar(0xDC00) + u"]] {¦}#x"_s + QChar(0xD801) + u"{¦}"_s);
+    EXPECT_EQ(styled.expanded(), broken);
+    EXPECT_EQ(styled.marked(NSLinkAttributeName), styled.shown());
+    EXPECT_EQ(styled.marked(QBNoteWikiTextStylerAttributeName), styled.shown());
+}
+
+TEST(InlineAttachments, ATitleIsFoundFromItsAttachment)
+{
+    const auto titleOf = [](const QString &text) {
+        const QString withPlaceholder = QString(text).replace(u'@', NSTextAttachment::placeholderString());
+        const NSRange range = QBNoteTitledUrlStyler::titleRangeForAttachmentAtIndex(
+            text.indexOf(u'@'), NSAttributedString(withPlaceholder));
+        return range.isFound() ? text.sliced(range.location, range.length) : u"none"_s;
+    };
+    EXPECT_EQ(titleOf(u"[a b](@)"_s), u"a b"_s);
+    EXPECT_EQ(titleOf(u"[x [a](@"_s), u"a"_s);
+    for (const QString &text : {u"@"_s, u"(@)"_s, u"](@)"_s, u"[](@)"_s, u"[a\nb](@)"_s, u"[a] (@)"_s, u"[a](x@)"_s}) {
+        EXPECT_EQ(titleOf(text), u"none"_s) << text.toStdString();
+    }
+    EXPECT_EQ(QBNoteTitledUrlStyler::titleRangeForAttachmentAtIndex(9, NSAttributedString(u"[a]("_s)), kNotFoundRange);
+    EXPECT_EQ(QBNoteTitledUrlStyler::titledURLForUrlString(u"http://a.b"_s, u"a [b] c"_s, u"text"_s, {0, 4}),
+              u"[a b c](http://a.b)"_s);
+}
+
+TEST(InlineAttachments, ATagMarksItselfWithItsSpacers)
+{
+    StyledInline styled;
+    styled.load(u"x #a b# #t"_s);
+    EXPECT_EQ(styled.marked(QBNoteTagStylerAttributeName), u"x {¦#a b#¦} {¦#t¦}"_s);
+    EXPECT_EQ(styled.marked(QBNoteTagStylerMarkerAttributeName), u"x ¦{#}a b{#}¦ ¦{#}t¦"_s);
+    EXPECT_EQ(styled.marked(QBNoteTagSpacerAttributeName), u"x {¦}#a b#{¦} {¦}#t{¦}"_s);
+    for (const NSAttributeName &guard : {QBNoteSkipHyphenationAttributeName, QBNoteSkipLineBreakByWordAttributeName,
+                                         QBNoteSkipSpellCheckerAttributeName, QBNoteSkipStylingAttributeName,
+                                         QBNoteFullSelectionRangeAttributeName, NSLinkAttributeName}) {
+        EXPECT_EQ(styled.marked(guard), u"x {¦#a b#¦} {¦#t¦}"_s) << guard.string().toStdString();
+    }
+    EXPECT_EQ(styled.valueAt(QBNoteTagStylerAttributeName, u"#a"_s), AttributeValue(u"a b#_4"_s));
+    EXPECT_EQ(styled.valueAt(QBNoteFullSelectionRangeAttributeName, u"#t"_s), AttributeValue(u"t_12"_s));
+    EXPECT_EQ(linkAt(styled, u"#a"_s), u"quib://x-callback-url/open-tag?name=a%20b"_s);
+    EXPECT_EQ(styled.coloured(styled.theme().hashMarkerTextColor()), u"x ¦{#}a b{#}¦ ¦{#}t¦"_s);
+    EXPECT_EQ(styled.coloured(styled.theme().hashTextColor()), u"x {¦}#{a b}#{¦} {¦}#{t¦}"_s);
+
+    styled.load(u"#a&b=c/d+e\u00E9"_s);
+    EXPECT_EQ(linkAt(styled, u"#a"_s), u"quib://x-callback-url/open-tag?name=a%26b%3Dc/d+e%C3%A9"_s);
+    // Nothing is styled inside, and two like tags are two.
+    styled.load(u"#a*b*c #a*b*c"_s);
+    EXPECT_EQ(styled.marked(QBNoteBoldTextStylerAttributeName), styled.shown());
+    EXPECT_EQ(styled.marked(QBNoteFullSelectionRangeAttributeName), u"{¦#a*b*c¦} {¦#a*b*c¦}"_s);
+}
+
+TEST(InlineAttachments, AMarkOverATagsEndTakesItsSpacer)
+{
+    const NSAttributeName &mark = QBNoteBoundaryMarkerAttributeName;
+    StyledInline styled;
+    styled.text() = NSMutableAttributedString(u"x #ab y"_s);
+    styled.text().addAttribute(mark, 1, {2, 3});
+    styled.restyle();
+    EXPECT_EQ(styled.marked(mark), u"x {¦#ab¦} y"_s);
+    styled.text() = NSMutableAttributedString(u"x #ab y"_s);
+    styled.text().addAttribute(mark, 1, {4, 2});
+    styled.restyle();
+    EXPECT_EQ(styled.marked(mark), u"x ¦#a{b¦ }y"_s);
+}
+
+TEST(InlineAttachments, AColourMarksItsCode)
+{
+    StyledInline styled;
+    styled.load(u"x #12abEF y"_s);
+    EXPECT_EQ(styled.marked(QBNoteColorStylerAttributeName), u"x {■#12abEF} y"_s);
+    EXPECT_EQ(styled.marked(QBNoteSkipLineBreakByWordAttributeName), u"x {■#12abEF} y"_s);
+    EXPECT_EQ(styled.coloured(styled.theme().styleMarkerTextColor()), u"x ■{#}12abEF y"_s);
+    EXPECT_EQ(styled.marked(NSFontAttributeName, styled.theme().monospaceFontAttribute()), u"x ■{#12abEF} y"_s);
+    const auto *color = colorOfAttribute(styled.text().attribute(QBNoteColorStylerAttributeName, 3));
+    ASSERT_NE(color, nullptr);
+    EXPECT_EQ(color->hexString(), u"12ABEF"_s);
+}
+
+TEST(InlineAttachments, AWikiLinkOpensItsNoteOrMakesIt)
+{
+    StyledInline styled;
+    styled.load(u"x [[a-b *c*]] y"_s);
+    EXPECT_EQ(styled.marked(QBNoteWikiTextStylerAttributeName), u"x {[[a-b *c*]]} y"_s);
+    EXPECT_EQ(styled.marked(QBNoteWikiTextStylerMarkerAttributeName), u"x {[[}a-b *c*{]]} y"_s);
+    EXPECT_EQ(styled.marked(NSLinkAttributeName), u"x [[{a-b *c*}]] y"_s);
+    EXPECT_EQ(styled.marked(QBNoteSkipStylingAttributeName), u"x [[{a-b *c*}]] y"_s);
+    EXPECT_EQ(styled.marked(QBNoteSkipAttachmentReplacementAttributeName), u"x [[{a-b *c*}]] y"_s);
+    EXPECT_EQ(styled.marked(QBNoteBoldTextStylerAttributeName), u"x [[a-b *{c}*]] y"_s);
+    EXPECT_EQ(styled.coloured(styled.theme().styleMarkerTextColor()), u"x {[[}a-b *c*{]]} y"_s);
+    EXPECT_EQ(styled.valueAt(NSLinkAttributeName, u"a-b"_s).urlValue(),
+              QUrl(u"quib://x-callback-url/open-note?title=a%2Db%20%2Ac%2A&x-error=quib%3A%2F%2Fx%2Dcallback%2Durl"
+                   "%2Fcreate%3Ftitle%3Da%252Db%2520%252Ac%252A"_s));
+    styled.load(u"`[[a]]` [[ b]] [[#t]] [[c]]"_s);
+    EXPECT_EQ(styled.marked(NSLinkAttributeName), u"`[[a]]` [[ b]] [[{¦#t¦}]] [[{c}]]"_s);
+    EXPECT_EQ(styled.marked(QBNoteWikiTextStylerAttributeName), u"`[[a]]` [[ b]] [[¦#t¦]] {[[c]]}"_s);
+}
+
+TEST(InlineAttachments, ABareLinkIsMarkedOutsideOfGuardedText)
+{
+    StyledInline styled;
+    styled.load(u"see http://a.bc/d, `http://a.bc` and #http://a.bc"_s);
+    EXPECT_EQ(styled.marked(QBNoteURLTextStylerAttributeName),
+              u"see {http://a.bc/d}, `http://a.bc` and ¦#http¦://a.bc"_s);
+    EXPECT_EQ(linkAt(styled, u"http"_s), u"http://a.bc/d"_s);
+    EXPECT_EQ(styled.valueAt(QBNoteURLTextStylerAttributeName, u"http"_s), QUrl(u"http://a.bc/d"_s));
+    EXPECT_EQ(styled.coloured(styled.theme().linkTextColor()), styled.marked(QBNoteURLTextStylerAttributeName));
+}
+
+TEST(InlineAttachments, AnImageOfMarkdownCanBeReadBack)
+{
+    struct Image
+    {
+        QString text;
+        QString url;
+        QString title;
+        QString alt;
+    };
+    StyledInline styled;
+    for (const Image &image : {
+             Image{u"![a b](c.png)"_s, u"c.png"_s, u""_s, u"a b"_s},
+             Image{u"![](c.png)"_s, u"c.png"_s, u""_s, u""_s},
+             Image{u"![a](c.png \"t \"u\"\")"_s, u"c.png"_s, u"t \"u\""_s, u"a"_s},
+             Image{u"![]( c.png\n\"t\" )"_s, u"c.png"_s, u"t"_s, u""_s},
+             Image{u"![#tag](\"t\")"_s, u""_s, u"t"_s, u"#tag"_s},
+             Image{u"![](#123456)![b](c)"_s, u"#123456"_s, u""_s, u""_s},
+             Image{u"x ![b](c)![d](e)"_s, u"c"_s, u""_s, u"b"_s},
+         }) {
+        SCOPED_TRACE(image.text.toStdString());
+        styled.load(image.text);
+        for (int pass = 0; pass < 2; ++pass) {
+            QString url;
+            QString title;
+            QString alt;
+            EXPECT_TRUE(
+                QBNoteImageMarkdownStyler::getUrl(&url, &title, &alt, styled.text(), styled.text().fullRange()));
+            EXPECT_EQ(url, image.url);
+            EXPECT_EQ(title, image.title);
+            EXPECT_EQ(alt, image.alt);
+            EXPECT_EQ(styled.expanded(), image.text);
+            styled.restyle();
+        }
+    }
+    StyledInline plain({std::make_shared<QBNoteImageMarkdownStyler>()});
+    plain.load(u"x ![a](b \"c\") `y`"_s);
+    EXPECT_EQ(plain.marked(QBMarkdownImageStylerAttributeName), u"x {![a](b \"c\")} `y`"_s);
+    EXPECT_EQ(plain.marked(QBMarkdownImageStylerAttributeMarker), u"x {![}a{](}b \"c\"{)} `y`"_s);
+    EXPECT_EQ(plain.marked(QBMarkdownImageStylerAttributeAlt), u"x ![{a}](b \"c\") `y`"_s);
+    EXPECT_EQ(plain.marked(QBMarkdownImageStylerAttributeUrl), u"x ![a]({b \"c\"}) `y`"_s);
+    EXPECT_EQ(plain.marked(QBMarkdownImageStylerAttributeTitle), u"x ![a](b \"{c}\") `y`"_s);
+    styled.load(u"`![a](b)` !(a)[b]"_s);
+    QString url;
+    QString title;
+    QString alt;
+    EXPECT_FALSE(QBNoteImageMarkdownStyler::getUrl(&url, &title, &alt, styled.text(), styled.text().fullRange()));
+}
+
+TEST(InlineAttachments, AnAddressLeadsToAMapWhenThatIsAskedFor)
+{
+    StyledInline styled({std::make_shared<QBNoteNormalTextStyler>(), std::make_shared<QBNoteAddressesStyler>()});
+    const QString text = u"Meet at 1600 Pennsylvania Avenue NW, Washington, DC 20500 today"_s;
+    styled.load(text);
+    EXPECT_EQ(styled.marked(QBNoteAddressesStylerAttributeName),
+              u"Meet at !{1600 Pennsylvania Avenue NW, Washington, DC 20500} today"_s);
+    EXPECT_EQ(styled.marked(NSUnderlineStyleAttributeName, 257),
+              u"Meet at !{1600 Pennsylvania Avenue NW, Washington, DC 20500} today"_s);
+    EXPECT_TRUE(
+        linkAt(styled, u"1600"_s).endsWith(u"?q=1600%20Pennsylvania%20Avenue%20NW,%20Washington,%20DC%2020500"));
+    EXPECT_EQ(styled.valueAt(NSUnderlineColorAttributeName, u"1600"_s), attributeValue(*styled.theme().mapTextColor()));
+    const QString fresh = styled.shown();
+    styled.restyle();
+    EXPECT_EQ(styled.shown(), fresh);
+    EXPECT_EQ(styled.expanded(), text);
+}
+
+} // namespace quib::tests
