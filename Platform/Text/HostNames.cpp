@@ -111,21 +111,28 @@ bool isAlwaysAnExtension(QStringView label)
     return holds(kExtensions, label);
 }
 
-/// National suffixes that are extensions of files, English words or usual properties in programs.
-bool isAmbiguousNationalSuffix(QStringView label)
+/// National suffixes that readers meet every day and that are neither extensions of files nor usual properties in
+/// programs. The others ("rs", "sh", "is", "id", "mw") are those just as often, or are rare.
+bool isWellKnownNationalSuffix(QStringView label)
 {
-    static constexpr std::array<QLatin1StringView, 35> kAmbiguous{{
-        QLatin1StringView{"ac"}, QLatin1StringView{"ad"}, QLatin1StringView{"am"}, QLatin1StringView{"as"},
-        QLatin1StringView{"by"}, QLatin1StringView{"cc"}, QLatin1StringView{"cr"}, QLatin1StringView{"do"},
-        QLatin1StringView{"gd"}, QLatin1StringView{"id"}, QLatin1StringView{"is"}, QLatin1StringView{"la"},
-        QLatin1StringView{"me"}, QLatin1StringView{"mk"}, QLatin1StringView{"ml"}, QLatin1StringView{"mm"},
-        QLatin1StringView{"mo"}, QLatin1StringView{"ms"}, QLatin1StringView{"my"}, QLatin1StringView{"pl"},
-        QLatin1StringView{"pm"}, QLatin1StringView{"pn"}, QLatin1StringView{"ps"}, QLatin1StringView{"rs"},
-        QLatin1StringView{"sc"}, QLatin1StringView{"sh"}, QLatin1StringView{"so"}, QLatin1StringView{"st"},
-        QLatin1StringView{"sv"}, QLatin1StringView{"tf"}, QLatin1StringView{"tm"}, QLatin1StringView{"to"},
-        QLatin1StringView{"us"}, QLatin1StringView{"vc"}, QLatin1StringView{"va"},
+    static constexpr std::array<QLatin1StringView, 59> kSuffixes{{
+        QLatin1StringView{"ae"}, QLatin1StringView{"ai"}, QLatin1StringView{"ar"}, QLatin1StringView{"at"},
+        QLatin1StringView{"au"}, QLatin1StringView{"be"}, QLatin1StringView{"bg"}, QLatin1StringView{"br"},
+        QLatin1StringView{"ca"}, QLatin1StringView{"ch"}, QLatin1StringView{"cl"}, QLatin1StringView{"cn"},
+        QLatin1StringView{"co"}, QLatin1StringView{"cz"}, QLatin1StringView{"de"}, QLatin1StringView{"dk"},
+        QLatin1StringView{"ee"}, QLatin1StringView{"es"}, QLatin1StringView{"eu"}, QLatin1StringView{"fi"},
+        QLatin1StringView{"fm"}, QLatin1StringView{"fr"}, QLatin1StringView{"gr"}, QLatin1StringView{"hk"},
+        QLatin1StringView{"hr"}, QLatin1StringView{"hu"}, QLatin1StringView{"ie"}, QLatin1StringView{"il"},
+        QLatin1StringView{"io"}, QLatin1StringView{"ir"}, QLatin1StringView{"it"}, QLatin1StringView{"jp"},
+        QLatin1StringView{"kr"}, QLatin1StringView{"lt"}, QLatin1StringView{"lu"}, QLatin1StringView{"lv"},
+        QLatin1StringView{"ly"}, QLatin1StringView{"mx"}, QLatin1StringView{"nl"}, QLatin1StringView{"no"},
+        QLatin1StringView{"nz"}, QLatin1StringView{"pe"}, QLatin1StringView{"ph"}, QLatin1StringView{"pt"},
+        QLatin1StringView{"ro"}, QLatin1StringView{"ru"}, QLatin1StringView{"se"}, QLatin1StringView{"sg"},
+        QLatin1StringView{"si"}, QLatin1StringView{"sk"}, QLatin1StringView{"th"}, QLatin1StringView{"tr"},
+        QLatin1StringView{"tv"}, QLatin1StringView{"tw"}, QLatin1StringView{"ua"}, QLatin1StringView{"uk"},
+        QLatin1StringView{"uy"}, QLatin1StringView{"vn"}, QLatin1StringView{"za"},
     }};
-    return holds(kAmbiguous, label);
+    return holds(kSuffixes, label);
 }
 
 /// Names of products and of parts of programs that look like names of machines.
@@ -197,12 +204,15 @@ BareNameTrust trustOfBareName(QStringView host)
     if (name.contains(u'.') && isNational && isRegisteredSuffix(asciiForm(host.sliced(name.lastIndexOf(u'.') + 1)))) {
         return BareNameTrust::OnItsOwn;
     }
-    const bool isPlain = isClassicSuffix(suffix) || isForeign || (isNational && !isAmbiguousNationalSuffix(suffix));
+    const bool isPlain = isClassicSuffix(suffix) || isForeign || (isNational && isWellKnownNationalSuffix(suffix));
     if (!isPlain || isKnownOtherwise(host)) {
         return BareNameTrust::WithPath;
     }
-    // "1.st", "t.co", "a.is": too little of a name for a suffix that may be an abbreviation.
-    if (isNational && (owner.size() < 2 || isNumber(owner)) && suffix != u"cn") {
+    // "t.co", "1.de": too little of a name for a suffix that may be an abbreviation; "do.it", "to.be": words.
+    static constexpr std::array<QLatin1StringView, 3> kWords{
+        {QLatin1StringView{"at"}, QLatin1StringView{"be"}, QLatin1StringView{"it"}}};
+    const qsizetype shortest = holds(kWords, suffix) ? 3 : 2;
+    if (isNational && (owner.size() < shortest || (isNumber(owner) && suffix != u"cn"))) {
         return BareNameTrust::WithPath;
     }
     return BareNameTrust::OnItsOwn;

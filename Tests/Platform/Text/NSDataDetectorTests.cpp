@@ -124,7 +124,8 @@ TEST(LinkDetector, LeavesFilesNumbersAndSentences)
         u"Makefile.in configure.ac Makefile.am main.cc lib.so model.pm x.ps messages.mo photo.jpg index.html a.pl",
         u"asp.net ASP.NET VB.NET java.io System.IO",
         u"Notes.app/Contents README.md#usage readme.md/x foo.zip/a main.rs:12",
-        u"object.id user.name self.page item.date list.map event.target window.open this.is my.style",
+        u"object.id user.name self.page item.date list.map event.target window.open this.is my.style window.mw "
+        u"sendmail.cf do.it to.be",
         u"console.log(x) list.com(1) foo.it=3 a.be(2) example.com(x)",
         u"end.It goes on.So it does.In the end",
         u"com co.uk .com www. www.x",
