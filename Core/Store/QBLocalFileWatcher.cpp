@@ -1,0 +1,118 @@
+#include "QBLocalFileWatcher.h"
+
+#include "QBLocalFileManager.h"
+#include "QBNoteFilesDowloadedNotification.h"
+
+#include <Files/FileTimes.h>
+#include <Foundation/DispatchQueue.h>
+#include <Logging/QBLogger.h>
+#include <Store/NSManagedObjectContext.h>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using quib::Ref;
+
+namespace {
+
+/// Seconds between a change on disk and its being taken in.
+constexpr double kLatency = 3.0;
+
+/// A row keeps microseconds, a file system may keep more.
+bool isLater(NSDate date, std::optional<NSDate> known)
+{
+    constexpr double kRounding = 2e-6;
+    return !known || date.timeIntervalSinceDate(*known) > kRounding;
+}
+
+/// Takes over what changed on disk. Queue: the files'.
+QStringList updateChangedFiles(const QList<Ref<QBNoteFile>> &noteFiles,
+                               const QBLocalFileWatcher::ThumbnailsRemover &deleteThumbnails)
+{
+    QStringList changed;
+    for (const auto &file : noteFiles) {
+        const auto url = file->isDeleted() || !file->downloaded() ? std::nullopt : file->fileURL();
+        const auto date = url ? quib::modificationDateOfFile(url->toLocalFile()) : std::nullopt;
+        if (!date || !isLater(*date, file->modificationDate())) {
+            continue;
+        }
+        file->setUploaded(false);
+        file->setUploadedDate(std::nullopt);
+        file->updateFileMetadata();
+        if (deleteThumbnails) {
+            deleteThumbnails(*url);
+        }
+        changed.append(file->uniqueIdentifier());
+    }
+    return changed;
+}
+
+void saveAndPost(NSManagedObjectContext &moc, const QStringList &changed)
+{
+    NSError error;
+    if (changed.isEmpty()) {
+        return;
+    }
+    if (!moc.save(&error)) {
+        QBLogError(u"the changed attachments could not be saved: "_s + error.localizedDescription());
+        return;
+    }
+    quib::DispatchQueue::main()->async([changed] { QBNoteFilesDowloadedNotification().notify(changed); });
+}
+
+} // namespace
+
+QBLocalFileWatcher::QBLocalFileWatcher(std::shared_ptr<NSManagedObjectContext> managedObjectContext,
+                                       ThumbnailsRemover deleteThumbnails)
+    : m_managedObjectContext(std::move(managedObjectContext))
+    , m_deleteThumbnails(std::move(deleteThumbnails))
+{
+    setupWatcher();
+}
+
+void QBLocalFileWatcher::setupWatcher()
+{
+    const QUrl folder = QBLocalFileManager::localFileManagerForPathComponent(u"Local Files"_s)->baseURL();
+    m_fileWatcher =
+        std::make_unique<quib::FileWatcher>(folder.toLocalFile(), kLatency, [this](const QStringList &folders) {
+            QStringList identifiers;
+            for (const QString &changed : folders) {
+                const QString identifier = changed.section(u'/', -1);
+                QBLogInfo(u"LOCAL FILE MODIFIED -> "_s + identifier);
+                identifiers.append(identifier);
+            }
+            updateNoteFilesWithUniqueIdentifiers(identifiers, *m_managedObjectContext);
+        });
+    if (!m_fileWatcher->isComplete()) {
+        QBLogWarn(u"not all folders of attachments can be watched; the next launch finds what changes in the others"_s);
+    }
+}
+
+void QBLocalFileWatcher::checkAndUpdateLocalFilesInBackground()
+{
+    const auto context = NSManagedObjectContext::contextWithParent(NSManagedObjectContextConcurrencyType::PrivateQueue,
+                                                                   m_managedObjectContext);
+    context->performBlock([context, deleteThumbnails = m_deleteThumbnails] {
+        saveAndPost(*context,
+                    updateChangedFiles(QBNoteFile::filesInManagedObjectContext(*context, {}), deleteThumbnails));
+    });
+}
+
+void QBLocalFileWatcher::updateNoteFiles(const QList<Ref<QBNoteFile>> &noteFiles,
+                                         NSManagedObjectContext &managedObjectContext)
+{
+    const auto context = managedObjectContext.shared_from_this();
+    context->performBlock([context, noteFiles, deleteThumbnails = m_deleteThumbnails] {
+        saveAndPost(*context, updateChangedFiles(noteFiles, deleteThumbnails));
+    });
+}
+
+void QBLocalFileWatcher::updateNoteFilesWithUniqueIdentifiers(const QStringList &uniqueIdentifiers,
+                                                              NSManagedObjectContext &managedObjectContext)
+{
+    const auto context = managedObjectContext.shared_from_this();
+    context->performBlock([context, uniqueIdentifiers, deleteThumbnails = m_deleteThumbnails] {
+        const auto files = QBNoteFile::noteFilesWithUniqueIdentifiers(uniqueIdentifiers, *context);
+        saveAndPost(*context, updateChangedFiles(files, deleteThumbnails));
+    });
+}

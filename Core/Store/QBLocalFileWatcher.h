@@ -1,0 +1,48 @@
+#pragma once
+
+#include "QBNoteFile.h"
+
+#include <Files/FileWatcher.h>
+
+#include <QList>
+#include <QStringList>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+
+class NSManagedObjectContext;
+
+/// Notices attachments that other programs change on disk: their rows are to be uploaded again, their thumbnails go,
+/// and QBNoteFilesDowloadedNotification is posted. Watches from its making until its end. Owned by the application;
+/// main queue.
+class QBLocalFileWatcher
+{
+public:
+    /// Takes the URL of a changed file. Any queue.
+    using ThumbnailsRemover = std::function<void(const QUrl &imageURL)>;
+
+    /// deleteThumbnails may be null where nothing makes thumbnails.
+    explicit QBLocalFileWatcher(std::shared_ptr<NSManagedObjectContext> managedObjectContext,
+                                ThumbnailsRemover deleteThumbnails = nullptr);
+
+    /// Looks at all attachments in a private child context; for what changed while nobody watched. The changes go to
+    /// the context, whose owner saves them.
+    void checkAndUpdateLocalFilesInBackground();
+    /// Compares the rows with the disk and saves the context, later, on its queue. Attachments that are unknown on disk
+    /// or not downloaded are left alone.
+    /// Requires: the files are the context's.
+    void updateNoteFiles(const QList<quib::Ref<QBNoteFile>> &noteFiles, NSManagedObjectContext &managedObjectContext);
+    void updateNoteFilesWithUniqueIdentifiers(const QStringList &uniqueIdentifiers,
+                                              NSManagedObjectContext &managedObjectContext);
+
+    /// What notices the changes below "Local Files".
+    [[nodiscard]] quib::FileWatcher &fileWatcher() const { return *m_fileWatcher; }
+
+private:
+    void setupWatcher();
+
+    std::shared_ptr<NSManagedObjectContext> m_managedObjectContext;
+    ThumbnailsRemover m_deleteThumbnails;
+    std::unique_ptr<quib::FileWatcher> m_fileWatcher;
+};

@@ -1,0 +1,168 @@
+#include "StoreFixture.h"
+
+#include <Store/QBLocalFileWatcher.h>
+#include <Store/QBNoteFilesDowloadedNotification.h>
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QFileInfo>
+
+#include <poll.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quib::tests {
+
+namespace {
+
+constexpr double kLatency = 3;
+constexpr int kPatience = 10'000; ///< milliseconds until something awaited counts as missed
+
+} // namespace
+
+class LocalFileWatcher : public StoreFixture
+{
+protected:
+    LocalFileWatcher()
+    {
+        token = QBNoteFilesDowloadedNotification().add(
+            [this](const QStringList &identifiers) { posted.append(identifiers); });
+    }
+
+    /// An attachment that the cloud has, saved.
+    [[nodiscard]] Ref<QBNoteFile> uploadedFile(const QString &name) const
+    {
+        auto file = QBNoteFile::factoryNoteFileForFileURL(userFile(name, "old"), moc());
+        file->setUploaded(true);
+        file->setUploadedDate(NSDate::now());
+        save();
+        return file;
+    }
+    [[nodiscard]] static QString pathOf(const QBNoteFile &file) { return file.fileURL()->toLocalFile(); }
+    /// Writes a file beside its place, dates it some seconds off the old one, and moves it there in one step.
+    static void replace(const QString &path, const QByteArray &bytes, qint64 secondsLater)
+    {
+        const QDateTime date = QFileInfo(path).lastModified().addSecs(secondsLater);
+        QFile fresh(path + u".new"_s);
+        ASSERT_TRUE(fresh.open(QIODevice::WriteOnly));
+        ASSERT_EQ(fresh.write(bytes), bytes.size());
+        ASSERT_TRUE(fresh.flush());
+        ASSERT_TRUE(fresh.setFileTime(date, QFileDevice::FileModificationTime));
+        fresh.close();
+        ASSERT_EQ(::rename(QFile::encodeName(fresh.fileName()).constData(), QFile::encodeName(path).constData()), 0);
+    }
+    void watch()
+    {
+        watcher = std::make_unique<QBLocalFileWatcher>(
+            stack->managedObjectContext(), [this](const QUrl &url) { withoutThumbnails.append(url.fileName()); });
+    }
+    /// Lets the system tell, the latency pass and the queues work.
+    void takeIn()
+    {
+        pollfd waiting{watcher->fileWatcher().descriptor(), POLLIN, 0};
+        ASSERT_EQ(::poll(&waiting, 1, kPatience), 1) << "no change was told";
+        QCoreApplication::processEvents();
+        clock.advance(kLatency);
+        finish();
+    }
+    /// Runs what waits on the main queue.
+    static void finish()
+    {
+        bool isDone = false;
+        DispatchQueue::main()->async([&isDone] { DispatchQueue::main()->async([&isDone] { isDone = true; }); });
+        const QDeadlineTimer deadline(kPatience);
+        while (!isDone && !deadline.hasExpired()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        ASSERT_TRUE(isDone);
+    }
+
+    std::unique_ptr<QBLocalFileWatcher> watcher;
+    ObservationToken token;
+    QList<QStringList> posted;
+    QStringList withoutThumbnails;
+};
+
+TEST_F(LocalFileWatcher, AReplacedFileIsUploadedAgain)
+{
+    const auto file = uploadedFile(u"a.txt"_s);
+    const auto other = uploadedFile(u"b.txt"_s);
+    const auto dateBefore = file->modificationDate();
+    watch();
+    replace(pathOf(*file), "longer than before", 5);
+    takeIn();
+    EXPECT_FALSE(file->uploaded());
+    EXPECT_FALSE(file->uploadedDate().has_value());
+    EXPECT_EQ(file->fileSize(), 18);
+    EXPECT_NEAR(file->modificationDate()->timeIntervalSinceDate(*dateBefore), 5, 0.01);
+    EXPECT_TRUE(file->downloaded());
+    EXPECT_FALSE(moc().hasChanges()) << "the context is saved";
+    EXPECT_EQ(posted, (QList<QStringList>{{file->uniqueIdentifier()}}));
+    EXPECT_EQ(withoutThumbnails, QStringList{u"a.txt"_s});
+    EXPECT_TRUE(other->uploaded());
+
+    // The row now has the file's date: the same change is no change any more.
+    watcher->updateNoteFiles({file, other}, moc());
+    finish();
+    EXPECT_EQ(posted.size(), 1);
+}
+
+TEST_F(LocalFileWatcher, AnOlderFileIsNoChange)
+{
+    const auto file = uploadedFile(u"a.txt"_s);
+    watch();
+    replace(pathOf(*file), "older", -5);
+    takeIn();
+    EXPECT_TRUE(file->uploaded());
+    EXPECT_EQ(file->fileSize(), 3);
+    EXPECT_TRUE(posted.isEmpty());
+}
+
+TEST_F(LocalFileWatcher, AttachmentsThatAreNotHereAreLeftAlone)
+{
+    const auto notDownloaded = uploadedFile(u"a.txt"_s);
+    notDownloaded->setDownloaded(false);
+    const auto gone = uploadedFile(u"b.txt"_s);
+    save();
+    watch();
+    replace(pathOf(*notDownloaded), "newer", 5);
+    ASSERT_TRUE(QFile::remove(pathOf(*gone)));
+    takeIn();
+    EXPECT_TRUE(notDownloaded->uploaded());
+    EXPECT_TRUE(gone->uploaded());
+    EXPECT_TRUE(posted.isEmpty());
+}
+
+TEST_F(LocalFileWatcher, NewAttachmentsAreNoChangeButTheirLaterOnesAre)
+{
+    watch();
+    const auto file = uploadedFile(u"a.txt"_s);
+    takeIn();
+    EXPECT_TRUE(file->uploaded());
+    EXPECT_TRUE(posted.isEmpty());
+    replace(pathOf(*file), "newer", 5);
+    takeIn();
+    EXPECT_FALSE(file->uploaded());
+}
+
+TEST_F(LocalFileWatcher, TheCheckFindsWhatChangedWhileNobodyWatched)
+{
+    const auto file = uploadedFile(u"a.txt"_s);
+    const auto other = uploadedFile(u"b.txt"_s);
+    replace(pathOf(*file), "newer", 5);
+    watch();
+    watcher->checkAndUpdateLocalFilesInBackground();
+    const QDeadlineTimer deadline(kPatience);
+    while (posted.isEmpty() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+    }
+    EXPECT_EQ(posted, (QList<QStringList>{{file->uniqueIdentifier()}}));
+    EXPECT_FALSE(file->uploaded());
+    EXPECT_EQ(file->fileSize(), 5);
+    EXPECT_TRUE(other->uploaded());
+    EXPECT_TRUE(moc().hasChanges()) << "a child context saves to its parent only";
+}
+
+} // namespace quib::tests
