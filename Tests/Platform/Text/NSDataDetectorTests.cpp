@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
 #include <array>
 #include <ostream>
 #include <string>
@@ -412,6 +416,36 @@ TEST(LinkDetector, FindsInALinkItselfAndInAnyTextOnlyGoodOnes)
             ASSERT_EQ(links().firstMatchInString(text, 0, match.range()), match);
         }
     }
+}
+
+// The texts are found by QUIB_CORPORA; what stands in them was read by hand once.
+TEST(LinkDetector, FindsNoFilesInRealTexts)
+{
+    const QString folder = qEnvironmentVariable("QUIB_CORPORA", QStringLiteral(QUIB_SOURCE_DIR "/../shared/corpora"));
+    if (!QFileInfo::exists(folder)) {
+        GTEST_SKIP() << "no corpora here";
+    }
+    const QStringList extensions{u"md"_s, u"js"_s, u"py"_s, u"rs"_s, u"sh"_s, u"txt"_s, u"cc"_s, u"html"_s, u"mw"_s};
+    qint64 count = 0;
+    QDirIterator files(folder, {u"*.md"_s, u"*.txt"_s, u"*.html"_s}, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(file.readAll());
+        LinkScanner scanner(text);
+        while (const auto link = scanner.next()) {
+            ++count;
+            const QString shownLink = text.mid(link->range.location, link->range.length);
+            ASSERT_EQ(links().rangeOfFirstMatchInString(shownLink, 0, {0, shownLink.size()}),
+                      (NSRange{0, shownLink.size()}))
+                << shownLink.toStdString();
+            const bool isBare = !shownLink.contains(u':') && !shownLink.contains(u'/') && !shownLink.contains(u'@');
+            EXPECT_FALSE(isBare && extensions.contains(shownLink.section(u'.', -1).toLower()))
+                << file.fileName().toStdString() << ": " << shownLink.toStdString();
+        }
+        EXPECT_LE(scanner.workDone(), 40 * (text.size() + 1)) << file.fileName().toStdString();
+    }
+    EXPECT_GT(count, 3000);
 }
 
 } // namespace
