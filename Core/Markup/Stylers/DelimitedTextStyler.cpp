@@ -21,6 +21,10 @@ void DelimitedTextStyler::applyStyleIn(NSMutableAttributedString &attributedStri
         if (!set->whole.isEmpty()) {
             attributedString.addAttributes(set->whole, match.range());
         }
+        if (match.rangeAtIndex(2).length == 0) {
+            attributedString.addAttributes(set->markers, match.range());
+            return;
+        }
         attributedString.addAttributes(set->content, match.rangeAtIndex(2));
         attributedString.addAttributes(set->markers, match.rangeAtIndex(1));
         attributedString.addAttributes(set->markers, match.rangeAtIndex(3));

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace quib {
 
 namespace {
@@ -20,10 +22,19 @@ QByteArray encoded(const QString &text, PlainCharacters plainCharacters)
     return {};
 }
 
+/// Plain whatever the choice is.
+bool isAlphanumeric(QChar unit)
+{
+    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') || (unit >= u'0' && unit <= u'9');
+}
+
 } // namespace
 
 std::optional<QString> percentEncoded(const QString &text, PlainCharacters plainCharacters)
 {
+    if (std::ranges::all_of(text, isAlphanumeric)) {
+        return text;
+    }
     if (!text.isValidUtf16()) {
         return std::nullopt;
     }

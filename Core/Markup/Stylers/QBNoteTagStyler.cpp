@@ -70,6 +70,7 @@ void QBNoteTagStyler::applyStyleIn(NSMutableAttributedString &attributedString, 
         }
         if (!set) {
             set = attributes();
+            set->hasMarks = attributedString.containsAttribute(QBNoteBoundaryMarkerAttributeName, range);
         }
         styleTag(attributedString, NSUnionRange(pending, spacer), *set);
         pending = kNotFoundRange;
@@ -115,6 +116,9 @@ void QBNoteTagStyler::styleTag(NSMutableAttributedString &attributedString, NSRa
     attributedString.addAttributes(attributes.marker, {hash, 1});
     if (isClosed) {
         attributedString.addAttributes(attributes.marker, {last, 1});
+    }
+    if (!attributes.hasMarks) {
+        return;
     }
     // A mark that covers an end of the tag covers its spacer: tags stay whole within it.
     for (const auto &[place, spacer] : {std::pair(hash, range.location), std::pair(last, range.limit() - 1)}) {

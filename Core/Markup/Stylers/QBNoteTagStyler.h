@@ -29,6 +29,7 @@ private:
     {
         quib::AttributeSet tag;
         quib::AttributeSet marker;
+        bool hasMarks = false; ///< whether marks that go with tags stand in the range of the pass
     };
     [[nodiscard]] Attributes attributes() const;
     /// Paints a tag with its two spacers.

@@ -29,26 +29,32 @@ std::optional<QUrl> strictURL(const QString &text)
     return url.isValid() ? std::optional(url) : std::nullopt;
 }
 
-/// The text of a link as a URL's text: as it stands, or else percent-encoded; nullopt where neither is one.
-std::optional<QString> urlText(const QString &text)
+/// The text of a link as a URL: as it stands, or else percent-encoded; url is empty where neither is one.
+struct LinkText
 {
-    if (strictURL(text)) {
-        return text;
+    QString text;
+    std::optional<QUrl> url;
+};
+
+LinkText linkText(const QString &text)
+{
+    if (auto url = strictURL(text)) {
+        return {text, std::move(url)};
     }
-    const auto encoded = quib::percentEncoded(text, quib::PlainCharacters::Query);
-    return encoded && strictURL(*encoded) ? encoded : std::nullopt;
+    const QString encoded = quib::percentEncoded(text, quib::PlainCharacters::Query).value_or(QString());
+    return {encoded, strictURL(encoded)};
 }
 
 /// Where a link leads to. A text without a scheme begins with the host's name.
 std::optional<QUrl> linkURL(const QString &text)
 {
-    const auto known = urlText(text);
-    auto url = known ? strictURL(*known) : std::nullopt;
-    if (url && url->scheme().isEmpty()) {
-        url = strictURL(QString(u"//" % *known));
-        if (url) {
-            url->setScheme(u"http"_s);
-        }
+    const LinkText link = linkText(text);
+    if (!link.url || !link.url->scheme().isEmpty()) {
+        return link.url;
+    }
+    auto url = strictURL(QString(u"//" % link.text));
+    if (url) {
+        url->setScheme(u"http"_s);
     }
     return url && url->isValid() ? url : std::nullopt;
 }
@@ -122,7 +128,7 @@ int QBNoteTitledUrlStyler::attachmentRegularExpressionTextGroupIndex() const
 
 std::shared_ptr<QBNotesTextAttachment> QBNoteTitledUrlStyler::makeTextAttachment(const QString &representedText) const
 {
-    return urlText(representedText) ? makeLinkAttachment(representedText) : nullptr;
+    return linkText(representedText).url ? makeLinkAttachment(representedText) : nullptr;
 }
 
 std::shared_ptr<QBNotesTextAttachment> QBNoteTitledUrlStyler::makeLinkAttachment(const QString &representedText) const
@@ -156,6 +162,7 @@ void QBNoteTitledUrlStyler::applyStyleIn(NSMutableAttributedString &attributedSt
         AttributeSet title;
         AttributeSet bracket;
         AttributeSet kern;
+        AttributeSet opening; ///< a bracket's and the kern
     };
     std::optional<Attributes> set;
     const auto style = [&](const QBNotesTextAttachment &attachment, NSRange place) {
@@ -163,11 +170,14 @@ void QBNoteTitledUrlStyler::applyStyleIn(NSMutableAttributedString &attributedSt
             set = Attributes{
                 .title = {{QBNoteSkipAttachmentReplacementAttributeName, 1}, {QBNoteSkipStylingAttributeName, 1}},
                 .bracket = {},
-                .kern = {}};
+                .kern = {},
+                .opening = {}};
             if (const auto &theme = themeManager()) {
                 set->title.insert(NSForegroundColorAttributeName, quib::colorValue(theme->linkTextColor()));
                 set->bracket.insert(NSForegroundColorAttributeName, quib::colorValue(theme->styleMarkerTextColor()));
                 set->kern.insert(NSKernAttributeName, theme->paragraphFontXHeight() / 5);
+                set->opening = set->bracket;
+                set->opening.insert(set->kern);
             }
         }
         const NSRange title = titleRangeForAttachmentAtIndex(place.location, attributedString);
@@ -178,9 +188,8 @@ void QBNoteTitledUrlStyler::applyStyleIn(NSMutableAttributedString &attributedSt
                 linked.insert(NSLinkAttributeName, *url);
             }
             attributedString.addAttributes(linked, title);
-            attributedString.addAttributes(set->bracket, {title.location - 1, 1});
+            attributedString.addAttributes(set->opening, {title.location - 1, 1});
             attributedString.addAttributes(set->bracket, {title.limit(), 1});
-            attributedString.addAttributes(set->kern, {title.location - 1, 1});
             attributedString.addAttributes(set->kern, {title.limit() - 1, 1});
         }
         if (place.location > 1 && isClosed) {

@@ -84,10 +84,12 @@ std::optional<QUrl> QBNoteWikiTextStyler::urlForTitle(const QString &title)
     if (!percent) {
         return std::nullopt;
     }
-    const QString fallback = u"quib://x-callback-url/create?title="_s + *percent;
-    const auto error = quib::percentEncoded(fallback, quib::PlainCharacters::Alphanumeric);
-    const QString link =
-        u"quib://x-callback-url/open-note?title="_s + *percent + u"&x-error=" + error.value_or(QString());
+    // The fallback is a value inside of the link: encoded as a whole, the title in it for the second time.
+    static const QString creation =
+        quib::percentEncoded(u"quib://x-callback-url/create?title="_s, quib::PlainCharacters::Alphanumeric)
+            .value_or(QString());
+    const auto twice = quib::percentEncoded(*percent, quib::PlainCharacters::Alphanumeric);
+    const QString link = u"quib://x-callback-url/open-note?title="_s + *percent + u"&x-error=" + creation + *twice;
     QUrl url(link, QUrl::StrictMode);
     return url.isValid() ? std::optional(url) : std::nullopt;
 }
