@@ -1,0 +1,106 @@
+#include "QBNotesTextStorage.h"
+
+#include <Markup/Attachments/QBGenericFileTextAttachment.h>
+#include <Markup/Attachments/QBHeaderTextAttachment.h>
+#include <Markup/Attachments/QBImageTextAttachment.h>
+
+#include <vector>
+
+using quib::AttributeValue;
+
+// Attachments as the text they stand for.
+
+namespace {
+
+template <typename Attachment>
+void enumerateAttachments(const NSAttributedString &text, NSRange range,
+                          const std::function<void(Attachment &attachment, NSRange range)> &block)
+{
+    text.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
+                            [&block](const AttributeValue &value, NSRange place, bool * /*stop*/) {
+                                if (auto *attachment = value.as<Attachment>()) {
+                                    block(*attachment, place);
+                                }
+                            });
+}
+
+QString expanded(const NSAttributedString &text, NSRange range)
+{
+    const QStringView units = text.string();
+    QString expanded;
+    expanded.reserve(range.length);
+    qint64 done = range.location;
+    enumerateAttachments<QBNotesTextAttachment>(text, range,
+                                                [&](const QBNotesTextAttachment &attachment, NSRange place) {
+                                                    expanded.append(units.sliced(done, place.location - done));
+                                                    expanded.append(attachment.representedText());
+                                                    done = place.limit();
+                                                });
+    expanded.append(units.sliced(done, range.limit() - done));
+    return expanded;
+}
+
+} // namespace
+
+QString QBNotesTextStorage::stringWithExpandedTextAttachments() const
+{
+    return expanded(attributedString(), fullRange());
+}
+
+QString QBNotesTextStorage::stringWithExpandedTextAttachmentsWithRange(NSRange range) const
+{
+    return expanded(attributedString(), NSIntersectionRange(range, fullRange()));
+}
+
+QString
+QBNotesTextStorage::stringWithExpandedTextAttachmentsFromAttributedString(const NSAttributedString &attributedString)
+{
+    return expanded(attributedString, attributedString.fullRange());
+}
+
+NSAttributedString QBNotesTextStorage::attributedSubstringFromRange(NSRange range, bool expandTextAttachment) const
+{
+    NSMutableAttributedString part(NSTextStorage::attributedSubstringFromRange(range));
+    if (expandTextAttachment) {
+        std::vector<NSMutableAttributedString::Replacement> replacements;
+        enumerateAttachments<QBNotesTextAttachment>(
+            part, part.fullRange(), [&replacements](const QBNotesTextAttachment &attachment, NSRange place) {
+                replacements.push_back({place, attachment.representedText(), {}});
+            });
+        part.replaceCharacters(replacements);
+    }
+    return part;
+}
+
+void QBNotesTextStorage::enumerateImagesAttachmentsUsingBlock(
+    const std::function<void(QBImageTextAttachment &attachment, NSRange range)> &block) const
+{
+    enumerateImagesAttachmentsInRange(fullRange(), block);
+}
+
+void QBNotesTextStorage::enumerateImagesAttachmentsInRange(
+    NSRange range, const std::function<void(QBImageTextAttachment &attachment, NSRange range)> &usingBlock) const
+{
+    enumerateAttachments<QBImageTextAttachment>(attributedString(), range, usingBlock);
+}
+
+void QBNotesTextStorage::enumerateFilesAttachmentsUsingBlock(
+    const std::function<void(QBGenericFileTextAttachment &attachment, NSRange range)> &block) const
+{
+    enumerateFilesAttachmentsInRange(fullRange(), block);
+}
+
+void QBNotesTextStorage::enumerateFilesAttachmentsInRange(
+    NSRange range, const std::function<void(QBGenericFileTextAttachment &attachment, NSRange range)> &usingBlock) const
+{
+    enumerateAttachments<QBGenericFileTextAttachment>(attributedString(), range, usingBlock);
+}
+
+void QBNotesTextStorage::enumerateHeadersUsingBlock(
+    const std::function<void(QBHeaderTextAttachment &attachment, NSRange range)> &block) const
+{
+    enumerateAttachments<QBHeaderTextAttachment>(
+        attributedString(), fullRange(), [this, &block](QBHeaderTextAttachment &attachment, NSRange place) {
+            block(attachment, attributedString().paragraphRangeForRange(place));
+        });
+}

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "QBNoteTextStyler.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <span>
+
+class QBNoteAddressesStyler;
+class QBNoteTextAttachmentConfiguring;
+
+/// Owns the stylers of one text in their order, which is the precedence of the markup: what an earlier one guards a
+/// later one leaves alone. Lives on the queue of its text.
+class QBNoteStylersManager
+{
+public:
+    using Styler = std::shared_ptr<QBNoteTextStyler>;
+    using Stylers = QList<Styler>;
+    /// The kinds of stylers that a text has, in their order.
+    enum class Kind : quint8
+    {
+        NormalText,
+        CodeBlock,
+        CodeInline,
+        HeaderText,
+        GenericFile,
+        Image,
+        Marker,
+        MarkdownImage,
+        LinkedNote,
+        TitledURL,
+        InlineArrow,
+        Color,
+        Tag,
+        Checkbox,
+        UnorderedList,
+        LineSeparator,
+        OrderedList,
+        Quote,
+        URL,
+        Bold,
+        Italic,
+        Underline,
+        Striked,
+        InvalidCharacters,
+        CodeHighlighter,
+        Wiki,
+    };
+    static constexpr int kKindCount = static_cast<int>(Kind::Wiki) + 1;
+
+    /// Shape: syntax 1 is Markdown, any other value the native one.
+    explicit QBNoteStylersManager(int syntax = 0);
+    ~QBNoteStylersManager();
+    QBNoteStylersManager(const QBNoteStylersManager &) = delete;
+    QBNoteStylersManager &operator=(const QBNoteStylersManager &) = delete;
+
+    [[nodiscard]] int syntax() const { return m_syntax; }
+    /// Makes all stylers anew, their caches with them.
+    void setSyntax(int syntax);
+
+    [[nodiscard]] const std::shared_ptr<QBNotesTextThemeManager> &themeManager() const { return m_themeManager; }
+    void setThemeManager(std::shared_ptr<QBNotesTextThemeManager> themeManager);
+    [[nodiscard]] QBNoteTextAttachmentConfiguring *textAttachmentConfigurator() const
+    {
+        return m_textAttachmentConfigurator;
+    }
+    /// Not owned; set back to null before it goes.
+    void setTextAttachmentConfigurator(QBNoteTextAttachmentConfiguring *textAttachmentConfigurator);
+
+    [[nodiscard]] const Stylers &textStylers() const { return m_textStylers; }
+    /// Those whose constructs span paragraphs.
+    [[nodiscard]] const Stylers &multilineTextStylers() const { return m_multilineTextStylers; }
+    /// Which stylers must run again after one changed the text.
+    [[nodiscard]] Stylers doublePassStylersForStyler(const QBNoteTextStyler &styler) const;
+    /// Forgets what was made for the theme's fonts.
+    void cleanStylerCache();
+
+    /// The text's styler of a kind; a new one of the Markdown image kind at each call.
+    [[nodiscard]] Styler styler(Kind kind) const;
+    /// Not among the stylers of a text: addresses are painted on request only.
+    [[nodiscard]] std::shared_ptr<QBNoteAddressesStyler> addressStyler() const;
+
+    // Subsets, for commands of the editor
+
+    [[nodiscard]] Stylers fullLineStylers() const;
+    [[nodiscard]] Stylers repeatableStylers() const;
+    [[nodiscard]] Stylers tabbableStylers() const;
+    [[nodiscard]] Stylers endOfSentenceStylers() const;
+
+    /// A new styler outside of any text.
+    [[nodiscard]] static Styler newStyler(Kind kind, int syntax);
+
+private:
+    [[nodiscard]] Stylers stylersOfKinds(std::span<const Kind> kinds) const;
+    void setUpStyler(QBNoteTextStyler &styler) const;
+
+    int m_syntax = 0;
+    std::shared_ptr<QBNotesTextThemeManager> m_themeManager;
+    QBNoteTextAttachmentConfiguring *m_textAttachmentConfigurator = nullptr;
+    Stylers m_textStylers;
+    Stylers m_multilineTextStylers;
+};
