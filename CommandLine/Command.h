@@ -46,6 +46,8 @@ struct Command
     ExitStatus (*run)(Session &session, const QCommandLineParser &parser) = nullptr;
     /// The words that completion offers for the first argument; "@notes" and "@tags" and "@files" stand for live lists.
     QStringList completions = {};
+    /// Whether it measures or draws text, for which the process must know the machine's fonts.
+    bool needsFonts = false;
 };
 
 /// All commands, in the order of the help page.

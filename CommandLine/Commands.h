@@ -45,6 +45,10 @@ ExitStatus runCheck(Session &session, const QCommandLineParser &parser);
 
 // InspectCommands.cpp
 ExitStatus runInspectParse(Session &session, const QCommandLineParser &parser);
+ExitStatus runInspectStyle(Session &session, const QCommandLineParser &parser);
+ExitStatus runInspectEdit(Session &session, const QCommandLineParser &parser);
+ExitStatus runInspectRender(Session &session, const QCommandLineParser &parser);
+ExitStatus runInspectTheme(Session &session, const QCommandLineParser &parser);
 ExitStatus runInspectPredicate(Session &session, const QCommandLineParser &parser);
 ExitStatus runInspectHighlightPattern(Session &session, const QCommandLineParser &parser);
 

@@ -1,7 +1,7 @@
 #include "Commands.h"
+#include "InspectInput.h"
 #include "Output.h"
 
-#include <Files/PlainTextFile.h>
 #include <Markup/Syntax/QBNoteSection.h>
 #include <Search/QBNoteSearchManager.h>
 #include <Store/QBNote.h>
@@ -15,21 +15,15 @@ namespace quib::cli {
 
 ExitStatus runInspectParse(Session & /*session*/, const QCommandLineParser &parser)
 {
-    int syntax = 0;
-    if (parser.isSet(u"syntax"_s)) {
-        const QString name = parser.value(u"syntax"_s);
-        if (name != u"native"_s && name != u"markdown"_s) {
-            complain(u"--syntax is native or markdown"_s);
-            return ExitStatus::WrongUsage;
-        }
-        syntax = name == u"markdown"_s ? 1 : 0;
+    const auto chosen = syntaxOfOptions(parser);
+    if (!chosen) {
+        return ExitStatus::WrongUsage;
     }
-    NSError error;
-    const auto text = readPlainTextFile(parser.positionalArguments().value(0, u"-"_s), &error);
+    const int syntax = *chosen;
+    ExitStatus status = ExitStatus::Done;
+    const auto text = textOfInput(parser, &status);
     if (!text) {
-        complain(error.localizedDescription());
-        return error.code() == static_cast<qint64>(NSCocoaErrorCode::FileNoSuchFile) ? ExitStatus::NotFound
-                                                                                     : ExitStatus::Failed;
+        return status;
     }
     bool hasSourceCode = false;
     const QString withoutCode = QBNote::removeCodeFromText(*text, &hasSourceCode, syntax);

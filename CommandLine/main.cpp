@@ -6,12 +6,14 @@
 #include "Session.h"
 
 #include <Files/Profile.h>
+#include <Graphics/GraphicsEnvironment.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QLocale>
 
 #include <csignal>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace quib::cli;
@@ -121,14 +123,21 @@ int main(int argc, char **argv)
 {
     // A reader that closes the pipe early ends the output, not the work.
     std::signal(SIGPIPE, SIG_IGN);
-    QCoreApplication application(argc, argv);
+    QStringList words;
+    for (int i = 1; i < argc; ++i) {
+        words.append(QString::fromLocal8Bit(argv[i]));
+    }
+    QString profile;
+    const bool hasProfile = takeProfile(words, profile);
+    const Command *command = commandNamed(QStringList(words.mid(0, 2)).join(u' '));
+    const auto application = command != nullptr && command->needsFonts
+                                 ? quib::GraphicsEnvironment::makeApplication(argc, argv)
+                                 : std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(u"quibctl"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(QUIB_VERSION));
     QLocale::setDefault(QLocale::system());
 
-    QStringList words = QCoreApplication::arguments().mid(1);
-    QString profile;
-    if (!takeProfile(words, profile)) {
+    if (!hasProfile) {
         complain(u"--profile needs a folder"_s);
         return static_cast<int>(ExitStatus::WrongUsage);
     }
