@@ -18,8 +18,8 @@ public:
     /// Shape: needle is not empty and outlives the search.
     ByteSearch(std::string_view needle, const ByteCounts &counts);
 
-    /// The first place at or behind least, or std::string_view::npos. The text is read from start on: where that is
-    /// shortly before least, on the way there, reading on is faster than going elsewhere.
+    /// The first place at or behind least, or std::string_view::npos. From start to least the text is asked for from
+    /// memory: where the last search ended shortly before, going on is faster than going elsewhere.
     [[nodiscard]] size_t find(std::string_view text, size_t start, size_t least) const;
 
 private:

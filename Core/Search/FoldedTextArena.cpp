@@ -15,7 +15,7 @@ constexpr char kSeparator = '\xFF';
 /// Replaced texts are cleared away when they are more than this and more than half of all.
 constexpr size_t kTolerableDeadBytes = 1024 * 1024;
 /// Bytes of a text that are passed over rather than read once a match was found before them.
-constexpr size_t kWorthSkipping = 4 * 1024;
+constexpr size_t kWorthSkipping = 32 * 1024;
 /// Texts here and there are asked for this many before their turn, by the lines of their beginning.
 constexpr size_t kReadAhead = 3;
 constexpr size_t kLinesReadAhead = 16;
@@ -123,8 +123,8 @@ std::vector<size_t> FoldedTextArena::entriesContaining(const QByteArray &needle)
         if (entry.key != 0) {
             found.push_back(index);
         }
-        // One match a text is enough. What is left of a short text is read all the same: memory that is read in order
-        // is there in time, and the start of the next text would have to be waited for.
+        // One match a text is enough. What is left of a short text is asked for all the same: memory that is read in
+        // order is there in time, and the start of the next text would have to be waited for.
         const size_t next = entry.start + entry.length + 1;
         place = search.find(bytes, next - place > kWorthSkipping ? next : place + 1, next);
     }

@@ -73,7 +73,7 @@ TEST(FoldedTextArena, FindsWhatComparingEveryTextFinds)
         case 1:
         case 2:
             // Some longer than what is worth passing over behind a match.
-            texts[key] = text(random(20) != 0 ? 12 : random(4) != 0 ? 300 : 12'000);
+            texts[key] = text(random(20) != 0 ? 12 : random(4) != 0 ? 300 : 40'000);
             arena.setText(key, step, texts[key]);
             EXPECT_EQ(arena.versionOfKey(key), step);
             break;
