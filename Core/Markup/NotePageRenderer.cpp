@@ -60,6 +60,18 @@ void NotePageRenderer::layOut()
     const NSAttributedString &text = m_storage.attributedString();
     const double inset = m_themeManager->textColumnTopBottomInset();
     const double columnWidth = std::max(1.0, m_width - 2 * m_padding);
+    // A rule or a picture is no wider than the lines.
+    const double lineWidth =
+        std::max(1.0, columnWidth - m_themeManager->paragraphHeadIndent() + m_themeManager->paragraphTailIndent());
+    const auto boxOfAttachment = [lineWidth](const NSTextAttachment &attachment) {
+        const auto *placed = dynamic_cast<const QBNotesTextAttachment *>(&attachment);
+        if (placed == nullptr) {
+            return AttachmentBox();
+        }
+        const QSizeF size = placed->cachedAttachmentSize();
+        return AttachmentBox{QSizeF(std::min(size.width(), lineWidth), size.height()),
+                             placed->cachedAttachmentBaselineOffset()};
+    };
     double top = inset;
     qint64 place = 0;
     do {
@@ -68,13 +80,7 @@ void NotePageRenderer::layOut()
         while (content.length > 0 && isNewline(text.characterAtIndex(content.limit() - 1))) {
             --content.length;
         }
-        auto layout =
-            std::make_unique<ParagraphLayout>(text, content, columnWidth, [](const NSTextAttachment &attachment) {
-                const auto *placed = dynamic_cast<const QBNotesTextAttachment *>(&attachment);
-                return placed == nullptr
-                           ? AttachmentBox()
-                           : AttachmentBox{placed->cachedAttachmentSize(), placed->cachedAttachmentBaselineOffset()};
-            });
+        auto layout = std::make_unique<ParagraphLayout>(text, content, columnWidth, boxOfAttachment);
         const double height = layout->height();
         m_paragraphs.push_back({content, top, std::move(layout)});
         top += height;
