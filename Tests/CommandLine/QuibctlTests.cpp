@@ -26,6 +26,56 @@ QStringList titles(const QuibctlResult &result)
     return titles;
 }
 
+TEST(Quibctl, ShowsHowATextIsStyledAndEdited)
+{
+    const QuibctlRunner quib;
+    const auto styled = quib.run({u"inspect"_s, u"style"_s}, "# T\n*b* #tag").json().object();
+    EXPECT_EQ(styled.value(u"buffer"_s).toString(), u"\ufffc T\n*b* \ufffc#tag\ufffc"_s);
+    EXPECT_EQ(styled.value(u"expanded"_s).toString(), u"# T\n*b* #tag"_s);
+    ASSERT_EQ(styled.value(u"attachments"_s).toArray().size(), 3);
+    EXPECT_EQ(
+        styled.value(u"attachments"_s).toArray().at(0).toObject(),
+        (QJsonObject{{u"location"_s, 0}, {u"class"_s, u"QBHeaderTextAttachment"_s}, {u"representedText"_s, u"#"_s}}));
+    qint64 end = 0;
+    for (const QJsonValue &run : styled.value(u"runs"_s).toArray()) {
+        EXPECT_EQ(run.toObject().value(u"location"_s).toInteger(), end);
+        end += run.toObject().value(u"length"_s).toInteger();
+    }
+    EXPECT_EQ(end, styled.value(u"buffer"_s).toString().size());
+
+    const QByteArray edits = R"({"text":"*one","edits":[{"location":1,"length":0,"string":" "},
+                                 {"location":0,"length":2,"string":"","selection":[0,0]}]})";
+    const auto results = quib.run({u"inspect"_s, u"edit"_s}, edits).json().array();
+    ASSERT_EQ(results.size(), 2);
+    EXPECT_EQ(results.at(0).toObject().value(u"buffer"_s), u"\ufffc one"_s);
+    EXPECT_EQ(results.at(0).toObject().value(u"replaced"_s), true);
+    EXPECT_EQ(results.at(0).toObject().value(u"proposedSelection"_s), (QJsonArray{2, 0}));
+    EXPECT_EQ(results.at(1).toObject().value(u"expanded"_s), u"one"_s);
+    for (const QByteArray &bad :
+         {QByteArray("{"), QByteArray("[]"), QByteArray(R"({"text":"a","edits":[{"location":2,"length":0}]})"),
+          QByteArray(R"({"text":"a","edits":[{"location":0,"length":-1}]})")}) {
+        EXPECT_EQ(quib.run({u"inspect"_s, u"edit"_s}, bad).exitStatus, 1) << bad.toStdString();
+    }
+}
+
+TEST(Quibctl, ShowsThemesAndDrawsNotes)
+{
+    const QuibctlRunner quib;
+    const auto theme = quib.run({u"inspect"_s, u"theme"_s, u"--theme"_s, u"Print"_s}).json().object();
+    EXPECT_EQ(theme.value(u"text"_s).toObject().value(u"Background Text Color"_s), u"rgba(255, 255, 255, 1.00)"_s);
+    EXPECT_EQ(quib.run({u"inspect"_s, u"theme"_s, u"--theme"_s, u"Nonesuch"_s}).exitStatus, 2);
+
+    const QString note = quib.done({u"new"_s, u"-"_s}, "# Title\n- todo\n---\n```\ncode\n```\n> quote #tag");
+    const QString picture = quib.file(u"page.png"_s, "");
+    EXPECT_EQ(quib.run({u"inspect"_s, u"render"_s, note, u"-o"_s, picture, u"--scale"_s, u"1"_s}).exitStatus, 0);
+    QFile file(picture);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().startsWith("\x89PNG"));
+    EXPECT_EQ(quib.run({u"inspect"_s, u"render"_s, note}).exitStatus, 2);
+    EXPECT_EQ(quib.run({u"inspect"_s, u"render"_s, u"nosuch"_s, u"-o"_s, picture}).exitStatus, 3);
+    EXPECT_EQ(quib.run({u"inspect"_s, u"render"_s, note, u"-o"_s, u"/nonexistent/x.png"_s}).exitStatus, 1);
+}
+
 } // namespace
 
 TEST(Quibctl, ANoteGoesInIsDerivedAndComesOutAsItWas)
