@@ -132,6 +132,14 @@ void QBNoteStylersManager::setSyntax(int syntax)
         setUpStyler(*m_textStylers.constLast());
     }
     m_multilineTextStylers = {styler(Kind::CodeBlock)};
+    setSyntaxHighlighterDelegate(m_syntaxHighlighterDelegate);
+}
+
+void QBNoteStylersManager::setSyntaxHighlighterDelegate(QBNoteCodeHighlighting *syntaxHighlighterDelegate)
+{
+    m_syntaxHighlighterDelegate = syntaxHighlighterDelegate;
+    static_cast<QBNoteCodeHighlightTextStyler &>(*styler(Kind::CodeHighlighter))
+        .enableSyntaxHightlight(syntaxHighlighterDelegate);
 }
 
 void QBNoteStylersManager::setThemeManager(std::shared_ptr<QBNotesTextThemeManager> themeManager)

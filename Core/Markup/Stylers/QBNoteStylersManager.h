@@ -9,6 +9,7 @@
 #include <span>
 
 class QBNoteAddressesStyler;
+class QBNoteCodeHighlighting;
 class QBNoteTextAttachmentConfiguring;
 
 /// Owns the stylers of one text in their order, which is the precedence of the markup: what an earlier one guards a
@@ -69,6 +70,10 @@ public:
     /// Not owned; set back to null before it goes.
     void setTextAttachmentConfigurator(QBNoteTextAttachmentConfiguring *textAttachmentConfigurator);
 
+    [[nodiscard]] QBNoteCodeHighlighting *syntaxHighlighterDelegate() const { return m_syntaxHighlighterDelegate; }
+    /// Who colours code; not owned, set back to null before it goes. Without one code stays in one colour.
+    void setSyntaxHighlighterDelegate(QBNoteCodeHighlighting *syntaxHighlighterDelegate);
+
     [[nodiscard]] const Stylers &textStylers() const { return m_textStylers; }
     /// Those whose constructs span paragraphs.
     [[nodiscard]] const Stylers &multilineTextStylers() const { return m_multilineTextStylers; }
@@ -99,6 +104,7 @@ private:
     int m_syntax = 0;
     std::shared_ptr<QBNotesTextThemeManager> m_themeManager;
     QBNoteTextAttachmentConfiguring *m_textAttachmentConfigurator = nullptr;
+    QBNoteCodeHighlighting *m_syntaxHighlighterDelegate = nullptr;
     Stylers m_textStylers;
     Stylers m_multilineTextStylers;
 };
