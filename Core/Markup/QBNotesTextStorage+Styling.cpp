@@ -30,7 +30,7 @@ public:
 
     [[nodiscard]] NSRange firstIn(NSRange range) const
     {
-        const QStringView region = m_text.string().sliced(range.location, range.length);
+        const QStringView region = m_text.stringInRange(range);
         for (qsizetype place = region.indexOf(m_marker); place >= 0; place = region.indexOf(m_marker, place + 1)) {
             if (quib::syntax::isLineStart(region, place)) {
                 return {range.location + place, m_marker.size()};
@@ -40,7 +40,7 @@ public:
     }
     [[nodiscard]] NSRange lastIn(NSRange range) const
     {
-        const QStringView region = m_text.string().sliced(range.location, range.length);
+        const QStringView region = m_text.stringInRange(range);
         qsizetype place = region.lastIndexOf(m_marker);
         while (place >= 0) {
             if (quib::syntax::isLineStart(region, place)) {
@@ -257,17 +257,21 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
     auto pending = m_noteStylersManager->textStylers();
     while (!pending.isEmpty()) {
         const auto styler = pending.takeFirst();
+        bool hasChanged = false; // this styler, in this pass
         if (auto *attachmentStyler = styler->attachmentStyler()) {
             attachmentStyler->replaceTextAttachmentsInAttributedString(
                 text, local, [&](NSRange replaced, const NSAttributedString &replacement, bool * /*stop*/) {
-                    isChanged = true;
+                    hasChanged = true;
                     selection.replaced({replaced.location + range.location, replaced.length}, replacement.length());
-                    for (const auto &again : m_noteStylersManager->doublePassStylersForStyler(*styler)) {
-                        if (!pending.contains(again)) {
-                            pending.append(again);
-                        }
-                    }
                 });
+        }
+        if (hasChanged) {
+            isChanged = true;
+            for (const auto &again : m_noteStylersManager->doublePassStylersForStyler(*styler)) {
+                if (!pending.contains(again)) {
+                    pending.append(again);
+                }
+            }
         }
         styler->styleTextInAttributedString(text, local, this);
     }
