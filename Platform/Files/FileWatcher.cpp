@@ -91,7 +91,7 @@ void FileWatcher::readChanges()
     for (;;) {
         const ssize_t size = ::read(m_inotify.number(), buffer.data(), buffer.size());
         if (size <= 0) {
-            return; // nothing more for now
+            return; // nothing more is waiting
         }
         for (size_t offset = 0; offset < static_cast<size_t>(size);) {
             const auto *event = reinterpret_cast<const inotify_event *>(buffer.data() + offset);
