@@ -59,11 +59,13 @@ __attribute__((target("avx2"))) size_t ByteSearch::findWide(std::string_view tex
     const __m256i third = _mm256_set1_epi8(m_needle[m_thirdOffset]);
     const __m256i head = load(m_head.data());
     const size_t size = m_needle.size();
-    if (text.size() < size + 2 * kWidth) {
+    // How far behind a place its turn reads: the needle's bytes, or the width that a candidate is compared in.
+    const size_t reach = std::max(size, kWidth) + 2 * kWidth;
+    if (text.size() < reach) {
         return findPlain(text, std::max(start, least));
     }
     const char *const wanted = text.data() + least;
-    const char *const limit = text.data() + (text.size() - size - 2 * kWidth);
+    const char *const limit = text.data() + (text.size() - reach);
     const char *place = text.data() + start;
     // OPTIMIZATION: what lies before is not looked at, but asked for in its order, so that memory goes on coming.
     for (; place < wanted; place += kCacheLine) {
