@@ -179,8 +179,8 @@ NSRange QBNotesTextStorage::rangeToStyleFromEditedRange(NSRange range, qint64 /*
 {
     const qint64 length = this->length();
     NSRange edited = range;
-    if (!edited.isFound() || edited.limit() > length) {
-        edited = edited.isFound() ? NSIntersectionRange(edited, {0, length}) : NSRange{};
+    if (edited.limit() > length) {
+        edited = NSIntersectionRange(edited, {0, length}); // the start of the text for a range that was not found
     }
     NSRange paragraph = attributedString().paragraphRangeForRange(edited);
     if (insertedNewline && paragraph.limit() + 1 <= length) {

@@ -26,8 +26,7 @@ bool isLater(NSDate date, std::optional<NSDate> known)
 }
 
 /// Takes over what changed on disk. Queue: the files'.
-QStringList updateChangedFiles(const QList<Ref<QBNoteFile>> &noteFiles,
-                               const QBLocalFileWatcher::ThumbnailsRemover &deleteThumbnails)
+QStringList updateChangedFiles(const QList<Ref<QBNoteFile>> &noteFiles)
 {
     QStringList changed;
     for (const auto &file : noteFiles) {
@@ -39,9 +38,7 @@ QStringList updateChangedFiles(const QList<Ref<QBNoteFile>> &noteFiles,
         file->setUploaded(false);
         file->setUploadedDate(std::nullopt);
         file->updateFileMetadata();
-        if (deleteThumbnails) {
-            deleteThumbnails(*url);
-        }
+        file->deleteFileThumbnails();
         changed.append(file->uniqueIdentifier());
     }
     return changed;
@@ -62,10 +59,8 @@ void saveAndPost(NSManagedObjectContext &moc, const QStringList &changed)
 
 } // namespace
 
-QBLocalFileWatcher::QBLocalFileWatcher(std::shared_ptr<NSManagedObjectContext> managedObjectContext,
-                                       ThumbnailsRemover deleteThumbnails)
+QBLocalFileWatcher::QBLocalFileWatcher(std::shared_ptr<NSManagedObjectContext> managedObjectContext)
     : m_managedObjectContext(std::move(managedObjectContext))
-    , m_deleteThumbnails(std::move(deleteThumbnails))
 {
     setupWatcher();
 }
@@ -92,9 +87,8 @@ void QBLocalFileWatcher::checkAndUpdateLocalFilesInBackground()
 {
     const auto context = NSManagedObjectContext::contextWithParent(NSManagedObjectContextConcurrencyType::PrivateQueue,
                                                                    m_managedObjectContext);
-    context->performBlock([context, deleteThumbnails = m_deleteThumbnails] {
-        saveAndPost(*context,
-                    updateChangedFiles(QBNoteFile::filesInManagedObjectContext(*context, {}), deleteThumbnails));
+    context->performBlock([context] {
+        saveAndPost(*context, updateChangedFiles(QBNoteFile::filesInManagedObjectContext(*context, {})));
     });
 }
 
@@ -102,17 +96,15 @@ void QBLocalFileWatcher::updateNoteFiles(const QList<Ref<QBNoteFile>> &noteFiles
                                          NSManagedObjectContext &managedObjectContext)
 {
     const auto context = managedObjectContext.shared_from_this();
-    context->performBlock([context, noteFiles, deleteThumbnails = m_deleteThumbnails] {
-        saveAndPost(*context, updateChangedFiles(noteFiles, deleteThumbnails));
-    });
+    context->performBlock([context, noteFiles] { saveAndPost(*context, updateChangedFiles(noteFiles)); });
 }
 
 void QBLocalFileWatcher::updateNoteFilesWithUniqueIdentifiers(const QStringList &uniqueIdentifiers,
                                                               NSManagedObjectContext &managedObjectContext)
 {
     const auto context = managedObjectContext.shared_from_this();
-    context->performBlock([context, uniqueIdentifiers, deleteThumbnails = m_deleteThumbnails] {
+    context->performBlock([context, uniqueIdentifiers] {
         const auto files = QBNoteFile::noteFilesWithUniqueIdentifiers(uniqueIdentifiers, *context);
-        saveAndPost(*context, updateChangedFiles(files, deleteThumbnails));
+        saveAndPost(*context, updateChangedFiles(files));
     });
 }

@@ -6,9 +6,7 @@
 
 #include <QList>
 #include <QStringList>
-#include <QUrl>
 
-#include <functional>
 #include <memory>
 
 class NSManagedObjectContext;
@@ -19,12 +17,7 @@ class NSManagedObjectContext;
 class QBLocalFileWatcher
 {
 public:
-    /// Takes the URL of a changed file. Any queue.
-    using ThumbnailsRemover = std::function<void(const QUrl &imageURL)>;
-
-    /// deleteThumbnails may be null where nothing makes thumbnails.
-    explicit QBLocalFileWatcher(std::shared_ptr<NSManagedObjectContext> managedObjectContext,
-                                ThumbnailsRemover deleteThumbnails = nullptr);
+    explicit QBLocalFileWatcher(std::shared_ptr<NSManagedObjectContext> managedObjectContext);
 
     /// Looks at all attachments in a private child context; for what changed while nobody watched. The changes go to
     /// the context, whose owner saves them.
@@ -43,6 +36,5 @@ private:
     void setupWatcher();
 
     std::shared_ptr<NSManagedObjectContext> m_managedObjectContext;
-    ThumbnailsRemover m_deleteThumbnails;
     std::unique_ptr<quib::FileWatcher> m_fileWatcher;
 };

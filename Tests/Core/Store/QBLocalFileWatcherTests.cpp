@@ -2,10 +2,12 @@
 
 #include <Store/QBLocalFileWatcher.h>
 #include <Store/QBNoteFilesDowloadedNotification.h>
+#include <Store/QBThumbFileManager.h>
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -53,11 +55,7 @@ protected:
         fresh.close();
         ASSERT_EQ(::rename(QFile::encodeName(fresh.fileName()).constData(), QFile::encodeName(path).constData()), 0);
     }
-    void watch()
-    {
-        watcher = std::make_unique<QBLocalFileWatcher>(
-            stack->managedObjectContext(), [this](const QUrl &url) { withoutThumbnails.append(url.fileName()); });
-    }
+    void watch() { watcher = std::make_unique<QBLocalFileWatcher>(stack->managedObjectContext()); }
     /// Lets the system tell, the latency pass and the queues work.
     void takeIn()
     {
@@ -82,7 +80,6 @@ protected:
     std::unique_ptr<QBLocalFileWatcher> watcher;
     ObservationToken token;
     QList<QStringList> posted;
-    QStringList withoutThumbnails;
 };
 
 TEST_F(LocalFileWatcher, AReplacedFileIsUploadedAgain)
@@ -90,6 +87,11 @@ TEST_F(LocalFileWatcher, AReplacedFileIsUploadedAgain)
     const auto file = uploadedFile(u"a.txt"_s);
     const auto other = uploadedFile(u"b.txt"_s);
     const auto dateBefore = file->modificationDate();
+    const auto *thumbs = QBThumbFileManager::thumbFileManagerForPathComponent(QBThumbFileManager::kNoteImages);
+    QFile thumb(thumbs->thumbURLForImageURL(*file->fileURL(), {10, 10}).toLocalFile());
+    QFile otherThumb(thumbs->thumbURLForImageURL(*other->fileURL(), {10, 10}).toLocalFile());
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(thumb.fileName()).path()));
+    ASSERT_TRUE(thumb.open(QIODevice::WriteOnly) && otherThumb.open(QIODevice::WriteOnly));
     watch();
     replace(pathOf(*file), "longer than before", 5);
     takeIn();
@@ -100,7 +102,8 @@ TEST_F(LocalFileWatcher, AReplacedFileIsUploadedAgain)
     EXPECT_TRUE(file->downloaded());
     EXPECT_FALSE(moc().hasChanges()) << "the context is saved";
     EXPECT_EQ(posted, (QList<QStringList>{{file->uniqueIdentifier()}}));
-    EXPECT_EQ(withoutThumbnails, QStringList{u"a.txt"_s});
+    EXPECT_FALSE(thumb.exists()) << "it shows what the file no longer is";
+    EXPECT_TRUE(otherThumb.exists());
     EXPECT_TRUE(other->uploaded());
 
     // The row now has the file's date: the same change is no change any more.
