@@ -1,0 +1,6 @@
+#include "IACRequest.h"
+
+IACRequest::IACRequest()
+    : requestID(quib::stringWithUUID())
+{
+}
