@@ -49,6 +49,7 @@ private:
 enum class NSCocoaErrorCode : qint64
 {
     FileNoSuchFile = 4,
+    FileLocking = 255,
     FileReadUnknown = 256,
     FileReadNoPermission = 257,
     FileReadCorruptFile = 259,
