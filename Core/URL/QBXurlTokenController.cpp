@@ -56,8 +56,7 @@ QString QBXurlTokenController::generateToken()
         if (i > 0 && i % 3 == 0) {
             made.append(u'-');
         }
-        made.append(
-            u"%1"_s.arg(static_cast<uint>(static_cast<uchar>(digest[kTokenBytes.at(i)])), 2, 16, u'0').toUpper());
+        made.append(QString::fromLatin1(digest.sliced(kTokenBytes.at(i), 1).toHex().toUpper()));
     }
     NSError error;
     if (!quib::ensureFolder(m_baseURL.toLocalFile(), &error) ||
