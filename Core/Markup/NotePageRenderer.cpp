@@ -22,7 +22,8 @@ namespace {
 constexpr double kInlineMargin = 0.12;
 constexpr double kInlinePadding = 0.06;
 constexpr double kInlineRadius = 0.3;
-constexpr double kBlockMargin = 0.5;
+/// Below a block only: a line's own room lies above its text.
+constexpr double kBlockMargin = 0.3;
 constexpr double kBlockRadius = 0.4;
 constexpr double kQuoteBarWidth = 0.2;
 
@@ -118,7 +119,7 @@ void NotePageRenderer::drawCodeBlocks(GraphicsContext &context) const
     std::optional<QRectF> block;
     const auto finish = [&] {
         if (block) {
-            const QRectF rect = block->adjusted(0, -size * kBlockMargin, 0, size * kBlockMargin);
+            const QRectF rect = block->adjusted(0, 0, 0, size * kBlockMargin);
             if (const auto color = m_themeManager->codeBackgroundColor()) {
                 context.fillRoundedRect(rect, size * kBlockRadius, *color);
             }

@@ -14,6 +14,7 @@
 #include <QTextOption>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -72,18 +73,37 @@ QTextOption optionOf(const NSMutableParagraphStyle &style, bool isRightToLeft)
     option.setWrapMode(wraps           ? QTextOption::WrapAtWordBoundaryOrAnywhere
                        : wrapsAnywhere ? QTextOption::WrapAnywhere
                                        : QTextOption::ManualWrap);
-    QList<QTextOption::Tab> tabs;
-    for (const NSTextTab &tab : style.tabStops) {
-        const auto type = tab.alignment == NSTextAlignment::Right    ? QTextOption::RightTab
-                          : tab.alignment == NSTextAlignment::Center ? QTextOption::CenterTab
-                                                                     : QTextOption::LeftTab;
-        tabs.append(QTextOption::Tab(tab.location * kLayoutScale, type));
-    }
-    option.setTabs(tabs);
-    if (style.defaultTabInterval > 0) {
-        option.setTabStopDistance(style.defaultTabInterval * kLayoutScale);
-    }
     return option;
+}
+
+/// The tab stops of a line, which count from the edge of the column, as Qt wants them: from where the line begins. Qt
+/// has one list for all lines of a paragraph: tabs stand mostly in the first one, and so they are made for that.
+QList<QTextOption::Tab> tabsOfLine(const NSMutableParagraphStyle &style, double indent, double width)
+{
+    QList<QTextOption::Tab> tabs;
+    double last = 0;
+    const auto add = [&](double location, QTextOption::TabType type) {
+        last = std::max(last, location);
+        if (location > indent) {
+            tabs.append(QTextOption::Tab((location - indent) * kLayoutScale, type));
+        }
+    };
+    for (const NSTextTab &tab : style.tabStops) {
+        add(tab.location, tab.alignment == NSTextAlignment::Right    ? QTextOption::RightTab
+                          : tab.alignment == NSTextAlignment::Center ? QTextOption::CenterTab
+                                                                     : QTextOption::LeftTab);
+    }
+    // Behind the last one the usual ones go on, to the end of the line.
+    constexpr double kLeastInterval = 1;
+    constexpr qsizetype kMostStops = 256;
+    if (style.defaultTabInterval >= kLeastInterval) {
+        const double first = (std::floor(std::max(last, indent) / style.defaultTabInterval) + 1);
+        for (double stop = first * style.defaultTabInterval; stop < width && tabs.size() < kMostStops;
+             stop += style.defaultTabInterval) {
+            add(stop, QTextOption::LeftTab);
+        }
+    }
+    return tabs;
 }
 
 /// A stretch of the text with what Qt does not draw by itself. Units: of the whole text.
@@ -218,6 +238,11 @@ private:
             format.setFontLetterSpacingType(QFont::AbsoluteSpacing);
             format.setFontLetterSpacing(kern * kLayoutScale);
         }
+        const double lift = attributes.value(NSBaselineOffsetAttributeName).doubleValue();
+        if (lift != 0) {
+            const QFontMetricsF metrics(format.font());
+            format.setBaselineOffset(100 * lift * kLayoutScale / (metrics.ascent() + metrics.descent()));
+        }
         if (attributes.value(NSUnderlineStyleAttributeName).boolValue()) {
             format.setUnderlineStyle(QTextCharFormat::SingleUnderline);
             format.setUnderlineColor(colorOf(colorIn(attributes, NSUnderlineColorAttributeName, color)));
@@ -255,8 +280,10 @@ private:
     {
         // Indents count from the side where the writing begins.
         const bool isRightToLeft = m_layout.text().isRightToLeft();
-        m_layout.setTextOption(optionOf(m_style, isRightToLeft));
         const double right = m_style.tailIndent > 0 ? m_style.tailIndent : width + m_style.tailIndent;
+        QTextOption option = optionOf(m_style, isRightToLeft);
+        option.setTabs(tabsOfLine(m_style, m_style.firstLineHeadIndent, right));
+        m_layout.setTextOption(option);
         double top = m_style.paragraphSpacingBefore;
         auto nextBox = m_boxes.cbegin();
         m_layout.beginLayout();

@@ -169,6 +169,60 @@ TEST(ParagraphLayoutStyle, TabsAreWhereTheStyleSays)
     EXPECT_NEAR(layout.rectsForRange({2, 1})[0].left(), 100, 0.2);
 }
 
+TEST(ParagraphLayoutStyle, TabStopsCountFromTheEdgeOfTheColumn)
+{
+    for (const double indent : {0.0, 30.0, 55.0}) {
+        for (const QString &string : {u"a\tb\tc"_s, u"\t\uFFFC b"_s}) {
+            auto text = styled(string);
+            NSMutableParagraphStyle style;
+            style.firstLineHeadIndent = indent;
+            style.tabStops = {{.location = 50}, {.location = 100}};
+            style.defaultTabInterval = 40;
+            setStyle(text, style);
+            text.addAttribute(NSAttachmentAttributeName, AttributeValue(std::make_shared<Dot>()),
+                              {text.string().indexOf(u'\uFFFC'), 1});
+            const ParagraphLayout layout(text, text.fullRange(), 300, [](NSTextAttachment &) {
+                return AttachmentBox{.size = {7, 7}};
+            });
+            // What follows the tab stands at the next stop, and is drawn where it is said to stand.
+            const qint64 behind = string.indexOf(u'\t') + 1;
+            const double reached = indent + sans().advanceOfText(QStringView(string).first(behind - 1));
+            const double stop = reached < 50 ? 50 : 100;
+            EXPECT_NEAR(layout.rectsForRange({behind, 1})[0].left(), stop, 0.2) << indent;
+            const NSImage image = drawn(layout, {300, 40});
+            if (!layout.attachments().empty()) {
+                EXPECT_NEAR(layout.attachments()[0].rect.left(), stop, 0.2);
+                EXPECT_GT(image.opaqueBounds().left(), stop + 7) << "the letter stands behind the attachment";
+            }
+        }
+    }
+}
+
+TEST(ParagraphLayoutDrawing, BaselineOffsetsLiftAndLowerTextWithoutTouchingItsLine)
+{
+    const auto layoutWith = [](double offset) {
+        auto text = styled(u"xxHxx"_s);
+        NSMutableParagraphStyle style;
+        style.minimumLineHeight = 40;
+        style.maximumLineHeight = 40;
+        setStyle(text, style);
+        text.addAttribute(NSForegroundColorAttributeName, attributeValue(NSColor::clearColor()), {0, 2});
+        text.addAttribute(NSForegroundColorAttributeName, attributeValue(NSColor::clearColor()), {3, 2});
+        if (offset != 0) {
+            text.addAttribute(NSBaselineOffsetAttributeName, offset, {2, 1});
+        }
+        return std::make_unique<ParagraphLayout>(text, text.fullRange(), 200);
+    };
+    const auto still = layoutWith(0);
+    const QRect letter = drawn(*still, {200, 60}).opaqueBounds();
+    for (const double offset : {5.0, 2.0, -2.0, -6.0}) {
+        const auto layout = layoutWith(offset);
+        EXPECT_NEAR(drawn(*layout, {200, 60}).opaqueBounds().bottom(), letter.bottom() - offset, 1.01) << offset;
+        EXPECT_NEAR(layout->lines()[0].baseline, still->lines()[0].baseline, 0.01) << offset;
+        EXPECT_EQ(layout->height(), still->height());
+    }
+}
+
 TEST(ParagraphLayoutAttachments, TakeTheirRoom)
 {
     auto text = styled(u"ab\uFFFC\uFFFCcd"_s);
