@@ -1,0 +1,76 @@
+#pragma once
+
+#include <Store/NSManagedObject.h>
+#include <Store/Ref.h>
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace quib {
+
+/// An array of managed objects that holds a reference to each, as a block of plain pointers: moving one object in a
+/// list of many is one move of memory. A value.
+class ObjectList
+{
+public:
+    ObjectList() = default;
+    explicit ObjectList(std::span<NSManagedObject *const> objects)
+        : m_objects(objects.begin(), objects.end())
+    {
+        retainAll();
+    }
+    ObjectList(const ObjectList &other)
+        : m_objects(other.m_objects)
+    {
+        retainAll();
+    }
+    ObjectList(ObjectList &&other) noexcept
+        : m_objects(std::exchange(other.m_objects, {}))
+    {
+    }
+    ObjectList &operator=(ObjectList other) noexcept
+    {
+        std::swap(m_objects, other.m_objects);
+        return *this;
+    }
+    ~ObjectList()
+    {
+        for (NSManagedObject *object : m_objects) {
+            object->release();
+        }
+    }
+
+    [[nodiscard]] size_t size() const { return m_objects.size(); }
+    [[nodiscard]] std::span<NSManagedObject *const> objects() const { return m_objects; }
+    [[nodiscard]] NSManagedObject *operator[](size_t index) const { return m_objects[index]; }
+
+    void reserve(size_t count) { m_objects.reserve(count); }
+    void append(NSManagedObject *object)
+    {
+        object->retain();
+        m_objects.push_back(object);
+    }
+    /// Moves one object; newIndex counts after it was taken out.
+    void move(size_t index, size_t newIndex);
+    /// Takes out the objects at the removed indexes, then puts in each placed object so that it stands at its index in
+    /// the result. Both ascending. Copies each stretch between them once.
+    struct Placed
+    {
+        NSManagedObject *object = nullptr;
+        size_t index = 0;
+    };
+    void rearrange(std::span<const size_t> removed, std::span<const Placed> placed);
+
+private:
+    void retainAll()
+    {
+        for (NSManagedObject *object : m_objects) {
+            object->retain();
+        }
+    }
+
+    std::vector<NSManagedObject *> m_objects;
+};
+
+} // namespace quib
