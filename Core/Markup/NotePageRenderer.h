@@ -1,19 +1,16 @@
 #pragma once
 
+#include "PlacedParagraph.h"
+
 #include <Graphics/NSImage.h>
 
 #include <memory>
 #include <vector>
 
-#include <QRectF>
-
 class QBNotesTextStorage;
 class QBNotesTextThemeManager;
 
 namespace quib {
-
-class GraphicsContext;
-class ParagraphLayout;
 
 /// Draws a styled text as a page: its paragraphs, its attachments, and what lies under the text (blocks of code, marks,
 /// tags, the bars of quotes). For pictures of notes without a window. Lives for one page, on the queue of the text.
@@ -35,21 +32,15 @@ public:
     [[nodiscard]] NSImage image(double scale) const;
 
 private:
-    struct Paragraph;
-
     void layOut();
-    void draw(GraphicsContext &context) const;
-    void drawCodeBlocks(GraphicsContext &context) const;
-    void drawQuoteBars(GraphicsContext &context) const;
-    void drawInlineBackgrounds(GraphicsContext &context, const Paragraph &paragraph) const;
-    void drawAttachments(GraphicsContext &context, const Paragraph &paragraph) const;
 
     const QBNotesTextStorage &m_storage;
     std::shared_ptr<QBNotesTextThemeManager> m_themeManager;
     double m_width;
     double m_padding = 0;
     double m_height = 0;
-    std::vector<Paragraph> m_paragraphs;
+    std::vector<PlacedParagraph> m_paragraphs;
+    std::vector<std::unique_ptr<ParagraphLayout>> m_layouts;
 };
 
 } // namespace quib

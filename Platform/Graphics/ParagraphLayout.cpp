@@ -4,17 +4,21 @@
 
 #include <Text/NSAttributeName.h>
 #include <Text/NSParagraphStyle.h>
+#include <Text/NSStringHelpers.h>
 
 #include <QColor>
 #include <QFont>
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QPainter>
+#include <QRawFont>
 #include <QTextCharFormat>
 #include <QTextLayout>
 #include <QTextOption>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +30,8 @@ namespace {
 /// an eighth of a point is kept.
 constexpr double kLayoutScale = 8;
 constexpr double kDefaultFontSize = 12;
+/// Boxes that are not further apart are one. Units: points.
+constexpr double kTouching = 0.05;
 constexpr QChar kNoBreakSpace(u'\u00A0');
 
 QColor colorOf(const NSColor &color)
@@ -106,6 +112,28 @@ QList<QTextOption::Tab> tabsOfLine(const NSMutableParagraphStyle &style, double 
     return tabs;
 }
 
+/// Whether any unit may be written from right to left; sometimes true of one that is not.
+bool holdsRightToLeft(const QString &string)
+{
+    constexpr char16_t kFirstRightToLeft = 0x0590;
+    return std::any_of(string.cbegin(), string.cend(), [](QChar unit) {
+        if (unit.unicode() < kFirstRightToLeft) {
+            return false;
+        }
+        switch (unit.direction()) {
+        case QChar::DirR:
+        case QChar::DirAL:
+        case QChar::DirAN:
+        case QChar::DirRLE:
+        case QChar::DirRLO:
+        case QChar::DirRLI:
+            return true;
+        default:
+            return unit.isSurrogate();
+        }
+    });
+}
+
 /// A stretch of the text with what Qt does not draw by itself. Units: of the whole text.
 struct Decoration
 {
@@ -121,15 +149,25 @@ struct Decoration
 class ParagraphLayout::Layout
 {
 public:
-    Layout(const NSAttributedString &text, NSRange range, double width, const BoxOfAttachment &boxOfAttachment)
+    Layout(const NSAttributedString &text, NSRange range, double width, const BoxOfAttachment &boxOfAttachment,
+           Part part)
         : m_range(rangeCutToLength(range, text.length()))
     {
         QString string = text.stringInRange(m_range).toString();
-        while (!string.isEmpty() && (string.back() == u'\n' || string.back() == u'\r' || string.back() == u'\u2029')) {
+        while (!string.isEmpty() && isParagraphEnd(string.back().unicode())) {
             string.chop(1);
         }
         readAttributes(text, &string, boxOfAttachment);
+        if (!part.isFirst) {
+            m_style.paragraphSpacingBefore = 0;
+            m_style.firstLineHeadIndent = m_style.headIndent;
+        }
+        if (!part.isLast) {
+            m_style.paragraphSpacing = 0;
+        }
         m_layout.setText(string);
+        m_isRightToLeft = string.isRightToLeft();
+        m_isBidirectional = m_isRightToLeft || holdsRightToLeft(string);
         m_layout.setFormats(m_formats);
         breakIntoLines(width);
     }
@@ -141,21 +179,81 @@ public:
             const Line &line = lines[i];
             const qint64 start = std::max(range.location, line.range.location);
             const qint64 end = std::min(range.location + range.length, line.range.location + line.range.length);
-            if (start >= end) {
-                continue;
+            if (start < end) {
+                addRects(&rects, line, m_layout.lineAt(static_cast<int>(i)), start, end);
             }
-            const QTextLine textLine = m_layout.lineAt(static_cast<int>(i));
-            double left = line.rect.right();
-            double right = line.rect.left();
-            for (const qint64 edge : {start, end}) {
-                const double x = xOf(textLine, edge);
-                left = std::min(left, x);
-                right = std::max(right, x);
-            }
-            rects.emplace_back(left, line.rect.top(), right - left, line.rect.height());
         }
         return rects;
     }
+
+    [[nodiscard]] size_t lineIndexOfLocation(qint64 location, bool upstream) const
+    {
+        const auto next = std::upper_bound(lines.begin(), lines.end(), location,
+                                           [](qint64 place, const Line &line) { return place < line.range.location; });
+        auto index = next == lines.begin() ? 0 : static_cast<size_t>(next - lines.begin()) - 1;
+        if (upstream && index > 0 && lines[index].range.location == location) {
+            --index;
+        }
+        return index;
+    }
+
+    [[nodiscard]] QRectF caretRect(qint64 location, bool upstream) const
+    {
+        const size_t index = lineIndexOfLocation(location, upstream);
+        const Line &line = lines[index];
+        const double x = xOf(m_layout.lineAt(static_cast<int>(index)), m_range.location + relative(location));
+        return {x, line.baseline - line.ascent, 0, line.ascent + line.descent};
+    }
+
+    [[nodiscard]] qint64 locationAtX(size_t lineIndex, double x, bool *upstream) const
+    {
+        const Line &line = lines[lineIndex];
+        const QTextLine textLine = m_layout.lineAt(static_cast<int>(lineIndex));
+        const bool isLast = lineIndex + 1 == lines.size();
+        const int start = textLine.textStart();
+        const int end = start + textLine.textLength();
+        int nearest = start;
+        double distance = std::numeric_limits<double>::max();
+        for (int place = start; place <= end; place = std::max(place + 1, m_layout.nextCursorPosition(place))) {
+            if (place == end && !isLast && end > start && m_layout.text()[end - 1].isSpace()) {
+                break; // what is behind the space that wraps is on the next line
+            }
+            const double away = std::abs(textLine.cursorToX(place) / kLayoutScale - x);
+            if (away < distance) {
+                distance = away;
+                nearest = place;
+            }
+        }
+        if (upstream != nullptr) {
+            *upstream = !isLast && nearest == end && line.range.length > 0;
+        }
+        return m_range.location + nearest;
+    }
+
+    [[nodiscard]] size_t lineIndexAtHeight(double y) const
+    {
+        const auto below =
+            std::find_if(lines.begin(), lines.end(), [y](const Line &line) { return y < line.rect.bottom(); });
+        return below == lines.end() ? lines.size() - 1 : static_cast<size_t>(below - lines.begin());
+    }
+
+    [[nodiscard]] qint64 locationAfter(qint64 location) const
+    {
+        return m_range.location + m_layout.nextCursorPosition(relative(location));
+    }
+    [[nodiscard]] qint64 locationBefore(qint64 location) const
+    {
+        return m_range.location + m_layout.previousCursorPosition(relative(location));
+    }
+    [[nodiscard]] qint64 locationLeftOf(qint64 location) const
+    {
+        return m_range.location + m_layout.leftCursorPosition(relative(location));
+    }
+    [[nodiscard]] qint64 locationRightOf(qint64 location) const
+    {
+        return m_range.location + m_layout.rightCursorPosition(relative(location));
+    }
+    [[nodiscard]] bool isRightToLeft() const { return m_isRightToLeft; }
 
     void drawIn(GraphicsContext &context, QPointF origin) const
     {
@@ -201,7 +299,10 @@ private:
             m_style = paragraphStyle->mutableCopy();
         }
         const AttributeSet first = text.attributesAtIndex(m_range.location);
-        m_layout.setFont(fontIn(first).font(kLayoutScale));
+        const NSFont font = fontIn(first);
+        m_fontAscent = font.ascender();
+        m_fontDescent = -font.descender();
+        m_layout.setFont(font.font(kLayoutScale));
         text.enumerateAttributesInRange(
             {m_range.location, string->size()}, NSAttributedStringEnumerationOptions::Forward,
             [&](const AttributeSet &attributes, NSRange range, bool *) {
@@ -279,7 +380,7 @@ private:
     void breakIntoLines(double width)
     {
         // Indents count from the side where the writing begins.
-        const bool isRightToLeft = m_layout.text().isRightToLeft();
+        const bool isRightToLeft = m_isRightToLeft;
         const double right = m_style.tailIndent > 0 ? m_style.tailIndent : width + m_style.tailIndent;
         QTextOption option = optionOf(m_style, isRightToLeft);
         option.setTabs(tabsOfLine(m_style, m_style.firstLineHeadIndent, right));
@@ -294,6 +395,9 @@ private:
             line.range = {m_range.location + textLine.textStart(), textLine.textLength()};
             double ascent = textLine.ascent() / kLayoutScale;
             double descent = textLine.descent() / kLayoutScale;
+            // A line of attachments alone has next to no text; its caret is that of the paragraph's font.
+            line.ascent = std::max(ascent, m_fontAscent);
+            line.descent = std::max(descent, m_fontDescent);
             const auto firstBox = nextBox;
             for (; nextBox != m_boxes.cend() && nextBox->location < line.range.location + line.range.length;
                  ++nextBox) {
@@ -329,6 +433,65 @@ private:
                                .rect = QRectF(QPointF(x, baseline - box.box.baselineOffset - size.height()), size)});
     }
 
+    /// A place within the paragraph as the layout counts.
+    [[nodiscard]] int relative(qint64 location) const
+    {
+        return static_cast<int>(std::clamp<qint64>(location - m_range.location, 0, m_layout.text().size()));
+    }
+
+    /// Adds the boxes of a part of one line.
+    void addRects(std::vector<QRectF> *rects, const Line &line, const QTextLine &textLine, qint64 start,
+                  qint64 end) const
+    {
+        const auto addBox = [&](double x1, double x2) {
+            rects->emplace_back(std::min(x1, x2), line.rect.top(), std::abs(x2 - x1), line.rect.height());
+        };
+        if (!m_isBidirectional) {
+            addBox(xOf(textLine, start), xOf(textLine, end));
+            return;
+        }
+        // Character by character, since each may lie on either side of the one before; boxes that touch become one.
+        std::vector<std::pair<double, double>> spans;
+        for (int unit = static_cast<int>(start - m_range.location); unit < static_cast<int>(end - m_range.location);) {
+            const int next = std::max(unit + 1, m_layout.nextCursorPosition(unit));
+            spans.push_back(spanOfCharacter(textLine, unit, next));
+            unit = next;
+        }
+        std::sort(spans.begin(), spans.end());
+        std::pair<double, double> box = spans.front();
+        for (const auto &span : spans) {
+            if (span.first > box.second + kTouching) {
+                addBox(box.first, box.second);
+                box = span;
+            }
+            box.second = std::max(box.second, span.second);
+        }
+        addBox(box.first, box.second);
+    }
+
+    /// From the left to the right edge of a character, wherever the direction of writing puts it.
+    [[nodiscard]] std::pair<double, double> spanOfCharacter(const QTextLine &textLine, int start, int end) const
+    {
+        const double leading = textLine.cursorToX(start, QTextLine::Leading) / kLayoutScale;
+        const double trailing = textLine.cursorToX(start, QTextLine::Trailing) / kLayoutScale;
+        if (leading != trailing) {
+            return {std::min(leading, trailing), std::max(leading, trailing)};
+        }
+        // A caret where the direction changes belongs to the character before; this one's glyphs say where it is.
+        double left = std::numeric_limits<double>::max();
+        double right = std::numeric_limits<double>::lowest();
+        const auto runs = textLine.glyphRuns(start, end - start);
+        for (const QGlyphRun &run : runs) {
+            const auto positions = run.positions();
+            const auto advances = run.rawFont().advancesForGlyphIndexes(run.glyphIndexes());
+            for (qsizetype i = 0; i < positions.size(); ++i) {
+                left = std::min(left, positions[i].x() / kLayoutScale);
+                right = std::max(right, (positions[i].x() + advances[i].x()) / kLayoutScale);
+            }
+        }
+        return left <= right ? std::pair(left, right) : std::pair(leading, leading);
+    }
+
     /// Where the left or right edge of a unit lies that a caret before it would stand at.
     [[nodiscard]] double xOf(const QTextLine &textLine, qint64 location) const
     {
@@ -336,6 +499,11 @@ private:
     }
 
     NSRange m_range;
+    double m_fontAscent = 0;
+    double m_fontDescent = 0;
+    bool m_isRightToLeft = false;
+    /// Whether any unit may be written against the direction of the others.
+    bool m_isBidirectional = false;
     NSMutableParagraphStyle m_style;
     QTextLayout m_layout;
     QList<QTextLayout::FormatRange> m_formats;
@@ -346,7 +514,13 @@ private:
 
 ParagraphLayout::ParagraphLayout(const NSAttributedString &text, NSRange range, double width,
                                  const BoxOfAttachment &boxOfAttachment)
-    : m_layout(std::make_unique<const Layout>(text, range, width, boxOfAttachment))
+    : ParagraphLayout(text, range, width, boxOfAttachment, Part())
+{
+}
+
+ParagraphLayout::ParagraphLayout(const NSAttributedString &text, NSRange range, double width,
+                                 const BoxOfAttachment &boxOfAttachment, Part part)
+    : m_layout(std::make_unique<const Layout>(text, range, width, boxOfAttachment, part))
 {
 }
 
@@ -370,6 +544,56 @@ const std::vector<ParagraphLayout::PlacedAttachment> &ParagraphLayout::attachmen
 std::vector<QRectF> ParagraphLayout::rectsForRange(NSRange range) const
 {
     return m_layout->rectsForRange(range);
+}
+
+size_t ParagraphLayout::lineIndexOfLocation(qint64 location, bool upstream) const
+{
+    return m_layout->lineIndexOfLocation(location, upstream);
+}
+
+QRectF ParagraphLayout::caretRect(qint64 location, bool upstream) const
+{
+    return m_layout->caretRect(location, upstream);
+}
+
+qint64 ParagraphLayout::locationAtX(size_t lineIndex, double x, bool *upstream) const
+{
+    return m_layout->locationAtX(lineIndex, x, upstream);
+}
+
+qint64 ParagraphLayout::locationAtPoint(QPointF point, bool *upstream) const
+{
+    return m_layout->locationAtX(m_layout->lineIndexAtHeight(point.y()), point.x(), upstream);
+}
+
+size_t ParagraphLayout::lineIndexAtHeight(double y) const
+{
+    return m_layout->lineIndexAtHeight(y);
+}
+
+qint64 ParagraphLayout::locationAfter(qint64 location) const
+{
+    return m_layout->locationAfter(location);
+}
+
+qint64 ParagraphLayout::locationBefore(qint64 location) const
+{
+    return m_layout->locationBefore(location);
+}
+
+qint64 ParagraphLayout::locationLeftOf(qint64 location) const
+{
+    return m_layout->locationLeftOf(location);
+}
+
+qint64 ParagraphLayout::locationRightOf(qint64 location) const
+{
+    return m_layout->locationRightOf(location);
+}
+
+bool ParagraphLayout::isRightToLeft() const
+{
+    return m_layout->isRightToLeft();
 }
 
 void ParagraphLayout::drawIn(GraphicsContext &context, QPointF origin) const

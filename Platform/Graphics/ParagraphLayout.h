@@ -33,10 +33,20 @@ class ParagraphLayout
 public:
     using BoxOfAttachment = std::function<AttachmentBox(NSTextAttachment &attachment)>;
 
+    /// Which part of its paragraph a range is: only the first has the indent of the first line and the spacing above,
+    /// only the last the spacing below.
+    struct Part
+    {
+        bool isFirst = true;
+        bool isLast = true;
+    };
+
     /// Lays out a range that holds no line end but the one it may end in. Takes time in step with its length: very long
     /// paragraphs are better laid out in pieces.
     ParagraphLayout(const NSAttributedString &text, NSRange range, double width,
                     const BoxOfAttachment &boxOfAttachment = {});
+    ParagraphLayout(const NSAttributedString &text, NSRange range, double width, const BoxOfAttachment &boxOfAttachment,
+                    Part part);
     ParagraphLayout(const ParagraphLayout &) = delete;
     ParagraphLayout &operator=(const ParagraphLayout &) = delete;
     ~ParagraphLayout();
@@ -47,6 +57,9 @@ public:
         /// As wide as what stands in the line and as high as the line, without the spacing below it.
         QRectF rect;
         double baseline = 0;
+        /// How far the text's fonts reach above and below the baseline, whatever the line's height.
+        double ascent = 0;
+        double descent = 0;
     };
     /// At least one, even of an empty paragraph.
     [[nodiscard]] const std::vector<Line> &lines() const;
@@ -62,9 +75,29 @@ public:
     };
     [[nodiscard]] const std::vector<PlacedAttachment> &attachments() const;
 
-    /// The boxes that a range covers, one for each line that it touches; as high as the lines. Where the direction of
-    /// writing changes within a range, its box spans from the leftmost to the rightmost of its units.
+    /// The boxes that a range covers, from left to right on each line that it touches; as high as the lines. A line
+    /// where the direction of writing changes within the range has several.
     [[nodiscard]] std::vector<QRectF> rectsForRange(NSRange range) const;
+
+    // The caret. A place where a line is wrapped is the end of one line and the start of the next: upstream means the
+    // former.
+
+    [[nodiscard]] size_t lineIndexOfLocation(qint64 location, bool upstream = false) const;
+    /// Where the caret before a unit stands. Shape: no width, as high as the text of its line.
+    [[nodiscard]] QRectF caretRect(qint64 location, bool upstream = false) const;
+    /// The place between two characters that is nearest on a line.
+    [[nodiscard]] qint64 locationAtX(size_t lineIndex, double x, bool *upstream = nullptr) const;
+    /// The same on the line that is nearest to a height.
+    [[nodiscard]] qint64 locationAtPoint(QPointF point, bool *upstream = nullptr) const;
+    [[nodiscard]] size_t lineIndexAtHeight(double y) const;
+    /// The next place for a caret in the order of the text, never within a character; the paragraph's end behind it.
+    [[nodiscard]] qint64 locationAfter(qint64 location) const;
+    [[nodiscard]] qint64 locationBefore(qint64 location) const;
+    /// The next place for a caret as the eye sees it; the same place at either edge of the paragraph.
+    [[nodiscard]] qint64 locationLeftOf(qint64 location) const;
+    [[nodiscard]] qint64 locationRightOf(qint64 location) const;
+    /// Whether the paragraph begins at the right.
+    [[nodiscard]] bool isRightToLeft() const;
 
     /// Draws backgrounds, text, underlines and strikes with the top left at a point. Attachments are the caller's to
     /// draw, at the places told.

@@ -1,5 +1,7 @@
 #include "NSAttributedString.h"
 
+#include "NSStringHelpers.h"
+
 #include <Foundation/Assert.h>
 
 #include <algorithm>
@@ -8,6 +10,7 @@ using quib::AttributeNameMask;
 using quib::AttributeRuns;
 using quib::AttributeSet;
 using quib::AttributeValue;
+using quib::isParagraphEnd;
 
 namespace {
 
@@ -15,11 +18,6 @@ namespace {
 {
     const AttributeValue *found = attributes.find(name);
     return found != nullptr ? *found == value : value.isNothing();
-}
-
-[[nodiscard]] bool isParagraphEnd(char16_t unit)
-{
-    return unit == u'\n' || unit == u'\r' || unit == u'\u0085' || unit == u'\u2028' || unit == u'\u2029';
 }
 
 /// Calls step for one range after the other in the given direction. It may change the text within the range that it

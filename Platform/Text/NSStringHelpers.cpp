@@ -17,11 +17,6 @@ namespace {
 constexpr char16_t kSpace = u' ';
 constexpr char16_t kLineFeed = u'\n';
 
-bool isParagraphEnd(char16_t unit)
-{
-    return unit == u'\n' || unit == u'\r' || unit == u'\u0085' || unit == u'\u2028' || unit == u'\u2029';
-}
-
 /// True between "\r" and "\n", which end a line together.
 bool splitsLineEnd(QStringView string, qint64 position)
 {
@@ -67,6 +62,11 @@ bool isPlainBoundary(QStringView string, qint64 position)
 }
 
 } // namespace
+
+bool isParagraphEnd(char16_t unit)
+{
+    return unit == u'\n' || unit == u'\r' || unit == u'\u0085' || unit == u'\u2028' || unit == u'\u2029';
+}
 
 std::optional<NSRange> rangeCutToString(QStringView string, NSRange range)
 {

@@ -22,6 +22,8 @@ namespace quib {
 [[nodiscard]] QString trimmedWhitespace(QStringView string);
 /// Without white space and line ends at both ends.
 [[nodiscard]] QString trimmedWhitespaceAndNewlines(QStringView string);
+/// What ends a paragraph: the terminators above.
+[[nodiscard]] bool isParagraphEnd(char16_t unit);
 [[nodiscard]] bool isWhitespace(char16_t unit);
 [[nodiscard]] bool isNewline(char16_t unit);
 [[nodiscard]] bool isWhitespaceOrNewline(char16_t unit);
