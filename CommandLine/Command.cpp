@@ -148,6 +148,22 @@ QList<Command> makeCommands()
          .maximumArguments = 2,
          .run = runAttach,
          .completions = {u"@notes"_s, u"@files"_s}},
+        {.name = u"open"_s,
+         .arguments = u"URL|-"_s,
+         .summary = u"Run a quib: URL without a window and print each callback as a line of JSON: which one it is, its "
+                    u"parameters, and the URL that would be opened, or null where the URL names none. Exits with 2 "
+                    u"for a bad or missing parameter and 3 for what is not found."_s,
+         .example = u"quibctl open 'quib://x-callback-url/create?title=Plan&tags=home'\n"
+                    u"makes a note and prints its identifier"_s,
+         .minimumArguments = 1,
+         .maximumArguments = 1,
+         .run = runOpen},
+        {.name = u"token"_s,
+         .arguments = {},
+         .summary = u"Print the token with which URLs may read lists of notes."_s,
+         .example = u"quibctl token --generate"_s,
+         .options = {{u"generate"_s, u"Make one if there is none yet. A token is never replaced."_s}},
+         .run = runToken},
         {.name = u"preferences"_s,
          .arguments = {},
          .summary = u"Print all preferences."_s,
@@ -280,7 +296,7 @@ const Command *commandNamed(const QString &name)
 
 QStringList absentCommands()
 {
-    return {u"open"_s, u"import"_s, u"export"_s, u"backup"_s, u"token"_s, u"sync"_s, u"convert"_s};
+    return {u"import"_s, u"export"_s, u"backup"_s, u"sync"_s, u"convert"_s};
 }
 
 } // namespace quib::cli

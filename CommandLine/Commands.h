@@ -34,6 +34,10 @@ ExitStatus runTags(Session &session, const QCommandLineParser &parser);
 ExitStatus runTagRename(Session &session, const QCommandLineParser &parser);
 ExitStatus runTagDelete(Session &session, const QCommandLineParser &parser);
 
+// AutomationCommands.cpp
+ExitStatus runOpen(Session &session, const QCommandLineParser &parser);
+ExitStatus runToken(Session &session, const QCommandLineParser &parser);
+
 // PreferencesCommands.cpp
 ExitStatus runPreferences(Session &session, const QCommandLineParser &parser);
 ExitStatus runPreferencesGet(Session &session, const QCommandLineParser &parser);
