@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Foundation/NSRange.h>
+#include <Markup/Stylers/QBCodeSyntaxHighlighterDelegate.h>
 #include <Markup/Stylers/QBNoteStylersManager.h>
 #include <Text/NSTextStorage.h>
 
@@ -17,7 +18,7 @@ class QBImageTextAttachment;
 /// The live text of one note: it remembers of each edit just enough to tell what must be styled again, runs the
 /// stylers, and turns attachments back into the text they stand for, which is the note's real content. Owned by the
 /// note's text stack; confined to the queue of its editor.
-class QBNotesTextStorage : public NSTextStorage
+class QBNotesTextStorage : public NSTextStorage, public QBCodeSyntaxHighlighterDelegate
 {
 public:
     QBNotesTextStorage();
@@ -68,6 +69,23 @@ public:
     [[nodiscard]] bool canEditTextInRange(NSRange range) const;
     /// A text of its own with this part, attributes included, and the same stylers.
     [[nodiscard]] std::unique_ptr<QBNotesTextStorage> subTextStorageWithRange(NSRange range) const;
+
+    // What lines begin with: QBNotesTextStorage+Lists.cpp
+
+    /// Whether a line has a style that the next line takes over: a bullet, a box, a quote or a number. Shape:
+    /// stylerMarkerRange becomes the range of its marker with the blank, not-found without one; stylerMarker what the
+    /// next line begins with: the marker that commands insert, or the next number.
+    [[nodiscard]] bool hasRepeatableNewLineStyleInRange(NSRange range, NSRange *stylerMarkerRange,
+                                                        QString *stylerMarker) const;
+    [[nodiscard]] bool hasRepeatableNewLineStyleInRange(NSRange range, NSRange *stylerMarkerRange) const;
+    /// Whether a line has a style that a tab moves as a whole: a bullet, a box or a number.
+    [[nodiscard]] bool hasTabbableStyleInRange(NSRange range, NSRange *stylerMarkerRange) const;
+
+    // Coloured code: QBNotesTextStorage+Highlighting.cpp
+
+    /// Puts coloured code in its place, unless the code is another one by now.
+    void codeSyntaxHighlighter(QBNoteCodeHighlighting &highlighter, const NSAttributedString &highlightedString,
+                               const QString &forCodeUUID) override;
 
     // Represented text: QBNotesTextStorage+Expanding.cpp
 
