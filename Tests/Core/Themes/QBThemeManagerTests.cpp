@@ -1,6 +1,7 @@
 // Managers of themes: the cache, and the passes in which those who draw are told of a change.
 
 #include <Graphics/GraphicsAttributes.h>
+#include <Graphics/GraphicsContext.h>
 #include <Support/QtPrinters.h>
 #include <Themes/QBNotesAppThemeManager.h>
 #include <Themes/QBNotesThemesManager.h>
@@ -178,6 +179,25 @@ TEST(ThemeCache, KeepsValuesOfAnyTypeByName)
     EXPECT_EQ(*cache.value<QString>(u"a"_s), u"text"_s);
     cache.clear();
     EXPECT_EQ(cache.value(u"b"_s, make), 3);
+}
+
+TEST(AppThemeManager, DrawsAPictureOnceAThemeAndAState)
+{
+    QBNotesAppThemeManager manager;
+    manager.loadDefaultTheme();
+    int drawn = 0;
+    const auto icon = [&](bool isSelected) {
+        return manager.cachedImageForKey(u"pinIcon%1"_s.arg(isSelected), [&drawn, isSelected] {
+            ++drawn;
+            return quib::GraphicsContext({4, 4}, 1, NSColor::colorWithRed(isSelected ? 1 : 0, 0, 0)).image();
+        });
+    };
+    EXPECT_EQ(icon(true), icon(true));
+    EXPECT_NE(icon(true), icon(false));
+    EXPECT_EQ(drawn, 2);
+    manager.loadTheme(themeOf(u"Panel Icon Color"_s, u"rgba(1, 2, 3, 1.00)"_s));
+    EXPECT_EQ(icon(false).pixelSize(), QSize(4, 4));
+    EXPECT_EQ(drawn, 3);
 }
 
 TEST(AppThemeManager, IsSharedWhileItsOwnerKeepsIt)
