@@ -30,12 +30,13 @@ QString expanded(const NSAttributedString &text, NSRange range)
     QString expanded;
     expanded.reserve(range.length);
     qint64 done = range.location;
-    enumerateAttachments<QBNotesTextAttachment>(text, range,
-                                                [&](const QBNotesTextAttachment &attachment, NSRange place) {
-                                                    expanded.append(units.sliced(done, place.location - done));
-                                                    expanded.append(attachment.representedText());
-                                                    done = place.limit();
-                                                });
+    enumerateAttachments<QBNotesTextAttachment>(
+        text, range, [&](const QBNotesTextAttachment &attachment, NSRange place) {
+            expanded.append(units.sliced(done, place.location - done));
+            // One attachment may stand side by side with itself.
+            expanded.append(attachment.representedText().repeated(place.length));
+            done = place.limit();
+        });
     expanded.append(units.sliced(done, range.limit() - done));
     return expanded;
 }
@@ -65,7 +66,7 @@ NSAttributedString QBNotesTextStorage::attributedSubstringFromRange(NSRange rang
         std::vector<NSMutableAttributedString::Replacement> replacements;
         enumerateAttachments<QBNotesTextAttachment>(
             part, part.fullRange(), [&replacements](const QBNotesTextAttachment &attachment, NSRange place) {
-                replacements.push_back({place, attachment.representedText(), {}});
+                replacements.push_back({place, attachment.representedText().repeated(place.length), {}});
             });
         part.replaceCharacters(replacements);
     }

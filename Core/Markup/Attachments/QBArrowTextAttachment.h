@@ -11,7 +11,8 @@ public:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
     [[nodiscard]] QString className() const override;
 
-    [[nodiscard]] bool isInline() const override { return true; }
+    static constexpr bool kIsInline = true;
+    [[nodiscard]] bool isInline() const override { return kIsInline; }
     [[nodiscard]] bool needWrappingCharaters() const override { return true; }
     [[nodiscard]] bool canBeDraggedAlone() const override { return true; }
 

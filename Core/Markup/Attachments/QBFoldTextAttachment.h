@@ -12,7 +12,8 @@ public:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
     [[nodiscard]] QString className() const override;
 
-    [[nodiscard]] bool isInline() const override { return true; }
+    static constexpr bool kIsInline = true;
+    [[nodiscard]] bool isInline() const override { return kIsInline; }
     [[nodiscard]] bool canBeDraggedAlone() const override { return true; }
 
     /// What the fold was made for; folds of one kind are opened together.

@@ -15,8 +15,10 @@ public:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
     [[nodiscard]] QString className() const override;
 
-    [[nodiscard]] bool isFullLine() const override { return true; }
-    [[nodiscard]] bool isInline() const override { return false; }
+    static constexpr bool kIsFullLine = true;
+    [[nodiscard]] bool isFullLine() const override { return kIsFullLine; }
+    static constexpr bool kIsInline = false;
+    [[nodiscard]] bool isInline() const override { return kIsInline; }
     [[nodiscard]] NSRange
     extraAttachmentRangeForAttachmentRange(NSRange range, const NSAttributedString &inAttributedString) const override;
 

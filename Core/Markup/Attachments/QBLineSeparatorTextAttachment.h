@@ -11,7 +11,8 @@ public:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
     [[nodiscard]] QString className() const override;
 
-    [[nodiscard]] bool isFullLine() const override { return true; }
+    static constexpr bool kIsFullLine = true;
+    [[nodiscard]] bool isFullLine() const override { return kIsFullLine; }
     [[nodiscard]] bool canBeDraggedAlone() const override { return true; }
     [[nodiscard]] QSizeF attachmentSize() const override;
     [[nodiscard]] double attachmentBaselineOffset() const override;

@@ -45,10 +45,13 @@ public:
 
     // What it is to the layout and the selection
 
-    /// Stands at the start of a block's line, as its prefix.
-    [[nodiscard]] virtual bool isFullLine() const { return false; }
-    /// Flows in a line of text.
-    [[nodiscard]] virtual bool isInline() const { return false; }
+    /// Stands at the start of a block's line, as its prefix. Each class says it of itself, and each attachment what its
+    /// class says.
+    static constexpr bool kIsFullLine = false;
+    [[nodiscard]] virtual bool isFullLine() const { return kIsFullLine; }
+    /// Flows in a line of text; likewise.
+    static constexpr bool kIsInline = false;
+    [[nodiscard]] virtual bool isInline() const { return kIsInline; }
     /// The selection takes the characters around it as one unit. Spelled so.
     [[nodiscard]] virtual bool needWrappingCharaters() const { return false; }
     [[nodiscard]] virtual bool canBeDraggedAlone() const { return false; }

@@ -11,7 +11,8 @@ public:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
     [[nodiscard]] QString className() const override;
 
-    [[nodiscard]] bool isInline() const override { return true; }
+    static constexpr bool kIsInline = true;
+    [[nodiscard]] bool isInline() const override { return kIsInline; }
     [[nodiscard]] NSRange
     extraAttachmentRangeForAttachmentRange(NSRange range, const NSAttributedString &inAttributedString) const override;
     [[nodiscard]] QSizeF attachmentSize() const override;

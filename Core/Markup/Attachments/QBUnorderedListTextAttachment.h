@@ -11,7 +11,8 @@ public:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
     [[nodiscard]] QString className() const override;
 
-    [[nodiscard]] bool isFullLine() const override { return true; }
+    static constexpr bool kIsFullLine = true;
+    [[nodiscard]] bool isFullLine() const override { return kIsFullLine; }
     [[nodiscard]] NSRange
     extraAttachmentRangeForAttachmentRange(NSRange range, const NSAttributedString &inAttributedString) const override;
     [[nodiscard]] QSizeF attachmentSize() const override;

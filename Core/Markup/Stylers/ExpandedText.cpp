@@ -14,7 +14,7 @@ QString expandedText(const NSAttributedString &attributedString, NSRange range)
     attributedString.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
                                         [&](const AttributeValue &value, NSRange run, bool * /*stop*/) {
                                             if (const auto *attachment = value.as<QBNotesTextAttachment>()) {
-                                                text += attachment->representedText();
+                                                text += attachment->representedText().repeated(run.length);
                                             } else {
                                                 text += attributedString.stringInRange(run);
                                             }
