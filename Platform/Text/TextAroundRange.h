@@ -6,9 +6,9 @@
 
 // What stands next to a range of a string.
 //
-// Shape: outOfBounds, which may be null, becomes true where there is no such place in the string, and the answer is then
-// false. A range that was not found, or that reaches beyond the string, has nothing behind it; one that begins beyond
-// the string has nothing before it either.
+// Shape: outOfBounds, which may be null, becomes true where there is no such place in the string, and the answer is
+// then false. A range that was not found, or that reaches beyond the string, has nothing behind it; one that begins
+// beyond the string has nothing before it either.
 
 namespace quib {
 
