@@ -221,19 +221,30 @@ QString QBNoteSearchManager::predicateStringForSpecialSearch(const QString &word
     return {};
 }
 
-QString QBNoteSearchManager::likeOrPatternForSearchString(const QString &searchString)
+QList<QBNoteSearchManager::HighlightTerm>
+QBNoteSearchManager::highlightTermsForSearchString(const QString &searchString)
 {
-    const SearchLine terms(searchString);
-    QStringList alternatives;
-    for (const Phrase &phrase : terms.phrases) {
+    const SearchLine line(searchString);
+    QList<HighlightTerm> terms;
+    for (const Phrase &phrase : line.phrases) {
         if (!phrase.isNegated) {
-            alternatives.append(u'(' % phrase.text % u')');
+            terms.append({phrase.text, /*isExpression=*/true});
         }
     }
-    for (const QString &word : terms.words) {
+    for (const QString &word : line.words) {
         if (!word.startsWith(u'-')) {
-            alternatives.append(u'(' % NSRegularExpression::escapedPatternForString(word) % u')');
+            terms.append({word, /*isExpression=*/false});
         }
+    }
+    return terms;
+}
+
+QString QBNoteSearchManager::likeOrPatternForSearchString(const QString &searchString)
+{
+    QStringList alternatives;
+    for (const HighlightTerm &term : highlightTermsForSearchString(searchString)) {
+        alternatives.append(
+            u'(' % (term.isExpression ? term.text : NSRegularExpression::escapedPatternForString(term.text)) % u')');
     }
     return alternatives.join(u'|');
 }

@@ -4,6 +4,7 @@
 #include <Store/NSPredicate.h>
 #include <Text/NSRegularExpression.h>
 
+#include <QList>
 #include <QString>
 
 #include <memory>
@@ -22,6 +23,14 @@ public:
     /// The text of an @ term's condition; null for a word that is none. The word is in lower case.
     [[nodiscard]] static QString predicateStringForSpecialSearch(const QString &word);
 
+    /// What a search highlights: its phrases, then its words, without the negated ones.
+    struct HighlightTerm
+    {
+        QString text;
+        /// A phrase is an expression of its own; a word is meant as it stands.
+        bool isExpression = false;
+    };
+    [[nodiscard]] static QList<HighlightTerm> highlightTermsForSearchString(const QString &searchString);
     /// The pattern of all phrases (as expressions of their own) and words (as they stand) that are not negated.
     [[nodiscard]] static QString likeOrPatternForSearchString(const QString &searchString);
     /// That pattern, case-insensitive; null when it does not build or holds nothing.
