@@ -25,16 +25,24 @@ quib::Value valueAtPath(const quib::KeyValueObject &object, const QString &key)
 
 int NSSortDescriptor::compareObject(const quib::KeyValueObject &object, const quib::KeyValueObject &toObject) const
 {
-    const quib::Value a = valueAtPath(object, m_key);
-    const quib::Value b = valueAtPath(toObject, m_key);
+    return compareValue(valueAtPath(object, m_key), valueAtPath(toObject, m_key));
+}
+
+quib::Value NSSortDescriptor::valueOfObject(const quib::KeyValueObject &object) const
+{
+    return valueAtPath(object, m_key);
+}
+
+int NSSortDescriptor::compareValue(const quib::Value &value, const quib::Value &toValue) const
+{
     int order = 0;
-    if (quib::isNothing(a) || quib::isNothing(b)) {
-        order = static_cast<int>(quib::isNothing(b)) - static_cast<int>(quib::isNothing(a));
-    } else if (const auto *left = std::get_if<QString>(&a), *right = std::get_if<QString>(&b);
+    if (quib::isNothing(value) || quib::isNothing(toValue)) {
+        order = static_cast<int>(quib::isNothing(toValue)) - static_cast<int>(quib::isNothing(value));
+    } else if (const auto *left = std::get_if<QString>(&value), *right = std::get_if<QString>(&toValue);
                m_comparison == Comparison::LocalizedStandard && left != nullptr && right != nullptr) {
         order = quib::localizedStandardCompare(*left, *right);
     } else {
-        order = quib::compareValues(a, b).value_or(0);
+        order = quib::compareValues(value, toValue).value_or(0);
     }
     return m_ascending ? order : -order;
 }

@@ -28,6 +28,9 @@ public:
     [[nodiscard]] Comparison comparison() const { return m_comparison; }
     /// <0, 0, >0 in the descriptor's direction.
     [[nodiscard]] int compareObject(const quib::KeyValueObject &object, const quib::KeyValueObject &toObject) const;
+    /// The two halves of it, for whoever keeps the values of an object that is compared many times.
+    [[nodiscard]] quib::Value valueOfObject(const quib::KeyValueObject &object) const;
+    [[nodiscard]] int compareValue(const quib::Value &value, const quib::Value &toValue) const;
     friend bool operator==(const NSSortDescriptor &a, const NSSortDescriptor &b) = default;
 
     /// -1, 0 or 1 by the first descriptor that tells two objects apart.

@@ -44,8 +44,8 @@ public:
     void setDelegate(MRTFetchedResultsControllerDelegate *delegate);
 
     /// Runs the query and follows the context from now on. Tells the delegate nothing.
-    /// Errors: false without a query, or with the store's error; the list is then empty, and follows the context all
-    /// the same.
+    /// Errors: false, and nothing done, without a query. A query that fails gives an empty list that follows the
+    /// context all the same, and the error.
     bool performFetch(NSError *error = nullptr);
 
     // The second view. Setters tell the delegate nothing; the caller reloads.
@@ -88,9 +88,12 @@ private:
     }
     void updateArrangedObjects();
     void setupMocObserver();
+    void observe();
     void managedObjectContextObjectsDidChange(const NSManagedObjectContext::Changes &changes);
     void react(const NSManagedObjectContext::Changes &changes);
+    void tell(const quib::ListChange &change);
     void notifyChanges(const quib::ListChange &change);
+    void notifyProgressively(const quib::ListChange &change);
 
     std::shared_ptr<NSManagedObjectContext> m_context;
     std::optional<NSFetchRequest> m_fetchRequest;
@@ -104,6 +107,10 @@ private:
     MRTFetchedResultsControllerDelegate *m_delegate = nullptr;
     MRTFetchedResultsControllerDelegateHas m_delegateHas;
     quib::ObservationToken m_observer;
+    bool m_isObserving = false;
+    /// Count how often the query was run and the second view made, so that no report is about a list that is gone.
+    quint64 m_fetch = 0;
+    quint64 m_arrangement = 0;
     /// Changes that arrived while the delegate was being told of others.
     QList<NSManagedObjectContext::Changes> m_waiting;
     bool m_isTelling = false;

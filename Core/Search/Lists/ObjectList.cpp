@@ -6,6 +6,24 @@
 
 namespace quib {
 
+std::optional<size_t> indexOfObject(std::span<NSManagedObject *const> list, const NSManagedObject *object)
+{
+    // OPTIMIZATION: eight comparisons between two branches find the stretch, then the place in it.
+    constexpr size_t kStretch = 8;
+    size_t at = 0;
+    for (; at + kStretch <= list.size(); at += kStretch) {
+        bool isFound = false;
+        for (size_t i = 0; i < kStretch; ++i) {
+            isFound |= list[at + i] == object;
+        }
+        if (isFound) {
+            break;
+        }
+    }
+    const auto found = std::find(list.begin() + static_cast<ptrdiff_t>(at), list.end(), object);
+    return found != list.end() ? std::optional(static_cast<size_t>(found - list.begin())) : std::nullopt;
+}
+
 void ObjectList::move(size_t index, size_t newIndex)
 {
     NSManagedObject **objects = m_objects.data();

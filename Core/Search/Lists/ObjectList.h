@@ -4,10 +4,15 @@
 #include <Store/Ref.h>
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <vector>
 
 namespace quib {
+
+/// The place of an object in a list, by identity.
+[[nodiscard]] std::optional<size_t> indexOfObject(std::span<NSManagedObject *const> list,
+                                                  const NSManagedObject *object);
 
 /// An array of managed objects that holds a reference to each, as a block of plain pointers: moving one object in a
 /// list of many is one move of memory. A value.
