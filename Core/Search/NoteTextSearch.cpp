@@ -1,7 +1,8 @@
 #include "NoteTextSearch.h"
 
+#include "TextContainment.h"
+
 #include <Store/NSPersistentStore.h>
-#include <Store/PredicateNode.h>
 #include <Store/QBNote.h>
 #include <Text/Folding.h>
 
@@ -10,8 +11,6 @@
 using namespace Qt::StringLiterals;
 
 namespace quib {
-
-namespace {
 
 bool isTextContainment(const PredicateNode &node)
 {
@@ -25,7 +24,10 @@ bool isTextContainment(const PredicateNode &node)
     return value != nullptr && std::holds_alternative<QString>(*value);
 }
 
-} // namespace
+QString termOfTextContainment(const PredicateNode &node)
+{
+    return std::get<QString>(std::get<Value>(node.right.constant));
+}
 
 std::shared_ptr<NoteTextSearch> NoteTextSearch::make(NSManagedObjectContext &context)
 {
@@ -178,15 +180,10 @@ NSPredicate::Ref NoteTextSearch::answered(const NSPredicate::Ref &predicate) con
             return node;
         }
 
-        [[nodiscard]] static QString term(const PredicateNode &node)
-        {
-            return std::get<QString>(std::get<Value>(node.right.constant));
-        }
-
         [[nodiscard]] PredicateNodeRef operator()(const PredicateNodeRef &node) const
         {
             if (isTextContainment(*node)) {
-                return found({term(*node)});
+                return found({termOfTextContainment(*node)});
             }
             if (node->children.isEmpty()) {
                 return node;
@@ -196,7 +193,7 @@ NSPredicate::Ref NoteTextSearch::answered(const NSPredicate::Ref &predicate) con
             QStringList terms;
             for (const PredicateNodeRef &child : node->children) {
                 if (node->kind == PredicateNode::Kind::And && isTextContainment(*child)) {
-                    terms.append(term(*child));
+                    terms.append(termOfTextContainment(*child));
                 } else {
                     children.append((*this)(child));
                 }

@@ -1,14 +1,19 @@
 #pragma once
 
 #include "FoldedTextArena.h"
+#include "RowKeySet.h"
 
 #include <Foundation/DispatchQueue.h>
 #include <Foundation/NotificationCenter.h>
 #include <Store/NSManagedObjectContext.h>
+#include <Store/PredicateNode.h>
 
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <span>
+#include <vector>
 
 namespace quib {
 
@@ -32,6 +37,11 @@ public:
     /// What executeFetchRequest gives for a request on notes, faster.
     [[nodiscard]] std::optional<QList<Ref<NSManagedObject>>> executeFetchRequest(const NSFetchRequest &request,
                                                                                  NSError *error = nullptr);
+    /// The notes that meet the predicate, in their order: those that asking each would give, without asking each. Notes
+    /// with unsaved changes are asked; of all others the arena and the store know.
+    /// Shape:   nullopt where each has to be asked: before the arena is filled, or when the store fails.
+    [[nodiscard]] std::optional<std::vector<NSManagedObject *>>
+    objectsMatching(std::span<NSManagedObject *const> objects, const NSPredicate::Ref &predicate);
     [[nodiscard]] const FoldedTextArena &arena() const { return m_arena; }
 
 private:
@@ -43,6 +53,13 @@ private:
     /// The condition with every containment in the text replaced by the rows that the arena finds.
     [[nodiscard]] NSPredicate::Ref answered(const NSPredicate::Ref &predicate) const;
 
+    // NoteTextSearch+Filtering.cpp
+    struct Condition;
+    [[nodiscard]] std::optional<Condition> conditionForNode(const PredicateNodeRef &node, NSError *error);
+    [[nodiscard]] std::optional<Condition> joinedCondition(const PredicateNode &node, NSError *error);
+    /// Which rows meet a condition that names no text, by the store; remembered until anybody writes.
+    [[nodiscard]] std::shared_ptr<const RowKeySet> storedRows(const PredicateNodeRef &node, NSError *error);
+
     NSManagedObjectContext &m_context;
     const NSEntityDescription *m_entity;
     int m_textSlot;
@@ -52,6 +69,9 @@ private:
     /// The store's change counter when the arena agreed with it; -1 when that is not known.
     std::atomic<qint64> m_changeCounter = -1;
     ObservationToken m_didSave;
+    /// Answers of the store by the printed condition, all of one change counter.
+    QHash<QString, std::shared_ptr<const RowKeySet>> m_storedRows;
+    qint64 m_storedRowsCounter = -1;
 };
 
 } // namespace quib

@@ -50,9 +50,10 @@ protected:
     }
     QString anyQuery()
     {
-        static const QStringList words{u"caffe"_s,    u"CAFFÈ"_s,   u"plan"_s,  u"-plan"_s,
-                                       u"strasse"_s,  u"@todo"_s,   u"@task"_s, u"\"plan x\""_s,
-                                       u"-\"x x\""_s, u"@tagged"_s, u"日"_s,    u"nowhere"_s};
+        static const QStringList words{u"caffe"_s, u"CAFFÈ"_s,  u"plan"_s,       u"-plan"_s,     u"strasse"_s,
+                                       u"@code"_s, u"@done"_s,  u"-@today"_s,    u"@untagged"_s, u"-@task"_s,
+                                       u"@todo"_s, u"@task"_s,  u"\"plan x\""_s, u"-\"x x\""_s,  u"@tagged"_s,
+                                       u"日"_s,    u"nowhere"_s};
         QStringList query;
         for (int n = 1 + random(3); n > 0; --n) {
             query.append(words[random(static_cast<int>(words.size()))]);
@@ -76,6 +77,26 @@ protected:
         EXPECT_EQ(*fast, *slow) << query.toStdString();
         m_found += slow->size();
     }
+    /// Filtering in memory, with unsaved changes as well, gives what asking each note does.
+    void expectSameFiltered(const QString &query)
+    {
+        const auto notes = QBNote::allNotesInManagedObjectContext(*m_stack.managedObjectContext());
+        const NSPredicate::Ref predicate = QBNoteSearchManager::predicateForSearchString(query);
+        std::vector<NSManagedObject *> objects;
+        std::vector<NSManagedObject *> expected;
+        for (const auto &note : notes) {
+            objects.push_back(note.get());
+            if (predicate->evaluateWithObject(*note)) {
+                expected.push_back(note.get());
+            }
+        }
+        const auto filtered = m_search->objectsMatching(objects, predicate);
+        ASSERT_EQ(filtered.has_value(), m_search->isFilled());
+        if (filtered) {
+            EXPECT_EQ(*filtered, expected) << query.toStdString();
+            m_filtered += static_cast<qint64>(filtered->size());
+        }
+    }
 
     quib::tests::TestSeed m_seed;
     std::mt19937 m_generator = m_seed.generator();
@@ -86,6 +107,7 @@ protected:
     QBCoreDataStack m_other;
     std::shared_ptr<quib::NoteTextSearch> m_search;
     qint64 m_found = 0;
+    qint64 m_filtered = 0;
 };
 
 } // namespace
@@ -123,8 +145,15 @@ TEST_F(TextSearch, GivesWhatTheStoreGivesThroughEditsByAnyone)
         if (isElsewhere || random(4) != 0) {
             stack.saveUsingCoalescence(/*coalescence=*/false);
         }
-        expectSame(anyQuery());
+        const QString query = anyQuery();
+        expectSame(query);
+        if (isElsewhere) {
+            // What the context read before is older than what the search knows.
+            context.refreshAllObjects(/*mergeChanges=*/true);
+        }
+        expectSameFiltered(query);
     }
     EXPECT_TRUE(m_search->isFilled());
     EXPECT_GT(m_found, 500);
+    EXPECT_GT(m_filtered, 500);
 }
