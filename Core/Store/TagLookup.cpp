@@ -58,7 +58,8 @@ std::shared_ptr<TagLookup> TagLookup::forContext(NSManagedObjectContext &moc)
             ++each;
         }
     }
-    auto made = std::make_shared<TagLookup>();
+    const auto &coordinator = moc.persistentStoreCoordinator();
+    auto made = std::make_shared<TagLookup>(coordinator ? coordinator->managedObjectModel() : nullptr);
     shared.lookups.insert(&moc, {moc.weak_from_this(), made});
     return made;
 }

@@ -9,8 +9,10 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 class NSManagedObjectContext;
+class NSManagedObjectModel;
 class QBNoteTag;
 
 namespace quib {
@@ -24,6 +26,10 @@ class TagLookup
 public:
     /// The lookup of a context, made at its first use. Any thread.
     [[nodiscard]] static std::shared_ptr<TagLookup> forContext(NSManagedObjectContext &moc);
+    explicit TagLookup(std::shared_ptr<const NSManagedObjectModel> model)
+        : m_model(std::move(model))
+    {
+    }
 
     /// The tag of a name that is sanitised already, or null.
     [[nodiscard]] Ref<QBNoteTag> tagWithName(const QString &name, NSManagedObjectContext &moc);
@@ -40,6 +46,8 @@ private:
     void forgetIfStoreChanged(NSManagedObjectContext &moc);
     [[nodiscard]] Ref<QBNoteTag> remembered(const QString &key, NSManagedObjectContext &moc);
 
+    /// What the tags are described by; they may outlive their context here, and so the stack that owns the model.
+    std::shared_ptr<const NSManagedObjectModel> m_model;
     QHash<QString, Entry> m_entries; // by folded title
     std::optional<qint64> m_changeCounter;
 };
