@@ -80,9 +80,10 @@ QImage decodeByLibrary(const ImageSource &source, ImageFormat format, NSError *e
 {
     const bool isWhole = format == ImageFormat::JPEG  ? isWholeJPEG(source.data)
                          : format == ImageFormat::GIF ? isWholeGIF(source.data)
+                         : format == ImageFormat::PNG ? isWholePNG(source.data)
                                                       : true;
     if (!isWhole) {
-        return brokenImage(source, u"it is cut off", error);
+        return brokenImage(source, u"it is cut off or damaged", error);
     }
     QuietBuffer buffer(source.data);
     if (!buffer.open(QIODevice::ReadOnly)) {

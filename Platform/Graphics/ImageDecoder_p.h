@@ -38,6 +38,9 @@ struct ImageSource
 // missing and say nothing.
 
 [[nodiscard]] bool isWholeJPEG(QByteArrayView data);
+/// Whether every part up to the end is there, and those that the picture needs are as they were written. The library
+/// would print a line of its own for each fault.
+[[nodiscard]] bool isWholePNG(QByteArrayView data);
 /// Whether the first frame is there.
 [[nodiscard]] bool isWholeGIF(QByteArrayView data);
 

@@ -1,5 +1,11 @@
 #include "ImageDecoder_p.h"
 
+#include <QtEndian>
+
+#include <algorithm>
+
+#include <zlib.h>
+
 namespace quib {
 
 namespace {
@@ -7,6 +13,11 @@ namespace {
 quint8 byteAt(QByteArrayView data, qsizetype offset)
 {
     return static_cast<quint8>(data[offset]);
+}
+
+bool isLetter(char byte)
+{
+    return (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
 }
 
 } // namespace
@@ -34,6 +45,50 @@ bool isWholeJPEG(QByteArrayView data)
             }
             isInScan = isInScan || marker == kStartOfScan;
             offset += 2 + qMax(2, byteAt(data, offset + 2) << 8 | byteAt(data, offset + 3));
+        }
+    }
+    return false;
+}
+
+bool isWholePNG(QByteArrayView data)
+{
+    constexpr qsizetype kSignature = 8;
+    constexpr qsizetype kLength = 4;
+    constexpr qsizetype kKind = 4;
+    constexpr qsizetype kChecksum = 4;
+    qsizetype offset = kSignature;
+    while (data.size() - offset >= kLength + kKind + kChecksum) {
+        const auto length = qFromBigEndian<quint32>(data.data() + offset);
+        const qsizetype rest = data.size() - offset - kLength - kKind - kChecksum;
+        if (length > static_cast<quint64>(rest)) {
+            return false;
+        }
+        // The kind and the content.
+        const QByteArrayView summed = data.sliced(offset + kLength, kKind + static_cast<qsizetype>(length));
+        offset += kLength + summed.size() + kChecksum;
+        const QByteArrayView kind = summed.first(kKind);
+        if (!std::all_of(kind.begin(), kind.end(), isLetter)) {
+            return false;
+        }
+        const bool isKnown = kind == "IHDR" || kind == "PLTE" || kind == "IDAT" || kind == "IEND";
+        if (!isKnown) {
+            // A capital says that the picture cannot do without the part; a known name in another case is damage. Other
+            // parts may be damaged: the library leaves them out.
+            constexpr char kSmall = 0x20;
+            const bool isNeeded = (kind[0] & kSmall) == 0;
+            const QByteArray capital = kind.toByteArray().toUpper();
+            if (isNeeded || capital == "IHDR" || capital == "PLTE" || capital == "IDAT" || capital == "IEND") {
+                return false;
+            }
+            continue;
+        }
+        const auto sum = crc32_z(0, reinterpret_cast<const Bytef *>(summed.data()), // NOLINT: bytes are bytes
+                                 static_cast<z_size_t>(summed.size()));
+        if (qFromBigEndian<quint32>(data.data() + offset - kChecksum) != sum) {
+            return false;
+        }
+        if (kind == "IEND") {
+            return true;
         }
     }
     return false;

@@ -244,6 +244,30 @@ TEST(NSImageReading, JPEGsInManyScansAreReadWholeOrNotAtAll)
     EXPECT_EQ(read(data + QByteArray(1000, '\xFF')), whole);
 }
 
+TEST(NSImageReading, DamagedPNGsAreToldByErrorsAlone)
+{
+    QImage profiled = quarters(12, 8);
+    profiled.setColorSpace(QColorSpace::AdobeRgb);
+    for (const QImage &picture : {profiled, quarters(12, 8).convertToFormat(QImage::Format_Indexed8)}) {
+        const QByteArray whole = encoded(picture, "png");
+        ASSERT_TRUE(read(whole));
+        testing::internal::CaptureStderr();
+        qsizetype refused = 0;
+        for (qsizetype place = 0; place < whole.size(); ++place) {
+            EXPECT_FALSE(read(whole.first(place))) << place;
+            for (const char bit : {'\x01', '\x20', '\x80'}) {
+                QByteArray damaged = whole;
+                damaged[place] = static_cast<char>(damaged[place] ^ bit);
+                refused += read(damaged) ? 0 : 1;
+            }
+        }
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_GT(refused, 100);
+        // What is appended behind the end is left alone.
+        EXPECT_EQ(read(whole + "more"), read(whole));
+    }
+}
+
 TEST(NSImageReading, BombsAreRefusedBeforeTheyAreDecoded)
 {
     QByteArray jpeg = encoded(quarters(16, 16), "jpeg");
