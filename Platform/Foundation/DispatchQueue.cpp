@@ -8,22 +8,24 @@
 #include <QSemaphore>
 #include <QThread>
 
-#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
-#include <vector>
 
 namespace quib {
 
 namespace {
 
-/// The private queues that the calling thread holds, innermost last.
-std::vector<const DispatchQueue *> &heldQueues()
+/// A private queue that the calling thread holds, and the one that it held before.
+struct HeldQueue
 {
-    thread_local std::vector<const DispatchQueue *> held;
-    return held;
-}
+    const DispatchQueue *queue;
+    const HeldQueue *outer;
+};
+
+/// The innermost of them. A plain pointer into the thread's stack: what runs at the exit of the process, when a
+/// thread's objects have been destroyed already, may still use queues.
+thread_local const HeldQueue *s_held = nullptr;
 
 class MainQueue final : public DispatchQueue
 {
@@ -101,8 +103,12 @@ public:
 
     [[nodiscard]] bool isCurrent() const override
     {
-        const auto &held = heldQueues();
-        return std::find(held.begin(), held.end(), this) != held.end();
+        for (const HeldQueue *held = s_held; held != nullptr; held = held->outer) {
+            if (held->queue == this) {
+                return true;
+            }
+        }
+        return false;
     }
 
 private:
@@ -132,9 +138,10 @@ private:
 
     void run(const std::function<void()> &block) const
     {
-        heldQueues().push_back(this);
+        const HeldQueue held{this, s_held};
+        s_held = &held;
         block();
-        heldQueues().pop_back();
+        s_held = held.outer;
     }
 
     void finish()
