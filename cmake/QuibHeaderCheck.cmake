@@ -2,6 +2,7 @@
 # header, which would hide what is missing.
 file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
   "${PROJECT_SOURCE_DIR}/Platform/*.h" "${PROJECT_SOURCE_DIR}/Core/*.h" "${PROJECT_SOURCE_DIR}/CommandLine/*.h"
+  "${PROJECT_SOURCE_DIR}/App/*.h"
   "${PROJECT_SOURCE_DIR}/Tests/*.h" "${PROJECT_SOURCE_DIR}/Benchmarks/*.h")
 set(header_sources)
 foreach(header IN LISTS headers)
@@ -13,8 +14,8 @@ foreach(header IN LISTS headers)
 endforeach()
 add_library(HeaderCheck OBJECT ${header_sources})
 quib_link_all_modules(HeaderCheck)
-target_link_libraries(HeaderCheck PRIVATE Qt6::Gui Qt6::Network ICU::i18n ICU::uc SQLite::SQLite3 PkgConfig::PLIST)
-target_include_directories(HeaderCheck PRIVATE "${PROJECT_SOURCE_DIR}/CommandLine")
+target_link_libraries(HeaderCheck PRIVATE Qt6::DBus Qt6::Gui Qt6::Network ICU::i18n ICU::uc SQLite::SQLite3 PkgConfig::PLIST)
+target_include_directories(HeaderCheck PRIVATE "${PROJECT_SOURCE_DIR}/CommandLine" "${PROJECT_SOURCE_DIR}/App")
 foreach(target TestSupport BenchmarkSupport)
   if(TARGET ${target})
     target_link_libraries(HeaderCheck PRIVATE ${target})

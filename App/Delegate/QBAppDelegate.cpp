@@ -1,0 +1,363 @@
+#include "QBAppDelegate.h"
+
+#include "QBMainWindowInterface.h"
+
+#include <Foundation/Assert.h>
+#include <Foundation/Clock.h>
+#include <Foundation/DispatchQueue.h>
+#include <Logging/QBDeviceInfoLogger.h>
+#include <Logging/QBLogger.h>
+#include <Store/NSManagedObjectContext.h>
+#include <Store/QBCoreDataStack.h>
+#include <Store/QBLocalDataMigrator.h>
+#include <Store/QBLocalFileManager.h>
+#include <Store/QBLocalFileWatcher.h>
+#include <Store/QBNote.h>
+#include <Store/QBNoteFile.h>
+#include <Store/QBNoteTag.h>
+#include <Store/QBNotesPreferenceManager.h>
+#include <URL/QBSendToQuibService.h>
+#include <URL/QBXurlActions.h>
+
+#include <QDirIterator>
+#include <QFontDatabase>
+
+using namespace Qt::StringLiterals;
+using quib::DispatchQueue;
+
+namespace {
+
+/// The second button of the alert of a failed migration.
+constexpr int kContactSupport = 1;
+
+[[maybe_unused]] bool isMainQueue()
+{
+    return DispatchQueue::main()->isCurrent();
+}
+
+} // namespace
+
+QBAppDelegate::QBAppDelegate(const QBAppServices &services)
+    : m_services(services)
+{
+}
+
+QBAppDelegate::~QBAppDelegate() = default;
+
+// Launch
+
+void QBAppDelegate::applicationWillFinishLaunching()
+{
+    QUIB_ASSERT(isMainQueue());
+    // 1. The data folder comes to where this version keeps it.
+    const bool isDataInPlace = localDataMigration();
+    // 2. The fonts that come with the program.
+    setupCustomFonts();
+    // 3. The main window.
+    setupViewControllers();
+    // 4. Its colours.
+    setupTheme();
+    // 5. Without the data there is no store: one made beside it would hide it.
+    if (!isDataInPlace) {
+        m_hasFailedToMigrate = true;
+        alertUserThatMigrationFailed();
+        return;
+    }
+    // 6. The store, now or once it is migrated.
+    m_services.stack.setupStackWithDelegate(weak_from_this());
+}
+
+void QBAppDelegate::applicationDidFinishLaunching()
+{
+    if (managedObjectContext() == nullptr && m_mainWindowController != nullptr) {
+        m_mainWindowController->orderOut();
+    }
+    QBDeviceInfoLogger::logDeviceInfo();
+}
+
+bool QBAppDelegate::localDataMigration()
+{
+    NSError error;
+    const bool isMigrated = QBLocalDataMigrator::migrateToCurrentVersion(&error);
+    return isMigrated && !error.isSet();
+}
+
+void QBAppDelegate::setupCustomFonts() const
+{
+    if (m_services.resourcesFolder.isEmpty()) {
+        return;
+    }
+    for (QDirIterator files(m_services.resourcesFolder + u"/Fonts"_s, QDir::Files, QDirIterator::Subdirectories);
+         files.hasNext();) {
+        const QString path = files.next();
+        if (QFontDatabase::addApplicationFont(path) < 0) {
+            QBLogWarn(QString(u"the font "_s % path % u" could not be read"_s));
+        }
+    }
+}
+
+void QBAppDelegate::setupViewControllers()
+{
+    m_mainWindowController = m_services.application.mainWindow();
+}
+
+void QBAppDelegate::setupTheme()
+{
+    handleApparanceChange();
+}
+
+void QBAppDelegate::handleApparanceChange()
+{
+    m_services.themes.loadThemeNamed(m_services.preferences.currentAppThemeName());
+}
+
+// The store's opening
+
+void QBAppDelegate::coreDataStackDidInitializeManagedObjectContext(QBCoreDataStack & /*coreDataStack*/,
+                                                                   NSManagedObjectContext & /*managedObjectContext*/)
+{
+    if (m_services.stack.openError().isSet()) {
+        // The contexts of a store that could not be opened keep nothing: whoever wrote into them would lose it.
+        m_hasFailedToMigrate = true;
+        m_services.application.showAlert(
+            {.messageText = u"Something went wrong"_s,
+             .informativeText =
+                 QString(u"Your notes could not be opened: "_s % m_services.stack.openError().localizedDescription()),
+             .buttons = {u"OK"_s}},
+            [](int) {});
+        return;
+    }
+    setupLaunch();
+    executeDelayedUntilMocIsReadyBlocks();
+}
+
+void QBAppDelegate::coreDataStackDidBeginMigrationWithProgress(QBCoreDataStack & /*coreDataStack*/,
+                                                               const std::shared_ptr<NSProgress> &progress)
+{
+    if (m_mainWindowController != nullptr) {
+        m_mainWindowController->orderOut();
+    }
+    if (m_loadingWindowController) {
+        return;
+    }
+    m_loadingWindowController = m_services.application.makeLoadingWindow();
+    m_loadingWindowController->setTitle(u"Just a moment and Quib will be ready!"_s);
+    m_loadingWindowController->setMessage(u"Quib is currently speeding up your notes and migrating the database to a "
+                                          u"new version.\nWe highly suggest not to "
+                                          "exit from Quib during the whole process."_s);
+    m_loadingWindowController->setProgress(progress);
+    m_loadingWindowController->center();
+    m_loadingWindowController->beginModalSession();
+}
+
+void QBAppDelegate::coreDataStackDidEndMigration(QBCoreDataStack & /*coreDataStack*/, const NSError &migrationError)
+{
+    if (m_loadingWindowController) {
+        m_loadingWindowController->endModalSession();
+    }
+    dropLoadingWindow();
+    if (migrationError.isSet()) {
+        m_hasFailedToMigrate = true;
+        alertUserThatMigrationFailed();
+    }
+    if (m_mainWindowController != nullptr) {
+        m_mainWindowController->makeKeyAndOrderFront();
+    }
+}
+
+void QBAppDelegate::dropLoadingWindow()
+{
+    if (m_loadingWindowController) {
+        m_loadingWindowController->orderOut();
+        m_loadingWindowController.reset();
+    }
+}
+
+void QBAppDelegate::alertUserThatMigrationFailed()
+{
+    m_services.application.showAlert(
+        {.messageText = u"Something went wrong"_s,
+         .informativeText =
+             u"It was not possible to migrate your database to the new version. Don't worry your notes are safe, "
+             u"please "
+             "contact the support team using the 'Contact Support' button below and they will help you."_s,
+         .buttons = {u"OK"_s, u"Contact Support"_s}},
+        [weak = weak_from_this()](int button) {
+            if (const auto self = weak.lock(); self && button == kContactSupport) {
+                self->showSupportWebsite();
+            }
+        });
+}
+
+void QBAppDelegate::setupLaunch()
+{
+    // 1. For the log line at the end.
+    const NSDate start = quib::Clock::shared().now();
+    const auto &context = m_services.stack.managedObjectContext();
+    // 2. Whoever notices what others write: attachments on disk, rows in the store.
+    m_localFileWatcher = std::make_unique<QBLocalFileWatcher>(context);
+    if (m_mainWindowController != nullptr) {
+        // 3. The lists are filled.
+        m_mainWindowController->setManagedObjectContext(context);
+        // 4. A list that gets the keyboard has something selected.
+        m_mainWindowController->setSelectsFirstRowWhenBecomesFirstResponder(true);
+        // 5. Now there is something to look at.
+        m_mainWindowController->makeKeyAndOrderFront();
+    }
+    // 6. Preferences take effect from here on.
+    setupObservers();
+    // 7. URLs are answered.
+    setupXCallbackURLs();
+    // 8. Other programs may send something.
+    m_servicesProvider = std::make_unique<QBSendToQuibService>();
+    m_isRunning = true;
+    // 9. Notes that explain Quib, on an empty store.
+    setupFirstLaunch();
+    // 10. How long it took.
+    QBLogInfo(QString(u"application launch in "_s %
+                      QString::number(quib::Clock::shared().now().timeIntervalSinceDate(start), 'f', 6) % u's'));
+}
+
+void QBAppDelegate::setupObservers()
+{
+    for (const auto &keyPath : {u"fontThemeName"_s, u"editorFontSize"_s, u"editorLineHeightMultiplier"_s,
+                                u"editorLineWidthMultiplier"_s, u"editorParagraphSpacingMultiplier"_s}) {
+        observe(keyPath, &QBAppDelegate::fontPreferencesDidChange);
+    }
+    observe(u"appIconMatchesTheme"_s, &QBAppDelegate::appIconPreferenceDidChange);
+    observe(u"markdownCompatibilityMode"_s, &QBAppDelegate::syntaxDidChange);
+    observe(u"currentAppThemeName"_s, &QBAppDelegate::handleApparanceChange);
+}
+
+void QBAppDelegate::setupXCallbackURLs()
+{
+    m_xurlController = std::make_unique<QBXurlActions>(m_services.stack, m_mainWindowController);
+    m_xurlController->setupXCallbackURLs(m_services.callbacks);
+}
+
+void QBAppDelegate::observe(const QString &keyPath, void (QBAppDelegate::*changed)())
+{
+    // Changes are told on the thread of the writer.
+    m_observers.push_back(
+        m_services.preferences.addObserver(keyPath, [weak = weak_from_this(), changed](const QString & /*key*/) {
+            const auto tell = [weak, changed] {
+                if (const auto self = weak.lock()) {
+                    ((*self).*changed)();
+                }
+            };
+            if (DispatchQueue::main()->isCurrent()) {
+                tell();
+            } else {
+                DispatchQueue::main()->async(tell);
+            }
+        }));
+}
+
+void QBAppDelegate::setupFirstLaunch()
+{
+    // There are no welcome notes to import, so an empty store stays empty, and "QBFirstLaunchNotes" stays false: the
+    // version that has them finds the store as if it were new.
+}
+
+// Preference changes
+
+void QBAppDelegate::fontPreferencesDidChange()
+{
+    m_services.themes.loadFontThemeName(m_services.preferences.fontThemeName());
+}
+
+void QBAppDelegate::appIconPreferenceDidChange()
+{
+    m_services.themes.loadThemedAppIcon(m_services.preferences.currentAppThemeName());
+}
+
+void QBAppDelegate::syntaxDidChange()
+{
+    // Only the counts of to-dos depend on the syntax.
+    const int syntax = m_services.preferences.currentSyntax();
+    m_services.stack.performBackgroundTask([syntax](NSManagedObjectContext &context) {
+        for (const auto &note : QBNote::allNotesInManagedObjectContext(context)) {
+            note->updateAttributesForNewSyntax(syntax);
+        }
+        NSError error;
+        if (!context.save(&error)) {
+            QBLogError(u"Error while saving\n"_s + error.localizedDescription());
+        }
+    });
+}
+
+// The gate
+
+void QBAppDelegate::delayUntilManagedObjectContextIsReady(std::function<void()> callback)
+{
+    QUIB_ASSERT(isMainQueue());
+    if (m_isRunning) {
+        callback();
+    } else {
+        m_delayedUntilMocIsReadyBlocks.push_back(std::move(callback));
+    }
+}
+
+void QBAppDelegate::executeDelayedUntilMocIsReadyBlocks()
+{
+    // A callback may park nothing any more, but it may ask for this again.
+    const auto callbacks = std::exchange(m_delayedUntilMocIsReadyBlocks, {});
+    for (const auto &callback : callbacks) {
+        callback();
+    }
+}
+
+// Being looked at
+
+bool QBAppDelegate::applicationShouldHandleReopen()
+{
+    if (!m_services.application.hasVisibleWindows() && m_mainWindowController != nullptr) {
+        m_mainWindowController->makeKeyAndOrderFront();
+    }
+    return true;
+}
+
+void QBAppDelegate::effectiveAppearanceDidChange(bool isDark)
+{
+    m_services.preferences.setHasDarkAppearance(isDark);
+    handleApparanceChange();
+}
+
+// End
+
+bool QBAppDelegate::applicationShouldTerminate()
+{
+    QUIB_ASSERT(isMainQueue());
+    if (std::exchange(m_hasTerminated, true)) {
+        return true;
+    }
+    // 1. Gone for the user, still there for the state that the next start restores.
+    if (m_mainWindowController != nullptr) {
+        m_mainWindowController->setAlphaValue(0);
+        m_mainWindowController->orderFront();
+        m_mainWindowController->invalidateRestorableState();
+    }
+    NSManagedObjectContext *context = managedObjectContext();
+    if (context == nullptr) {
+        return true;
+    }
+    // 2. What was typed lands in its note.
+    if (m_mainWindowController != nullptr) {
+        m_mainWindowController->saveNote(/*forceSave=*/true);
+    }
+    // 3. Attachments that no text has any more.
+    QBNoteFile::deleteAllUnusedNoteFilesInManagedObjectContext(*context);
+    // 4. and 5. Tags likewise.
+    QBNoteTag::deleteAllUnusedTagsInManagedObjectContext(*context);
+    QBNoteTag::mergeDuplicateTagsInInManagedObjectContext(*context);
+    // 6. At once and durably.
+    m_services.stack.saveUsingCoalescence(/*coalescence=*/false);
+    // 7. Copies that were made for others.
+    QBLocalFileManager::deleteTemporaryDirectoryContent();
+    return true;
+}
+
+NSManagedObjectContext *QBAppDelegate::managedObjectContext() const
+{
+    return m_services.stack.managedObjectContext().get();
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <Delegate/QBApplicationInterface.h>
+
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QCoreApplication;
+QT_END_NAMESPACE
+
+namespace quib {
+
+/// What the process looks like to the user: with windows, or without. Chosen by the program's main function.
+class FrontEnd
+{
+public:
+    virtual ~FrontEnd() = default;
+    /// The application object, made once the process knows that it is the one of its profile.
+    [[nodiscard]] virtual std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) = 0;
+    /// The windows, made next; they die before the application object.
+    [[nodiscard]] virtual std::unique_ptr<QBApplicationInterface> makeInterface() = 0;
+    /// False where commands that need a window cannot be served.
+    [[nodiscard]] virtual bool hasWindows() const = 0;
+};
+
+/// A process without windows: it serves what comes over the bus, and writes to standard error what it has to say.
+class WindowlessFrontEnd final : public FrontEnd
+{
+public:
+    [[nodiscard]] std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) override;
+    [[nodiscard]] std::unique_ptr<QBApplicationInterface> makeInterface() override;
+    [[nodiscard]] bool hasWindows() const override { return false; }
+};
+
+} // namespace quib
