@@ -12,7 +12,8 @@ void NoteTextView::insertText(const QString &text, NSRange replacementRange)
     const NSRange range = rangeCutToLength(replacementRange, storage.length());
     const NSAttributedString oldText = storage.attributedSubstringFromRange(range, /*expandTextAttachment=*/false);
     registerUndo({range.location, text.size()}, oldText);
-    storage.replaceCharactersInRange(range, QStringView(text));
+    // A null string would change nothing.
+    storage.replaceCharactersInRange(range, text.isNull() ? QStringView(u"") : QStringView(text));
     setSelectedRange({range.location + text.size(), 0});
 }
 
@@ -32,8 +33,10 @@ void NoteTextView::replaceCharactersInrange(NSRange range, const NSAttributedStr
 void NoteTextView::registerUndo(NSRange newRange, const NSAttributedString &oldText)
 {
     const NSRange selection = selectedRange();
-    undoManager().registerUndoWithTarget(
-        this, [this, newRange, oldText, selection] { replaceCharactersInrange(newRange, oldText, selection); });
+    undoManager().registerUndoWithTarget(this, [this, newRange, oldText, selection] {
+        replaceCharactersInrange(newRange, oldText, selection);
+        didUndoOrRedo();
+    });
 }
 
 } // namespace quib

@@ -27,6 +27,8 @@ public:
     [[nodiscard]] virtual NSUndoManager &undoManager() = 0;
     /// Something that is drawn has changed without the text.
     virtual void setNeedsDisplay() = 0;
+    /// A change was undone or done again: the time to style it. The undo manager says which.
+    virtual void didUndoOrRedo() {}
 
     /// Puts plain text in the place of a range, as typing does: it takes the attributes that are there, and the caret
     /// goes behind it.

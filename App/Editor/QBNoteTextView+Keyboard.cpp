@@ -1,0 +1,453 @@
+#include "QBNoteTextView.h"
+
+#include <Markup/Attachments/QBNotesTextAttachment.h>
+#include <Markup/Stylers/QBNoteTextStylerAttributes.h>
+#include <Text/NSAttributeName.h>
+#include <Text/NSStringHelpers.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QStyleHints>
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace quib;
+
+namespace {
+
+/// So many characters are undone at once at most.
+constexpr int kTypedTogether = 60;
+
+/// Whether all that lies in a range stands for no text, so that nobody sees or saves it.
+bool isWithoutText(const NSAttributedString &text, NSRange range)
+{
+    if (range.length == 0) {
+        return false;
+    }
+    for (qint64 place = range.location; place < range.limit(); ++place) {
+        const auto attachment = text.attribute(NSAttachmentAttributeName, place).sharedAs<NSTextAttachment>();
+        const auto *placed = dynamic_cast<const QBNotesTextAttachment *>(attachment.get());
+        if (placed == nullptr || !placed->representedText().isEmpty()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+void QBNoteTextView::keyPressEvent(QKeyEvent *event)
+{
+    if (moveByKey(event) || (!m_isReadOnly && editByKey(event))) {
+        event->accept();
+        return;
+    }
+    const QString text = event->text();
+    const bool isCommand = (event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0 &&
+                           (event->modifiers() & Qt::AltModifier) == 0; // AltGr counts as both
+    if (!m_isReadOnly && !isCommand && !text.isEmpty() && (text[0].isPrint() || text[0].isSurrogate())) {
+        typeText(text);
+        event->accept();
+        return;
+    }
+    event->ignore();
+}
+
+bool QBNoteTextView::moveByKey(QKeyEvent *event)
+{
+    struct Move
+    {
+        QKeySequence::StandardKey moving;
+        QKeySequence::StandardKey selecting;
+        std::function<void(bool isSelecting)> go;
+    };
+    const qint64 length = m_stack.noteTextStorage().length();
+    const NSRange selection = selectedRange();
+    // Without Shift, a step from a selection goes to its edge.
+    const auto horizontally = [&](bool right, bool isSelecting) {
+        if (!isSelecting && selection.length > 0) {
+            const bool isRightToLeft = m_layout.isRightToLeft(m_caret);
+            moveCaret(right != isRightToLeft ? selection.limit() : selection.location, false);
+            return;
+        }
+        moveCaret(steppedOver(m_caret, /*isVisual=*/true, right), isSelecting);
+    };
+    const auto word = [&](bool forward, bool isSelecting) { moveCaret(wordBoundary(m_caret, forward), isSelecting); };
+    const Move moves[] = {
+        {QKeySequence::MoveToNextChar, QKeySequence::SelectNextChar, [&](bool s) { horizontally(true, s); }},
+        {QKeySequence::MoveToPreviousChar, QKeySequence::SelectPreviousChar, [&](bool s) { horizontally(false, s); }},
+        {QKeySequence::MoveToNextWord, QKeySequence::SelectNextWord,
+         [&](bool s) { word(!m_layout.isRightToLeft(m_caret), s); }},
+        {QKeySequence::MoveToPreviousWord, QKeySequence::SelectPreviousWord,
+         [&](bool s) { word(m_layout.isRightToLeft(m_caret), s); }},
+        {QKeySequence::MoveToNextLine, QKeySequence::SelectNextLine, [&](bool s) { moveVertically(false, s); }},
+        {QKeySequence::MoveToPreviousLine, QKeySequence::SelectPreviousLine, [&](bool s) { moveVertically(true, s); }},
+        {QKeySequence::MoveToNextPage, QKeySequence::SelectNextPage,
+         [&](bool s) { moveVertically(false, s, viewport()->height() * 0.9); }},
+        {QKeySequence::MoveToPreviousPage, QKeySequence::SelectPreviousPage,
+         [&](bool s) { moveVertically(true, s, viewport()->height() * 0.9); }},
+        {QKeySequence::MoveToStartOfLine, QKeySequence::SelectStartOfLine,
+         [&](bool s) { moveCaret(m_layout.lineRange(m_caret, m_isUpstream).location, s); }},
+        {QKeySequence::MoveToEndOfLine, QKeySequence::SelectEndOfLine,
+         [&](bool s) {
+             const NSRange line = m_layout.lineRange(m_caret, m_isUpstream);
+             const bool isWrapped = line.limit() < m_layout.paragraphOfLocation(line.location).range.limit() &&
+                                    !isParagraphEnd(m_stack.noteTextStorage().string()[line.limit()].unicode());
+             moveCaret(line.limit(), s, isWrapped);
+         }},
+        {QKeySequence::MoveToStartOfBlock, QKeySequence::SelectStartOfBlock,
+         [&](bool s) {
+             const NSRange paragraph = paragraphRange({m_caret, 0});
+             moveCaret(paragraph.location == m_caret && m_caret > 0 ? paragraphRange({m_caret - 1, 0}).location
+                                                                    : paragraph.location,
+                       s);
+         }},
+        {QKeySequence::MoveToEndOfBlock, QKeySequence::SelectEndOfBlock,
+         [&](bool s) {
+             const QStringView text = m_stack.noteTextStorage().string();
+             const qint64 limit = paragraphRange({m_caret, 0}).limit();
+             const bool isEnded = limit > m_caret + 1 && isParagraphEnd(text[limit - 1].unicode());
+             moveCaret(isEnded ? limit - 1 : limit, s);
+         }},
+        {QKeySequence::MoveToStartOfDocument, QKeySequence::SelectStartOfDocument, [&](bool s) { moveCaret(0, s); }},
+        {QKeySequence::MoveToEndOfDocument, QKeySequence::SelectEndOfDocument, [&](bool s) { moveCaret(length, s); }},
+    };
+    for (const Move &move : moves) {
+        const bool isSelecting = event->matches(move.selecting);
+        if (isSelecting || event->matches(move.moving)) {
+            move.go(isSelecting);
+            return true;
+        }
+    }
+    if (event->matches(QKeySequence::SelectAll)) {
+        selectAll();
+        return true;
+    }
+    if (event->matches(QKeySequence::Copy)) {
+        copy();
+        return true;
+    }
+    return false;
+}
+
+bool QBNoteTextView::editByKey(QKeyEvent *event)
+{
+    const auto matches = [event](QKeySequence::StandardKey key) { return event->matches(key); };
+    if (matches(QKeySequence::Undo)) {
+        undo();
+    } else if (matches(QKeySequence::Redo)) {
+        redo();
+    } else if (matches(QKeySequence::Cut)) {
+        cut();
+    } else if (matches(QKeySequence::Paste)) {
+        paste();
+    } else if (matches(QKeySequence::DeleteStartOfWord)) {
+        const NSRange selection = selectedRange();
+        const qint64 start = wordBoundary(m_caret, false);
+        deleteRange(selection.length > 0 ? selection : NSRange{start, m_caret - start});
+    } else if (matches(QKeySequence::DeleteEndOfWord)) {
+        const NSRange selection = selectedRange();
+        deleteRange(selection.length > 0 ? selection : NSRange{m_caret, wordBoundary(m_caret, true) - m_caret});
+    } else if (matches(QKeySequence::DeleteEndOfLine)) {
+        deleteRange({m_caret, m_layout.lineRange(m_caret, m_isUpstream).limit() - m_caret});
+    } else if (matches(QKeySequence::Delete)) {
+        deleteForward();
+    } else if (event->key() == Qt::Key_Backspace &&
+               (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0) {
+        deleteBackward();
+    } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if ((event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0) {
+            return false;
+        }
+        insertNewLine((event->modifiers() & Qt::ShiftModifier) != 0);
+    } else if (event->key() == Qt::Key_Backtab || event->key() == Qt::Key_Tab) {
+        insertTab(event->key() == Qt::Key_Backtab || (event->modifiers() & Qt::ShiftModifier) != 0);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void QBNoteTextView::moveCaret(qint64 location, bool isSelecting, bool upstream)
+{
+    breakUndoCoalescing();
+    m_goalX = -1;
+    moveSelection(isSelecting ? m_anchor : location, location, upstream);
+    ensureCaretVisible();
+}
+
+void QBNoteTextView::moveVertically(bool up, bool isSelecting, double distance)
+{
+    breakUndoCoalescing();
+    const QRectF caret = m_layout.caretRect(m_caret, m_isUpstream);
+    const double x = m_goalX >= 0 ? m_goalX : caret.left();
+    bool upstream = m_isUpstream;
+    qint64 location = m_caret;
+    if (distance > 0) {
+        const double y = caret.center().y() + (up ? -distance : distance);
+        location = y < 0                   ? 0
+                   : y > m_layout.height() ? m_stack.noteTextStorage().length()
+                                           : m_layout.locationAtPoint({x, y}, &upstream);
+        setScrollY(scrollY() + (up ? -distance : distance));
+    } else {
+        location = up ? m_layout.locationAbove(m_caret, &upstream, x) : m_layout.locationBelow(m_caret, &upstream, x);
+    }
+    moveSelection(isSelecting ? m_anchor : location, location, upstream);
+    m_goalX = x;
+    ensureCaretVisible();
+}
+
+qint64 QBNoteTextView::steppedOver(qint64 location, bool isVisual, bool right)
+{
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    for (qint64 from = location;;) {
+        const qint64 next = isVisual ? (right ? m_layout.locationRightOf(from) : m_layout.locationLeftOf(from))
+                                     : (right ? m_layout.locationAfter(from) : m_layout.locationBefore(from));
+        const NSRange passed = {std::min(from, next), std::abs(next - from)};
+        if (next == from || !isWithoutText(text, passed)) {
+            return next;
+        }
+        from = next;
+    }
+}
+
+qint64 QBNoteTextView::stepped(qint64 location, bool forward)
+{
+    return steppedOver(location, /*isVisual=*/false, forward);
+}
+
+NSRange QBNoteTextView::paragraphRange(NSRange range)
+{
+    return m_stack.noteTextStorage().attributedString().paragraphRangeForRange(range);
+}
+
+qint64 QBNoteTextView::wordBoundary(qint64 location, bool forward)
+{
+    const qint64 length = m_stack.noteTextStorage().length();
+    for (qint64 from = location;;) {
+        if (forward ? from >= length : from <= 0) {
+            return from;
+        }
+        const NSRange paragraph = paragraphRange(forward ? NSRange{from, 0} : NSRange{from - 1, 0});
+        const QString text = m_stack.noteTextStorage().attributedString().stringInRange(paragraph).toString();
+        QTextBoundaryFinder words(QTextBoundaryFinder::Word, text);
+        words.setPosition(from - paragraph.location);
+        for (qsizetype found = forward ? words.toNextBoundary() : words.toPreviousBoundary(); found >= 0;
+             found = forward ? words.toNextBoundary() : words.toPreviousBoundary()) {
+            const auto reasons = words.boundaryReasons();
+            if (reasons.testFlag(forward ? QTextBoundaryFinder::EndOfItem : QTextBoundaryFinder::StartOfItem)) {
+                return paragraph.location + found;
+            }
+        }
+        from = forward ? paragraph.limit() : paragraph.location;
+        if (!forward && from == location) {
+            --from;
+        }
+        if (forward && from == location) {
+            ++from;
+        }
+    }
+}
+
+NSRange QBNoteTextView::wordRange(qint64 location)
+{
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    if (location < text.length()) {
+        // A tag is taken as a whole.
+        NSRange run;
+        if (text.attribute(QBNoteFullSelectionRangeAttributeName, location, &run, text.fullRange())) {
+            return run;
+        }
+    }
+    const NSRange paragraph = paragraphRange({location, 0});
+    const QString string = text.stringInRange(paragraph).toString();
+    QTextBoundaryFinder words(QTextBoundaryFinder::Word, string);
+    words.setPosition(location - paragraph.location);
+    const qsizetype start = words.isAtBoundary() ? words.position() : words.toPreviousBoundary();
+    words.setPosition(location - paragraph.location);
+    const qsizetype end = words.toNextBoundary();
+    if (start < 0 || end <= start) {
+        return {location, 0};
+    }
+    NSRange word = {paragraph.location + start, end - start};
+    while (word.length > 0 && isParagraphEnd(text.characterAtIndex(word.limit() - 1))) {
+        --word.length;
+    }
+    return word;
+}
+
+NSRange QBNoteTextView::rangeAround(qint64 location, Granularity granularity)
+{
+    switch (granularity) {
+    case Granularity::Word:
+        return wordRange(location);
+    case Granularity::Paragraph:
+        return paragraphRange({location, 0});
+    case Granularity::Character:
+        break;
+    }
+    return {location, 0};
+}
+
+void QBNoteTextView::beginTyping()
+{
+    // What is typed in one place, up to the end of a line, is undone together.
+    if (m_isTyping && (m_typedLocation != m_caret || m_typedCount >= kTypedTogether)) {
+        breakUndoCoalescing();
+    }
+    if (!m_isTyping) {
+        m_undoManager->beginUndoGrouping();
+        m_isTyping = true;
+        m_typedCount = 0;
+    }
+    ++m_typedCount;
+}
+
+void QBNoteTextView::breakUndoCoalescing()
+{
+    if (m_isTyping) {
+        m_isTyping = false;
+        m_undoManager->endUndoGrouping();
+        Q_EMIT undoAvailabilityChanged();
+    }
+}
+
+void QBNoteTextView::typeText(const QString &text)
+{
+    const NSRange selection = selectedRange();
+    if (m_isReadOnly || !m_stack.noteTextStorage().canEditTextInRange(selection)) {
+        QApplication::beep();
+        return;
+    }
+    if (selection.length > 0) {
+        breakUndoCoalescing();
+    }
+    beginTyping();
+    insertText(text, selection);
+    didChangeText();
+    m_typedLocation = m_caret;
+    if (text.contains(u' ') && m_typedCount > kTypedTogether / 2) {
+        breakUndoCoalescing();
+    }
+}
+
+void QBNoteTextView::replaceText(NSRange range, const QString &text)
+{
+    if (m_isReadOnly || !m_stack.noteTextStorage().canEditTextInRange(range)) {
+        QApplication::beep();
+        return;
+    }
+    breakUndoCoalescing();
+    m_undoManager->beginUndoGrouping();
+    insertText(text, range);
+    didChangeText();
+    m_undoManager->endUndoGrouping();
+    Q_EMIT undoAvailabilityChanged();
+}
+
+void QBNoteTextView::insertNewLine(bool isShiftDown)
+{
+    breakUndoCoalescing();
+    m_undoManager->beginUndoGrouping();
+    if (m_delegate == nullptr || m_delegate->qbNoteTextViewShouldInsertNewLine(*this, isShiftDown)) {
+        insertText(u"\n"_s, selectedRange());
+        didChangeText();
+    }
+    m_undoManager->endUndoGrouping();
+    ensureCaretVisible();
+    Q_EMIT undoAvailabilityChanged();
+}
+
+void QBNoteTextView::insertTab(bool backwards)
+{
+    breakUndoCoalescing();
+    m_undoManager->beginUndoGrouping();
+    if ((m_delegate == nullptr || m_delegate->qbNoteTextViewShouldInsertTab(*this, backwards)) && !backwards) {
+        insertText(u"\t"_s, selectedRange());
+        didChangeText();
+    }
+    m_undoManager->endUndoGrouping();
+    Q_EMIT undoAvailabilityChanged();
+}
+
+void QBNoteTextView::deleteRange(NSRange range)
+{
+    if (range.length <= 0) {
+        return;
+    }
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    // What belongs to an attachment goes with it.
+    NSRange whole = range;
+    text.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
+                            [&](const AttributeValue &value, NSRange place, bool * /*stop*/) {
+                                const auto attachment = value.sharedAs<NSTextAttachment>();
+                                const auto *placed = dynamic_cast<const QBNotesTextAttachment *>(attachment.get());
+                                if (placed != nullptr && !placed->representedText().isEmpty()) {
+                                    whole = NSUnionRange(whole,
+                                                         placed->extraAttachmentRangeForAttachmentRange(place, text));
+                                }
+                            });
+    if (!m_stack.noteTextStorage().canEditTextInRange(whole)) {
+        QApplication::beep();
+        return;
+    }
+    insertText(u""_s, whole);
+    didChangeText();
+}
+
+void QBNoteTextView::deleteBackward()
+{
+    const NSRange selection = selectedRange();
+    if (selection.length > 0) {
+        breakUndoCoalescing();
+        m_undoManager->beginUndoGrouping();
+        deleteRange(selection);
+        m_undoManager->endUndoGrouping();
+    } else if (m_caret > 0) {
+        beginTyping();
+        const qint64 start = stepped(m_caret, false);
+        deleteRange({start, m_caret - start});
+        m_typedLocation = m_caret;
+    }
+}
+
+void QBNoteTextView::deleteForward()
+{
+    const NSRange selection = selectedRange();
+    if (selection.length > 0) {
+        breakUndoCoalescing();
+        m_undoManager->beginUndoGrouping();
+        deleteRange(selection);
+        m_undoManager->endUndoGrouping();
+    } else {
+        beginTyping();
+        deleteRange({m_caret, stepped(m_caret, true) - m_caret});
+        m_typedLocation = m_caret;
+    }
+}
+
+void QBNoteTextView::undo()
+{
+    breakUndoCoalescing();
+    if (!m_isReadOnly && m_undoManager->canUndo()) {
+        m_undoManager->undo();
+        showChange();
+    }
+}
+
+void QBNoteTextView::redo()
+{
+    breakUndoCoalescing();
+    if (!m_isReadOnly && m_undoManager->canRedo()) {
+        m_undoManager->redo();
+        showChange();
+    }
+}
+
+void QBNoteTextView::selectAll()
+{
+    breakUndoCoalescing();
+    moveSelection(0, m_stack.noteTextStorage().length(), false);
+}

@@ -1,0 +1,318 @@
+#include "QBNoteTextView.h"
+
+#include <Markup/Attachments/QBCheckBoxTextAttachment.h>
+#include <Text/NSAttributeName.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDrag>
+#include <QDragEnterEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QStyleHints>
+#include <QVariantAnimation>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+using namespace quib;
+
+namespace {
+
+constexpr int kAutoscrollInterval = 16;
+/// What one step of a wheel scrolls. Units: lines of text.
+constexpr double kWheelLines = 3;
+constexpr double kWheelStep = 120;
+
+} // namespace
+
+void QBNoteTextView::mousePressEvent(QMouseEvent *event)
+{
+    breakUndoCoalescing();
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    const QPointF point = event->position();
+    const QPointF onPage = point + QPointF(0, scrollY());
+    m_pressPoint = point;
+    m_mousePoint = point;
+    m_goalX = -1;
+    if (const auto clicked = m_layout.attachmentAtPoint(onPage);
+        clicked && dynamic_cast<QBCheckBoxTextAttachment *>(clicked->attachment.get()) != nullptr && !m_isReadOnly) {
+        if (m_delegate != nullptr) {
+            m_delegate->qbNoteTextViewDidClickAttachment(*this, clicked->attachment, clicked->location);
+        }
+        return;
+    }
+    if ((event->modifiers() & Qt::ControlModifier) != 0 && activateLink(point)) {
+        return;
+    }
+    bool upstream = false;
+    const qint64 location = m_layout.locationAtPoint(onPage, &upstream);
+    const bool isTriple = m_lastDoubleClick.isValid() &&
+                          m_lastDoubleClick.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    if (isTriple) {
+        m_lastDoubleClick.invalidate();
+        m_granularity = Granularity::Paragraph;
+        m_granularAnchor = rangeAround(location, m_granularity);
+        m_isSelecting = true;
+        moveSelection(m_granularAnchor.location, m_granularAnchor.limit(), false);
+        return;
+    }
+    m_granularity = Granularity::Character;
+    const NSRange selection = selectedRange();
+    if ((event->modifiers() & Qt::ShiftModifier) != 0) {
+        m_isSelecting = true;
+        m_granularAnchor = {m_anchor, 0};
+        moveSelection(m_anchor, location, upstream);
+    } else if (selection.length > 0 && location >= selection.location && location <= selection.limit()) {
+        m_mayDrag = true;
+    } else {
+        m_isSelecting = true;
+        m_granularAnchor = {location, 0};
+        moveSelection(location, location, upstream);
+    }
+}
+
+void QBNoteTextView::mouseMoveEvent(QMouseEvent *event)
+{
+    m_mousePoint = event->position();
+    if (m_mayDrag && (event->buttons() & Qt::LeftButton) != 0) {
+        if ((m_mousePoint - m_pressPoint).manhattanLength() >= QApplication::startDragDistance()) {
+            m_mayDrag = false;
+            startDrag();
+        }
+        return;
+    }
+    if (m_isSelecting && (event->buttons() & Qt::LeftButton) != 0) {
+        extendSelectionTo(m_mousePoint);
+        const bool isOutside = m_mousePoint.y() < 0 || m_mousePoint.y() > viewport()->height();
+        if (isOutside && !m_autoscroll.isActive()) {
+            m_autoscroll.start(kAutoscrollInterval, this);
+        } else if (!isOutside) {
+            m_autoscroll.stop();
+        }
+        return;
+    }
+    updatePointer(m_mousePoint, event->modifiers());
+}
+
+void QBNoteTextView::mouseReleaseEvent(QMouseEvent *event)
+{
+    m_autoscroll.stop();
+    if (m_mayDrag) {
+        // A click within the selection that became no drag puts the caret there.
+        m_mayDrag = false;
+        bool upstream = false;
+        const qint64 location = m_layout.locationAtPoint(event->position() + QPointF(0, scrollY()), &upstream);
+        moveSelection(location, location, upstream);
+    }
+    m_isSelecting = false;
+    if (QClipboard *clipboard = QGuiApplication::clipboard();
+        clipboard->supportsSelection() && selectedRange().length > 0) {
+        clipboard->setMimeData(mimeDataForRange(selectedRange()).release(), QClipboard::Selection);
+    }
+    if (event->button() == Qt::MiddleButton && !m_isReadOnly && QGuiApplication::clipboard()->supportsSelection()) {
+        const qint64 location = locationAtViewportPoint(event->position());
+        moveSelection(location, location, false);
+        if (const QMimeData *selected = QGuiApplication::clipboard()->mimeData(QClipboard::Selection)) {
+            insertMimeData(*selected, selectedRange(), /*isPlain=*/false);
+        }
+    }
+}
+
+void QBNoteTextView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    const QPointF onPage = event->position() + QPointF(0, scrollY());
+    if (const auto clicked = m_layout.attachmentAtPoint(onPage)) {
+        if (dynamic_cast<QBCheckBoxTextAttachment *>(clicked->attachment.get()) != nullptr) {
+            mousePressEvent(event); // a box that is clicked fast is toggled twice
+            return;
+        }
+        if (m_delegate != nullptr && clicked->rect.width() > 0) {
+            m_delegate->qbNoteTextViewDidOpenAttachment(*this, clicked->attachment, clicked->location);
+        }
+    }
+    m_granularity = Granularity::Word;
+    m_granularAnchor = rangeAround(m_layout.locationAtPoint(onPage), m_granularity);
+    m_isSelecting = true;
+    m_lastDoubleClick.start();
+    moveSelection(m_granularAnchor.location, m_granularAnchor.limit(), false);
+}
+
+void QBNoteTextView::extendSelectionTo(QPointF point)
+{
+    bool upstream = false;
+    const qint64 location = m_layout.locationAtPoint(point + QPointF(0, scrollY()), &upstream);
+    const NSRange reached = rangeAround(location, m_granularity);
+    if (location >= m_granularAnchor.location) {
+        moveSelection(m_granularAnchor.location, std::max(reached.limit(), m_granularAnchor.limit()), upstream);
+    } else {
+        moveSelection(m_granularAnchor.limit(), reached.location, upstream);
+    }
+}
+
+bool QBNoteTextView::isLink(qint64 location) const
+{
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    return location >= 0 && location < text.length() && text.attribute(NSLinkAttributeName, location);
+}
+
+void QBNoteTextView::updatePointer(QPointF point, Qt::KeyboardModifiers modifiers)
+{
+    const QPointF onPage = point + QPointF(0, scrollY());
+    const auto attachment = m_layout.attachmentAtPoint(onPage);
+    const bool isBox = attachment && dynamic_cast<QBCheckBoxTextAttachment *>(attachment->attachment.get()) != nullptr;
+    const bool isFollowed = (modifiers & Qt::ControlModifier) != 0 && isLink(m_layout.locationAtPoint(onPage));
+    viewport()->setCursor(isBox || isFollowed ? Qt::PointingHandCursor : Qt::IBeamCursor);
+}
+
+bool QBNoteTextView::activateLink(QPointF point)
+{
+    const qint64 location = locationAtViewportPoint(point);
+    if (m_delegate == nullptr || !isLink(location)) {
+        return false;
+    }
+    const AttributeValue link = m_stack.noteTextStorage().attributedString().attribute(NSLinkAttributeName, location);
+    m_delegate->qbNoteTextViewDidOpenURL(*this, link.urlValue().isValid() ? link.urlValue() : QUrl(link.stringValue()));
+    return true;
+}
+
+void QBNoteTextView::wheelEvent(QWheelEvent *event)
+{
+    if ((event->modifiers() & Qt::ControlModifier) != 0) {
+        event->ignore(); // the window zooms
+        return;
+    }
+    if (!event->pixelDelta().isNull()) {
+        setScrollY(scrollY() - event->pixelDelta().y());
+    } else {
+        const double lines = -event->angleDelta().y() / kWheelStep * kWheelLines;
+        const double from = m_scrolling != nullptr && m_scrolling->state() == QAbstractAnimation::Running
+                                ? m_scrolling->endValue().toDouble()
+                                : scrollY();
+        scrollSmoothlyTo(std::clamp(from + lines * verticalScrollBar()->singleStep(), 0.0,
+                                    static_cast<double>(verticalScrollBar()->maximum())));
+    }
+    event->accept();
+}
+
+void QBNoteTextView::startDrag()
+{
+    const NSRange dragged = selectedRange();
+    auto *drag = new QDrag(this);
+    drag->setMimeData(mimeDataForRange(dragged).release());
+    const auto actions = m_isReadOnly ? Qt::DropActions(Qt::CopyAction) : Qt::CopyAction | Qt::MoveAction;
+    const qint64 length = m_stack.noteTextStorage().length();
+    const Qt::DropAction done = drag->exec(actions, m_isReadOnly ? Qt::CopyAction : Qt::MoveAction);
+    // A drop within this view moves the text itself.
+    if (done == Qt::MoveAction && drag->target() != viewport() && drag->target() != this &&
+        m_stack.noteTextStorage().length() == length) {
+        deleteRange(dragged);
+    }
+}
+
+void QBNoteTextView::showDropCaret(qint64 location)
+{
+    if (m_dropLocation != location) {
+        m_dropLocation = location;
+        viewport()->update();
+    }
+}
+
+void QBNoteTextView::dragEnterEvent(QDragEnterEvent *event)
+{
+    dragMoveEvent(event);
+}
+
+void QBNoteTextView::dragMoveEvent(QDragMoveEvent *event)
+{
+    const bool isTaken = !m_isReadOnly && (m_delegate != nullptr ? m_delegate->acceptsMimeData(*event->mimeData())
+                                                                 : event->mimeData()->hasText());
+    if (!isTaken) {
+        event->ignore();
+        return;
+    }
+    if (event->source() != this && event->source() != viewport()) {
+        event->setDropAction(Qt::CopyAction);
+    }
+    event->accept();
+    showDropCaret(locationAtViewportPoint(event->position()));
+}
+
+void QBNoteTextView::dragLeaveEvent(QDragLeaveEvent * /*event*/)
+{
+    showDropCaret(-1);
+}
+
+void QBNoteTextView::dropEvent(QDropEvent *event)
+{
+    const qint64 location = locationAtViewportPoint(event->position());
+    showDropCaret(-1);
+    const NSRange dragged = selectedRange();
+    const bool isOwn = event->source() == this || event->source() == viewport();
+    if (isOwn && event->dropAction() == Qt::MoveAction) {
+        if (location >= dragged.location && location <= dragged.limit()) {
+            event->ignore();
+            return;
+        }
+        const QString text = m_stack.noteTextStorage().stringWithExpandedTextAttachmentsWithRange(dragged);
+        breakUndoCoalescing();
+        m_undoManager->beginUndoGrouping();
+        // The later place is changed first, so that the earlier one stays where it is.
+        if (location > dragged.location) {
+            insertText(text, {location, 0});
+            didChangeText();
+            deleteRange(dragged);
+        } else {
+            deleteRange(dragged);
+            insertText(text, {location, 0});
+            didChangeText();
+        }
+        m_undoManager->endUndoGrouping();
+    } else {
+        insertMimeData(*event->mimeData(), {location, 0}, /*isPlain=*/false);
+    }
+    event->acceptProposedAction();
+    setFocus();
+}
+
+void QBNoteTextView::contextMenuEvent(QContextMenuEvent *event)
+{
+    breakUndoCoalescing();
+    const qint64 location =
+        event->reason() == QContextMenuEvent::Mouse ? locationAtViewportPoint(event->pos()) : m_caret;
+    const NSRange selection = selectedRange();
+    if (location < selection.location || location > selection.limit()) {
+        moveSelection(location, location, false);
+    }
+    QMenu menu(this);
+    if (m_delegate != nullptr) {
+        m_delegate->fillContextMenu(*this, menu, location);
+    }
+    const bool hasSelection = selectedRange().length > 0;
+    const auto add = [&](const QString &text, QKeySequence::StandardKey key, bool isEnabled, auto slot) {
+        QAction *action = menu.addAction(text, this, slot);
+        action->setShortcut(key);
+        action->setEnabled(isEnabled);
+    };
+    if (!menu.isEmpty()) {
+        menu.addSeparator();
+    }
+    add(tr("Undo"), QKeySequence::Undo, m_undoManager->canUndo() && !m_isReadOnly, &QBNoteTextView::undo);
+    add(tr("Redo"), QKeySequence::Redo, m_undoManager->canRedo() && !m_isReadOnly, &QBNoteTextView::redo);
+    menu.addSeparator();
+    add(tr("Cut"), QKeySequence::Cut, hasSelection && !m_isReadOnly, &QBNoteTextView::cut);
+    add(tr("Copy"), QKeySequence::Copy, hasSelection, &QBNoteTextView::copy);
+    add(tr("Paste"), QKeySequence::Paste, !m_isReadOnly, &QBNoteTextView::paste);
+    add(tr("Select All"), QKeySequence::SelectAll, true, &QBNoteTextView::selectAll);
+    const QPoint at = event->reason() == QContextMenuEvent::Mouse
+                          ? event->globalPos()
+                          : viewport()->mapToGlobal(caretRectInViewport(m_caret).bottomLeft().toPoint());
+    menu.exec(at);
+}
