@@ -1,6 +1,7 @@
 #include "QBNoteTypesetter.h"
 
 #include <Markup/Attachments/QBNotesTextAttachment.h>
+#include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Text/NSStringHelpers.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
@@ -87,7 +88,8 @@ std::unique_ptr<ParagraphLayout> QBNoteTypesetter::layoutOfPiece(const NSAttribu
     const ParagraphLayout::Part part = {
         .isFirst = range.location == 0 || isParagraphEnd(text.characterAtIndex(range.location - 1)),
         .isLast = range.limit() == text.length() || isParagraphEnd(text.characterAtIndex(range.limit() - 1))};
-    return std::make_unique<ParagraphLayout>(text, range, m_columnWidth, boxOfAttachment, part);
+    return std::make_unique<ParagraphLayout>(text, range, m_columnWidth, boxOfAttachment, part,
+                                             &QBNoteSkipLineBreakByWordAttributeName);
 }
 
 double QBNoteTypesetter::estimatedHeight(qint64 length) const

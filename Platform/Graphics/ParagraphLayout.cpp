@@ -30,6 +30,8 @@ namespace {
 /// an eighth of a point is kept.
 constexpr double kLayoutScale = 8;
 constexpr double kDefaultFontSize = 12;
+/// How far before what must not be broken a line may end instead. Units: UTF-16 units.
+constexpr qint64 kFarthestBlank = 64;
 /// Boxes that are not further apart are one. Units: points.
 constexpr double kTouching = 0.05;
 constexpr QChar kNoBreakSpace(u'\u00A0');
@@ -150,7 +152,7 @@ class ParagraphLayout::Layout
 {
 public:
     Layout(const NSAttributedString &text, NSRange range, double width, const BoxOfAttachment &boxOfAttachment,
-           Part part)
+           Part part, const NSAttributeName *unbrokenBy)
         : m_range(rangeCutToLength(range, text.length()))
     {
         QString string = text.stringInRange(m_range).toString();
@@ -169,6 +171,9 @@ public:
         m_isRightToLeft = string.isRightToLeft();
         m_isBidirectional = m_isRightToLeft || holdsRightToLeft(string);
         m_layout.setFormats(m_formats);
+        if (unbrokenBy != nullptr) {
+            readUnbroken(text, *unbrokenBy);
+        }
         breakIntoLines(width);
     }
 
@@ -318,6 +323,37 @@ private:
             });
     }
 
+    /// What stays in one line, by places of the paragraph: the start, moved back to behind a blank, and the limit.
+    void readUnbroken(const NSAttributedString &text, const NSAttributeName &name)
+    {
+        const QStringView paragraph = m_layout.text();
+        text.enumerateAttribute(name, {m_range.location, paragraph.size()},
+                                NSAttributedStringEnumerationOptions::Forward,
+                                [&](const AttributeValue &value, NSRange run, bool *) {
+                                    if (!value) {
+                                        return;
+                                    }
+                                    const qint64 start = run.location - m_range.location;
+                                    const qint64 least = std::max<qint64>(start - kFarthestBlank, 0);
+                                    const qsizetype blank = paragraph.sliced(least, start - least).lastIndexOf(u' ');
+                                    if (blank >= 0) {
+                                        const qint64 moved = least + blank + 1;
+                                        m_unbroken.push_back({moved, run.limit() - m_range.location - moved});
+                                    }
+                                });
+    }
+
+    /// Ends a line before what would be broken at its end.
+    void keepUnbroken(QTextLine *line, double width) const
+    {
+        const qint64 end = line->textStart() + line->textLength();
+        const auto broken =
+            std::ranges::partition_point(m_unbroken, [end](NSRange each) { return each.limit() <= end; });
+        if (broken != m_unbroken.end() && broken->location < end && broken->location > line->textStart()) {
+            line->setNumColumns(static_cast<int>(broken->location - line->textStart()), width);
+        }
+    }
+
     void addFormat(NSRange range, const QTextCharFormat &format)
     {
         QTextLayout::FormatRange run;
@@ -390,7 +426,9 @@ private:
         m_layout.beginLayout();
         for (QTextLine textLine = m_layout.createLine(); textLine.isValid(); textLine = m_layout.createLine()) {
             const double left = lines.empty() ? m_style.firstLineHeadIndent : m_style.headIndent;
-            textLine.setLineWidth(std::max(1.0, right - left) * kLayoutScale);
+            const double lineWidth = std::max(1.0, right - left) * kLayoutScale;
+            textLine.setLineWidth(lineWidth);
+            keepUnbroken(&textLine, lineWidth);
             Line line;
             line.range = {m_range.location + textLine.textStart(), textLine.textLength()};
             double ascent = textLine.ascent() / kLayoutScale;
@@ -508,6 +546,7 @@ private:
     QTextLayout m_layout;
     QList<QTextLayout::FormatRange> m_formats;
     std::vector<Box> m_boxes;
+    std::vector<NSRange> m_unbroken;
     std::vector<Decoration> m_backgrounds;
     std::vector<Decoration> m_strikes;
 };
@@ -519,8 +558,8 @@ ParagraphLayout::ParagraphLayout(const NSAttributedString &text, NSRange range, 
 }
 
 ParagraphLayout::ParagraphLayout(const NSAttributedString &text, NSRange range, double width,
-                                 const BoxOfAttachment &boxOfAttachment, Part part)
-    : m_layout(std::make_unique<const Layout>(text, range, width, boxOfAttachment, part))
+                                 const BoxOfAttachment &boxOfAttachment, Part part, const NSAttributeName *unbrokenBy)
+    : m_layout(std::make_unique<const Layout>(text, range, width, boxOfAttachment, part, unbrokenBy))
 {
 }
 

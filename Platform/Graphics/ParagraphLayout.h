@@ -42,11 +42,12 @@ public:
     };
 
     /// Lays out a range that holds no line end but the one it may end in. Takes time in step with its length: very long
-    /// paragraphs are better laid out in pieces.
+    /// paragraphs are better laid out in pieces. Shape: what carries the attribute unbrokenBy stays in one line where
+    /// it fits into one and a blank stands not far before it.
     ParagraphLayout(const NSAttributedString &text, NSRange range, double width,
                     const BoxOfAttachment &boxOfAttachment = {});
     ParagraphLayout(const NSAttributedString &text, NSRange range, double width, const BoxOfAttachment &boxOfAttachment,
-                    Part part);
+                    Part part, const NSAttributeName *unbrokenBy = nullptr);
     ParagraphLayout(const ParagraphLayout &) = delete;
     ParagraphLayout &operator=(const ParagraphLayout &) = delete;
     ~ParagraphLayout();

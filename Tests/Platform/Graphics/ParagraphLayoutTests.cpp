@@ -169,6 +169,35 @@ TEST(ParagraphLayoutStyle, TabsAreWhereTheStyleSays)
     EXPECT_NEAR(layout.rectsForRange({2, 1})[0].left(), 100, 0.2);
 }
 
+TEST(ParagraphLayoutLines, KeepWhatMustNotBeBroken)
+{
+    constexpr NSAttributeName kTogether{u"Together"};
+    const auto broken = [&](const QString &string, const QString &together, double width) {
+        auto text = styled(string);
+        const NSRange kept{string.indexOf(together), together.size()};
+        text.addAttribute(kTogether, 1, kept);
+        const ParagraphLayout layout(text, text.fullRange(), width, {}, ParagraphLayout::Part(), &kTogether);
+        qint64 next = 0;
+        int pieces = 0;
+        for (const auto &line : layout.lines()) {
+            EXPECT_EQ(line.range.location, next);
+            next += line.range.length;
+            pieces += NSIntersectionRange(line.range, kept).length > 0 ? 1 : 0;
+        }
+        EXPECT_EQ(next, string.size());
+        return pieces;
+    };
+    // Wherever the line ends, as long as one line can hold it.
+    const QString kept = u"two words-and/more"_s;
+    for (double width = sans().advanceOfText(kept) + 20; width < 500; width += 7) {
+        EXPECT_EQ(broken(u"Some text and "_s + kept + u" and other text behind it."_s, kept, width), 1) << width;
+        EXPECT_EQ(broken(u"Some text and ("_s + kept + u") and other text behind it."_s, kept, width), 1) << width;
+    }
+    // Too long for any line, or without a blank before it: broken as ever.
+    EXPECT_GT(broken(u"so "_s + kept.repeated(9), kept.repeated(9), 100), 3);
+    EXPECT_GT(broken(kept.repeated(9), kept.repeated(9), 100), 3);
+}
+
 TEST(ParagraphLayoutStyle, TabStopsCountFromTheEdgeOfTheColumn)
 {
     for (const double indent : {0.0, 30.0, 55.0}) {
