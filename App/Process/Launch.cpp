@@ -41,6 +41,8 @@ enum ExitStatus : int
 /// slow.
 constexpr auto kPatience = 10s;
 constexpr unsigned long kPauseMilliseconds = 20;
+/// How many instances may end, one after the other, while a process tries to hand over to them.
+constexpr int kMostAttempts = 100;
 
 void print(const QString &text)
 {
@@ -55,22 +57,27 @@ QDBusConnection connectToSessionBus(const QString &name)
     return QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
 }
 
-/// Hands all requests to the instance that runs.
-int handOver(const RunningInstance &instance, const std::vector<InstanceRequest> &requests)
+/// Hands all requests to the instance that runs; takes out those that it took.
+/// Shape:   nullopt when it ended meanwhile.
+std::optional<int> handOver(const RunningInstance &instance, std::vector<InstanceRequest> &requests)
 {
-    for (const InstanceRequest &request : requests) {
+    while (!requests.empty()) {
         NSError error;
-        if (!instance.hand(request, &error)) {
+        if (!instance.hand(requests.front(), &error)) {
+            if (error.code() == RunningInstance::kGone) {
+                return std::nullopt;
+            }
             tellUser(error.localizedDescription());
             return kFailed;
         }
+        requests.erase(requests.begin());
     }
     return kDone;
 }
 
 /// Asks the bus for an instance, before this process is any kind of application.
 std::optional<int> handOverIfRunning(int &argc, char **argv, const InstanceName &name,
-                                     const std::vector<InstanceRequest> &requests)
+                                     std::vector<InstanceRequest> &requests)
 {
     const QCoreApplication application(argc, argv);
     const QString connectionName = u"quib-hand-over"_s;
@@ -149,15 +156,22 @@ private:
 
 /// Serves until the end is asked for.
 int serve(FrontEnd &frontEnd, const LaunchOptions &options, const InstanceName &name,
-          const std::vector<InstanceRequest> &requests)
+          std::vector<InstanceRequest> requests)
 {
     QuibProcess process(frontEnd.makeInterface(), openWithDesktop);
     InstanceService service(process);
     // 1. The name decides between processes that start at once.
     const QDBusConnection bus = connectToSessionBus(u"quib"_s);
-    const bool isNamed = service.registerAt(bus, name);
-    if (bus.isConnected() && !isNamed) {
-        return handOver(RunningInstance(bus, name), requests);
+    bool isNamed = service.registerAt(bus, name);
+    for (int attempt = 0; bus.isConnected() && !isNamed; ++attempt) {
+        if (attempt == kMostAttempts) {
+            tellUser(u"the name %1 cannot be had on the session bus"_s.arg(name.busName));
+            return kFailed;
+        }
+        if (const auto status = handOver(RunningInstance(bus, name), requests)) {
+            return *status;
+        }
+        isNamed = service.registerAt(bus, name);
     }
     if (isNamed && options.isService && options.profile.isEmpty()) {
         // Started by the bus under the plain name, with a profile that the environment moved.
@@ -235,7 +249,7 @@ int runQuib(int &argc, char **argv, FrontEnd &frontEnd)
         tellUser(u"standard input cannot be read"_s);
         return kFailed;
     }
-    const auto requests = options->requests(input, &message);
+    auto requests = options->requests(input, &message);
     if (!requests) {
         tellUser(message);
         return kFailed;
@@ -253,7 +267,7 @@ int runQuib(int &argc, char **argv, FrontEnd &frontEnd)
     QCoreApplication::setApplicationName(u"quib"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(QUIB_VERSION));
     QLocale::setDefault(QLocale::system());
-    return serve(frontEnd, *options, name, *requests);
+    return serve(frontEnd, *options, name, *std::move(requests));
 }
 
 } // namespace quib

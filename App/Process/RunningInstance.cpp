@@ -52,7 +52,11 @@ bool RunningInstance::hand(const InstanceRequest &request, NSError *error) const
     }
     const QDBusMessage reply = m_connection.call(call, QDBus::Block, kTimeout);
     if (reply.type() == QDBusMessage::ErrorMessage) {
-        return NSError::fill(error, kErrorDomain, 1, reply.errorMessage());
+        // Without an answer, the one who owned the name decides: as long as it is there, it was only slow.
+        const bool isGone = !isThere() && (reply.errorName() == "org.freedesktop.DBus.Error.NoReply"_L1 ||
+                                           reply.errorName() == "org.freedesktop.DBus.Error.ServiceUnknown"_L1 ||
+                                           reply.errorName() == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1);
+        return NSError::fill(error, kErrorDomain, isGone ? kGone : kRefused, reply.errorMessage());
     }
     return true;
 }
