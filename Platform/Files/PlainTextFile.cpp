@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
@@ -11,6 +12,9 @@ using namespace Qt::StringLiterals;
 namespace quib {
 
 namespace {
+
+/// Units: bytes.
+constexpr qint64 kReadAtOnce = 4 * 1024 * 1024;
 
 std::nullopt_t fail(NSError *error, NSCocoaErrorCode code, const QString &message)
 {
@@ -111,7 +115,15 @@ std::optional<QString> readPlainTextFile(const QString &path, NSError *error)
             return fail(error, NSCocoaErrorCode::FileReadNoPermission, u"%1: %2"_s.arg(name, file.errorString()));
         }
     }
-    const QByteArray bytes = file.read(kMaximumTextBytes + 1);
+    // A pipe gives what is in it just now; only an empty read is its end.
+    QByteArray bytes;
+    while (bytes.size() <= kMaximumTextBytes) {
+        const QByteArray piece = file.read(std::min(kReadAtOnce, kMaximumTextBytes + 1 - bytes.size()));
+        if (piece.isEmpty()) {
+            break;
+        }
+        bytes += piece;
+    }
     if (file.error() != QFileDevice::NoError) {
         return fail(error, NSCocoaErrorCode::FileReadUnknown, u"%1: %2"_s.arg(name, file.errorString()));
     }

@@ -2,7 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
 #include <QList>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <thread>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -64,4 +71,26 @@ TEST(PlainTextFile, MissingFilesAndFoldersAreNamed)
     EXPECT_TRUE(error.localizedDescription().contains(u"/nonexistent/file.md"));
     EXPECT_EQ(quib::readPlainTextFile(u"/"_s, &error), std::nullopt);
     EXPECT_TRUE(error.localizedDescription().contains(u"folder"));
+}
+
+TEST(PlainTextFile, APipeIsReadToItsEndHoweverLittleItHoldsAtATime)
+{
+    const QTemporaryDir folder;
+    const QByteArray path = QFile::encodeName(folder.filePath(u"pipe"_s));
+    ASSERT_EQ(::mkfifo(path.constData(), 0600), 0);
+    const QByteArray bytes(3'000'000, 'x');
+    std::thread writer([&] {
+        QFile pipe(QFile::decodeName(path));
+        EXPECT_TRUE(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        for (qsizetype done = 0; done < bytes.size();) {
+            const qint64 written = pipe.write(bytes.constData() + done, std::min<qint64>(50'000, bytes.size() - done));
+            ASSERT_GT(written, 0);
+            done += written;
+        }
+    });
+    NSError error;
+    const auto text = quib::readPlainTextFile(QFile::decodeName(path), &error);
+    writer.join();
+    ASSERT_TRUE(text) << error.localizedDescription().toStdString();
+    EXPECT_EQ(text->size(), bytes.size());
 }
