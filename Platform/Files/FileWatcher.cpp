@@ -25,9 +25,10 @@ constexpr size_t kBufferSize = 64 * 1024;
 
 } // namespace
 
-FileWatcher::FileWatcher(const QString &root, double latency, Callback callback)
+FileWatcher::FileWatcher(const QString &root, double latency, Callback callback, Depth depth)
     : m_root(QDir::cleanPath(QDir(root).absolutePath()))
     , m_latency(latency)
+    , m_depth(depth)
     , m_callback(std::move(callback))
     , m_inotify(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
 {
@@ -58,6 +59,9 @@ void FileWatcher::watchTree(const QString &folder, bool tellsContent)
         m_watches.remove(m_folders.value(watch));
         m_folders.insert(watch, next);
         m_watches.insert(next, watch);
+        if (m_depth == Depth::RootOnly) {
+            continue;
+        }
         QDirIterator content(next, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
         while (content.hasNext()) {
             const QString path = content.next();
@@ -124,6 +128,9 @@ void FileWatcher::take(const inotify_event &event)
         return; // of the folder itself; its parent tells what counts
     }
     const QString inner = folder + u'/' + QFile::decodeName(event.name);
+    if (m_depth == Depth::RootOnly) {
+        return;
+    }
     if ((event.mask & (IN_MOVED_FROM | IN_DELETE)) != 0) {
         forgetTree(inner);
         changed(inner);

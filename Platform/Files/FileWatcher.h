@@ -17,17 +17,23 @@ struct inotify_event;
 
 namespace quib {
 
-/// Tells which folders below a root had files written, replaced, made, moved or removed, at any depth, from its making
-/// on. What happens within the latency is told at once. Lives on the thread that made it, and needs its event loop.
-/// Folders that are links are not followed.
+/// Tells which folders below a root had files written, replaced, made, moved or removed, at any depth or in the root
+/// alone, from its making on. What happens within the latency is told at once. Lives on the thread that made it, and
+/// needs its event loop. Folders that are links are not followed.
 class FileWatcher
 {
 public:
     /// Shape: the folders, absolute and sorted, each once. One may be gone by now.
     using Callback = std::function<void(const QStringList &folders)>;
 
+    enum class Depth
+    {
+        Tree,
+        RootOnly,
+    };
+
     /// Units: seconds from the first change until it is told.
-    FileWatcher(const QString &root, double latency, Callback callback);
+    FileWatcher(const QString &root, double latency, Callback callback, Depth depth = Depth::Tree);
     ~FileWatcher();
     FileWatcher(const FileWatcher &) = delete;
     FileWatcher &operator=(const FileWatcher &) = delete;
@@ -50,6 +56,7 @@ private:
 
     QString m_root;
     double m_latency;
+    Depth m_depth;
     Callback m_callback;
     Descriptor m_inotify;
     std::unique_ptr<QSocketNotifier> m_notifier;

@@ -147,6 +147,20 @@ std::optional<QList<NSManagedObjectID>> InMemoryPersistentStore::fetchIDs(const 
     return identities;
 }
 
+std::optional<QList<RowVersion>> InMemoryPersistentStore::rowVersions(const QString &entityName, NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto rows = select({.entityName = entityName}, error);
+    if (!rows) {
+        return std::nullopt;
+    }
+    QList<RowVersion> versions;
+    for (const StoredRow &row : *rows) {
+        versions.append({row.objectID, row.snapshot->version()});
+    }
+    return versions;
+}
+
 std::optional<qint64> InMemoryPersistentStore::count(const NSFetchRequest &request, NSError *error)
 {
     const std::lock_guard lock(m_mutex);

@@ -131,7 +131,7 @@ SaveRequest NSManagedObjectContext::Private::makeSaveRequest() const
             continue;
         }
         if (reinsertions.contains(object->objectID())) {
-            request.insertions.append({object->objectID(), Access::row(*object)});
+            request.insertions.append({object->objectID(), Access::row(*object), /*isReinsertion=*/true});
         } else {
             request.updates.append({object->objectID(), Access::row(*object)->version(), Access::row(*object),
                                     slotsOfMask(pending->changedSlots, object->entity()->slotCount())});

@@ -333,21 +333,26 @@ void NSManagedObjectContext::refreshObject(NSManagedObject *object, bool mergeCh
     if (!stored || !stored->snapshot) {
         return;
     }
-    quib::RowSnapshotRef row = stored->snapshot;
+    m_d->takeRow(*object, stored->snapshot);
+}
+
+void NSManagedObjectContext::Private::takeRow(NSManagedObject &object, quib::RowSnapshotRef row)
+{
+    auto &pending = Access::pending(object);
     if (pending) {
         for (auto state = pending->toMany.begin(); state != pending->toMany.end(); ++state) {
             state->base.reset();
         }
         if (pending->changedSlots != 0) {
             const quib::RowSnapshotRef fresh = row;
-            for (int slot = 0; slot < object->entity()->slotCount(); ++slot) {
+            for (int slot = 0; slot < object.entity()->slotCount(); ++slot) {
                 if ((pending->changedSlots & (quint64{1} << slot)) == 0) {
                     continue;
                 }
-                if (object->entity()->slotLayout(slot).relationship != nullptr) {
-                    row.edit()->setTargetAt(slot, Access::row(*object)->targetAt(slot));
+                if (object.entity()->slotLayout(slot).relationship != nullptr) {
+                    row.edit()->setTargetAt(slot, Access::row(object)->targetAt(slot));
                 } else {
-                    row.edit()->setValueAt(slot, Access::row(*object)->valueAt(slot));
+                    row.edit()->setValueAt(slot, Access::row(object)->valueAt(slot));
                 }
                 if (!fresh->isPresent(slot)) {
                     // A lazy value that was changed keeps the base it was changed from.
@@ -361,8 +366,8 @@ void NSManagedObjectContext::refreshObject(NSManagedObject *object, bool mergeCh
             }
         }
     }
-    Access::row(*object) = row;
-    m_d->noteRefreshed(*object);
+    Access::row(object) = row;
+    noteRefreshed(object);
 }
 
 void NSManagedObjectContext::refreshAllObjects(bool mergeChanges)
@@ -656,48 +661,5 @@ void NSManagedObjectContext::processPendingChanges()
     if (!changes.inserted.isEmpty() || !changes.updated.isEmpty() || !changes.deleted.isEmpty() ||
         !changes.refreshed.isEmpty()) {
         objectsDidChange.notify(*this, changes);
-    }
-}
-
-void NSManagedObjectContext::mergeChangesFromRemoteContextSave(
-    const QList<NSManagedObjectID> &inserted, const QList<NSManagedObjectID> &updated,
-    const QList<NSManagedObjectID> &deleted, const QList<std::shared_ptr<NSManagedObjectContext>> &intoContexts)
-{
-    for (const auto &context : intoContexts) {
-        context->performBlockAndWait([&] {
-            auto &d = *context->m_d;
-            for (const NSManagedObjectID &objectID : inserted) {
-                const auto object = context->existingObjectWithID(objectID);
-                if (!object) {
-                    continue;
-                }
-                d.untold.inserted.insert(object);
-                for (const NSRelationshipDescription &relationship : object->entity()->relationships()) {
-                    if (!relationship.isToMany && Access::row(*object)->isPresent(relationship.slot)) {
-                        Access::moveStoredTarget(*object, relationship, {},
-                                                 Access::row(*object)->targetAt(relationship.slot));
-                    }
-                }
-            }
-            for (const NSManagedObjectID &objectID : updated) {
-                if (const auto object = context->registeredObjectForID(objectID)) {
-                    if (!object->hasChanges()) {
-                        Access::pending(*object).reset();
-                        d.withPending.remove(object.get());
-                    }
-                    context->refreshObject(object.get(), /*mergeChanges=*/true);
-                }
-            }
-            for (const NSManagedObjectID &objectID : deleted) {
-                if (const auto object = context->registeredObjectForID(objectID)) {
-                    d.inserted.remove(object);
-                    d.updated.remove(object);
-                    d.deleted.remove(object);
-                    d.noteGone(object);
-                    d.kill(*object);
-                }
-            }
-            context->processPendingChanges();
-        });
     }
 }

@@ -149,6 +149,8 @@ public:
     [[nodiscard]] qint64 rowVersion(const NSManagedObject &object) const;
 
     /// Takes in what another process or coordinator wrote: refreshes the updated, forgets the deleted, tells observers.
+    /// Identities without a row are passed over. Changes made here stay; an object with changes that contradict what
+    /// was written stays as it is until its save, which settles them by the merge policy and tells what is lost.
     static void mergeChangesFromRemoteContextSave(const QList<NSManagedObjectID> &inserted,
                                                   const QList<NSManagedObjectID> &updated,
                                                   const QList<NSManagedObjectID> &deleted,

@@ -134,6 +134,8 @@ struct NSManagedObjectContext::Private
     void unregister(NSManagedObject &object);
     void kill(NSManagedObject &object);
     void deleteTargets(const NSManagedObject &object, const NSRelationshipDescription &relationship);
+    /// Puts a row that was read anew under the object's own changes.
+    void takeRow(NSManagedObject &object, quib::RowSnapshotRef row);
     void noteInserted(NSManagedObject &object);
     /// Puts an object in or out of the updated ones, by whether it has changes.
     void markUpdated(const quib::Ref<NSManagedObject> &object);
@@ -171,6 +173,15 @@ struct NSManagedObjectContext::Private
     [[nodiscard]] quib::SaveRequest makeSaveRequest() const;
     [[nodiscard]] bool settle(const quib::SaveConflict &conflict, QList<NSMergeLoss> *losses, NSError *error);
     void finishSave(const quib::SaveResult *result, const Changes &changes);
+
+    // NSManagedObjectContext+RemoteChanges.cpp
+    void takeRemoteInsertion(const NSManagedObjectID &objectID);
+    void takeRemoteUpdate(const NSManagedObjectID &objectID);
+    /// Whether somebody else changed a property that was changed here too. Errors: true where that cannot be read.
+    [[nodiscard]] bool isContested(const NSManagedObject &object, const quib::RowSnapshotRef &stored);
+    /// Makes the other sides of many-to-many relationships be read again where such a row may have joined them.
+    void forgetInverses(const QList<NSManagedObjectID> &objectIDs);
+    void takeRemoteDeletions(const QList<NSManagedObjectID> &objectIDs);
 
     // NSManagedObjectContext+Merging.cpp
     void takeFromChild(Private &child);

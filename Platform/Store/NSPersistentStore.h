@@ -44,6 +44,8 @@ struct SaveRequest
         /// A permanent identity reserved before is kept.
         NSManagedObjectID temporaryID;
         RowSnapshotRef row;
+        /// A row that was there before comes back under its own identity.
+        bool isReinsertion = false;
     };
     struct Update
     {
@@ -73,6 +75,13 @@ struct SaveConflict
     NSManagedObjectID objectID;
     /// Null when the row is gone. Slots that the update changes are present, lazy ones too.
     RowSnapshotRef storeRow;
+};
+
+/// Where a row is and in which version: what tells a changed row without reading it.
+struct RowVersion
+{
+    NSManagedObjectID objectID;
+    qint64 version = 0;
 };
 
 struct SaveResult
@@ -117,6 +126,9 @@ public:
     [[nodiscard]] virtual std::optional<QList<NSManagedObjectID>> fetchIDs(const NSFetchRequest &request,
                                                                            NSError *error) = 0;
     [[nodiscard]] virtual std::optional<qint64> count(const NSFetchRequest &request, NSError *error) = 0;
+    /// Every row of an entity and those below it, ascending by key.
+    [[nodiscard]] virtual std::optional<QList<quib::RowVersion>> rowVersions(const QString &entityName,
+                                                                             NSError *error) = 0;
     /// The named attributes of each row, in their order.
     [[nodiscard]] virtual std::optional<QList<QList<quib::Value>>>
     fetchDictionaries(const NSFetchRequest &request, const QStringList &attributes, NSError *error) = 0;

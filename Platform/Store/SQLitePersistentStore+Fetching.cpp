@@ -241,6 +241,34 @@ std::optional<QList<NSManagedObjectID>> SQLitePersistentStore::fetchIDs(const NS
     return identities;
 }
 
+std::optional<QList<RowVersion>> SQLitePersistentStore::rowVersions(const QString &entityName, NSError *error)
+{
+    const std::lock_guard lock(m_mutex);
+    const NSFetchRequest request{.entityName = entityName};
+    const auto *entity = requestedEntity(request, error);
+    if (entity == nullptr) {
+        return std::nullopt;
+    }
+    const bool hasCode = SQLNames::hasEntityColumn(entity);
+    SQLiteStatement statement = select(
+        request, entity, hasCode ? "t0._pk, t0._version, t0._entity" : "t0._pk, t0._version", TieOrder::ByKey, error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    QList<RowVersion> versions;
+    int result = statement.step();
+    for (; result == SQLITE_ROW; result = statement.step()) {
+        versions.append(
+            {NSManagedObjectID(hasCode ? entityWithCode(statement.integer(2), entity) : entity, statement.integer(0)),
+             statement.integer(1)});
+    }
+    if (result != SQLITE_DONE) {
+        m_database->fail(error, "read");
+        return std::nullopt;
+    }
+    return versions;
+}
+
 std::optional<qint64> SQLitePersistentStore::count(const NSFetchRequest &request, NSError *error)
 {
     const std::lock_guard lock(m_mutex);

@@ -107,7 +107,11 @@ public:
 private:
     [[nodiscard]] qint64 keyOf(qint64 key, const NSEntityDescription *entity) const
     {
-        return key >= 0 ? key : m_result.permanentIDs.value(NSManagedObjectID(entity, key)).key();
+        if (key < 0 || m_hasMovedReserved) {
+            const NSManagedObjectID named(entity, key);
+            return m_result.permanentIDs.value(named, key < 0 ? NSManagedObjectID() : named).key();
+        }
+        return key;
     }
 
     bool done(SQLiteStatement &statement)
@@ -337,8 +341,7 @@ private:
     {
         const auto *entity = insertion.row->entity();
         for (const NSAttributeDescription &attribute : entity->attributes()) {
-            if (!attribute.isUnique || insertion.row->isNull(attribute.slot) ||
-                !insertion.temporaryID.isTemporaryID()) {
+            if (!attribute.isUnique || insertion.row->isNull(attribute.slot) || insertion.isReinsertion) {
                 continue;
             }
             SQLiteStatement statement =
@@ -356,6 +359,7 @@ private:
                     return true; // of this very save: its writer knows what it does
                 }
                 m_result.permanentIDs.insert(insertion.temporaryID, existing);
+                m_hasMovedReserved = m_hasMovedReserved || !insertion.temporaryID.isTemporaryID();
                 m_result.versions.insert(existing, statement.integer(1));
                 m_result.adoptedIDs.insert(existing);
                 *isAdopted = true;
@@ -468,6 +472,8 @@ private:
     const SaveRequest &m_request;
     SaveResult &m_result;
     QHash<const NSEntityDescription *, InsertPlan> m_insertPlans;
+    /// An identity reserved before became another writer's row, so that permanent keys have to be looked up too.
+    bool m_hasMovedReserved = false;
 };
 
 SaveResult SQLitePersistentStore::save(const SaveRequest &request)

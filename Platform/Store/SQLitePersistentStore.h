@@ -35,6 +35,7 @@ public:
     [[nodiscard]] std::optional<QList<StoredRow>> fetch(const NSFetchRequest &request, NSError *error) override;
     [[nodiscard]] std::optional<QList<NSManagedObjectID>> fetchIDs(const NSFetchRequest &request,
                                                                    NSError *error) override;
+    [[nodiscard]] std::optional<QList<RowVersion>> rowVersions(const QString &entityName, NSError *error) override;
     [[nodiscard]] std::optional<qint64> count(const NSFetchRequest &request, NSError *error) override;
     [[nodiscard]] std::optional<QList<QList<Value>>>
     fetchDictionaries(const NSFetchRequest &request, const QStringList &attributes, NSError *error) override;

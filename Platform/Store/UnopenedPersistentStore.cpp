@@ -32,6 +32,7 @@ public:
     {
         return refused(error);
     }
+    std::optional<QList<RowVersion>> rowVersions(const QString &, NSError *error) override { return refused(error); }
     std::optional<qint64> count(const NSFetchRequest &, NSError *error) override { return refused(error); }
     std::optional<QList<QList<Value>>> fetchDictionaries(const NSFetchRequest &, const QStringList &,
                                                          NSError *error) override
