@@ -3,6 +3,7 @@
 #include "Output.h"
 
 #include <Foundation/NSProgress.h>
+#include <Store/ExternalChangeRecorder.h>
 #include <Store/QBCoreDataStack.h>
 #include <Store/QBLocalDataMigrator.h>
 #include <Store/QBNotesPreferenceManager.h>
@@ -60,6 +61,7 @@ struct Session::Private
     QBNotesPreferenceManager preferences;
     std::shared_ptr<Opening> opening;
     std::unique_ptr<QBCoreDataStack> stack;
+    std::unique_ptr<ExternalChangeRecorder> recorder;
 };
 
 Session::Session()
@@ -71,6 +73,7 @@ Session::Session()
 Session::~Session()
 {
     QBCoreDataStack::setSharedStack(nullptr);
+    m_d->recorder.reset();
     m_d->stack.reset();
     QBNotesPreferenceManager::setSharedPreferenceManager(nullptr);
 }
@@ -98,6 +101,7 @@ QBCoreDataStack *Session::stack()
         return nullptr;
     }
     m_d->stack = std::move(stack);
+    m_d->recorder = std::make_unique<ExternalChangeRecorder>(*m_d->stack->managedObjectContext());
     return m_d->stack.get();
 }
 
@@ -148,6 +152,7 @@ QList<Ref<QBNote>> Session::notes(const QStringList &identifiers)
 bool Session::save()
 {
     m_d->stack->saveUsingCoalescence(/*coalescence=*/false);
+    m_d->recorder->endTurn();
     if (m_d->stack->saveError().isSet()) {
         complain(m_d->stack->saveError().localizedDescription());
         return false;
