@@ -184,6 +184,17 @@ std::optional<qint64> QBNoteTag::untrashedNotesCount() const
     return count;
 }
 
+bool QBNoteTag::isDerivedKey(const QString &key) const
+{
+    return key == "untrashedNotesCount"_L1;
+}
+
+quib::Value QBNoteTag::derivedValueForKey(const QString & /*key*/) const
+{
+    const auto count = untrashedNotesCount();
+    return count ? quib::Value(*count) : quib::Value();
+}
+
 QList<Ref<QBNote>> QBNoteTag::activeNotesWithSortDescriptors(const QList<NSSortDescriptor> &sortDescriptors) const
 {
     NSFetchRequest request;

@@ -106,6 +106,11 @@ public:
     /// Null for a top-level tag.
     [[nodiscard]] QString normalizedFatherTagName() const;
 
+protected:
+    /// "untrashedNotesCount", by which the tag list can be ordered.
+    [[nodiscard]] bool isDerivedKey(const QString &key) const override;
+    [[nodiscard]] quib::Value derivedValueForKey(const QString &key) const override;
+
 private:
     mutable QString m_componentsTitle; // the title that m_components were made of
     mutable QStringList m_components;

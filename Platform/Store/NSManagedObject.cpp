@@ -313,12 +313,13 @@ quib::KeyValueObject::KeyKind NSManagedObject::kindOfKey(const QString &key) con
     }
     const auto *relationship = entity()->relationshipNamed(key);
     if (relationship == nullptr) {
-        return KeyKind::Unknown;
+        return isDerivedKey(key) ? KeyKind::Attribute : KeyKind::Unknown;
     }
     return relationship->isToMany ? KeyKind::ToMany : KeyKind::ToOne;
 }
 
 Value NSManagedObject::attributeForKey(const QString &key) const
 {
-    return valueForKey(key);
+    return isAlive() && entity()->attributeNamed(key) == nullptr && isDerivedKey(key) ? derivedValueForKey(key)
+                                                                                      : valueForKey(key);
 }

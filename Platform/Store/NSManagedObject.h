@@ -70,6 +70,12 @@ protected:
     virtual void willSave() {}
     virtual void didSave() {}
 
+    // Keys that a subclass works out from others: orders and conditions on objects read them like attributes. No row
+    // holds them; a fetch ordered by one orders the objects that it found.
+    [[nodiscard]] virtual bool isDerivedKey(const QString & /*key*/) const { return false; }
+    /// Requires: isDerivedKey(key).
+    [[nodiscard]] virtual quib::Value derivedValueForKey(const QString & /*key*/) const { return {}; }
+
     // Access by slot, for generated classes. Reading fires the fault, and reads a lazy attribute when asked for.
     [[nodiscard]] QString stringAtSlot(int slot) const;
     [[nodiscard]] std::optional<NSDate> dateAtSlot(int slot) const;

@@ -214,10 +214,55 @@ void NSManagedObjectContext::Private::mergeInto(QList<StoredRow> *rows, QList<Re
     rows->swap(merged);
 }
 
+namespace {
+
+/// Each value is worked out once; equals keep the order of their keys.
+void orderObjects(QList<Ref<NSManagedObject>> &objects, const QList<NSSortDescriptor> &descriptors)
+{
+    struct Entry
+    {
+        Ref<NSManagedObject> object;
+        std::vector<quib::Value> values;
+    };
+    std::vector<Entry> entries;
+    entries.reserve(static_cast<size_t>(objects.size()));
+    for (const auto &object : std::as_const(objects)) {
+        Entry &entry = entries.emplace_back(Entry{object, {}});
+        for (const NSSortDescriptor &descriptor : descriptors) {
+            entry.values.push_back(descriptor.valueOfObject(*object));
+        }
+    }
+    std::stable_sort(entries.begin(), entries.end(), [&descriptors](const Entry &a, const Entry &b) {
+        for (qsizetype i = 0; i < descriptors.size(); ++i) {
+            const auto at = static_cast<size_t>(i);
+            if (const int order = descriptors[i].compareValue(a.values[at], b.values[at]); order != 0) {
+                return order < 0;
+            }
+        }
+        return false;
+    });
+    std::transform(entries.begin(), entries.end(), objects.begin(), [](const Entry &entry) { return entry.object; });
+}
+
+} // namespace
+
 std::optional<QList<Ref<NSManagedObject>>> NSManagedObjectContext::executeFetchRequest(const NSFetchRequest &request,
                                                                                        NSError *error)
 {
     m_d->assertQueue();
+    if (m_d->isOrderedByDerivedKey(request)) {
+        NSFetchRequest unordered = request;
+        unordered.sortDescriptors.clear();
+        unordered.fetchLimit = 0;
+        auto objects = executeFetchRequest(unordered, error);
+        if (objects) {
+            orderObjects(*objects, request.sortDescriptors);
+            if (request.fetchLimit > 0 && objects->size() > request.fetchLimit) {
+                objects->resize(request.fetchLimit);
+            }
+        }
+        return objects;
+    }
     processPendingChanges();
     auto rows = m_d->fetchRows(request, error);
     if (!rows) {
@@ -226,6 +271,27 @@ std::optional<QList<Ref<NSManagedObject>>> NSManagedObjectContext::executeFetchR
     auto objects = m_d->objectsForRows(std::move(*rows));
     m_d->prefetch(request, objects);
     return objects;
+}
+
+bool NSManagedObjectContext::Private::isOrderedByDerivedKey(const NSFetchRequest &request) const
+{
+    const auto *entity = self->managedObjectModel().entityNamed(request.entityName);
+    const auto isUnknown = [entity](const NSSortDescriptor &descriptor) {
+        return entity != nullptr && !descriptor.key().contains(u'.') &&
+               entity->attributeNamed(descriptor.key()) == nullptr &&
+               entity->relationshipNamed(descriptor.key()) == nullptr;
+    };
+    const auto unknown = std::find_if(request.sortDescriptors.begin(), request.sortDescriptors.end(), isUnknown);
+    if (unknown == request.sortDescriptors.end()) {
+        return false;
+    }
+    const auto factory = coordinator->factories().constFind(entity->name());
+    if (factory == coordinator->factories().constEnd()) {
+        return false;
+    }
+    // Only an object of the class can tell; this one belongs to no context and dies at once.
+    const Ref<NSManagedObject> sample((*factory)());
+    return Access::isDerivedKey(*sample, unknown->key());
 }
 
 QList<Ref<NSManagedObject>> NSManagedObjectContext::Private::objectsForRows(QList<StoredRow> rows)

@@ -73,6 +73,10 @@ struct NSManagedObjectAccess
     static void prepareForDeletion(NSManagedObject &object) { object.prepareForDeletion(); }
     static void willSave(NSManagedObject &object) { object.willSave(); }
     static void didSave(NSManagedObject &object) { object.didSave(); }
+    [[nodiscard]] static bool isDerivedKey(const NSManagedObject &object, const QString &key)
+    {
+        return object.isDerivedKey(key);
+    }
     [[nodiscard]] static NSManagedObject *makePlain() { return new NSManagedObject; }
     [[nodiscard]] static NSManagedObjectContext::Private &context(const NSManagedObject &object);
 
@@ -150,6 +154,8 @@ struct NSManagedObjectContext::Private
     void adoptPermanentIDs();
 
     // NSManagedObjectContext+Fetching.cpp
+    /// Whether the request orders by a key that the entity's class works out itself.
+    [[nodiscard]] bool isOrderedByDerivedKey(const NSFetchRequest &request) const;
     /// The object's row with every slot but lazy ones, where it was changed here; null where it was not.
     [[nodiscard]] quib::RowSnapshotRef changedRow(NSManagedObject &object);
     void mergeInto(QList<quib::StoredRow> *rows, QList<quib::Ref<NSManagedObject>> joining,
