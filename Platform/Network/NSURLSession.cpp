@@ -271,7 +271,10 @@ private:
     {
         if (QNetworkReply *const reply = std::exchange(m_reply, nullptr)) {
             m_receiver.reset();
-            reply->abort();
+            // One whose status tells of an error takes no second one; it ends its connection when it is deleted.
+            if (statusOf(*reply) < 400) {
+                reply->abort();
+            }
             reply->deleteLater();
         }
     }
