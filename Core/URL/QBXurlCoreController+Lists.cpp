@@ -5,12 +5,31 @@
 #include <Store/NSManagedObjectContext.h>
 #include <Text/NSStringHelpers.h>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using quib::Ref;
 using quib::reportFailure;
 using quib::reportSuccess;
 
 namespace {
+
+/// A search of more terms is answered by an error: no one types it, and each term is a condition of its own.
+constexpr qsizetype kMostSearchTerms = 1'000;
+
+/// The condition of a search line; null for a blank one.
+/// Errors: nothing for one that no condition is made of.
+std::optional<NSPredicate::Ref> predicateOfSearch(const QString &search)
+{
+    const auto ends =
+        std::count_if(search.cbegin(), search.cend(), [](QChar unit) { return unit.isSpace() || unit == u'"'; });
+    if (ends >= kMostSearchTerms) {
+        return std::nullopt;
+    }
+    auto predicate = QBNoteSearchManager::predicateForSearchString(search);
+    const bool isBlank = quib::trimmedWhitespaceAndNewlines(search).isEmpty();
+    return predicate || isBlank ? std::optional(std::move(predicate)) : std::nullopt;
+}
 
 /// The condition of a list and that of a search, joined as text: an OR at the top of the search reaches over the AND
 /// that joins them, and lets in what the list leaves out.
@@ -138,12 +157,11 @@ void QBXurlCoreController::handleList(const NSFetchRequest &request, const Param
     }
     // 4. The list's notes.
     NSFetchRequest searched = request;
-    if (const auto predicate = QBNoteSearchManager::predicateForSearchString(search)) {
-        searched.predicate = joinedPredicate(request.predicate->predicateFormat(), predicate->predicateFormat());
-    } else if (!quib::trimmedWhitespaceAndNewlines(search).isEmpty()) {
-        searched.predicate = nullptr; // a search that no condition could be made of
+    const auto terms = predicateOfSearch(search);
+    if (terms && *terms) {
+        searched.predicate = joinedPredicate(request.predicate->predicateFormat(), (*terms)->predicateFormat());
     }
-    const auto notes = searched.predicate ? moc().fetch<QBNote>(searched) : std::nullopt;
+    const auto notes = terms && searched.predicate ? moc().fetch<QBNote>(searched) : std::nullopt;
     if (!notes) {
         reportFailure(failure, ErrorCode::Internal, quib::kResultsNotFetched);
         return;
@@ -176,11 +194,12 @@ void QBXurlCoreController::handleSearch(const Parameters &parameters, const IACS
     }
     // A blank term finds all notes; one that no condition can be made of finds none.
     const QString shown = u"archived == NO AND trashed == NO"_s;
-    const auto terms = QBNoteSearchManager::predicateForSearchString(term);
-    const bool isBlank = quib::trimmedWhitespaceAndNewlines(term).isEmpty();
-    const auto predicate = terms || isBlank ? (terms ? joinedPredicate(terms->predicateFormat(), shown)
-                                                     : NSPredicate::predicateWithFormat(shown))
-                                            : nullptr;
+    const auto terms = predicateOfSearch(term);
+    NSPredicate::Ref predicate;
+    if (terms) {
+        predicate =
+            *terms ? joinedPredicate((*terms)->predicateFormat(), shown) : NSPredicate::predicateWithFormat(shown);
+    }
     const auto notes = predicate ? notesMatching(predicate, tag, moc()) : std::nullopt;
     if (!notes) {
         reportFailure(failure, ErrorCode::Internal, quib::kResultsNotFetched);
