@@ -1,8 +1,10 @@
 #include "QBXurlCoreController.h"
 #include "XurlReports.h"
 
+#include <Search/Lists/QBStaticSidebarItem.h>
 #include <Search/QBNoteSearchManager.h>
 #include <Store/NSManagedObjectContext.h>
+#include <Store/QBCoreDataStack.h>
 #include <Text/NSStringHelpers.h>
 
 #include <algorithm>
@@ -39,11 +41,10 @@ NSPredicate::Ref joinedPredicate(const QString &front, const QString &back)
     return NSPredicate::predicateWithFormat(QString(front % u" AND " % back));
 }
 
-NSFetchRequest requestOf(const QString &condition)
+/// The request of one of the sidebar's lists.
+template <typename Item> NSFetchRequest requestOfItem(const QBCoreDataStack &stack)
 {
-    NSFetchRequest request{.entityName = QBNote::entityName()};
-    request.predicate = NSPredicate::predicateWithFormat(QString(u"trashed == NO AND archived == NO AND " % condition));
-    return request;
+    return *Item::sidebarItemWithManagedObjectContext(stack.managedObjectContext())->notesFetchRequest();
 }
 
 /// The notes of the tag, or all of the store, that meet a condition.
@@ -118,20 +119,19 @@ void QBXurlCoreController::handleArchive(const Parameters &parameters, const IAC
 void QBXurlCoreController::handleUntagged(const Parameters &parameters, const IACSuccessBlock &success,
                                           const IACFailureBlock &failure, const UpdateList &updateInterface)
 {
-    handleList(requestOf(u"tags.@count == 0"_s), parameters, success, failure, updateInterface);
+    handleList(requestOfItem<QBUntaggedSidebarItem>(m_stack), parameters, success, failure, updateInterface);
 }
 
 void QBXurlCoreController::handleToday(const Parameters &parameters, const IACSuccessBlock &success,
                                        const IACFailureBlock &failure, const UpdateList &updateInterface)
 {
-    handleList(requestOf(QBNoteSearchManager::predicateStringForSpecialSearch(u"@today"_s)), parameters, success,
-               failure, updateInterface);
+    handleList(requestOfItem<QBTodaySidebarItem>(m_stack), parameters, success, failure, updateInterface);
 }
 
 void QBXurlCoreController::handleTodo(const Parameters &parameters, const IACSuccessBlock &success,
                                       const IACFailureBlock &failure, const UpdateList &updateInterface)
 {
-    handleList(requestOf(u"todoIncompleted > 0"_s), parameters, success, failure, updateInterface);
+    handleList(requestOfItem<QBTodoSidebarItem>(m_stack), parameters, success, failure, updateInterface);
 }
 
 void QBXurlCoreController::handleList(const NSFetchRequest &request, const Parameters &parameters,
