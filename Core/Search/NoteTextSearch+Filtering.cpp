@@ -47,15 +47,20 @@ struct NoteTextSearch::Condition
 
 std::shared_ptr<const RowKeySet> NoteTextSearch::storedRows(const PredicateNodeRef &node, NSError *error)
 {
-    if (m_storedRowsCounter != m_changeCounter || m_storedRows.size() >= kMostStoredRows) {
+    auto &store = *m_context.persistentStoreCoordinator()->persistentStore();
+    const auto counter = store.changeCounter(error);
+    if (!counter) {
+        return nullptr;
+    }
+    if (m_storedRowsCounter != *counter || m_storedRows.size() >= kMostStoredRows) {
         m_storedRows.clear();
-        m_storedRowsCounter = m_changeCounter;
+        m_storedRowsCounter = *counter;
     }
     NSFetchRequest request{.entityName = m_entity->name()};
     request.predicate = std::make_shared<const NSPredicate>(node);
     std::shared_ptr<const RowKeySet> &rows = m_storedRows[request.predicate->predicateFormat()];
     if (rows == nullptr) {
-        const auto identities = m_context.persistentStoreCoordinator()->persistentStore()->fetchIDs(request, error);
+        const auto identities = store.fetchIDs(request, error);
         if (!identities) {
             return nullptr;
         }
@@ -119,11 +124,19 @@ std::optional<NoteTextSearch::Condition> NoteTextSearch::joinedCondition(const P
 std::optional<std::vector<NSManagedObject *>> NoteTextSearch::objectsMatching(std::span<NSManagedObject *const> objects,
                                                                               const NSPredicate::Ref &predicate)
 {
-    if (!m_isFilled || predicate == nullptr || !catchUp(nullptr)) {
+    if (predicate == nullptr) {
         return std::nullopt;
     }
     // The tree is shared with the predicate; a handle that owns nothing stands for its root.
-    const auto condition = conditionForNode(PredicateNodeRef(predicate, &predicate->root()), nullptr);
+    const PredicateNodeRef root(predicate, &predicate->root());
+    std::optional<Condition> condition;
+    if (!m_isFilled) {
+        if (auto rows = storedRows(root, nullptr)) {
+            condition = Condition{.rows = std::move(rows)};
+        }
+    } else if (catchUp(nullptr)) {
+        condition = conditionForNode(root, nullptr);
+    }
     if (!condition) {
         return std::nullopt;
     }

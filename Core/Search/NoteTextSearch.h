@@ -39,7 +39,8 @@ public:
                                                                                  NSError *error = nullptr);
     /// The notes that meet the predicate, in their order: those that asking each would give, without asking each. Notes
     /// with unsaved changes are asked; of all others the arena and the store know.
-    /// Shape:   nullopt where each has to be asked: before the arena is filled, or when the store fails.
+    /// Before the arena is filled the store answers terms as well, more slowly.
+    /// Shape:   nullopt where each has to be asked, because the store fails.
     [[nodiscard]] std::optional<std::vector<NSManagedObject *>>
     objectsMatching(std::span<NSManagedObject *const> objects, const NSPredicate::Ref &predicate);
     [[nodiscard]] const FoldedTextArena &arena() const { return m_arena; }

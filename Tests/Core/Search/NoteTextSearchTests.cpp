@@ -91,11 +91,9 @@ protected:
             }
         }
         const auto filtered = m_search->objectsMatching(objects, predicate);
-        ASSERT_EQ(filtered.has_value(), m_search->isFilled());
-        if (filtered) {
-            EXPECT_EQ(*filtered, expected) << query.toStdString();
-            m_filtered += static_cast<qint64>(filtered->size());
-        }
+        ASSERT_TRUE(filtered);
+        EXPECT_EQ(*filtered, expected) << query.toStdString();
+        m_filtered += static_cast<qint64>(filtered->size());
     }
 
     quib::tests::TestSeed m_seed;
