@@ -7,6 +7,7 @@
 #include <Foundation/DispatchQueue.h>
 #include <Logging/QBDeviceInfoLogger.h>
 #include <Logging/QBLogger.h>
+#include <Store/ExternalChangeMonitor.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBCoreDataStack.h>
 #include <Store/QBLocalDataMigrator.h>
@@ -17,6 +18,7 @@
 #include <Store/QBNoteTag.h>
 #include <Store/QBNotesPreferenceManager.h>
 #include <URL/QBSendToQuibService.h>
+#include <URL/QBURLPasteboard.h>
 #include <URL/QBXurlActions.h>
 
 #include <QDirIterator>
@@ -59,7 +61,7 @@ void QBAppDelegate::applicationWillFinishLaunching()
     setupTheme();
     // 5. Without the data there is no store: one made beside it would hide it.
     if (!isDataInPlace) {
-        m_hasFailedToMigrate = true;
+        markAsFailed();
         alertUserThatMigrationFailed();
         return;
     }
@@ -118,7 +120,7 @@ void QBAppDelegate::coreDataStackDidInitializeManagedObjectContext(QBCoreDataSta
 {
     if (m_services.stack.openError().isSet()) {
         // The contexts of a store that could not be opened keep nothing: whoever wrote into them would lose it.
-        m_hasFailedToMigrate = true;
+        markAsFailed();
         m_services.application.showAlert(
             {.messageText = u"Something went wrong"_s,
              .informativeText =
@@ -157,7 +159,7 @@ void QBAppDelegate::coreDataStackDidEndMigration(QBCoreDataStack & /*coreDataSta
     }
     dropLoadingWindow();
     if (migrationError.isSet()) {
-        m_hasFailedToMigrate = true;
+        markAsFailed();
         alertUserThatMigrationFailed();
     }
     if (m_mainWindowController != nullptr) {
@@ -170,6 +172,14 @@ void QBAppDelegate::dropLoadingWindow()
     if (m_loadingWindowController) {
         m_loadingWindowController->orderOut();
         m_loadingWindowController.reset();
+    }
+}
+
+void QBAppDelegate::markAsFailed()
+{
+    m_hasFailedToMigrate = true;
+    if (const auto tell = std::exchange(m_storeDidFail, nullptr)) {
+        tell();
     }
 }
 
@@ -196,6 +206,7 @@ void QBAppDelegate::setupLaunch()
     const auto &context = m_services.stack.managedObjectContext();
     // 2. Whoever notices what others write: attachments on disk, rows in the store.
     m_localFileWatcher = std::make_unique<QBLocalFileWatcher>(context);
+    m_externalChangeMonitor = std::make_unique<quib::ExternalChangeMonitor>(m_services.stack);
     if (m_mainWindowController != nullptr) {
         // 3. The lists are filled.
         m_mainWindowController->setManagedObjectContext(context);
@@ -308,6 +319,21 @@ void QBAppDelegate::executeDelayedUntilMocIsReadyBlocks()
 }
 
 // Being looked at
+
+void QBAppDelegate::applicationDidBecomeActive()
+{
+    if (!m_services.preferences.autograbURLTitles()) {
+        return;
+    }
+    if (!m_generalPasteboard) {
+        auto pasteboard = m_services.application.generalPasteboard();
+        if (!pasteboard) {
+            return;
+        }
+        m_generalPasteboard = std::make_unique<QBURLPasteboard>(std::move(pasteboard));
+    }
+    m_generalPasteboard->fixURLWithoutTitle();
+}
 
 bool QBAppDelegate::applicationShouldHandleReopen()
 {

@@ -16,13 +16,17 @@
 #include <vector>
 
 class IACManager;
-class NSPasteboard;
 class QBCoreDataStack;
 class QBLocalFileWatcher;
 class QBMainWindowInterface;
 class QBNotesPreferenceManager;
 class QBSendToQuibService;
+class QBURLPasteboard;
 class QBXurlActions;
+
+namespace quib {
+class ExternalChangeMonitor;
+}
 
 /// What the delegate works with. All of it is made by the process, or by a test, and outlives the delegate.
 struct QBAppServices
@@ -57,6 +61,9 @@ public:
     /// calls do nothing. Always gives true; nothing is waited for.
     bool applicationShouldTerminate();
 
+    /// Called once, when it is known that there will be no store: what is parked then stays parked for ever.
+    void setStoreDidFail(std::function<void()> storeDidFail) { m_storeDidFail = std::move(storeDidFail); }
+
     // The gate
 
     /// Runs the callback now if the store is open, else after the launch, behind those that came before it.
@@ -83,6 +90,8 @@ public:
 
     // Being looked at
 
+    /// Looks for the title of a link that was copied elsewhere, if the user wants that.
+    void applicationDidBecomeActive();
     /// The program's icon was chosen while it runs. Always gives true.
     bool applicationShouldHandleReopen();
     /// Dark is what the desktop asks for.
@@ -140,6 +149,7 @@ private:
     void setupFirstLaunch();
     void alertUserThatMigrationFailed();
     void dropLoadingWindow();
+    void markAsFailed();
 
     // Preference changes
     void observe(const QString &keyPath, void (QBAppDelegate::*changed)());
@@ -159,9 +169,12 @@ private:
     std::unique_ptr<QBLoadingWindowInterface> m_loadingWindowController; ///< while the store is migrated
     std::vector<std::function<void()>> m_delayedUntilMocIsReadyBlocks;
     std::unique_ptr<QBLocalFileWatcher> m_localFileWatcher;
+    std::unique_ptr<quib::ExternalChangeMonitor> m_externalChangeMonitor;
     std::unique_ptr<QBXurlActions> m_xurlController;
     std::unique_ptr<QBSendToQuibService> m_servicesProvider;
+    std::unique_ptr<QBURLPasteboard> m_generalPasteboard; ///< made when it is first looked at
     std::vector<quib::ObservationToken> m_observers;
+    std::function<void()> m_storeDidFail;
     bool m_isRunning = false;
     bool m_hasFailedToMigrate = false;
     bool m_appOpenedFromXCallback = false;

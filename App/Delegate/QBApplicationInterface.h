@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 
+class NSPasteboard;
 class QBMainWindowInterface;
 
 /// A question or a message to the user.
@@ -43,6 +44,9 @@ public:
     [[nodiscard]] virtual QString keyEditorNoteTitle() const = 0;
 
     // The application among others
+
+    /// What was copied last, in any program; null where there is no clipboard.
+    [[nodiscard]] virtual std::shared_ptr<NSPasteboard> generalPasteboard() = 0;
 
     /// Makes the application the active one.
     virtual void activate() = 0;

@@ -7,6 +7,8 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace quib {
@@ -37,6 +39,7 @@ QuibProcess::QuibProcess(std::unique_ptr<QBApplicationInterface> interface, IACM
                                                                .callbacks = *m_callbacks,
                                                                .themes = m_themes,
                                                                .resourcesFolder = resourcesFolder()});
+    m_delegate->setStoreDidFail([this] { refuseParked(); });
 }
 
 QuibProcess::~QuibProcess()
@@ -70,11 +73,14 @@ bool QuibProcess::terminate(NSError *error)
 void QuibProcess::serve(const InstanceRequest &request, Done done)
 {
     if (m_delegate->hasFailedToMigrate()) {
-        // Opened files stay parked as they would be anyway; whoever waits is told.
-        done(NSError(kErrorDomain, 1, u"Quib could not open its notes, and takes nothing"_s));
+        done(noStoreError());
         return;
     }
-    m_delegate->delayUntilManagedObjectContextIsReady([this, request, done = std::move(done)] {
+    const auto waiting = std::make_shared<Done>(std::move(done));
+    if (!m_delegate->isRunning()) {
+        m_parked.push_back(waiting);
+    }
+    m_delegate->delayUntilManagedObjectContextIsReady([this, request, waiting] {
         NSError error;
         bool isServed = true;
         switch (request.kind) {
@@ -93,8 +99,22 @@ void QuibProcess::serve(const InstanceRequest &request, Done done)
             isServed = serveSend(request, &error);
             break;
         }
-        done(isServed ? NSError() : error);
+        std::exchange(*waiting, nullptr)(isServed ? NSError() : error);
     });
+}
+
+void QuibProcess::refuseParked()
+{
+    for (const auto &waiting : std::exchange(m_parked, {})) {
+        if (const Done done = std::exchange(*waiting, nullptr)) {
+            done(noStoreError());
+        }
+    }
+}
+
+NSError QuibProcess::noStoreError()
+{
+    return {kErrorDomain, 1, u"Quib could not open its notes, and takes nothing"_s};
 }
 
 void QuibProcess::serveOpen(const QStringList &uris)

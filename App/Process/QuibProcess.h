@@ -12,6 +12,7 @@
 #include <URL/IACManager.h>
 
 #include <memory>
+#include <vector>
 
 namespace quib {
 
@@ -42,6 +43,9 @@ public:
     static constexpr QLatin1StringView kErrorDomain{"QuibProcess"};
 
 private:
+    /// Tells all who wait that there will be no store.
+    void refuseParked();
+    [[nodiscard]] static NSError noStoreError();
     void serveOpen(const QStringList &uris);
     [[nodiscard]] bool serveAction(const QString &action, const QString &argument, NSError *error);
     [[nodiscard]] bool serveSend(const InstanceRequest &request, NSError *error);
@@ -54,6 +58,8 @@ private:
     ThemeLoader m_themes;
     std::shared_ptr<IACManager> m_callbacks;
     std::shared_ptr<QBAppDelegate> m_delegate;
+    /// Who waits for a request that is parked; emptied by whoever answers first.
+    std::vector<std::shared_ptr<Done>> m_parked;
 };
 
 } // namespace quib

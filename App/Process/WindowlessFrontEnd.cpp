@@ -58,6 +58,7 @@ public:
     }
     [[nodiscard]] QString keyEditorNoteTitle() const override { return u""_s; }
 
+    [[nodiscard]] std::shared_ptr<NSPasteboard> generalPasteboard() override { return nullptr; }
     void activate() override {}
     void bringAllWindowsForward() override {}
     void openWebsite(const QUrl &url) override { reportIfFailed(openWithDesktop(url), url); }

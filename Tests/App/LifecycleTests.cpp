@@ -196,6 +196,10 @@ TEST_F(Lifecycle, AFailedMigrationLeavesTheStoreAsItWasAndServesNothing)
     process->launch();
     bool isServed = false;
     delegate().delayUntilManagedObjectContextIsReady([&isServed] { isServed = true; });
+    QStringList answers;
+    process->serve({.kind = InstanceRequest::Kind::SendText, .text = "parked"},
+                   [&answers](const NSError &refusal) { answers.append(refusal.localizedDescription()); });
+    EXPECT_TRUE(answers.isEmpty());
     wait([this] { return delegate().hasFailedToMigrate(); });
     EXPECT_FALSE(delegate().isRunning());
     EXPECT_EQ(contents(path), before);
@@ -212,7 +216,8 @@ TEST_F(Lifecycle, AFailedMigrationLeavesTheStoreAsItWasAndServesNothing)
     bool isTold = false;
     process->serve({.kind = InstanceRequest::Kind::SendText, .text = "text"},
                    [&isTold](const NSError &refusal) { isTold = refusal.isSet(); });
-    EXPECT_TRUE(isTold) << "who waits for an answer gets one";
+    EXPECT_TRUE(isTold) << "who asks too late is told at once";
+    EXPECT_EQ(answers, QStringList{u"Quib could not open its notes, and takes nothing"_s}) << "and who waited as well";
     EXPECT_TRUE(process->terminate(&error));
     EXPECT_EQ(application->takeSteps(), (QStringList{u"alpha 0"_s, u"front"_s, u"invalidate state"_s}));
     EXPECT_FALSE(isServed);

@@ -3,6 +3,7 @@
 #include <Delegate/QBApplicationInterface.h>
 #include <Delegate/QBMainWindowInterface.h>
 
+#include <Foundation/NSPasteboard.h>
 #include <Store/QBNote.h>
 #include <Store/QBNoteFile.h>
 #include <Store/QBNoteTag.h>
@@ -127,6 +128,7 @@ public:
         answered(button);
     }
     [[nodiscard]] QString keyEditorNoteTitle() const override { return title; }
+    [[nodiscard]] std::shared_ptr<NSPasteboard> generalPasteboard() override { return pasteboard; }
     void activate() override { steps.append(QStringLiteral("activate")); }
     void bringAllWindowsForward() override { steps.append(QStringLiteral("all forward")); }
     void openWebsite(const QUrl &url) override { steps.append(QStringLiteral("website ") + url.toString()); }
@@ -141,6 +143,7 @@ public:
 
     QStringList steps;
     RecordingWindow window{steps};
+    std::shared_ptr<InMemoryPasteboard> pasteboard = std::make_shared<InMemoryPasteboard>();
     bool hasWindow = true;
     bool isVisible = true;
     int button = kNoButton;

@@ -3,10 +3,14 @@
 #include "AppFixture.h"
 
 #include <Logging/QBLogger.h>
+#include <URL/QBURLPasteboard.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHostAddress>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QUrlQuery>
 
 using namespace Qt::StringLiterals;
@@ -193,6 +197,31 @@ TEST_F(Requests, TheIconBringsTheWindowBackWhereNoneIsVisible)
     application->isVisible = false;
     EXPECT_TRUE(delegate().applicationShouldHandleReopen());
     EXPECT_EQ(application->takeSteps(), QStringList{u"key and front"_s});
+}
+
+TEST_F(Requests, ACopiedLinkIsLookedUpOnlyIfTheUserWantsThat)
+{
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    QObject::connect(&server, &QTcpServer::newConnection, &server, [&server] {
+        QTcpSocket *socket = server.nextPendingConnection();
+        socket->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 29\r\nConnection: close\r\n\r\n"
+                      "<title>A page of ours</title>");
+        socket->disconnectFromHost();
+    });
+    const QString link = u"http://127.0.0.1:%1/page"_s.arg(server.serverPort());
+    application->pasteboard->setString(link, NSPasteboardTypeString);
+    auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+    const auto isTakenUp = [this] {
+        return application->pasteboard->types().contains(QBURLPasteboard::kURLAlreadyParsedType);
+    };
+    preferences->setAutograbURLTitles(false);
+    delegate().applicationDidBecomeActive();
+    EXPECT_FALSE(isTakenUp());
+    preferences->setAutograbURLTitles(true);
+    delegate().applicationDidBecomeActive();
+    wait(isTakenUp);
+    EXPECT_EQ(application->pasteboard->stringForType(QBURLPasteboard::kURLNameType), u"A page of ours"_s);
 }
 
 TEST_F(Requests, AnActivityIsContinuedWithItsListAndItsNote)
