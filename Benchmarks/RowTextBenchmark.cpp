@@ -19,6 +19,7 @@
 #include <Themes/QBNotesAppThemeManager.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
+#include <QCoreApplication>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
