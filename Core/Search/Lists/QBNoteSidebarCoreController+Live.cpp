@@ -61,7 +61,10 @@ void QBNoteSidebarCoreController::controllerDidProgressivelyChangeObject(
     const qint64 to = shifted(newProgressiveIndex);
     Pointer item;
     if (forProgressiveChangeType == MRTChangeType::Insert) {
-        item = QBTagSidebarItem::initWithTag(Ref<QBNoteTag>(&tag), nullptr, m_keyValueStore);
+        // What is below a root that comes back may have been announced already.
+        const auto tagItem = QBTagSidebarItem::initWithTag(Ref<QBNoteTag>(&tag), nullptr, m_keyValueStore);
+        tagItem->updateChilds();
+        item = tagItem;
         m_sidebarItems.insert(to, item);
     } else {
         item = m_sidebarItems.takeAt(from);

@@ -58,6 +58,8 @@ public:
     /// Looks up on a queue of its own which fixed entries have notes; the answer arrives on the main queue. Called for
     /// every change of a note; calls while an answer is on its way make one more look-up.
     void updateStaticSidebarItemStatus();
+    /// Whether an answer is on its way.
+    [[nodiscard]] bool isLookingUpStatus() const { return m_isLookingUpStatus; }
 
 private:
     void setupContent();
