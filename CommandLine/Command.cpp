@@ -78,12 +78,18 @@ QList<Command> makeCommands()
          .arguments = {},
          .summary = u"List notes, one a line: identifier, date of the last change, marks (* pinned, t in the trash, "
                     u"a archived, ! in conflict), title."_s,
-         .example = u"quibctl list --in tag:work/projects --limit 10"_s,
+         .example = u"quibctl list --in tag:work/projects --limit 10\n"
+                    u"quibctl list --in today --watch        one JSON line a change, until interrupted"_s,
          .options = {{u"in"_s,
-                      u"One of notes (the default), untagged, todo, archive, trash, conflicts, all, tag:NAME."_s,
+                      u"One of notes (the default), untagged, todo, today, archive, trash, conflicts, all, tag:NAME."_s,
                       u"LIST"_s},
                      {u"search"_s, u"Only notes that the query finds."_s, u"QUERY"_s},
                      {u"limit"_s, u"At most N notes."_s, u"N"_s},
+                     {u"watch"_s,
+                      u"Go on and print each change of the list as a JSON line: first {\"change\":\"initial\","
+                      u"\"notes\":[...]}, then \"insert\", \"delete\", \"move\" or \"update\" with \"index\" before "
+                      u"all changes "
+                      u"of one moment, \"newIndex\" after them, and \"note\"."_s},
                      kJson},
          .run = runList},
         {.name = u"search"_s,
