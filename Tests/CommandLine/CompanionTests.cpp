@@ -286,3 +286,16 @@ TEST(Companion, LeavesNoRowsWhereNoApplicationRuns)
     }
     quib::Profile::setRoot({});
 }
+
+TEST(Companion, ListsTodayAndRefusesALimitOnAWatch)
+{
+    const QuibctlRunner quibctl;
+    const QString identifier = quibctl.done({u"new"_s}, "a");
+    EXPECT_TRUE(quibctl.done({u"list"_s, u"--in"_s, u"today"_s}).startsWith(identifier));
+    EXPECT_EQ(quibctl.run({u"list"_s, u"--watch"_s, u"--limit"_s, u"3"_s}).exitStatus, 2);
+    EXPECT_EQ(quibctl.run({u"list"_s, u"--watch"_s, u"--in"_s, u"nowhere"_s}).exitStatus, 2);
+    for (const QString &shell : {u"bash"_s, u"zsh"_s, u"fish"_s}) {
+        EXPECT_TRUE(quibctl.done({u"completion"_s, shell}).contains(u"watch"_s)) << shell.toStdString();
+    }
+    EXPECT_TRUE(quibctl.done({u"manual"_s}).contains(u"watch"_s));
+}

@@ -149,6 +149,29 @@ TEST_F(FileWatcherTest, DoesNotFollowLinks)
     EXPECT_EQ(clock.waitingTimers(), 0U);
 }
 
+TEST_F(FileWatcherTest, OfTheRootAloneTellsNothingBelow)
+{
+    folder.write(u"below/f.txt"_s, "1");
+    const FileWatcher rootOnly(
+        folder.path(), kLatency, [this](const QStringList &folders) { told.append(folders); },
+        FileWatcher::Depth::RootOnly);
+    ASSERT_TRUE(rootOnly.isComplete());
+    folder.write(u"below/f.txt"_s, "2");
+    folder.write(u"later/g.txt"_s, "1");
+    pollfd waiting{rootOnly.descriptor(), POLLIN, 0};
+    ASSERT_EQ(::poll(&waiting, 1, kPatience), 1) << "a folder that comes is told by the system";
+    QCoreApplication::processEvents();
+    clock.advance(kLatency);
+    EXPECT_TRUE(told.isEmpty());
+
+    folder.write(u"h.txt"_s, "1");
+    ASSERT_EQ(::poll(&waiting, 1, kPatience), 1);
+    QCoreApplication::processEvents();
+    clock.advance(kLatency);
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_EQ(told.constFirst(), QStringList{QDir(folder.path()).absolutePath()});
+}
+
 TEST_F(FileWatcherTest, EndsWithoutTellingAndMayEndWhileTelling)
 {
     folder.write(u"a/f.txt"_s, "1");
