@@ -1,12 +1,13 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <functional>
+#include <memory>
 
 QT_BEGIN_NAMESPACE
 class QSocketNotifier;
 QT_END_NAMESPACE
-
-#include <memory>
 
 namespace quib {
 
