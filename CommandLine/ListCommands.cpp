@@ -6,6 +6,7 @@
 
 #include <Store/QBCoreDataStack.h>
 #include <Store/QBNote.h>
+#include <Store/QBNoteTag.h>
 
 #include <QCommandLineParser>
 #include <QJsonArray>
@@ -50,6 +51,10 @@ ExitStatus listNotes(Session &session, const QCommandLineParser &parser, const Q
         complain(error.localizedDescription());
         return ExitStatus::Failed;
     }
+    // Held, so that each tag is read once for all its notes.
+    const auto tags = parser.isSet(u"json"_s)
+                          ? context->fetch<QBNoteTag>({.entityName = QBNoteTag::entityName()}, &error)
+                          : std::nullopt;
     QJsonArray array;
     for (const auto &note : *notes) {
         if (parser.isSet(u"json"_s)) {

@@ -66,6 +66,7 @@ std::optional<NSFetchRequest> requestForList(const QString &list, const QString 
     }
     NSFetchRequest request = *model;
     request.propertiesToFetch.clear(); // all of them are printed
+    request.relationshipKeyPathsForPrefetching = {QBNoteRelationships::tags, QBNoteRelationships::files};
     if (!item) {
         request.predicate = condition;
     }

@@ -103,13 +103,15 @@ public:
             return ExitStatus::Failed;
         }
         m_controller.setDelegate(this);
-        QJsonArray notes;
+        m_tags = m_context.fetch<QBNoteTag>({.entityName = QBNoteTag::entityName()}).value_or(QList<Ref<QBNoteTag>>());
+        // Note by note: of a large library, no second copy is made.
+        print(u"{\"change\":\"initial\",\"notes\":["_s);
         for (qint64 i = 0; i < m_controller.count(); ++i) {
             const auto note = m_controller.objectAtIndex<QBNote>(i);
             m_identifiers.insert(note.get(), note->uniqueIdentifier());
-            notes.append(jsonForNote(*note, /*withText=*/false));
+            print((i == 0 ? QString() : u","_s) + compact(jsonForNote(*note, /*withText=*/false)));
         }
-        tell({{u"change"_s, u"initial"_s}, {u"notes"_s, notes}});
+        end(u"]}"_s);
 
         // An interruption is the usual end, and no failure.
         sigset_t signals;
@@ -144,7 +146,7 @@ public:
             line.insert(u"newIndex"_s, newIndex);
             line.insert(u"note"_s, jsonForNote(note, /*withText=*/false));
         }
-        tell(line);
+        end(compact(line));
     }
 
 private:
@@ -175,9 +177,15 @@ private:
         });
     }
 
-    void tell(const QJsonObject &line)
+    static QString compact(const QJsonObject &object)
     {
-        printLine(QString::fromUtf8(QJsonDocument(line).toJson(QJsonDocument::Compact)));
+        return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    }
+
+    /// Prints the end of a line, or a whole one, for its reader to have at once.
+    void end(const QString &line)
+    {
+        printLine(line);
         if (!flushOutput()) {
             m_isReaderThere = false;
             m_loop.quit();
@@ -189,6 +197,7 @@ private:
     StoreWatch m_watch;
     std::array<RowComparison, 3> m_comparisons;
     MRTFetchedResultsController m_controller;
+    QList<Ref<QBNoteTag>> m_tags;                          ///< held, so that each is read once for all its notes
     QHash<const NSManagedObject *, QString> m_identifiers; ///< of the listed notes
     std::unique_ptr<TimerToken> m_rest;                    ///< set while the next comparison has to wait
     bool m_isDue = false;
