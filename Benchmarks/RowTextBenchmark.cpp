@@ -3,7 +3,7 @@
 // Workloads (one note of 1 MB; unit: seconds a row):
 //   the row's text with a snippet, for a word at the text's end, one that is nowhere, one met everywhere, an accented
 //   one, a phrase, two words; the same row once more, which was kept; the row of a note whose text was not read yet.
-// Baseline, in the same run: a search of the note's folded text to its end.
+// Baseline, in the same run: a search of the note's folded text to its end; of two words, a search for each.
 
 #include <Support/CorpusGenerator.h>
 #include <Support/Measure.h>
@@ -52,6 +52,10 @@ int main(int argc, char **argv)
         u"%1 units, %2 bytes folded; the baseline is a search of the folded text for zanzibar"_s.arg(text.size())
             .arg(arena.sizeInBytes()));
     const Timing search = measure([&] { keep(arena.keysOfTextsContaining(u"zanzibar")); });
+    const Timing twoSearches = measure([&] {
+        keep(arena.keysOfTextsContaining(u"zanzibar"));
+        keep(arena.keysOfTextsContaining(u"zqqzzq"));
+    });
     QBNoteTableCellTextRenderer renderer(&theme, &textTheme);
     const QList<std::pair<QString, QString>> searches{
         {u"a word at the end"_s, u"zanzibar"_s},         {u"a word that is nowhere"_s, u"zqqzzq"_s},
@@ -61,7 +65,7 @@ int main(int argc, char **argv)
         const Timing row =
             measure([&, term = searched] { keep(renderer.noteTableCellAttributedStringForNote(*note, term).length()); },
                     {}, [&] { renderer.emptyCache(); });
-        report.addTime(label, row, search, 3);
+        report.addTime(label, row, searched.contains(u' ') && !searched.startsWith(u'"') ? twoSearches : search, 3);
     }
     const Timing kept =
         measure([&] { keep(renderer.noteTableCellAttributedStringForNote(*note, u"zanzibar"_s).length()); });

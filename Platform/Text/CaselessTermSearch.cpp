@@ -39,6 +39,9 @@ QString unitsOf(char32_t codePoint)
     return units;
 }
 
+/// A term with more is tried at every place.
+constexpr size_t kMostOddities = 8;
+
 /// What case folding does to code points, turned round. Made once, of those that have case: no other folds.
 struct FoldTable
 {
@@ -302,17 +305,41 @@ __attribute__((target("avx2"))) NSRange CaselessTermSearch::findWide(QStringView
     const __m256i firstValue = spreadOut(m_first.value);
     const __m256i secondSpread = spreadOut(m_second.spread);
     const __m256i secondValue = spreadOut(m_second.value);
+    __m256i oddities[kMostOddities];
+    const size_t oddityCount = std::min(m_oddities.size(), kMostOddities);
+    for (size_t i = 0; i < oddityCount; ++i) {
+        oddities[i] = spreadOut(m_oddities[i]);
+    }
     qint64 verified = 0; // no match begins before
     qint64 place = 0;
     // A match that begins before the limit may hold an oddity behind it.
     for (; place + ahead <= size && place - m_reach < limit; place += kWidth) {
+        // OPTIMIZATION: most stretches hold nothing of interest; four are asked together.
+        for (; place + ahead + 3 * kWidth <= size && place - m_reach < limit; place += 4 * kWidth) {
+            __m256i any = _mm256_setzero_si256();
+            for (qint64 part = place; part < place + 4 * kWidth; part += kWidth) {
+                const __m256i first = _mm256_or_si256(load(text + part + m_first.offset), firstSpread);
+                const __m256i second = _mm256_or_si256(load(text + part + m_second.offset), secondSpread);
+                any = _mm256_or_si256(any, _mm256_and_si256(_mm256_cmpeq_epi16(first, firstValue),
+                                                            _mm256_cmpeq_epi16(second, secondValue)));
+                for (size_t i = 0; i < oddityCount; ++i) {
+                    any = _mm256_or_si256(any, _mm256_cmpeq_epi16(load(text + part), oddities[i]));
+                }
+            }
+            if (_mm256_testz_si256(any, any) == 0) {
+                break;
+            }
+        }
+        if (place + ahead > size) {
+            break;
+        }
         const __m256i first = _mm256_or_si256(load(text + place + m_first.offset), firstSpread);
         const __m256i second = _mm256_or_si256(load(text + place + m_second.offset), secondSpread);
         const __m256i hits =
             _mm256_and_si256(_mm256_cmpeq_epi16(first, firstValue), _mm256_cmpeq_epi16(second, secondValue));
         __m256i odd = _mm256_setzero_si256();
-        for (const char16_t oddity : m_oddities) {
-            odd = _mm256_or_si256(odd, _mm256_cmpeq_epi16(load(text + place), spreadOut(oddity)));
+        for (size_t i = 0; i < oddityCount; ++i) {
+            odd = _mm256_or_si256(odd, _mm256_cmpeq_epi16(load(text + place), oddities[i]));
         }
         const __m256i any = _mm256_or_si256(hits, odd);
         if (_mm256_testz_si256(any, any) != 0) {
@@ -397,7 +424,7 @@ NSRange CaselessTermSearch::firstMatchInString(QStringView string, qint64 startB
     }
 #if defined(__x86_64__)
     static const bool s_isWide = __builtin_cpu_supports("avx2") != 0;
-    if (s_isWide) {
+    if (s_isWide && m_oddities.size() <= kMostOddities) {
         return findWide(string, limit);
     }
 #endif
