@@ -30,13 +30,22 @@ QString expanded(const NSAttributedString &text, NSRange range)
     QString expanded;
     expanded.reserve(range.length);
     qint64 done = range.location;
-    enumerateAttachments<QBNotesTextAttachment>(
-        text, range, [&](const QBNotesTextAttachment &attachment, NSRange place) {
+    const quib::AttributeRuns &runs = text.runs();
+    auto position = range.length > 0 ? runs.find(range.location) : quib::AttributeRuns::Position();
+    while (range.length > 0 && !runs.isAtEnd(position) && position.start < range.limit()) {
+        const AttributeValue *const value = runs.attributes(position).find(NSAttachmentAttributeName);
+        if (const auto *attachment = value != nullptr ? value->as<QBNotesTextAttachment>() : nullptr) {
+            const NSRange place = NSIntersectionRange(runs.range(position), range);
             expanded.append(units.sliced(done, place.location - done));
             // One attachment may stand side by side with itself.
-            expanded.append(attachment.representedText().repeated(place.length));
+            for (qint64 times = place.length; times > 0; --times) {
+                expanded.append(attachment->representedText());
+            }
             done = place.limit();
-        });
+        }
+        runs.advance(position);
+        runs.advanceToNames(position, NSAttachmentAttributeName.mask(), range.limit());
+    }
     expanded.append(units.sliced(done, range.limit() - done));
     return expanded;
 }

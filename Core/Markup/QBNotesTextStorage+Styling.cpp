@@ -4,6 +4,7 @@
 #include <Markup/Stylers/QBNoteAttachmentTextStyler.h>
 #include <Markup/Stylers/QBNoteCodeTextStyler.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
+#include <Markup/Stylers/QBNoteTextStylerCommonAttributes.h>
 #include <Markup/Syntax/SyntaxCharacters.h>
 #include <Text/NSStringHelpers.h>
 
@@ -253,6 +254,7 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
     NSRange local = text.fullRange();
     ProposedSelection selection(selectionRange);
     bool isChanged = false;
+    text.removeAttributes(QBNoteTextStylerCommonAttributes::constructsAttributesNames(), local);
 
     auto pending = m_noteStylersManager->textStylers();
     while (!pending.isEmpty()) {
@@ -260,9 +262,11 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
         bool hasChanged = false; // this styler, in this pass
         if (auto *attachmentStyler = styler->attachmentStyler()) {
             attachmentStyler->replaceTextAttachmentsInAttributedString(
-                text, local, [&](NSRange replaced, const NSAttributedString &replacement, bool * /*stop*/) {
+                text, local,
+                [&](NSRange replaced, const QBNoteAttachmentTextStyler::Replacement &replacement, bool * /*stop*/) {
                     hasChanged = true;
-                    selection.replaced({replaced.location + range.location, replaced.length}, replacement.length());
+                    selection.replaced({replaced.location + range.location, replaced.length},
+                                       replacement.string.size());
                 });
         }
         if (hasChanged) {
@@ -290,6 +294,7 @@ void QBNotesTextStorage::applyStylingInRange(NSRange range)
 {
     range = NSIntersectionRange(range, fullRange());
     NSRange styled = range;
+    contents().removeAttributes(QBNoteTextStylerCommonAttributes::constructsAttributesNames(), range);
     for (const auto &styler : m_noteStylersManager->textStylers()) {
         styler->styleTextInAttributedString(contents(), styled, this);
     }

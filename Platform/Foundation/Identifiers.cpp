@@ -2,8 +2,10 @@
 
 #include <QCoreApplication>
 #include <QMutex>
+#include <QRandomGenerator>
 #include <QUuid>
 
+#include <array>
 #include <atomic>
 
 using namespace Qt::StringLiterals;
@@ -24,6 +26,21 @@ Source &source()
     return installed;
 }
 
+/// A random one, version 4. The process's generator is seeded by the system's once; texts with very many blocks of code
+/// ask for very many.
+QUuid randomUuid()
+{
+    std::array<quint32, 4> words{};
+    QRandomGenerator::global()->fillRange(words.data(), static_cast<qsizetype>(words.size()));
+    words[1] = (words[1] & 0xFFFF0FFFU) | 0x4000U;
+    words[2] = (words[2] & 0x3FFFFFFFU) | 0x80000000U;
+    const auto byte = [&words](size_t index) {
+        return static_cast<uchar>(words[2 + index / 4] >> (24 - index % 4 * 8));
+    };
+    return QUuid(words[0], static_cast<ushort>(words[1] >> 16), static_cast<ushort>(words[1]), byte(0), byte(1),
+                 byte(2), byte(3), byte(4), byte(5), byte(6), byte(7));
+}
+
 QString replaced()
 {
     QMutexLocker lock(&source().mutex);
@@ -35,7 +52,7 @@ QString replaced()
 QString uuidString()
 {
     const QString text = replaced();
-    return text.isNull() ? QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() : text;
+    return text.isNull() ? randomUuid().toString(QUuid::WithoutBraces).toUpper() : text;
 }
 
 QString globallyUniqueString()

@@ -55,12 +55,8 @@ AttributeChange AttributeChange::removing(std::span<const NSAttributeName> names
     return change;
 }
 
-bool AttributeChange::apply(AttributeSet &attributes) const
+void AttributeChange::apply(AttributeSet &attributes) const
 {
-    if (m_kind == Kind::Remove && !attributes.names().intersects(m_names)) {
-        return false;
-    }
-    const AttributeSet before = attributes;
     switch (m_kind) {
     case Kind::InsertValue:
         attributes.insert(*m_name, *m_value);
@@ -71,13 +67,19 @@ bool AttributeChange::apply(AttributeSet &attributes) const
     case Kind::Replace:
         attributes = *m_set;
         break;
-    case Kind::Remove:
+    case Kind::Remove: {
+        const AttributeNameMask names = attributes.names();
+        if (!names.intersects(m_names)) {
+            break;
+        }
         for (const NSAttributeName &name : m_removed) {
-            attributes.remove(name);
+            if (names.intersects(name.mask())) {
+                attributes.remove(name);
+            }
         }
         break;
     }
-    return !(before == attributes);
+    }
 }
 
 AttributeRuns::AttributeRuns(const AttributeSet &attributes, qint64 length)
@@ -198,14 +200,19 @@ void AttributeRuns::retreat(Position &position) const
 
 void AttributeRuns::advanceToNames(Position &position, AttributeNameMask names, qint64 limit) const
 {
-    while (!isAtEnd(position) && position.start < limit) {
-        if (position.run == 0 && !m_leaves.at(position.leaf)->names.intersects(names)) {
+    for (; !isAtEnd(position) && position.start < limit; ++position.leaf, position.run = 0) {
+        const Leaf &leaf = *m_leaves.at(position.leaf);
+        if (position.run == 0 && !leaf.names.intersects(names)) {
             position.start += m_leafLengths.at(position.leaf);
-            ++position.leaf;
-        } else if (attributes(position).names().intersects(names)) {
-            return;
-        } else {
-            advance(position);
+            continue;
+        }
+        const Run *const runs = leaf.runs.constData();
+        const qsizetype count = leaf.runs.size();
+        for (; position.run < count; ++position.run) {
+            if (position.start >= limit || runs[position.run].attributes.names().intersects(names)) {
+                return;
+            }
+            position.start += runs[position.run].length;
         }
     }
 }
@@ -229,7 +236,8 @@ void AttributeRuns::change(NSRange range, const AttributeChange &change)
         }
         AttributeSet attributes = run.attributes;
         const qint64 partLimit = std::min(runLimit, limit);
-        if (change.apply(attributes)) {
+        change.apply(attributes);
+        if (!(attributes == run.attributes)) {
             changePart(position, {location, partLimit - location}, std::move(attributes));
         }
         location = partLimit;
@@ -276,9 +284,11 @@ qint64 AttributeRuns::changeWholeRuns(Position position, qint64 limit, const Att
     qsizetype out = position.run;
     qsizetype in = position.run;
     qint64 location = position.start;
+    AttributeNameMask names;
     for (; in < count && location + runs[in].length <= limit; ++in) {
         location += runs[in].length;
-        static_cast<void>(change.apply(runs[in].attributes));
+        change.apply(runs[in].attributes);
+        names |= runs[in].attributes.names();
         if (out > 0 && runs[out - 1].attributes == runs[in].attributes) {
             runs[out - 1].length += runs[in].length;
         } else {
@@ -287,6 +297,9 @@ qint64 AttributeRuns::changeWholeRuns(Position position, qint64 limit, const Att
             }
             ++out;
         }
+    }
+    if (position.run == 0 && in == count) {
+        leaf.names = names; // every run was looked at: what is gone is forgotten
     }
     qint64 nextStart = location;
     if (in < count && out > 0 && runs[out - 1].attributes == runs[in].attributes) {
@@ -497,13 +510,17 @@ void AttributeRuns::mergeIfSmall(qsizetype leaf)
     removeLeaf(lower + 1);
 }
 
-void AttributeRuns::append(const AttributeSet &attributes, qint64 length)
+void AttributeRuns::append(AttributeSet attributes, qint64 length)
 {
     if (length == 0) {
         return;
     }
     if (m_leaves.isEmpty() || m_leaves.constLast()->runs.size() >= kBuiltLeafSize) {
-        insertLeaf(m_leaves.size(), new Leaf, 0);
+        auto *leaf = new Leaf;
+        if (!m_leaves.isEmpty()) {
+            leaf->runs.reserve(kBuiltLeafSize); // one of many
+        }
+        insertLeaf(m_leaves.size(), leaf, 0);
     }
     const qsizetype last = m_leaves.size() - 1;
     Leaf &leaf = *m_leaves.at(last);
@@ -511,9 +528,93 @@ void AttributeRuns::append(const AttributeSet &attributes, qint64 length)
         leaf.runs.last().length += length;
     } else {
         leaf.names |= attributes.names();
-        leaf.runs.append(Run{attributes, length});
+        leaf.runs.append(Run{std::move(attributes), length});
     }
     addToLeafLength(last, length);
+}
+
+void AttributeRuns::appendLeaf(Leaf *leaf, qint64 length)
+{
+    const qsizetype before = m_leaves.isEmpty() ? 0 : m_leaves.constLast()->runs.size();
+    const qsizetype count = leaf->runs.size();
+    if (m_leaves.isEmpty() || std::min(before, count) >= kSmallLeafSize || before + count > kLeafCapacity) {
+        insertLeaf(m_leaves.size(), leaf, length);
+        return;
+    }
+    Leaf &last = *m_leaves.constLast();
+    last.names |= leaf->names;
+    for (Run &run : leaf->runs) {
+        if (last.runs.constLast().attributes == run.attributes) {
+            last.runs.last().length += run.length;
+        } else {
+            last.runs.append(std::move(run));
+        }
+    }
+    addToLeafLength(m_leaves.size() - 1, length);
+    delete leaf;
+}
+
+void AttributeRuns::replace(std::span<const Replacement> replacements)
+{
+    const QList<Leaf *> leaves = std::exchange(m_leaves, {});
+    const QList<qint64> lengths = std::exchange(m_leafLengths, {});
+    m_length = 0;
+    m_knownGroups = 0;
+    forgetCursor();
+
+    // Places of the text as it was: start is that of the unit to read next, all before done has been dealt with.
+    qint64 start = 0;
+    qint64 done = 0;
+    // Whether the last run appended is the neighbour of the one to come, from which it differs already.
+    bool isNeighbour = false;
+    AttributeNameMask source; // of the leaf that is read
+    const auto keep = [&](AttributeSet attributes, qint64 length) {
+        const qsizetype last = m_leaves.size() - 1;
+        if (isNeighbour && constRuns(last).size() < kBuiltLeafSize) {
+            Leaf &leaf = *m_leaves.at(last);
+            leaf.names |= source;
+            leaf.runs.append(Run{std::move(attributes), length});
+            addToLeafLength(last, length);
+        } else {
+            append(std::move(attributes), length);
+        }
+        isNeighbour = true;
+    };
+    auto next = replacements.begin();
+    for (qsizetype index = 0; index < leaves.size(); ++index) {
+        Leaf *const leaf = leaves.at(index);
+        const qint64 leafLimit = start + lengths.at(index);
+        if (done <= start && (next == replacements.end() || next->range.location >= leafLimit)) {
+            appendLeaf(leaf, lengths.at(index));
+            start = leafLimit;
+            continue;
+        }
+        isNeighbour = false;
+        source = leaf->names;
+        for (Run &run : leaf->runs) {
+            const qint64 limit = start + run.length;
+            for (; next != replacements.end() && next->range.location < limit; ++next) {
+                const qint64 kept = std::max(start, done);
+                if (next->range.location > kept) {
+                    keep(run.attributes, next->range.location - kept);
+                }
+                append(*next->attributes, next->length);
+                isNeighbour = false;
+                done = next->range.limit();
+            }
+            const qint64 kept = std::max(start, done);
+            if (limit > kept) {
+                keep(std::move(run.attributes), limit - kept);
+            } else {
+                isNeighbour = false;
+            }
+            start = limit;
+        }
+        delete leaf;
+    }
+    for (; next != replacements.end(); ++next) {
+        append(*next->attributes, next->length);
+    }
 }
 
 void AttributeRuns::append(const AttributeRuns &other, NSRange range)

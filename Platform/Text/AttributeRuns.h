@@ -20,8 +20,7 @@ public:
     [[nodiscard]] static AttributeChange replacingBy(const AttributeSet &attributes);
     [[nodiscard]] static AttributeChange removing(std::span<const NSAttributeName> names);
 
-    /// Answers whether the set became another one.
-    [[nodiscard]] bool apply(AttributeSet &attributes) const;
+    void apply(AttributeSet &attributes) const;
     /// False only when no set with these names can change.
     [[nodiscard]] bool mayChange(AttributeNameMask names) const
     {
@@ -118,8 +117,17 @@ public:
     void change(NSRange range, const AttributeChange &change);
     void replace(NSRange range, qint64 length, const AttributeSet &attributes);
     void replace(NSRange range, const AttributeRuns &other);
+    struct Replacement
+    {
+        NSRange range;
+        qint64 length = 0;
+        const AttributeSet *attributes = nullptr;
+    };
+    /// Any number in one pass, in which leaves that none of them touches stay as they are.
+    /// Requires: the ranges ascend and do not overlap.
+    void replace(std::span<const Replacement> replacements);
     /// Adds runs at the end, full leaves at a time: the way to build many.
-    void append(const AttributeSet &attributes, qint64 length);
+    void append(AttributeSet attributes, qint64 length);
     /// Requires: the range lies in the other runs, which are not these.
     void append(const AttributeRuns &other, NSRange range);
 
@@ -135,6 +143,7 @@ private:
         AttributeNameMask names;
     };
 
+    void appendLeaf(Leaf *leaf, qint64 length);
     void remove(NSRange range);
     void insert(qint64 location, qint64 length, const AttributeSet &attributes);
     void changePart(Position position, NSRange part, AttributeSet attributes);

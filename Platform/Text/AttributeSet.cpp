@@ -60,6 +60,15 @@ template <typename Make>
 
 } // namespace
 
+AttributeNameMask AttributeEntry::mask() const
+{
+    AttributeNameMask mask = AttributeNameMask::ofIndex(name);
+    if (const auto *object = value.as<AttributeObject>(); object != nullptr && !object->isShareable()) {
+        mask |= AttributeNameMask::ofClass(typeid(*object));
+    }
+    return mask;
+}
+
 AttributeSet::AttributeSet(std::initializer_list<Pair> pairs)
 {
     for (const Pair &pair : pairs) {
@@ -143,7 +152,10 @@ void AttributeSet::insert(const AttributeSet &other)
         m_place->references.fetch_add(1, std::memory_order_relaxed);
         return;
     }
-    for (const AttributeEntry &entry : held.m_place->content.entries) {
+    const std::vector<AttributeEntry> &added = held.m_place->content.entries;
+    std::vector<AttributeEntry> &entries = ownPlace().entries;
+    entries.reserve(entries.size() + added.size());
+    for (const AttributeEntry &entry : added) {
         insertIntoPlace(entry.name, entry.value);
     }
 }
@@ -214,10 +226,11 @@ void AttributeSet::insertIntoPlace(quint16 name, const AttributeValue &value)
     AttributeEntries &place = ownPlace();
     const auto entry = std::ranges::lower_bound(place.entries, name, {}, &AttributeEntry::name);
     if (entry != place.entries.end() && entry->name == name) {
+        // Another object's class may stay in the mask, which only has to hold what there is.
         entry->value = value;
+        place.names |= entry->mask();
     } else {
-        place.entries.insert(entry, AttributeEntry{name, value});
-        place.names |= AttributeNameMask::ofIndex(name);
+        place.names |= place.entries.insert(entry, AttributeEntry{name, value})->mask();
     }
 }
 
@@ -234,7 +247,7 @@ void AttributeSet::removeFromPlace(quint16 name)
     std::erase_if(place.entries, [name](const AttributeEntry &entry) { return entry.name == name; });
     place.names = {};
     for (const AttributeEntry &entry : place.entries) {
-        place.names |= AttributeNameMask::ofIndex(entry.name);
+        place.names |= entry.mask();
     }
 }
 
@@ -250,9 +263,13 @@ void AttributeSet::checkInvariants() const
         QUIB_REQUIRE(repeated == side->entries.end());
         AttributeNameMask names;
         for (const AttributeEntry &entry : side->entries) {
-            names |= AttributeNameMask::ofIndex(entry.name);
+            names |= entry.mask();
             QUIB_REQUIRE(m_shared == nullptr || side == m_shared || m_shared->find(entry.name) == nullptr);
         }
+        AttributeNameMask all = side->names;
+        all |= names;
+        QUIB_REQUIRE(all == side->names);
+        names.classes = side->names.classes;
         QUIB_REQUIRE(names == side->names);
     }
 }

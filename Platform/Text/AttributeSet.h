@@ -17,6 +17,9 @@ struct AttributeEntry
 {
     quint16 name = 0;
     AttributeValue value;
+
+    /// The bit of its name, and that of its object's class where the object has identity.
+    [[nodiscard]] AttributeNameMask mask() const;
 };
 
 /// Entries in the order of their names. The table's sets are immutable and live as long as the process; those of one

@@ -118,9 +118,41 @@ LinkScanner::Run LinkScanner::runAt(qsizetype start) const
     return run;
 }
 
+void LinkScanner::skipToCandidate()
+{
+    if (m_nextSign >= m_at) {
+        return; // the run that holds it, or ends before it, was reached already
+    }
+    const auto *const units = m_text.utf16();
+    qsizetype sign = m_at;
+    for (; sign < m_text.size(); ++sign) {
+        const auto unit = static_cast<char16_t>(units[sign]);
+        if (unit == u'.' || unit == u':' || unit == u'@') {
+            break;
+        }
+    }
+    m_work += sign - m_at;
+    m_nextSign = sign;
+    // Back to where the runs before the sign begin: behind what is no part of one.
+    qsizetype start = sign;
+    while (sign < m_text.size() && start > m_at) {
+        const CodePoint point = codePointBefore(m_text, start);
+        ++m_work;
+        if (start - point.size < m_at || !(isWordCharacter(point.value) || isRunPunctuation(point.value))) {
+            break;
+        }
+        start -= point.size;
+    }
+    m_at = start;
+}
+
 std::optional<LinkScanner::Link> LinkScanner::next()
 {
-    while (m_at < m_text.size()) {
+    while (true) {
+        skipToCandidate();
+        if (m_at >= m_text.size()) {
+            break;
+        }
         const Run run = runAt(m_at);
         if (run.limit == run.start) {
             m_at += codePointAt(m_text, m_at).size;

@@ -48,6 +48,8 @@ private:
     [[nodiscard]] char32_t characterBefore(qsizetype index) const;
     [[nodiscard]] QStringView part(qsizetype start, qsizetype limit) const;
     [[nodiscard]] Run runAt(qsizetype start) const;
+    /// Goes on to the next run that may begin a link: one with a dot in it, or a colon or an "@" behind.
+    void skipToCandidate();
 
     // With a scheme
 
@@ -78,6 +80,8 @@ private:
 
     QStringView m_text;
     qsizetype m_at = 0;
+    /// The next dot, colon or "@" at or behind m_at, when it is not less than that.
+    qsizetype m_nextSign = -1;
     mutable qint64 m_work = 0;
 };
 

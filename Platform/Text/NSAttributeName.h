@@ -5,29 +5,37 @@
 
 #include <atomic>
 #include <cstddef>
+#include <typeinfo>
 
 namespace quib {
 
-/// Which names a set of attributes may hold: one bit a name, names that are 128 apart share theirs. A value.
+/// Which names a set of attributes may hold: one bit a name, names that are 128 apart share theirs; and of which
+/// classes the objects with identity among its values may be: one bit a class, which others may share. A value.
 struct AttributeNameMask
 {
     quint64 low = 0;
     quint64 high = 0;
+    quint64 classes = 0;
 
     [[nodiscard]] static constexpr AttributeNameMask ofIndex(quint16 index)
     {
         const quint64 bit = quint64(1) << (index & 63);
-        return (index & 64) == 0 ? AttributeNameMask{bit, 0} : AttributeNameMask{0, bit};
+        return (index & 64) == 0 ? AttributeNameMask{bit, 0, 0} : AttributeNameMask{0, bit, 0};
     }
-    /// False only when no name is in both.
+    [[nodiscard]] static AttributeNameMask ofClass(const std::type_info &type)
+    {
+        return {0, 0, quint64(1) << (type.hash_code() & 63)};
+    }
+    /// False only when no name and no class is in both.
     [[nodiscard]] constexpr bool intersects(AttributeNameMask other) const
     {
-        return ((low & other.low) | (high & other.high)) != 0;
+        return ((low & other.low) | (high & other.high) | (classes & other.classes)) != 0;
     }
     constexpr AttributeNameMask &operator|=(AttributeNameMask other)
     {
         low |= other.low;
         high |= other.high;
+        classes |= other.classes;
         return *this;
     }
     friend constexpr bool operator==(AttributeNameMask a, AttributeNameMask b) = default;

@@ -60,11 +60,33 @@ void NSMutableAttributedString::fixAttributesInRange(NSRange range)
 {
     const NSRange cut = cutToText(range);
     fixAttachmentsInRange(cut);
-    qint64 location = cut.location;
-    while (location < cut.limit()) {
-        const NSRange paragraph = paragraphRangeForRange({location, 0});
-        fixParagraphStyle(paragraph);
-        location = paragraph.limit();
+    if (cut.length == 0) {
+        return;
+    }
+    // Whole paragraphs. Only where two runs meet inside of one can it have more than one style.
+    const qint64 limit = paragraphRangeForRange(cut).limit();
+    qint64 location = paragraphRangeForRange({cut.location, 0}).location;
+    while (location < limit) {
+        AttributeRuns::Position position = m_runs.find(location);
+        const AttributeValue *style = m_runs.attributes(position).find(NSParagraphStyleAttributeName);
+        NSRange mixed = kNotFoundRange;
+        while (true) {
+            m_runs.advance(position);
+            if (m_runs.isAtEnd(position) || position.start >= limit) {
+                return;
+            }
+            const AttributeValue *other = m_runs.attributes(position).find(NSParagraphStyleAttributeName);
+            const bool isSame = style == other || (style != nullptr && other != nullptr && *style == *other);
+            if (!isSame) {
+                mixed = paragraphRangeForRange({position.start, 0});
+                if (mixed.location < position.start) {
+                    break;
+                }
+            }
+            style = other;
+        }
+        fixParagraphStyle(mixed);
+        location = mixed.limit();
     }
 }
 
@@ -171,20 +193,17 @@ void NSMutableAttributedString::replaceCharacters(std::span<const Replacement> r
     const QStringView before = string();
     QString text;
     text.reserve(newLength);
-    AttributeRuns runs;
+    std::vector<AttributeRuns::Replacement> runs;
+    runs.reserve(replacements.size());
     qint64 done = 0;
-    const auto keepUpTo = [&](qint64 limit) {
-        QUIB_ASSERT(done <= limit && limit <= before.size());
-        text.append(before.sliced(done, limit - done));
-        runs.append(m_runs, {done, limit - done});
-    };
     for (const Replacement &replacement : replacements) {
-        keepUpTo(replacement.range.location);
+        QUIB_ASSERT(done <= replacement.range.location && replacement.range.limit() <= before.size());
+        text.append(before.sliced(done, replacement.range.location - done));
         text.append(replacement.string);
-        runs.append(replacement.attributes, replacement.string.size());
+        runs.push_back({replacement.range, replacement.string.size(), &replacement.attributes});
         done = replacement.range.limit();
     }
-    keepUpTo(before.size());
+    text.append(before.sliced(done));
     m_text = quib::GapText(std::move(text));
-    m_runs = std::move(runs);
+    m_runs.replace(runs);
 }

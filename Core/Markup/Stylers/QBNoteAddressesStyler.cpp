@@ -55,6 +55,11 @@ bool QBNoteAddressesStyler::isOwnTextAttachment(const QBNotesTextAttachment &att
     return dynamic_cast<const QBAddressTextAttachment *>(&attachment) != nullptr;
 }
 
+quib::AttributeNameMask QBNoteAddressesStyler::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBAddressTextAttachment));
+}
+
 NSRange QBNoteAddressesStyler::offsetMatchedRange(NSRange range, const QString & /*forMatchedString*/) const
 {
     return {range.location, 0};

@@ -10,7 +10,6 @@
 
 using quib::AttributeSet;
 using quib::AttributeValue;
-using Replacement = NSMutableAttributedString::Replacement;
 
 void QBNoteAttachmentTextStyler::replaceTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString,
                                                                           NSRange &range,
@@ -60,7 +59,7 @@ void QBNoteAttachmentTextStyler::removeUnusedTextAttachmentsInAttributedString(
         const QString text = candidate->attachment->representedText();
         replacements.push_back({candidate->range, text, attributes});
         if (usingBlock) {
-            usingBlock(candidate->range, NSAttributedString(text, attributes), &isStopped);
+            usingBlock(candidate->range, replacements.back(), &isStopped);
         }
         change += text.size() - candidate->range.length;
     }
@@ -94,21 +93,19 @@ void QBNoteAttachmentTextStyler::addTextAttachmentsInAttributedString(NSMutableA
             }
             // A match may take attachments of earlier stylers in: what they stand for goes into the new one's text.
             const QString representedText = quib::expandedText(attributedString, matched);
-            const auto text = attributedStringWithTextAttachmentForRepresentedText(representedText);
-            if (!text) {
+            auto attributes = attributesWithTextAttachmentForRepresentedText(representedText);
+            if (!attributes) {
                 return;
             }
-            AttributeSet attributes = text->attributesAtIndex(0);
             AttributeSet kept = attributedString.attributesAtIndex(matched.location);
             kept.remove(NSAttachmentAttributeName);
-            attributes.insert(kept);
+            attributes->insert(kept);
             const NSRange replaced = offsetMatchedRange(matched, representedText);
-            replacements.push_back({replaced, text->string().toString(), attributes});
+            replacements.push_back({replaced, NSTextAttachment::placeholderString(), std::move(*attributes)});
             if (usingBlock) {
-                usingBlock({replaced.location + offset, replaced.length},
-                           NSAttributedString(replacements.back().string, attributes), stop);
+                usingBlock({replaced.location + offset, replaced.length}, replacements.back(), stop);
             }
-            offset += text->length() - replaced.length;
+            offset += replacements.back().string.size() - replaced.length;
         });
     if (!replacements.empty()) {
         attributedString.replaceCharacters(replacements);
@@ -124,10 +121,18 @@ void QBNoteAttachmentTextStyler::cleanStylerCache()
 std::optional<NSAttributedString>
 QBNoteAttachmentTextStyler::attributedStringWithTextAttachmentForRepresentedText(const QString &representedText)
 {
+    const auto attributes = attributesWithTextAttachmentForRepresentedText(representedText);
+    return attributes ? std::optional(NSAttributedString(NSTextAttachment::placeholderString(), *attributes))
+                      : std::nullopt;
+}
+
+std::optional<AttributeSet>
+QBNoteAttachmentTextStyler::attributesWithTextAttachmentForRepresentedText(const QString &representedText)
+{
     const QString key = QString(QStringLiteral("textAttachmentCache") % representedText);
     const bool isCached = shouldCacheTextAttachment() && representedText.size() <= kLongestCachedText;
     if (const auto *cached = isCached ? m_stylerCache.object(key) : nullptr) {
-        return attributedStringWithTextAttachment((*cached)->copy());
+        return attributesWithTextAttachment((*cached)->copy());
     }
     const auto attachment = makeTextAttachment(representedText);
     if (!attachment) {
@@ -136,15 +141,15 @@ QBNoteAttachmentTextStyler::attributedStringWithTextAttachmentForRepresentedText
     if (isCached) {
         m_stylerCache.insert(key, new std::shared_ptr<QBNotesTextAttachment>(attachment->copy()));
     }
-    return attributedStringWithTextAttachment(attachment);
+    return attributesWithTextAttachment(attachment);
 }
 
-NSAttributedString QBNoteAttachmentTextStyler::attributedStringWithTextAttachment(
-    const std::shared_ptr<QBNotesTextAttachment> &attachment) const
+AttributeSet
+QBNoteAttachmentTextStyler::attributesWithTextAttachment(const std::shared_ptr<QBNotesTextAttachment> &attachment) const
 {
     AttributeSet attributes = themeManager() ? themeManager()->defaultTextAttributes() : AttributeSet();
     attributes.insert(NSAttachmentAttributeName, attachment);
-    return NSAttributedString(NSTextAttachment::placeholderString(), attributes);
+    return attributes;
 }
 
 NSRange QBNoteAttachmentTextStyler::matchedRangeForTextCheckingResult(const NSTextCheckingResult &result) const
@@ -192,39 +197,56 @@ void QBNoteAttachmentTextStyler::enumerateValidAttachmentsInAttributedString(con
 void QBNoteAttachmentTextStyler::enumerateOwnAttachments(const NSAttributedString &attributedString, NSRange range,
                                                          const AttachmentBlock &usingBlock) const
 {
+    enumerateAttachments(
+        attributedString, range, ownTextAttachmentClasses(),
+        [this](const QBNotesTextAttachment &attachment) { return isOwnTextAttachment(attachment); }, usingBlock);
+}
+
+void QBNoteAttachmentTextStyler::enumerateAttachments(
+    const NSAttributedString &attributedString, NSRange range, quib::AttributeNameMask classes,
+    const std::function<bool(const QBNotesTextAttachment &attachment)> &isWanted, const AttachmentBlock &usingBlock)
+{
     // Collected first: the runs are walked without a look-up each, and the block may change attributes.
-    struct Own
+    struct Wanted
     {
         std::shared_ptr<QBNotesTextAttachment> attachment;
         NSRange range;
     };
-    std::vector<Own> found;
+    std::vector<Wanted> found;
     const NSRange cut = NSIntersectionRange(range, attributedString.fullRange());
-    const quib::AttributeRuns &runs = attributedString.runs();
-    const quib::AttributeNameMask mask = NSAttachmentAttributeName.mask();
-    const std::type_info *lastClass = nullptr;
-    bool isLastOwn = false;
-    auto position = cut.length > 0 ? runs.find(cut.location) : quib::AttributeRuns::Position();
-    while (cut.length > 0 && !runs.isAtEnd(position) && position.start < cut.limit()) {
-        const AttributeValue *const value = runs.attributes(position).find(NSAttachmentAttributeName);
-        if (const auto *attachment = value != nullptr ? value->as<NSTextAttachment>() : nullptr) {
-            if (const auto &itsClass = typeid(*attachment); lastClass == nullptr || itsClass != *lastClass) {
-                lastClass = &itsClass;
-                const auto *note = dynamic_cast<const QBNotesTextAttachment *>(attachment);
-                isLastOwn = note != nullptr && isOwnTextAttachment(*note);
-            }
-            const NSRange place = NSIntersectionRange(runs.range(position), cut);
-            if (isLastOwn && !found.empty() && found.back().attachment.get() == attachment &&
-                found.back().range.limit() == place.location) {
-                found.back().range.length += place.length;
-            } else if (isLastOwn) {
-                found.push_back({value->sharedAs<QBNotesTextAttachment>(), place});
-            }
-        }
-        runs.advance(position);
-        runs.advanceToNames(position, mask, cut.limit());
+    if (cut.length == 0) {
+        return;
     }
-    for (const Own &own : found) {
-        usingBlock(own.attachment, own.range);
+    const quib::AttributeRuns &runs = attributedString.runs();
+    const std::type_info *lastClass = nullptr;
+    bool isLastWanted = false;
+    auto position = runs.find(cut.location);
+    for (runs.advanceToNames(position, classes, cut.limit()); !runs.isAtEnd(position) && position.start < cut.limit();
+         runs.advance(position), runs.advanceToNames(position, classes, cut.limit())) {
+        const AttributeValue *const value = runs.attributes(position).find(NSAttachmentAttributeName);
+        const auto *attachment = value != nullptr ? value->as<NSTextAttachment>() : nullptr;
+        if (attachment == nullptr) {
+            continue;
+        }
+        if (const auto &itsClass = typeid(*attachment); lastClass == nullptr || itsClass != *lastClass) {
+            lastClass = &itsClass;
+            const auto *note = dynamic_cast<const QBNotesTextAttachment *>(attachment);
+            isLastWanted = note != nullptr && isWanted(*note);
+        }
+        if (!isLastWanted) {
+            continue;
+        }
+        const NSRange place = NSIntersectionRange(runs.range(position), cut);
+        if (!found.empty() && found.back().attachment.get() == attachment &&
+            found.back().range.limit() == place.location) {
+            found.back().range.length += place.length;
+        } else {
+            // The class is known: every wanted one is of the family.
+            found.push_back(
+                {std::static_pointer_cast<QBNotesTextAttachment>(value->sharedAs<NSTextAttachment>()), place});
+        }
+    }
+    for (const Wanted &one : found) {
+        usingBlock(one.attachment, one.range);
     }
 }

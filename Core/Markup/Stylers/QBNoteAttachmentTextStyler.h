@@ -18,8 +18,10 @@ class QBNoteTextAttachmentConfiguring;
 class QBNoteAttachmentTextStyler : public QBNoteTextStyler
 {
 public:
-    /// Told of each replacement: the range as it was at that moment, and what came in its place.
-    using ReplacementBlock = std::function<void(NSRange range, const NSAttributedString &replacement, bool *stop)>;
+    using Replacement = NSMutableAttributedString::Replacement;
+    /// Told of each replacement: the range as it was at that moment, and the text and attributes that came in its
+    /// place.
+    using ReplacementBlock = std::function<void(NSRange range, const Replacement &replacement, bool *stop)>;
     using AttachmentBlock =
         std::function<void(const std::shared_ptr<QBNotesTextAttachment> &attachment, NSRange range)>;
 
@@ -49,7 +51,7 @@ public:
     void cleanStylerCache() override;
 
     /// The attachment that stands for a text, on its one character; nullopt where the text can have none.
-    [[nodiscard]] virtual std::optional<NSAttributedString>
+    [[nodiscard]] std::optional<NSAttributedString>
     attributedStringWithTextAttachmentForRepresentedText(const QString &representedText);
 
 protected:
@@ -60,6 +62,8 @@ protected:
     makeTextAttachment(const QString &representedText) const = 0;
     /// Whether an attachment is of the styler's class, which is the same for all attachments of one class.
     [[nodiscard]] virtual bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const = 0;
+    /// The classes that isOwnTextAttachment may say yes to; what is styled without them is not looked through.
+    [[nodiscard]] virtual quib::AttributeNameMask ownTextAttachmentClasses() const = 0;
 
     [[nodiscard]] virtual int stylerRegularExpressionRepresentedTextGroupIndex() const { return 1; }
     [[nodiscard]] virtual int attachmentRegularExpressionTextGroupIndex() const { return 1; }
@@ -78,14 +82,23 @@ protected:
     /// The attachments of the styler's class in a range, in order. The block may change attributes but no characters.
     void enumerateOwnAttachments(const NSAttributedString &attributedString, NSRange range,
                                  const AttachmentBlock &usingBlock) const;
-    /// An attachment as a text of one character in the theme's default attributes.
-    [[nodiscard]] NSAttributedString
-    attributedStringWithTextAttachment(const std::shared_ptr<QBNotesTextAttachment> &attachment) const;
+    /// The same for those that are wanted, which is told by the class; none is of another class than those of the mask.
+    static void enumerateAttachments(const NSAttributedString &attributedString, NSRange range,
+                                     quib::AttributeNameMask classes,
+                                     const std::function<bool(const QBNotesTextAttachment &attachment)> &isWanted,
+                                     const AttachmentBlock &usingBlock);
+    /// The attributes of an attachment's character; nullopt where the text can have no attachment.
+    [[nodiscard]] virtual std::optional<quib::AttributeSet>
+    attributesWithTextAttachmentForRepresentedText(const QString &representedText);
 
     /// Templates by their keys; what stands in a text is always a copy.
     QCache<QString, std::shared_ptr<QBNotesTextAttachment>> m_stylerCache{kCachedAttachments};
 
 private:
+    /// An attachment and the theme's default attributes.
+    [[nodiscard]] quib::AttributeSet
+    attributesWithTextAttachment(const std::shared_ptr<QBNotesTextAttachment> &attachment) const;
+
     static constexpr int kCachedAttachments = 256;
     /// Longer ones seldom come twice. Units: UTF-16 units.
     static constexpr qsizetype kLongestCachedText = 1024;

@@ -88,6 +88,11 @@ bool QBNoteCheckBoxStyler::isOwnTextAttachment(const QBNotesTextAttachment &atta
     return dynamic_cast<const QBCheckBoxTextAttachment *>(&attachment) != nullptr;
 }
 
+quib::AttributeNameMask QBNoteCheckBoxStyler::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBCheckBoxTextAttachment));
+}
+
 void QBNoteCheckBoxStyler::removeUnusedStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
                                                NSTextStorage * /*textStorage*/)
 {

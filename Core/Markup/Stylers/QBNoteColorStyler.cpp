@@ -44,6 +44,11 @@ bool QBNoteColorStyler::isOwnTextAttachment(const QBNotesTextAttachment &attachm
     return dynamic_cast<const QBColorTextAttachment *>(&attachment) != nullptr;
 }
 
+quib::AttributeNameMask QBNoteColorStyler::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBColorTextAttachment));
+}
+
 NSRange QBNoteColorStyler::offsetMatchedRange(NSRange range, const QString & /*forMatchedString*/) const
 {
     return {range.location, 0};

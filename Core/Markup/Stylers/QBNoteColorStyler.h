@@ -19,6 +19,7 @@ protected:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment>
     makeTextAttachment(const QString &representedText) const override;
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
+    [[nodiscard]] quib::AttributeNameMask ownTextAttachmentClasses() const override;
     [[nodiscard]] NSRange offsetMatchedRange(NSRange range, const QString &forMatchedString) const override;
     [[nodiscard]] bool shouldCacheTextAttachment() const override { return false; }
     /// When the code behind the swatch is no longer the swatch's.

@@ -3,6 +3,7 @@
 #include "QBNoteTextAttachmentConfiguring.h"
 
 #include <Markup/Attachments/QBGenericFileTextAttachment.h>
+#include <Markup/Attachments/QBImageTextAttachment.h>
 #include <Markup/Syntax/StylerSyntax.h>
 #include <Text/NSStringHelpers.h>
 #include <Themes/QBNotesTextThemeManager.h>
@@ -69,8 +70,15 @@ bool QBNoteGenericFileStyler::isOwnTextAttachment(const QBNotesTextAttachment &a
     return dynamic_cast<const QBGenericFileTextAttachment *>(&attachment) != nullptr;
 }
 
-std::optional<NSAttributedString>
-QBNoteGenericFileStyler::attributedStringWithTextAttachmentForRepresentedText(const QString &representedText)
+quib::AttributeNameMask QBNoteGenericFileStyler::ownTextAttachmentClasses() const
+{
+    auto classes = quib::AttributeNameMask::ofClass(typeid(QBGenericFileTextAttachment));
+    classes |= quib::AttributeNameMask::ofClass(typeid(QBImageTextAttachment));
+    return classes;
+}
+
+std::optional<quib::AttributeSet>
+QBNoteGenericFileStyler::attributesWithTextAttachmentForRepresentedText(const QString &representedText)
 {
     const auto attachment = makeTextAttachment(representedText);
     if (auto *configurator = textAttachmentConfigurator()) {
@@ -78,7 +86,7 @@ QBNoteGenericFileStyler::attributedStringWithTextAttachmentForRepresentedText(co
     }
     quib::AttributeSet attributes = attachmentAttributes();
     attributes.insert(NSAttachmentAttributeName, attachment);
-    return NSAttributedString(NSTextAttachment::placeholderString(), attributes);
+    return attributes;
 }
 
 quib::AttributeSet QBNoteGenericFileStyler::attachmentAttributes() const

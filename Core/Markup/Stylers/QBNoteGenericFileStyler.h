@@ -22,13 +22,13 @@ public:
     /// Removes the markers in a range, and each line that held nothing else. range afterwards covers what is left.
     void removeInString(QString &string, NSRange &range) const;
 
-    [[nodiscard]] std::optional<NSAttributedString>
-    attributedStringWithTextAttachmentForRepresentedText(const QString &representedText) override;
-
 protected:
+    [[nodiscard]] std::optional<quib::AttributeSet>
+    attributesWithTextAttachmentForRepresentedText(const QString &representedText) override;
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment>
     makeTextAttachment(const QString &representedText) const override;
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
+    [[nodiscard]] quib::AttributeNameMask ownTextAttachmentClasses() const override;
     [[nodiscard]] int stylerRegularExpressionRepresentedTextGroupIndex() const override;
     [[nodiscard]] bool shouldCacheTextAttachment() const override { return false; }
     /// All of them.

@@ -76,6 +76,11 @@ bool QBNoteHeaderTextStyler::isOwnTextAttachment(const QBNotesTextAttachment &at
     return dynamic_cast<const QBHeaderTextAttachment *>(&attachment) != nullptr;
 }
 
+quib::AttributeNameMask QBNoteHeaderTextStyler::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBHeaderTextAttachment));
+}
+
 void QBNoteHeaderTextStyler::removeUnusedStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
                                                  NSTextStorage * /*textStorage*/)
 {

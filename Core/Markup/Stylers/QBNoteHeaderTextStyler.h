@@ -36,6 +36,7 @@ protected:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment>
     makeTextAttachment(const QString &representedText) const override;
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
+    [[nodiscard]] quib::AttributeNameMask ownTextAttachmentClasses() const override;
 
 private:
     QHash<QString, quib::AttributeSet> m_paragraphAttributes;

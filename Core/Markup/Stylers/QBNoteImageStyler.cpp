@@ -55,6 +55,11 @@ bool QBNoteImageStyler::isOwnTextAttachment(const QBNotesTextAttachment &attachm
     return dynamic_cast<const QBImageTextAttachment *>(&attachment) != nullptr;
 }
 
+quib::AttributeNameMask QBNoteImageStyler::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBImageTextAttachment));
+}
+
 quib::AttributeSet QBNoteImageStyler::attachmentAttributes() const
 {
     return themeManager() ? themeManager()->defaultAttachmentAttributes() : quib::AttributeSet();

@@ -22,5 +22,6 @@ protected:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment>
     makeTextAttachment(const QString &representedText) const override;
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
+    [[nodiscard]] quib::AttributeNameMask ownTextAttachmentClasses() const override;
     [[nodiscard]] quib::AttributeSet attachmentAttributes() const override;
 };

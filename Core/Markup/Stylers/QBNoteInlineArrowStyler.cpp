@@ -29,3 +29,8 @@ bool QBNoteInlineArrowStyler::isOwnTextAttachment(const QBNotesTextAttachment &a
 {
     return dynamic_cast<const QBArrowTextAttachment *>(&attachment) != nullptr;
 }
+
+quib::AttributeNameMask QBNoteInlineArrowStyler::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBArrowTextAttachment));
+}

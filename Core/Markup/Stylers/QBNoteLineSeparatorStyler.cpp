@@ -52,3 +52,8 @@ bool QBNoteLineSeparatorStyler::isOwnTextAttachment(const QBNotesTextAttachment 
 {
     return dynamic_cast<const QBLineSeparatorTextAttachment *>(&attachment) != nullptr;
 }
+
+quib::AttributeNameMask QBNoteLineSeparatorStyler::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBLineSeparatorTextAttachment));
+}

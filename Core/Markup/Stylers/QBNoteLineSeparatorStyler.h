@@ -25,4 +25,5 @@ protected:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment>
     makeTextAttachment(const QString &representedText) const override;
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
+    [[nodiscard]] quib::AttributeNameMask ownTextAttachmentClasses() const override;
 };

@@ -30,6 +30,11 @@ bool QBNoteLinkedNoteStyler::isOwnTextAttachment(const QBNotesTextAttachment &at
     return dynamic_cast<const QBLinkedNoteTextAttachment *>(&attachment) != nullptr;
 }
 
+quib::AttributeNameMask QBNoteLinkedNoteStyler::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBLinkedNoteTextAttachment));
+}
+
 std::shared_ptr<QBNotesTextAttachment> QBNoteLinkedNoteStyler::makeLinkAttachment(const QString &representedText) const
 {
     return std::make_shared<QBLinkedNoteTextAttachment>(representedText, themeManager());

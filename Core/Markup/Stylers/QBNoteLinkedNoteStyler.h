@@ -15,6 +15,7 @@ public:
 protected:
     [[nodiscard]] const NSRegularExpression *attachmentRegularExpression() const override;
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
+    [[nodiscard]] quib::AttributeNameMask ownTextAttachmentClasses() const override;
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment>
     makeLinkAttachment(const QString &representedText) const override;
     [[nodiscard]] bool isStyledTextAttachment(const QBNotesTextAttachment &attachment) const override;

@@ -14,13 +14,16 @@ void QBNoteStylerWithAttachmentsSpacers::addTextAttachmentsInAttributedString(
     if (expression == nullptr) {
         return;
     }
-    std::vector<NSMutableAttributedString::Replacement> replacements;
+    quib::AttributeSet common = themeManager() ? themeManager()->defaultTextAttributes() : quib::AttributeSet();
+    if (const auto *name = spacerAttributeName()) {
+        common.insert(*name, 1);
+    }
+    std::vector<Replacement> replacements;
     qint64 offset = 0;
     const auto add = [&](qint64 place, qint64 shownPlace, bool *stop) {
-        replacements.push_back({{place, 0}, NSTextAttachment::placeholderString(), spacerAttributes()});
+        replacements.push_back({{place, 0}, NSTextAttachment::placeholderString(), spacerAttributes(common)});
         if (usingBlock) {
-            usingBlock({shownPlace, 0}, NSAttributedString(replacements.back().string, replacements.back().attributes),
-                       stop);
+            usingBlock({shownPlace, 0}, replacements.back(), stop);
         }
         ++offset;
     };
@@ -42,18 +45,16 @@ void QBNoteStylerWithAttachmentsSpacers::addTextAttachmentsInAttributedString(
     }
 }
 
-quib::AttributeSet QBNoteStylerWithAttachmentsSpacers::spacerAttributes()
+quib::AttributeSet QBNoteStylerWithAttachmentsSpacers::spacerAttributes(const quib::AttributeSet &common)
 {
-    const QString key = u"SpacerTextAttachmentCacheKey"_s;
+    static const QString key = u"SpacerTextAttachmentCacheKey"_s;
     const auto *cached = m_stylerCache.object(key);
     if (cached == nullptr) {
         cached = new std::shared_ptr<QBNotesTextAttachment>(makeTextAttachment({}));
         m_stylerCache.insert(key, const_cast<std::shared_ptr<QBNotesTextAttachment> *>(cached));
     }
-    quib::AttributeSet attributes = attributedStringWithTextAttachment((*cached)->copy()).attributesAtIndex(0);
-    if (const auto *name = spacerAttributeName()) {
-        attributes.insert(*name, 1);
-    }
+    quib::AttributeSet attributes = common;
+    attributes.insert(NSAttachmentAttributeName, (*cached)->copy());
     return attributes;
 }
 
@@ -66,6 +67,11 @@ QBNoteStylerWithAttachmentsSpacers::makeTextAttachment(const QString &represente
 bool QBNoteStylerWithAttachmentsSpacers::isOwnTextAttachment(const QBNotesTextAttachment &attachment) const
 {
     return dynamic_cast<const QBSpacerTextAttachment *>(&attachment) != nullptr;
+}
+
+quib::AttributeNameMask QBNoteStylerWithAttachmentsSpacers::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBSpacerTextAttachment));
 }
 
 void QBNoteStylerWithAttachmentsSpacers::enumerateValidAttachmentsInAttributedString(

@@ -17,9 +17,10 @@ protected:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment>
     makeTextAttachment(const QString &representedText) const override;
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
+    [[nodiscard]] quib::AttributeNameMask ownTextAttachmentClasses() const override;
     void enumerateValidAttachmentsInAttributedString(const NSAttributedString &attributedString, NSRange range,
                                                      const AttachmentBlock &usingBlock) const override;
 
 private:
-    [[nodiscard]] quib::AttributeSet spacerAttributes();
+    [[nodiscard]] quib::AttributeSet spacerAttributes(const quib::AttributeSet &common);
 };

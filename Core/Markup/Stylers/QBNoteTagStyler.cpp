@@ -91,7 +91,7 @@ QBNoteTagStyler::Attributes QBNoteTagStyler::attributes() const
     return set;
 }
 
-void QBNoteTagStyler::styleTag(NSMutableAttributedString &attributedString, NSRange range, const Attributes &attributes)
+void QBNoteTagStyler::styleTag(NSMutableAttributedString &attributedString, NSRange range, Attributes &attributes)
 {
     // A spacer, a hash, one character of the name at least, a spacer.
     if (range.length < 4) {
@@ -109,8 +109,14 @@ void QBNoteTagStyler::styleTag(NSMutableAttributedString &attributedString, NSRa
     AttributeSet tag = attributes.tag;
     tag.insert(QBNoteTagStylerAttributeName, identity);
     tag.insert(QBNoteFullSelectionRangeAttributeName, identity);
-    if (const auto value = quib::percentEncoded(name, quib::PlainCharacters::QueryValue)) {
-        tag.insert(NSLinkAttributeName, QUrl(u"quib://x-callback-url/open-tag?name="_s + *value));
+    if (attributes.name != name) {
+        const auto value = quib::percentEncoded(name, quib::PlainCharacters::QueryValue);
+        attributes.link = value ? quib::AttributeValue(QUrl(u"quib://x-callback-url/open-tag?name="_s + *value))
+                                : quib::AttributeValue();
+        attributes.name = name;
+    }
+    if (attributes.link) {
+        tag.insert(NSLinkAttributeName, attributes.link);
     }
     attributedString.addAttributes(tag, range);
     attributedString.addAttributes(attributes.marker, {hash, 1});

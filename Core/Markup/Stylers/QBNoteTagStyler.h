@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 /// Tags, `#tag` and `#a tag#`. Between a pair of spacers, which go out and come in again at each pass, so that no edit
 /// leaves one behind; guarded from all later stylers.
 class QBNoteTagStyler final : public QBNoteStylerWithAttachmentsSpacers
@@ -29,9 +31,11 @@ private:
     {
         quib::AttributeSet tag;
         quib::AttributeSet marker;
-        bool hasMarks = false; ///< whether marks that go with tags stand in the range of the pass
+        std::optional<QString> name{}; ///< the last tag's; its neighbours often have the same
+        quib::AttributeValue link{};   ///< of that name; nothing where it has none
+        bool hasMarks = false;         ///< whether marks that go with tags stand in the range of the pass
     };
     [[nodiscard]] Attributes attributes() const;
     /// Paints a tag with its two spacers.
-    static void styleTag(NSMutableAttributedString &attributedString, NSRange range, const Attributes &attributes);
+    static void styleTag(NSMutableAttributedString &attributedString, NSRange range, Attributes &attributes);
 };

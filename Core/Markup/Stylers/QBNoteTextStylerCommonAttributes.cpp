@@ -21,6 +21,45 @@ std::span<const NSAttributeName> customAttributesNames()
     return names;
 }
 
+std::span<const NSAttributeName> constructsAttributesNames()
+{
+    static const std::array names{
+        QBNoteBoldTextStylerAttributeName,
+        QBNoteBoldTextStylerMarkerAttributeName,
+        QBNoteItalicTextStylerAttributeName,
+        QBNoteItalicTextStylerMarkerAttributeName,
+        QBNoteUnderlineTextStylerAttributeName,
+        QBNoteUnderlineTextStylerMarkerAttributeName,
+        QBNoteStrikedTextStylerAttributeName,
+        QBNoteStrikedTextStylerMarkerAttributeName,
+        QBNoteHighlighterTextStylerAttributeName,
+        QBNoteHighlighterTextStylerMarkerAttributeName,
+        QBNoteHighlighterTextStylerBackgroundAttributeName,
+        QBNoteCodeInlineTextStylerAttributeName,
+        QBNoteCodeInlineTextStylerMarkerAttributeName,
+        QBNoteCodeInlineTextStylerBackgroundAttributeName,
+        QBHeaderTextStylerAttributeName,
+        QBHeaderTextStylerMarkerAttributeName,
+        QBNoteQuoteTextStylerAttributeName,
+        QBNoteQuoteTextStylerMarkerAttributeName,
+        QBNoteUnorderedListStylerAttributeName,
+        QBNoteUnorderedListStylerMarkerAttributeName,
+        QBNoteOrderedListTextStylerAttributeName,
+        QBNoteOrderedListStylerMArkerAttributeName,
+        QBNoteCheckboxStylerAttributeName,
+        QBNoteCheckboxStylerMarkerAttributeName,
+        QBNoteCheckboxStylerCheckedAttributeName,
+        QBNoteTagStylerAttributeName,
+        QBNoteTagStylerMarkerAttributeName,
+        QBNoteURLTextStylerAttributeName,
+        QBTitledUrlStylerAttributeName,
+        QBNoteWikiTextStylerAttributeName,
+        QBNoteWikiTextStylerMarkerAttributeName,
+        QBNoteColorStylerAttributeName,
+    };
+    return names;
+}
+
 bool shouldSkipStylingInAttributedString(const NSAttributedString &attributedString, NSRange range)
 {
     NSRange run;

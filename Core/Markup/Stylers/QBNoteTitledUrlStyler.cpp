@@ -5,6 +5,7 @@
 #include "ThemeValues.h"
 
 #include <Markup/Attachments/QBLinkedNoteTextAttachment.h>
+#include <Markup/Attachments/QBTitledURLTextAttachment.h>
 #include <Markup/Syntax/StylerSyntax.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
@@ -143,6 +144,13 @@ bool QBNoteTitledUrlStyler::isOwnTextAttachment(const QBNotesTextAttachment &att
            dynamic_cast<const QBLinkedNoteTextAttachment *>(&attachment) == nullptr;
 }
 
+quib::AttributeNameMask QBNoteTitledUrlStyler::ownTextAttachmentClasses() const
+{
+    auto classes = quib::AttributeNameMask::ofClass(typeid(QBTitledURLTextAttachment));
+    classes |= quib::AttributeNameMask::ofClass(typeid(QBLinkedNoteTextAttachment));
+    return classes;
+}
+
 bool QBNoteTitledUrlStyler::isStyledTextAttachment(const QBNotesTextAttachment &attachment) const
 {
     return dynamic_cast<const QBTitledURLTextAttachment *>(&attachment) != nullptr;
@@ -204,11 +212,8 @@ void QBNoteTitledUrlStyler::applyStyleIn(NSMutableAttributedString &attributedSt
                                           {title.location - 1, limit - title.location + 1});
         }
     };
-    attributedString.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
-                                        [&](const quib::AttributeValue &value, NSRange place, bool * /*stop*/) {
-                                            const auto attachment = value.sharedAs<QBNotesTextAttachment>();
-                                            if (attachment && isStyledTextAttachment(*attachment)) {
-                                                style(*attachment, place);
-                                            }
-                                        });
+    enumerateAttachments(
+        attributedString, range, QBNoteTitledUrlStyler::ownTextAttachmentClasses(),
+        [this](const QBNotesTextAttachment &attachment) { return isStyledTextAttachment(attachment); },
+        [&](const auto &attachment, NSRange place) { style(*attachment, place); });
 }

@@ -32,6 +32,7 @@ protected:
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment>
     makeTextAttachment(const QString &representedText) const override;
     [[nodiscard]] bool isOwnTextAttachment(const QBNotesTextAttachment &attachment) const override;
+    [[nodiscard]] quib::AttributeNameMask ownTextAttachmentClasses() const override;
     [[nodiscard]] virtual std::shared_ptr<QBNotesTextAttachment>
     makeLinkAttachment(const QString &representedText) const;
     /// Whether a pass paints the link of an attachment. Linked notes have the same marks, so what this styler takes

@@ -52,6 +52,11 @@ bool QBNoteUnorderedListStyler::isOwnTextAttachment(const QBNotesTextAttachment 
     return dynamic_cast<const QBUnorderedListTextAttachment *>(&attachment) != nullptr;
 }
 
+quib::AttributeNameMask QBNoteUnorderedListStyler::ownTextAttachmentClasses() const
+{
+    return quib::AttributeNameMask::ofClass(typeid(QBUnorderedListTextAttachment));
+}
+
 void QBNoteUnorderedListStyler::removeUnusedStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
                                                     NSTextStorage * /*textStorage*/)
 {

@@ -162,4 +162,43 @@ void ColorScanner::scan(QStringView region, Sink &sink) const
     }
 }
 
+void ArrowScanner::scan(QStringView region, Sink &sink) const
+{
+    constexpr qsizetype kLength = 2;
+    // Every arrow has a head; dashes are far more frequent.
+    const qsizetype size = region.size();
+    const auto *const units = region.utf16();
+    for (qsizetype head = 0; head < size; ++head) {
+        const auto unit = static_cast<char16_t>(units[head]);
+        if (unit != u'<' && unit != u'>') {
+            continue;
+        }
+        const qsizetype place = unit == u'<' ? head : head - 1;
+        const qsizetype dash = unit == u'<' ? head + 1 : head - 1;
+        if (dash < 0 || !isUnit(region, dash, u'-') || !isInlineBegin(region, place) ||
+            !isInlineEnd(region, place + kLength)) {
+            continue;
+        }
+        if (!sink.match({{place, place + kLength}, {place, place + kLength}})) {
+            return;
+        }
+        head = place + kLength - 1;
+    }
+}
+
+void UnitScanner::scan(QStringView region, Sink &sink) const
+{
+    const char16_t least = m_units.constFirst();
+    const char16_t most = m_units.constLast();
+    const qsizetype size = region.size();
+    const auto *const units = region.utf16();
+    for (qsizetype place = 0; place < size; ++place) {
+        const auto unit = static_cast<char16_t>(units[place]);
+        if (unit >= least && unit <= most && std::binary_search(m_units.begin(), m_units.end(), unit) &&
+            !sink.match({{place, place + 1}})) {
+            return;
+        }
+    }
+}
+
 } // namespace quib::syntax

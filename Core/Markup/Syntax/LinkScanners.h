@@ -2,6 +2,10 @@
 
 #include "SyntaxScanner.h"
 
+#include <QList>
+
+#include <utility>
+
 namespace quib::syntax {
 
 /// [title](url). Groups: 1 title, 2 URL text.
@@ -71,6 +75,37 @@ public:
 
 protected:
     void scan(QStringView region, Sink &sink) const override;
+};
+
+/// An arrow, -> or <-, between boundaries. Group 1: the arrow.
+class ArrowScanner final : public SyntaxScanner
+{
+public:
+    explicit ArrowScanner(const QString &pattern)
+        : SyntaxScanner(pattern, AnchorsMatchLines)
+    {
+    }
+
+protected:
+    void scan(QStringView region, Sink &sink) const override;
+};
+
+/// One of some units, wherever it stands.
+class UnitScanner final : public SyntaxScanner
+{
+public:
+    /// Units: in ascending order.
+    UnitScanner(const QString &pattern, QList<char16_t> units)
+        : SyntaxScanner(pattern)
+        , m_units(std::move(units))
+    {
+    }
+
+protected:
+    void scan(QStringView region, Sink &sink) const override;
+
+private:
+    QList<char16_t> m_units;
 };
 
 } // namespace quib::syntax

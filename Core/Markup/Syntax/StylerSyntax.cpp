@@ -10,6 +10,7 @@
 
 #include <QChar>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -178,7 +179,7 @@ Expression makeNative(Construct construct)
     case Construct::TitledURL:
         return std::make_unique<TitledURLScanner>(u"\\[([^\\]\\[\\n]+)\\]\\((?!\\uFFFC)([^)(\\n]+)\\)"_s);
     case Construct::InlineArrow:
-        return std::make_unique<NSRegularExpression>(bounded(u"(->|<-)"_s), NSRegularExpression::AnchorsMatchLines);
+        return std::make_unique<ArrowScanner>(bounded(u"(->|<-)"_s));
     case Construct::Color:
         return std::make_unique<ColorScanner>(bounded(QString(u'(' % Helper::hexColorPattern() % u')')));
     case Construct::Checkbox:
@@ -206,7 +207,9 @@ Expression makeNative(Construct construct)
         for (const char16_t unit : invalidUnicodeCharacterHexValues()) {
             characters.append(QString(QChar(unit)));
         }
-        return std::make_unique<NSRegularExpression>(characters.join(u'|'));
+        QList<char16_t> units = invalidUnicodeCharacterHexValues();
+        std::ranges::sort(units);
+        return std::make_unique<UnitScanner>(characters.join(u'|'), units);
     }
     case Construct::Wiki:
         return delimited(QString(u"(\\[\\[)" % content() % u"(\\]\\])"), {.openers = {u"[["_s}, .closers = {u"]]"_s}});

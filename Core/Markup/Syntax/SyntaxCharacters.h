@@ -3,6 +3,8 @@
 #include <QChar>
 #include <QStringView>
 
+#include <algorithm>
+
 /// The classes of characters that the patterns of the markup use, unit by unit. All members of these classes are single
 /// UTF-16 units, so a surrogate is never one.
 namespace quib::syntax {
@@ -83,6 +85,25 @@ namespace quib::syntax {
 {
     const auto *units = region.utf16();
     const qsizetype size = region.size();
+    // OPTIMIZATION: a line that is not short is passed in blocks without a terminator.
+    constexpr qsizetype kShort = 12;
+    constexpr qsizetype kBlock = 16;
+    for (const qsizetype limit = std::min(size, place + kShort); place < limit; ++place) {
+        if (isLineTerminator(static_cast<char16_t>(units[place]))) {
+            return place;
+        }
+    }
+    while (size - place >= kBlock) {
+        unsigned near = 0;
+        for (qsizetype i = 0; i < kBlock; ++i) {
+            const auto unit = static_cast<char16_t>(units[place + i]);
+            near |= unsigned(unit <= 0x0D) | unsigned(unit == 0x85) | unsigned((unit & 0xFFFE) == 0x2028);
+        }
+        if (near != 0) {
+            break;
+        }
+        place += kBlock;
+    }
     while (place < size && !isLineTerminator(units[place])) {
         ++place;
     }

@@ -385,3 +385,35 @@ TEST(AttributedStringProperty, EqualityIsThatOfTheUnits)
     }
     EXPECT_GT(equalCount, 100);
 }
+
+TEST(AttributedStringProperty, FixingIsParagraphByParagraph)
+{
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
+    const QStringList pieces{u"a"_s, u"bc"_s, u"\n"_s, u"\r"_s, u"\r\n"_s, u"\u2029"_s, u"\u0085"_s};
+    int changed = 0;
+    for (int round = 0; round < 3000; ++round) {
+        QString units;
+        for (size_t left = random() % 24; left > 0; --left) {
+            units += pieces[static_cast<qsizetype>(random() % static_cast<size_t>(pieces.size()))];
+        }
+        NSMutableAttributedString text(units);
+        for (size_t left = random() % 8; left > 0; --left) {
+            text.addAttribute(NSParagraphStyleAttributeName, static_cast<int>(random() % 3),
+                              randomRange(random, text.length()));
+        }
+        const NSRange range = randomRange(random, text.length());
+        NSMutableAttributedString expected = text;
+        for (qint64 place = range.location; place < range.limit();) {
+            const NSRange paragraph = expected.paragraphRangeForRange({place, 0});
+            const AttributeValue first = expected.attribute(NSParagraphStyleAttributeName, paragraph.location);
+            expected.addAttribute(NSParagraphStyleAttributeName, first, paragraph);
+            place = paragraph.limit();
+        }
+        changed += expected == text ? 0 : 1;
+        text.fixAttributesInRange(range);
+        text.runs().checkInvariants();
+        ASSERT_TRUE(text == expected) << units.toStdString();
+    }
+    EXPECT_GT(changed, 500);
+}

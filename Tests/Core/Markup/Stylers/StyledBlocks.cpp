@@ -180,9 +180,8 @@ void StyledBlocks::style(NSRange &range)
         bool isChanged = false;
         if (auto *attachmentStyler = styler->attachmentStyler()) {
             attachmentStyler->replaceTextAttachmentsInAttributedString(
-                m_text, range, [&](NSRange /*range*/, const NSAttributedString & /*replacement*/, bool * /*stop*/) {
-                    isChanged = true;
-                });
+                m_text, range,
+                [&](NSRange /*range*/, const auto & /*replacement*/, bool * /*stop*/) { isChanged = true; });
         }
         styler->styleTextInAttributedString(m_text, range, nullptr);
         // A bullet that gave way to a todo's brackets leaves them to the boxes.

@@ -130,6 +130,12 @@ const QStringList &pieces()
         u"٣."_s,
         u"𝟙."_s,
         u"->"_s,
+        u"<-"_s,
+        u"<"_s,
+        u">"_s,
+        u"\u180E"_s,
+        u"\u2003"_s,
+        u"\uFEFF"_s,
         u"."_s,
         u","_s,
         u"'"_s,
@@ -185,12 +191,12 @@ TEST(SyntaxScanners, TakeLongLinesOfOpenersInStride)
     // text, from every place where it stands.
     constexpr int kUnits = 1'000'000;
     const QStringList openers{
-        u"*a "_s,         u"**a "_s,  u"__ a"_s,      u" _a"_s,         u" -a"_s,      u"~a "_s,
-        u"~~a "_s,        u"::a "_s,  u"`\n"_s,       u"```\n"_s,       u"[[a "_s,     u"[a"_s,
-        u"[a]("_s,        u"![a]("_s, u"[a](quib "_s, u"[a](quibx)"_s,  u"[file:a "_s, u"[file:a/b "_s,
-        u"[image:a/b]"_s, u"["_s,     u"("_s,         u"*"_s,           u"_"_s,        u"-"_s,
-        u"~"_s,           u":"_s,     u"`"_s,         u"#"_s,           u"# "_s,       u"- "_s,
-        u" "_s,           u"\n"_s,    u"[file:a\n"_s, u"[a](quiba\n"_s, u"*a\n"_s,     u"1"_s};
+        u"*a "_s,       u"**a "_s,        u"__ a"_s,     u" _a"_s,        u" -a"_s,         u"~a "_s,    u"~~a "_s,
+        u"::a "_s,      u"`\n"_s,         u"```\n"_s,    u"[[a "_s,       u"[a"_s,          u"[a]("_s,   u"![a]("_s,
+        u"[a](quib "_s, u"[a](quibx)"_s,  u"[file:a "_s, u"[file:a/b "_s, u"[image:a/b]"_s, u"["_s,      u"("_s,
+        u"*"_s,         u"_"_s,           u"-"_s,        u"~"_s,          u":"_s,           u"`"_s,      u"#"_s,
+        u"# "_s,        u"- "_s,          u" "_s,        u"->"_s,         u"<-<"_s,         u"\u00A0"_s, u"\n"_s,
+        u"[file:a\n"_s, u"[a](quiba\n"_s, u"*a\n"_s,     u"1"_s};
     const auto subjects = scanners();
     for (const QString &opener : openers) {
         const QString text = opener.repeated(kUnits / opener.size());
