@@ -6,6 +6,7 @@ QBNoteTextKitStack::QBNoteTextKitStack()
 {
     m_stylerManager->setThemeManager(m_themeManager);
     m_noteTextStorage.setNoteStylersManager(m_stylerManager);
+    m_styleEditor.setNoteStylerManager(m_stylerManager);
     m_themeManager->registerStylableObject(*this);
 }
 

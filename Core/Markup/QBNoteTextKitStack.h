@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QBNoteStyleEditor.h"
 #include "QBNotesTextContainer.h"
 #include "QBNotesTextStorage.h"
 
@@ -26,6 +27,8 @@ public:
     [[nodiscard]] const std::shared_ptr<QBNoteStylersManager> &stylerManager() const { return m_stylerManager; }
     [[nodiscard]] QBNotesTextStorage &noteTextStorage() { return m_noteTextStorage; }
     [[nodiscard]] const QBNotesTextStorage &noteTextStorage() const { return m_noteTextStorage; }
+    /// The commands of formatting, in the syntax of the stylers.
+    [[nodiscard]] const QBNoteStyleEditor &styleEditor() const { return m_styleEditor; }
     /// Nullopt for a stack whose view has one.
     [[nodiscard]] const std::optional<QBNotesTextContainer> &textContainer() const { return m_textContainer; }
 
@@ -38,5 +41,6 @@ private:
     std::shared_ptr<QBNotesTextThemeManager> m_themeManager;
     std::shared_ptr<QBNoteStylersManager> m_stylerManager;
     QBNotesTextStorage m_noteTextStorage;
+    QBNoteStyleEditor m_styleEditor;
     std::optional<QBNotesTextContainer> m_textContainer;
 };
