@@ -10,6 +10,8 @@ QT_END_NAMESPACE
 
 namespace quib {
 
+class QuibProcess;
+
 /// What the process looks like to the user: with windows, or without. Chosen by the program's main function.
 class FrontEnd
 {
@@ -21,6 +23,10 @@ public:
     [[nodiscard]] virtual std::unique_ptr<QBApplicationInterface> makeInterface() = 0;
     /// False where commands that need a window cannot be served.
     [[nodiscard]] virtual bool hasWindows() const = 0;
+    /// The process serves from now on: the time to tell its delegate what the desktop tells the windows.
+    virtual void processDidLaunch(QuibProcess & /*process*/) {}
+    /// All is saved, and the store goes next.
+    virtual void processWillEnd(QuibProcess & /*process*/) {}
 };
 
 /// A process without windows: it serves what comes over the bus, and writes to standard error what it has to say.

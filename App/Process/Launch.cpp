@@ -203,6 +203,7 @@ int serve(FrontEnd &frontEnd, const LaunchOptions &options, const InstanceName &
         }
     });
     process.launch();
+    frontEnd.processDidLaunch(process);
     const OwnRequests own(process, requests);
     if (!frontEnd.hasWindows() && !options.isService && !isSendOnly(requests)) {
         tellUser(isNamed ? u"running without a window, as %1 on the session bus"_s.arg(name.busName)
@@ -212,7 +213,9 @@ int serve(FrontEnd &frontEnd, const LaunchOptions &options, const InstanceName &
     // 4. Down: what was called before the names went is served, later calls start the next process.
     service.unregister();
     QCoreApplication::processEvents();
-    if (!process.terminate(&error)) {
+    const bool isSaved = process.terminate(&error);
+    frontEnd.processWillEnd(process);
+    if (!isSaved) {
         tellUser(u"the notes could not be saved: "_s + error.localizedDescription());
         return kFailed;
     }

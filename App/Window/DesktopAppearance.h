@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+
+QT_BEGIN_NAMESPACE
+class QDBusVariant;
+QT_END_NAMESPACE
+
+namespace quib {
+
+/// Whether the desktop is dark, as its portal tells (org.freedesktop.appearance, color-scheme), and each change of it.
+/// Without a portal the desktop counts as what its palette is. Owned by whoever makes the windows; main queue.
+class DesktopAppearance final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DesktopAppearance(QObject *parent = nullptr);
+
+    [[nodiscard]] bool isDark() const { return m_isDark; }
+
+Q_SIGNALS:
+    void didChange(bool isDark);
+
+private Q_SLOTS:
+    void settingDidChange(const QString &group, const QString &key, const QDBusVariant &value);
+
+private:
+    void take(uint scheme);
+
+    bool m_isDark = false;
+};
+
+} // namespace quib

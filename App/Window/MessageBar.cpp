@@ -1,0 +1,125 @@
+#include "MessageBar.h"
+
+#include "Symbols.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+
+#include <chrono>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace quib {
+
+namespace {
+
+constexpr auto kStay = 8s;
+
+} // namespace
+
+MessageBar::MessageBar(QWidget *parent)
+    : QFrame(parent)
+    , m_layout(new QHBoxLayout(this))
+    , m_label(new QLabel(this))
+    , m_checkBox(new QCheckBox(this))
+{
+    setObjectName(u"messageBar"_s);
+    m_label->setWordWrap(true);
+    m_label->setTextFormat(Qt::PlainText);
+    m_layout->setContentsMargins(18, 9, 12, 9);
+    m_layout->setSpacing(8);
+    m_layout->addWidget(m_label, 1);
+    m_layout->addWidget(m_checkBox);
+    auto *closing = new QToolButton(this);
+    closing->setIcon(symbolIcon(u"close"_s));
+    closing->setAccessibleName(tr("Close the message"));
+    connect(closing, &QToolButton::clicked, this, [this] { end(kNoButton); });
+    m_layout->addWidget(closing);
+    m_leaving.setSingleShot(true);
+    m_leaving.setInterval(kStay);
+    connect(&m_leaving, &QTimer::timeout, this, [this] { end(kNoButton); });
+    hide();
+}
+
+MessageBar::~MessageBar()
+{
+    // Whoever asked is told, as long as it is there to hear.
+    m_answered = nullptr;
+}
+
+QString MessageBar::text() const
+{
+    return isHidden() ? QString() : m_label->text();
+}
+
+void MessageBar::say(const QString &text, const QString &button, const Answered &answered)
+{
+    show(text, button.isEmpty() ? QStringList() : QStringList{button}, {});
+    m_isQuestion = false;
+    m_answered = answered;
+    m_leaving.start();
+}
+
+void MessageBar::ask(const QString &text, const QStringList &buttons, const QString &checkBox, const Answered &answered)
+{
+    show(text, buttons, checkBox);
+    m_isQuestion = true;
+    m_answered = answered;
+    m_leaving.stop();
+    if (!m_buttons.isEmpty()) {
+        m_buttons.constFirst()->setFocus();
+    }
+}
+
+void MessageBar::show(const QString &text, const QStringList &buttons, const QString &checkBox)
+{
+    end(kNoButton);
+    m_label->setText(text);
+    m_checkBox->setText(checkBox);
+    m_checkBox->setChecked(false);
+    m_checkBox->setVisible(!checkBox.isEmpty());
+    qDeleteAll(std::exchange(m_buttons, {}));
+    for (int i = 0; i < buttons.size(); ++i) {
+        auto *button = new QPushButton(buttons[i], this);
+        button->setProperty("isMain", i == 0);
+        button->setAutoDefault(true);
+        connect(button, &QPushButton::clicked, this, [this, i] { end(i); });
+        m_layout->insertWidget(2 + i, button);
+        m_buttons.append(button);
+    }
+    QFrame::show();
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+void MessageBar::press(int button)
+{
+    end(button);
+}
+
+void MessageBar::end(int button)
+{
+    hide();
+    m_leaving.stop();
+    if (const auto answered = std::exchange(m_answered, nullptr)) {
+        answered(button, m_checkBox->isChecked());
+    }
+}
+
+void MessageBar::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        end(kNoButton);
+        return;
+    }
+    QFrame::keyPressEvent(event);
+}
+
+} // namespace quib

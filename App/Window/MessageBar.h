@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QFrame>
+#include <QStringList>
+#include <QTimer>
+
+#include <functional>
+#include <optional>
+
+QT_BEGIN_NAMESPACE
+class QCheckBox;
+class QHBoxLayout;
+class QLabel;
+QT_END_NAMESPACE
+
+namespace quib {
+
+/// What the program says and asks, in a bar at the foot of the window, so that no dialog stands in the way. A question
+/// takes the keyboard, Escape answers it by nothing, and a question that another one pushes aside counts as answered
+/// so. Owned by its window; main queue.
+class MessageBar final : public QFrame
+{
+    Q_OBJECT
+
+public:
+    explicit MessageBar(QWidget *parent = nullptr);
+    ~MessageBar() override;
+
+    static constexpr int kNoButton = -1;
+    /// The index of the button, and whether the box was checked.
+    using Answered = std::function<void(int button, bool isChecked)>;
+
+    /// Says something, which goes away by itself; with a button it can be acted upon.
+    void say(const QString &text, const QString &button = {}, const Answered &answered = {});
+    /// Asks something. The first button is the one that Return presses.
+    void ask(const QString &text, const QStringList &buttons, const QString &checkBox, const Answered &answered);
+    /// Presses a button, for the keyboard and for tests.
+    void press(int button);
+    [[nodiscard]] QString text() const;
+    [[nodiscard]] bool isAsking() const { return bool(m_answered) && m_isQuestion; }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void show(const QString &text, const QStringList &buttons, const QString &checkBox);
+    void end(int button);
+
+    QHBoxLayout *m_layout;
+    QLabel *m_label;
+    QCheckBox *m_checkBox;
+    QList<QWidget *> m_buttons;
+    QTimer m_leaving;
+    Answered m_answered;
+    bool m_isQuestion = false;
+};
+
+} // namespace quib

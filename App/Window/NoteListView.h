@@ -1,0 +1,93 @@
+#pragma once
+
+#include "NoteListModel.h"
+
+#include <Search/Lists/QBNotesTableViewInterface.h>
+
+#include <QListView>
+#include <QTimer>
+
+#include <functional>
+
+namespace quib {
+
+class NoteRowDelegate;
+
+/// The list of notes: the view that the list's logic drives, with the keyboard of a list. Selection is told once a turn
+/// of the event loop, however often it changed within. Owned by the main window; main queue.
+class NoteListView final : public QListView, public QBNotesTableViewInterface
+{
+    Q_OBJECT
+
+public:
+    explicit NoteListView(QWidget *parent = nullptr);
+    ~NoteListView() override;
+
+    [[nodiscard]] NoteListModel &noteListModel() { return m_model; }
+    void setController(QBNotesTableViewController *controller);
+
+    /// What the window does for the list.
+    struct Host
+    {
+        std::function<void(const QString &text)> setSearchFieldString;
+        std::function<void()> focusSearchField;
+        std::function<void(const QBNotesTableQuestion &question, const QBNotesTableViewInterface::Answer &answer)> ask;
+    };
+    void setHost(Host host) { m_host = std::move(host); }
+
+    void setSelectsFirstRowWhenBecomesFirstResponder(bool selects) { m_selectsFirstRow = selects; }
+    /// Selects the note's row alone and shows it. Errors: false when the list does not have the note.
+    bool selectNote(const QBNote &note);
+    /// The row that has the keyboard; null for none.
+    [[nodiscard]] Ref<QBNote> currentNote() const;
+    /// What an empty list says.
+    void setEmptyText(const QString &text);
+
+    // QBNotesTableViewInterface
+    void reloadData() override;
+    void beginUpdates() override;
+    void insertRow(qint64 row) override;
+    void removeRow(qint64 row) override;
+    void moveRow(qint64 row, qint64 toRow) override;
+    void endUpdates() override;
+    void reloadRows(const QList<qint64> &rows) override;
+    [[nodiscard]] QList<qint64> selectedRows() const override;
+    void selectRows(const QList<qint64> &rows) override;
+    [[nodiscard]] double scrollPosition() const override;
+    void setScrollPosition(double position) override;
+    void setSearchFieldString(const QString &string) override;
+    void focusSearchField() override;
+    void ask(const QBNotesTableQuestion &question, const Answer &answer) override;
+
+Q_SIGNALS:
+    void selectionDidChange();
+    /// The user began to write while the list had the keyboard.
+    void textWasTyped(const QString &text);
+    void openWasRequested();
+    void openInWindowWasRequested();
+    void leaveToSidebar();
+    void contextMenuWasRequested(const QPoint &globalPosition);
+
+protected:
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void startDrag(Qt::DropActions supportedActions) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+private:
+    void selectionMayHaveChanged();
+
+    NoteListModel m_model;
+    NoteRowDelegate *m_delegate;
+    Host m_host;
+    QTimer m_selectionTelling;
+    QTimer m_aging;
+    QString m_emptyText;
+    bool m_selectsFirstRow = false;
+};
+
+} // namespace quib

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <Text/NSAttributedString.h>
+
+#include <QHash>
+#include <QPixmap>
+#include <QStyledItemDelegate>
+#include <QUrl>
+
+#include <memory>
+
+class QBNote;
+
+namespace quib {
+
+class NoteListModel;
+
+/// Draws a row of the note list: title, age and marks, snippet, the first picture, and how far its to-dos are. Rows are
+/// of one height, so that a list of any length is laid out at once; a picture stands beside the snippet. Small copies
+/// of pictures are made in the background and kept. Owned by the list's view; main queue.
+class NoteRowDelegate final : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    NoteRowDelegate(NoteListModel &model, QObject *parent);
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+    /// Units: points.
+    static constexpr int kRowHeight = 84;
+
+Q_SIGNALS:
+    /// A picture that a row waits for is there.
+    void pictureArrived();
+
+private:
+    [[nodiscard]] QPixmap picture(const QBNote &note, QSize size, double scale) const;
+    /// Draws lines of a text with its attributes, cut with an ellipsis. Gives the height used.
+    static int drawText(QPainter &painter, const NSAttributedString &text, NSRange range, const QRect &place,
+                        int mostLines);
+
+    NoteListModel &m_model;
+    mutable QHash<QString, QPixmap> m_pictures; ///< null while one is on its way
+    std::shared_ptr<char> m_life = std::make_shared<char>();
+};
+
+} // namespace quib

@@ -1,0 +1,551 @@
+#include "QBMainWindowController.h"
+
+#include "EditorPane.h"
+#include "FuzzyMatch.h"
+#include "MessageBar.h"
+#include "SearchField.h"
+#include "Symbols.h"
+
+#include <Store/CurrentSyntax.h>
+#include <Store/QBCoreDataStack.h>
+#include <Store/QBNotesPreferenceManager.h>
+#include <Themes/QBNotesThemesManager.h>
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolButton>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace quib;
+
+namespace {
+
+/// What a panel shows at most of what was found.
+constexpr qsizetype kMostChoices = 50;
+
+/// The text without the mark of its access key.
+QString plainText(const QString &text)
+{
+    QString plain = text;
+    plain.remove(u'&');
+    return plain;
+}
+
+void saveStore()
+{
+    if (QBCoreDataStack *stack = QBCoreDataStack::sharedStack(); stack != nullptr) {
+        stack->saveUsingCoalescence(/*coalescence=*/false);
+    }
+}
+
+} // namespace
+
+// Making them
+
+QAction *QBMainWindowController::addCommand(const QString &name, const QString &text, const QKeySequence &shortcut,
+                                            std::function<void()> triggered)
+{
+    auto *made = new QAction(text, this);
+    made->setObjectName(name);
+    made->setShortcut(shortcut);
+    connect(made, &QAction::triggered, this, [this, triggered = std::move(triggered)] {
+        triggered();
+        updateActions();
+    });
+    m_actions.insert(name, made);
+    addAction(made);
+    return made;
+}
+
+void QBMainWindowController::makeActions()
+{
+    const auto key = [](QKeyCombination combination) { return QKeySequence(combination); };
+    // 1. Notes.
+    addCommand(u"new-note"_s, tr("New Note"), key(Qt::CTRL | Qt::Key_N), [this] { addNewNote(); });
+    addCommand(u"new-note-in-window"_s, tr("New Note in New Window"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_N),
+               [this] { addNewNoteInNewWindow(); });
+    addCommand(u"quick-open"_s, tr("Open Quickly…"), key(Qt::CTRL | Qt::Key_O), [this] { openQuickly(); });
+    addCommand(u"open-in-window"_s, tr("Open in New Window"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_O), [this] {
+        for (const auto &note : selectedNotes()) {
+            detachEditorWindowForNote(*note, /*floating=*/false);
+        }
+    });
+    addCommand(u"duplicate"_s, tr("Duplicate"), key(Qt::CTRL | Qt::Key_D), [this] {
+        saveNote(/*forceSave=*/false);
+        m_notes->duplicate();
+    });
+    addCommand(u"merge"_s, tr("Merge"), {}, [this] { m_notes->mergeNotes(); });
+    addCommand(u"pin"_s, tr("Pin to Top"), key(Qt::CTRL | Qt::ALT | Qt::Key_P), [this] {
+        const auto notes = selectedNotes();
+        const bool areAllPinned = std::ranges::all_of(notes, [](const auto &note) { return note->isPinned(); });
+        areAllPinned ? m_notes->unpinNotes() : m_notes->pinNotes();
+    })->setCheckable(true);
+    addCommand(u"archive"_s, tr("Archive"), key(Qt::CTRL | Qt::ALT | Qt::Key_A), [this] {
+        const auto notes = selectedNotes();
+        const bool areAllArchived = std::ranges::all_of(notes, [](const auto &note) { return note->isArchived(); });
+        areAllArchived ? m_notes->unarchiveNotes() : m_notes->archiveNotes();
+    });
+    QAction *trash = addCommand(u"trash"_s, tr("Move to Trash"), key(Qt::CTRL | Qt::Key_Backspace), [this] {
+        saveNote(/*forceSave=*/false);
+        m_notes->deleteNotes();
+    });
+    // Plain Delete is a key of text as well: it means notes only where the list has the keyboard.
+    auto *deleting = new QAction(this);
+    deleting->setShortcut(QKeySequence::Delete);
+    deleting->setShortcutContext(Qt::WidgetShortcut);
+    connect(deleting, &QAction::triggered, trash, &QAction::trigger);
+    m_list->addAction(deleting);
+    addCommand(u"restore"_s, tr("Put Back"), {}, [this] { m_notes->restoreNotes(); });
+    addCommand(u"copy-link"_s, tr("Copy Link to Note"), key(Qt::CTRL | Qt::ALT | Qt::Key_L),
+               [this] { copyNoteLinks(); });
+    addCommand(u"close-window"_s, tr("Close Window"), QKeySequence::Close, [this] { close(); });
+    addCommand(u"quit"_s, tr("Quit"), key(Qt::CTRL | Qt::Key_Q), [this] {
+        if (m_terminate) {
+            m_terminate();
+        }
+    });
+    // 2. Editing. The widget that has the keyboard does it.
+    addCommand(u"undo"_s, tr("Undo"), QKeySequence::Undo, [this] { undo(); });
+    addCommand(u"redo"_s, tr("Redo"), QKeySequence::Redo, [this] { redo(); });
+    const auto toFocused = [](auto ofField, auto ofText) {
+        return [ofField, ofText] {
+            if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()); field != nullptr) {
+                (field->*ofField)();
+            } else if (auto *text = qobject_cast<QBNoteTextView *>(QApplication::focusWidget()); text != nullptr) {
+                (text->*ofText)();
+            }
+        };
+    };
+    addCommand(u"cut"_s, tr("Cut"), QKeySequence::Cut, toFocused(&QLineEdit::cut, &QBNoteTextView::cut));
+    addCommand(u"copy"_s, tr("Copy"), QKeySequence::Copy,
+               [this, copyText = toFocused(&QLineEdit::copy, &QBNoteTextView::copy)] {
+                   if (m_list->hasFocus()) {
+                       QApplication::clipboard()->setMimeData(
+                           m_list->noteListModel().mimeData(m_list->selectionModel()->selectedIndexes()));
+                   } else {
+                       copyText();
+                   }
+               });
+    addCommand(u"paste"_s, tr("Paste"), QKeySequence::Paste, toFocused(&QLineEdit::paste, &QBNoteTextView::paste));
+    addCommand(u"select-all"_s, tr("Select All"), QKeySequence::SelectAll,
+               [this, selectText = toFocused(&QLineEdit::selectAll, &QBNoteTextView::selectAll)] {
+                   m_list->hasFocus() ? m_list->selectAll() : selectText();
+               });
+    addCommand(u"search-notes"_s, tr("Search Notes"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_F),
+               [this] { focusSearchField(); });
+    // 3. Tags.
+    QAction *renaming = addCommand(u"rename-tag"_s, tr("Rename Tag"), {}, [this] { m_sidebar->renameSelectedTag(); });
+    renaming->setShortcut(key(Qt::Key_F2));
+    addCommand(u"delete-tag"_s, tr("Delete Tag"), {}, [this] { deleteTag(m_sidebar->selectedItem()); });
+    addCommand(u"remove-tag"_s, tr("Remove Tag from Notes"), {}, [this] {
+        saveNote(/*forceSave=*/false);
+        m_notes->removeSelectedTag();
+    });
+    // 4. What is seen.
+    auto *columns = new QActionGroup(this);
+    const std::initializer_list<std::pair<QString, Columns>> choices{{tr("Sidebar, Notes and Editor"), Columns::All},
+                                                                     {tr("Notes and Editor"), Columns::ListAndEditor},
+                                                                     {tr("Editor Only"), Columns::EditorOnly}};
+    for (const auto &[text, which] : choices) {
+        QAction *choice =
+            addCommand(u"columns-%1"_s.arg(int(which) + 1), text, key(Qt::CTRL | Qt::Key(Qt::Key_1 + int(which))),
+                       [this, which = which] { setColumns(which); });
+        choice->setCheckable(true);
+        columns->addAction(choice);
+    }
+    addCommand(u"toggle-columns"_s, tr("Show or Hide the Sidebar"), key(Qt::CTRL | Qt::Key_Backslash),
+               [this] { setColumns(m_columns == Columns::All ? Columns::ListAndEditor : Columns::All); });
+    addCommand(u"full-screen"_s, tr("Full Screen"), key(Qt::Key_F11),
+               [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
+    addCommand(u"next-note"_s, tr("Next Note"), key(Qt::CTRL | Qt::Key_PageDown), [this] {
+        const auto rows = m_list->selectedRows();
+        const qint64 next = rows.isEmpty() ? 0 : rows.constLast() + 1;
+        if (next < m_notes->numberOfRows()) {
+            m_list->selectRows({next});
+        }
+    });
+    addCommand(u"previous-note"_s, tr("Previous Note"), key(Qt::CTRL | Qt::Key_PageUp), [this] {
+        if (const auto rows = m_list->selectedRows(); !rows.isEmpty() && rows.constFirst() > 0) {
+            m_list->selectRows({rows.constFirst() - 1});
+        }
+    });
+    const std::initializer_list<std::tuple<QString, QString, QBXurlList>> lists{
+        {u"go-notes"_s, tr("Go to Notes"), QBXurlList::AllNotes},
+        {u"go-untagged"_s, tr("Go to Untagged"), QBXurlList::Untagged},
+        {u"go-todo"_s, tr("Go to Todo"), QBXurlList::Todo},
+        {u"go-today"_s, tr("Go to Today"), QBXurlList::Today},
+        {u"go-trash"_s, tr("Go to Trash"), QBXurlList::Trash}};
+    int number = 0;
+    for (const auto &[name, text, list] : lists) {
+        addCommand(name, text, key(Qt::ALT | Qt::Key(Qt::Key_1 + number++)), [this, list = list] { showList(list); });
+    }
+    addCommand(u"focus-sidebar"_s, tr("Keyboard to Sidebar"), key(Qt::CTRL | Qt::ALT | Qt::Key_1), [this] {
+        setColumns(Columns::All);
+        m_sidebar->setFocus();
+    });
+    addCommand(u"focus-notes"_s, tr("Keyboard to Notes"), key(Qt::CTRL | Qt::ALT | Qt::Key_2),
+               [this] { focusNotesTable(); });
+    addCommand(u"focus-editor"_s, tr("Keyboard to Editor"), key(Qt::CTRL | Qt::ALT | Qt::Key_3),
+               [this] { m_editor->focusEditor(); });
+    // 5. Help.
+    addCommand(u"command-palette"_s, tr("All Commands…"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_P),
+               [this] { openCommandPalette(); });
+    addCommand(u"about"_s, tr("About Quib"), {}, [this] { showAbout(); });
+}
+
+void QBMainWindowController::makeMenus()
+{
+    const auto fill = [this](QMenu *menu, std::initializer_list<QLatin1StringView> names) {
+        for (const QLatin1StringView name : names) {
+            if (name.isEmpty()) {
+                menu->addSeparator();
+            } else {
+                menu->addAction(m_actions[name]);
+            }
+        }
+        return menu;
+    };
+    fill(menuBar()->addMenu(tr("&File")), {"new-note"_L1, "new-note-in-window"_L1, ""_L1, "quick-open"_L1,
+                                           "open-in-window"_L1, ""_L1, "close-window"_L1, "quit"_L1});
+    QMenu *edit = fill(menuBar()->addMenu(tr("&Edit")), {"undo"_L1, "redo"_L1, ""_L1, "cut"_L1, "copy"_L1, "paste"_L1,
+                                                         "select-all"_L1, ""_L1, "search-notes"_L1});
+    // The names of what can be undone change without the window being told.
+    connect(edit, &QMenu::aboutToShow, this, &QBMainWindowController::updateActions);
+    m_noteMenu = fill(menuBar()->addMenu(tr("&Note")),
+                      {"open-in-window"_L1, "copy-link"_L1, ""_L1, "pin"_L1, "duplicate"_L1, "merge"_L1, ""_L1,
+                       "remove-tag"_L1, ""_L1, "archive"_L1, "restore"_L1, "trash"_L1});
+    fill(menuBar()->addMenu(tr("&Tag")), {"rename-tag"_L1, "delete-tag"_L1, ""_L1, "remove-tag"_L1});
+    QMenu *view = fill(menuBar()->addMenu(tr("&View")), {"columns-1"_L1, "columns-2"_L1, "columns-3"_L1, ""_L1});
+    QMenu *sorting = view->addMenu(tr("Sort Notes"));
+    QMenu *themes = view->addMenu(tr("Theme"));
+    view->addSeparator();
+    fill(view, {"full-screen"_L1});
+    connect(sorting, &QMenu::aboutToShow, this, [this, sorting] { fillSortMenu(*sorting); });
+    connect(themes, &QMenu::aboutToShow, this, [this, themes] { fillThemeMenu(*themes); });
+    fill(menuBar()->addMenu(tr("&Go")),
+         {"previous-note"_L1, "next-note"_L1, ""_L1, "go-notes"_L1, "go-untagged"_L1, "go-todo"_L1, "go-today"_L1,
+          "go-trash"_L1, ""_L1, "focus-sidebar"_L1, "focus-notes"_L1, "focus-editor"_L1});
+    fill(menuBar()->addMenu(tr("&Help")), {"command-palette"_L1, ""_L1, "about"_L1});
+    // Buttons.
+    for (auto *button : findChildren<QToolButton *>()) {
+        QAction *of = m_actions.value(button->objectName());
+        if (of != nullptr) {
+            const QIcon icon = button->icon();
+            of->setIcon(icon);
+            of->setIconVisibleInMenu(false);
+            button->setDefaultAction(of);
+        }
+    }
+    auto *sortButton = m_listColumn->findChild<QToolButton *>(u"sort"_s);
+    auto *sortMenu = new QMenu(sortButton);
+    connect(sortMenu, &QMenu::aboutToShow, this, [this, sortMenu] { fillSortMenu(*sortMenu); });
+    sortButton->setMenu(sortMenu);
+    sortButton->setToolTip(tr("Sort Notes"));
+    sortButton->setAccessibleName(tr("Sort Notes"));
+    auto *moreButton = m_editorColumn->findChild<QToolButton *>(u"note-menu"_s);
+    moreButton->setMenu(m_noteMenu);
+    moreButton->setToolTip(tr("More"));
+    moreButton->setAccessibleName(tr("Commands for this note"));
+}
+
+void QBMainWindowController::fillSortMenu(QMenu &menu)
+{
+    menu.clear();
+    auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+    if (preferences == nullptr) {
+        return;
+    }
+    const std::initializer_list<std::pair<QString, QString>> keys{{tr("Date Changed"), u"modificationDate"_s},
+                                                                  {tr("Date Created"), u"creationDate"_s},
+                                                                  {tr("Title"), u"title"_s}};
+    for (const auto &[text, sortKey] : keys) {
+        QAction *choice =
+            menu.addAction(text, this, [preferences, sortKey = sortKey] { preferences->setNotesListSortBy(sortKey); });
+        choice->setCheckable(true);
+        choice->setChecked(preferences->notesListSortBy() == sortKey);
+    }
+    menu.addSeparator();
+    for (const bool isAscending : {false, true}) {
+        QAction *choice =
+            menu.addAction(isAscending ? tr("Ascending") : tr("Descending"), this,
+                           [preferences, isAscending] { preferences->setNotesListSortAscending(isAscending); });
+        choice->setCheckable(true);
+        choice->setChecked(preferences->notesListSortAscending() == isAscending);
+    }
+}
+
+void QBMainWindowController::fillThemeMenu(QMenu &menu)
+{
+    menu.clear();
+    auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+    if (preferences == nullptr) {
+        return;
+    }
+    for (const QString &name : QBNotesThemesManager::availableThemesNames()) {
+        QAction *choice =
+            menu.addAction(name, this, [preferences, name] { preferences->setCurrentAppThemeName(name); });
+        choice->setCheckable(true);
+        choice->setChecked(preferences->currentAppThemeName() == name);
+    }
+}
+
+// Context menus
+
+void QBMainWindowController::showNoteMenu(const QPoint &globalPosition)
+{
+    updateActions();
+    if (!selectedNotes().isEmpty()) {
+        m_noteMenu->popup(globalPosition);
+    }
+}
+
+void QBMainWindowController::showSidebarMenu(const QBSidebarItem::Pointer &item, const QPoint &globalPosition)
+{
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    m_sidebar->selectIdentifier(item->uniqueIdentifier());
+    if (item->canCreateNotes()) {
+        menu->addAction(m_actions[u"new-note"_s]);
+    }
+    if (dynamic_cast<QBTagSidebarItem *>(item.get()) != nullptr) {
+        menu->addSeparator();
+        menu->addAction(m_actions[u"rename-tag"_s]);
+        menu->addAction(m_actions[u"delete-tag"_s]);
+    }
+    if (auto *trash = dynamic_cast<QBNotesTrashSidebarItem *>(item.get()); trash != nullptr) {
+        menu->addAction(tr("Empty Trash…"), this, [this] {
+            if (m_notes) {
+                m_notes->deleteNotes(QBNote::allTrashedNotesInManagedObjectContext(*m_context));
+            }
+        });
+    }
+    if (menu->isEmpty()) {
+        delete menu;
+        return;
+    }
+    menu->popup(globalPosition);
+}
+
+// Undo
+
+void QBMainWindowController::undo()
+{
+    if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()); field != nullptr) {
+        field->undo();
+    } else if (auto *text = qobject_cast<QBNoteTextView *>(QApplication::focusWidget()); text != nullptr) {
+        text->undo();
+    } else {
+        m_undoManager.undo();
+    }
+}
+
+void QBMainWindowController::redo()
+{
+    if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()); field != nullptr) {
+        field->redo();
+    } else if (auto *text = qobject_cast<QBNoteTextView *>(QApplication::focusWidget()); text != nullptr) {
+        text->redo();
+    } else {
+        m_undoManager.redo();
+    }
+}
+
+// Tags
+
+void QBMainWindowController::renameTag(const QBSidebarItem::Pointer &item, const QString &name)
+{
+    const auto *tagItem = dynamic_cast<const QBTagSidebarItem *>(item.get());
+    if (tagItem == nullptr) {
+        return;
+    }
+    saveNote(/*forceSave=*/false);
+    const QString old = tagItem->tag()->title();
+    if (const auto renamed = tagItem->tag()->renameTagWithTagNamed(name, currentSyntax())) {
+        const QString now = renamed->title();
+        saveStore();
+        m_sidebar->selectIdentifier(now);
+        m_messages->say(tr("The tag #%1 is #%2 now.").arg(old, now));
+    }
+}
+
+void QBMainWindowController::deleteTag(const QBSidebarItem::Pointer &item)
+{
+    if (dynamic_cast<QBTagSidebarItem *>(item.get()) == nullptr) {
+        return;
+    }
+    const QString title = static_cast<QBTagSidebarItem &>(*item).tag()->title();
+    m_messages->ask(tr("Take the tag #%1 out of all its notes? The notes themselves stay.").arg(title),
+                    {tr("Delete Tag"), tr("Cancel")}, {}, [this, item](int button, bool /*isChecked*/) {
+                        if (button == 0) {
+                            saveNote(/*forceSave=*/false);
+                            item->deleteItem();
+                        }
+                        m_sidebar->setFocus();
+                    });
+}
+
+void QBMainWindowController::dropNotes(const QBSidebarItem::Pointer &item, const QStringList &identifiers)
+{
+    const auto notes = notesWithIdentifiers(identifiers);
+    if (notes.isEmpty() || !m_notes) {
+        return;
+    }
+    saveNote(/*forceSave=*/false);
+    if (const auto *tagItem = dynamic_cast<const QBTagSidebarItem *>(item.get()); tagItem != nullptr) {
+        m_notes->unremoveTag(tagItem->tag()->title(), notes);
+    } else if (dynamic_cast<const QBArchiveSidebarItem *>(item.get()) != nullptr) {
+        m_notes->archiveNotes(notes);
+    } else if (dynamic_cast<const QBNotesTrashSidebarItem *>(item.get()) != nullptr) {
+        if (m_notes->representedObject() != item) {
+            m_notes->deleteNotes(notes);
+        }
+    } else {
+        item->addNotes(notes);
+    }
+    updateActions();
+}
+
+void QBMainWindowController::copyNoteLinks()
+{
+    QStringList links;
+    for (const auto &note : selectedNotes()) {
+        links.append(note->openNoteXCallbackURLString());
+    }
+    if (!links.isEmpty()) {
+        QApplication::clipboard()->setText(links.join(u'\n'));
+        m_messages->say(tr("%n link(s) copied.", nullptr, int(links.size())));
+    }
+}
+
+// Panels
+
+void QBMainWindowController::openQuickly()
+{
+    if (!m_context) {
+        return;
+    }
+    saveNote(/*forceSave=*/false);
+    struct Entry
+    {
+        QString identifier;
+        QString title;
+    };
+    NSFetchRequest request;
+    request.entityName = QBNote::entityName();
+    request.predicate = NSPredicate::predicateWithFormat(u"trashed == NO"_s);
+    request.sortDescriptors = {NSSortDescriptor(QString(QBNoteAttributes::modificationDate), /*ascending=*/false)};
+    auto entries = std::make_shared<QList<Entry>>();
+    const auto rows = m_context->executeDictionaryFetchRequest(
+        request, {QString(QBNoteAttributes::uniqueIdentifier), QString(QBNoteAttributes::title)});
+    if (rows) {
+        for (const auto &row : *rows) {
+            const QString title = valueOr<QString>(row[1]);
+            entries->append({valueOr<QString>(row[0]), title.isEmpty() ? tr("Untitled note") : title});
+        }
+    }
+    m_choices->open(tr("Open a note by its title"), [this, entries](const QString &query) {
+        struct Found
+        {
+            const Entry *entry;
+            FuzzyMatch match;
+        };
+        std::vector<Found> found;
+        for (const Entry &entry : *entries) {
+            if (auto match = FuzzyMatch::match(query, entry.title)) {
+                if (query.isEmpty()) {
+                    match->score = 0; // as they changed
+                }
+                found.push_back({&entry, *std::move(match)});
+            }
+            if (query.isEmpty() && qsizetype(found.size()) == kMostChoices) {
+                break;
+            }
+        }
+        std::ranges::stable_sort(found, [](const Found &a, const Found &b) { return a.match.score > b.match.score; });
+        QList<Choice> choices;
+        for (const Found &each : found) {
+            if (choices.size() == kMostChoices) {
+                break;
+            }
+            choices.append(Choice{.title = each.entry->title,
+                                  .detail = {},
+                                  .symbol = u"sidebar-notes"_s,
+                                  .places = each.match.places,
+                                  .choose = [this, identifier = each.entry->identifier] {
+                                      if (const auto note = QBNote::noteWithUniqueIdentifier(identifier, *m_context)) {
+                                          showNote(*note);
+                                          m_editor->focusEditor();
+                                      }
+                                  }});
+        }
+        if (choices.isEmpty() && !query.trimmed().isEmpty()) {
+            choices.append(Choice{.title = tr("New note “%1”").arg(query.trimmed()),
+                                  .detail = {},
+                                  .symbol = u"new-note"_s,
+                                  .places = {},
+                                  .choose = [this, title = query.trimmed()] {
+                                      showList(QBXurlList::AllNotes);
+                                      setCurrentSearch(title);
+                                      addNewNote();
+                                  }});
+        }
+        return choices;
+    });
+}
+
+void QBMainWindowController::openCommandPalette()
+{
+    updateActions();
+    m_choices->open(tr("Find a command"), [this](const QString &query) {
+        struct Found
+        {
+            Choice choice;
+            int score;
+        };
+        std::vector<Found> found;
+        const auto offer = [&found, &query](const QString &title, const QString &detail, const QString &symbolName,
+                                            std::function<void()> choose) {
+            if (auto match = FuzzyMatch::match(query, title)) {
+                found.push_back({Choice{.title = title,
+                                        .detail = detail,
+                                        .symbol = symbolName,
+                                        .places = match->places,
+                                        .choose = std::move(choose)},
+                                 query.isEmpty() ? 0 : match->score});
+            }
+        };
+        for (QAction *command : actions()) {
+            if (command->isEnabled() && command->isVisible() && !command->text().isEmpty() &&
+                command->objectName() != u"command-palette") {
+                offer(plainText(command->text()), command->shortcut().toString(QKeySequence::NativeText), {},
+                      [command] { command->trigger(); });
+            }
+        }
+        if (auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager(); preferences != nullptr) {
+            for (const QString &name : QBNotesThemesManager::availableThemesNames()) {
+                offer(tr("Theme: %1").arg(name), preferences->currentAppThemeName() == name ? tr("current") : QString(),
+                      {}, [preferences, name] { preferences->setCurrentAppThemeName(name); });
+            }
+        }
+        std::ranges::stable_sort(found, [](const Found &a, const Found &b) { return a.score > b.score; });
+        QList<Choice> choices;
+        for (Found &each : found) {
+            choices.append(std::move(each.choice));
+        }
+        return choices;
+    });
+}
+
+void QBMainWindowController::showAbout()
+{
+    m_messages->say(
+        tr("Quib %1 – notes in plain text, kept on this computer.").arg(QApplication::applicationVersion()));
+}

@@ -1,0 +1,294 @@
+#include "QBMainWindowController.h"
+
+#include "DetachedWindow.h"
+#include "EditorPane.h"
+#include "SearchField.h"
+
+#include <Store/QBNoteTag.h>
+#include <Themes/QBNotesThemesManager.h>
+
+#include <QApplication>
+
+using namespace Qt::StringLiterals;
+using namespace quib;
+
+// The window
+
+void QBMainWindowController::makeKeyAndOrderFront()
+{
+    show();
+    raise();
+    activateWindow();
+    if (focusWidget() == nullptr) {
+        focusNotesTable();
+    }
+}
+
+void QBMainWindowController::orderFront()
+{
+    const bool activates = !testAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    show();
+    raise();
+    setAttribute(Qt::WA_ShowWithoutActivating, !activates);
+}
+
+void QBMainWindowController::orderOut()
+{
+    hide();
+}
+
+void QBMainWindowController::setAlphaValue(double alphaValue)
+{
+    setWindowOpacity(alphaValue);
+}
+
+bool QBMainWindowController::isKeyWindow() const
+{
+    return isActiveWindow();
+}
+
+QString QBMainWindowController::firstResponderDescription() const
+{
+    const QWidget *focus = QApplication::focusWidget();
+    return focus == nullptr
+               ? u"none"_s
+               : QString(QString::fromLatin1(focus->metaObject()->className()) % u' ' % focus->objectName());
+}
+
+// The store
+
+void QBMainWindowController::setManagedObjectContext(
+    const std::shared_ptr<NSManagedObjectContext> &managedObjectContext)
+{
+    m_context = managedObjectContext;
+    m_textSearch = NoteTextSearch::make(*m_context);
+    m_textSearch->startFilling();
+    m_notes = std::make_unique<QBNotesTableViewController>(*m_list, m_undoManager, m_textSearch);
+    m_notes->setDelegate(this);
+    m_notes->noteTableCellTextRenderer().setTextTheme(m_editor->textView().textKitStack().themeManager().get());
+    m_list->setController(m_notes.get());
+    m_sidebar->setManagedObjectContext(m_context);
+    restoreLists();
+    updateEmptyStates();
+    updateActions();
+}
+
+void QBMainWindowController::setSelectsFirstRowWhenBecomesFirstResponder(bool selects)
+{
+    m_list->setSelectsFirstRowWhenBecomesFirstResponder(selects);
+}
+
+void QBMainWindowController::saveNote(bool forceSave)
+{
+    for (DetachedWindow *window : m_detached) {
+        window->editor().saveNote(forceSave);
+    }
+    m_editor->saveNote(forceSave);
+}
+
+// Commands
+
+void QBMainWindowController::addNewNote()
+{
+    if (!m_notes) {
+        return;
+    }
+    // A list that takes no new notes leads to the one that does.
+    if (m_notes->representedObject() == nullptr || !m_notes->representedObject()->canCreateNotes()) {
+        showList(QBXurlList::AllNotes);
+    }
+    const Ref<QBNote> note = m_notes->createNewNote();
+    if (!note) {
+        return;
+    }
+    if (!m_notes->currentSearch().isEmpty()) {
+        m_searchField->clear();
+    }
+    m_context->processPendingChanges();
+    showNote(*note);
+    editNoteAtEnd(*note);
+}
+
+void QBMainWindowController::addNewNoteInNewWindow()
+{
+    if (!m_notes) {
+        return;
+    }
+    if (m_notes->representedObject() == nullptr || !m_notes->representedObject()->canCreateNotes()) {
+        showList(QBXurlList::AllNotes);
+    }
+    if (const Ref<QBNote> note = m_notes->createNewNote()) {
+        m_context->processPendingChanges();
+        detachEditorWindowForNote(*note, /*floating=*/false);
+        editNoteAtEnd(*note);
+    }
+}
+
+bool QBMainWindowController::isEditorOnly() const
+{
+    return m_columns == Columns::EditorOnly;
+}
+
+void QBMainWindowController::focusSearchField()
+{
+    if (m_columns == Columns::EditorOnly) {
+        setColumns(Columns::ListAndEditor);
+    }
+    m_searchField->setFocus(Qt::ShortcutFocusReason);
+}
+
+// What URL actions ask for
+
+void QBMainWindowController::detachEditorWindowForNote(QBNote &note, bool floating)
+{
+    for (DetachedWindow *window : m_detached) {
+        if (window->editor().note().get() == &note) {
+            window->show();
+            window->raise();
+            window->activateWindow();
+            return;
+        }
+    }
+    auto *window = new DetachedWindow(Ref<QBNote>(&note), floating);
+    m_detached.append(window);
+    if (m_textTheme) {
+        window->editor().loadTheme(m_textTheme);
+    }
+    connect(window, &QObject::destroyed, this, [this, window] {
+        m_detached.removeAll(window);
+        if (m_detached.isEmpty() && !isVisible() && m_terminate) {
+            m_terminate();
+        }
+    });
+    connect(&window->editor(), &EditorPane::urlWasOpened, m_editor, &EditorPane::urlWasOpened);
+    if (m_editor->note().get() == &note) {
+        m_editor->saveNote(/*forceSave=*/false);
+    }
+    window->show();
+    window->activateWindow();
+    window->editor().focusEditor();
+}
+
+bool QBMainWindowController::isNoteVisible(const QBNote &note)
+{
+    const auto *results = m_notes ? m_notes->fetchedResultController() : nullptr;
+    return results != nullptr && results->indexOfObject(&note) != NSNotFound;
+}
+
+void QBMainWindowController::showNote(QBNote &note)
+{
+    if (!m_notes) {
+        return;
+    }
+    if (!isNoteVisible(note)) {
+        if (!m_notes->currentSearch().isEmpty()) {
+            m_searchField->clear();
+        }
+        if (!isNoteVisible(note)) {
+            showList(note.isTrashed()    ? QBXurlList::Trash
+                     : note.isArchived() ? QBXurlList::Archive
+                                         : QBXurlList::AllNotes);
+        }
+    }
+    m_list->selectNote(note);
+    notesSelectionDidChange();
+}
+
+void QBMainWindowController::scrollNote(QBNote &note, const QString &toHeader, const QString &orAttachment)
+{
+    for (DetachedWindow *window : m_detached) {
+        if (window->editor().note().get() == &note) {
+            window->editor().scrollTo(toHeader, orAttachment);
+            return;
+        }
+    }
+    if (m_editor->note().get() == &note) {
+        m_editor->scrollTo(toHeader, orAttachment);
+    }
+}
+
+void QBMainWindowController::editNoteAtEnd(QBNote &note)
+{
+    for (DetachedWindow *window : m_detached) {
+        if (window->editor().note().get() == &note) {
+            window->editor().moveToEnd();
+            window->editor().focusEditor();
+            return;
+        }
+    }
+    if (m_editor->note().get() == &note) {
+        m_editor->moveToEnd();
+        m_editor->focusEditor();
+    }
+}
+
+void QBMainWindowController::showList(QBXurlList list)
+{
+    const auto identifier = [list] {
+        switch (list) {
+        case QBXurlList::Untagged:
+            return u"QBUntaggedSidebarItem"_s;
+        case QBXurlList::Today:
+            return u"QBTodaySidebarItem"_s;
+        case QBXurlList::Todo:
+            return u"QBTodoSidebarItem"_s;
+        case QBXurlList::Archive:
+            return u"QBArchiveSidebarItem"_s;
+        case QBXurlList::Trash:
+            return u"QBNotesTrashSidebarItem"_s;
+        case QBXurlList::AllNotes:
+            break;
+        }
+        return u"QBNotesSidebarItem"_s;
+    };
+    if (list == QBXurlList::Archive) {
+        m_sidebar->sidebarModel().controller().showArchiveSidebarItem(true);
+    }
+    m_sidebar->selectIdentifier(identifier());
+}
+
+void QBMainWindowController::selectTag(QBNoteTag &tag)
+{
+    m_sidebar->selectIdentifier(tag.uniqueIdentifier());
+}
+
+void QBMainWindowController::setCurrentSearch(const QString &search)
+{
+    if (m_notes) {
+        m_notes->setCurrentSearch(search);
+    }
+}
+
+void QBMainWindowController::focusNotesTable()
+{
+    if (m_columns == Columns::EditorOnly) {
+        m_editor->focusEditor();
+    } else {
+        m_list->setFocus();
+    }
+}
+
+void QBMainWindowController::loadFontThemeName(const QString &name)
+{
+    if (const auto theme = QBNotesThemesManager::fontThemeForThemeName(name); theme && m_textTheme) {
+        m_textTheme->addThemeItemsFromTheme(*theme);
+        loadTextTheme(m_textTheme);
+    }
+}
+
+void QBMainWindowController::showQuibProPreferences()
+{
+    makeKeyAndOrderFront();
+}
+
+void QBMainWindowController::showThemesPreferences()
+{
+    makeKeyAndOrderFront();
+    openCommandPalette();
+}
+
+void QBMainWindowController::showMainWindow()
+{
+    makeKeyAndOrderFront();
+}

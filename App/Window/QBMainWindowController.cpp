@@ -1,0 +1,399 @@
+#include "QBMainWindowController.h"
+
+#include "DetachedWindow.h"
+#include "EditorPane.h"
+#include "EmptyState.h"
+#include "MessageBar.h"
+#include "SearchField.h"
+#include "Symbols.h"
+#include "ThemeColors.h"
+
+#include <Store/QBNote.h>
+#include <URL/IACManager.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDateTime>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QSplitter>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+using namespace quib;
+
+namespace {
+
+// Units: points.
+constexpr int kSidebarWidth = 216;
+constexpr int kListWidth = 308;
+constexpr int kLeastSidebarWidth = 150;
+constexpr int kLeastListWidth = 220;
+constexpr int kLeastEditorWidth = 300;
+constexpr int kHeaderHeight = 46;
+
+} // namespace
+
+QBMainWindowController::QBMainWindowController()
+{
+    setObjectName(u"QBMainWindow"_s);
+    setWindowTitle(tr("Quib"));
+    resize(1200, 800);
+    makeColumns();
+    makeActions();
+    makeMenus();
+    NoteListView::Host host;
+    host.setSearchFieldString = [this](const QString &text) { m_searchField->showString(text); };
+    host.focusSearchField = [this] { focusSearchField(); };
+    host.ask = [this](const QBNotesTableQuestion &question, const QBNotesTableViewInterface::Answer &answer) {
+        m_messages->ask(question.message, {tr("Delete"), tr("Cancel")}, question.suppressionText,
+                        [this, answer](int button, bool isChecked) {
+                            answer(button == 0, button == 0 && isChecked);
+                            m_list->setFocus();
+                        });
+    };
+    m_list->setHost(std::move(host));
+    updateEmptyStates();
+    updateActions();
+    restoreWindow();
+}
+
+QBMainWindowController::~QBMainWindowController()
+{
+    forgetStore();
+}
+
+void QBMainWindowController::makeColumns()
+{
+    auto *center = new QWidget(this);
+    auto *rows = new QVBoxLayout(center);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    m_splitter = new QSplitter(center);
+    m_splitter->setHandleWidth(1);
+    m_splitter->setChildrenCollapsible(false);
+    rows->addWidget(m_splitter, 1);
+    m_messages = new MessageBar(center);
+    rows->addWidget(m_messages);
+    setCentralWidget(center);
+    // 1. The sidebar.
+    m_sidebar = new SidebarView(m_splitter);
+    m_sidebar->setMinimumWidth(kLeastSidebarWidth);
+    // 2. The list, under its title and the search field.
+    m_listColumn = new QWidget(m_splitter);
+    m_listColumn->setObjectName(u"listColumn"_s);
+    m_listColumn->setAttribute(Qt::WA_StyledBackground);
+    m_listColumn->setMinimumWidth(kLeastListWidth);
+    auto *list = new QVBoxLayout(m_listColumn);
+    list->setContentsMargins(0, 0, 0, 0);
+    list->setSpacing(0);
+    auto *header = new QHBoxLayout;
+    header->setContentsMargins(18, 0, 10, 0);
+    header->setSpacing(2);
+    m_listTitle = new QLabel(m_listColumn);
+    m_listTitle->setObjectName(u"columnTitle"_s);
+    m_listTitle->setFont(interfaceFont(16, /*isBold=*/true));
+    m_listTitle->setMinimumWidth(20);
+    m_listTitle->setFixedHeight(kHeaderHeight);
+    header->addWidget(m_listTitle, 1);
+    header->addWidget(makeButton(u"sort"_s, u"sort"_s, m_listColumn));
+    header->addWidget(makeButton(u"new-note"_s, u"new-note"_s, m_listColumn));
+    list->addLayout(header);
+    m_searchField = new SearchField(m_listColumn);
+    auto *field = new QHBoxLayout;
+    field->setContentsMargins(14, 0, 14, 10);
+    field->addWidget(m_searchField);
+    list->addLayout(field);
+    m_list = new NoteListView(m_listColumn);
+    list->addWidget(m_list, 1);
+    // 3. The editor, under a few buttons.
+    m_editorColumn = new QWidget(m_splitter);
+    m_editorColumn->setObjectName(u"editorColumn"_s);
+    m_editorColumn->setAttribute(Qt::WA_StyledBackground);
+    m_editorColumn->setMinimumWidth(kLeastEditorWidth);
+    auto *editor = new QVBoxLayout(m_editorColumn);
+    editor->setContentsMargins(0, 0, 0, 0);
+    editor->setSpacing(0);
+    auto *bar = new QHBoxLayout;
+    bar->setContentsMargins(10, 0, 10, 0);
+    bar->setSpacing(2);
+    bar->addWidget(makeButton(u"sidebar"_s, u"toggle-columns"_s, m_editorColumn));
+    m_noteInfo = new QLabel(m_editorColumn);
+    m_noteInfo->setFont(interfaceFont(11));
+    m_noteInfo->setAlignment(Qt::AlignCenter);
+    m_noteInfo->setFixedHeight(kHeaderHeight);
+    m_noteInfo->setForegroundRole(QPalette::PlaceholderText);
+    bar->addWidget(m_noteInfo, 1);
+    bar->addWidget(makeButton(u"pin"_s, u"pin"_s, m_editorColumn));
+    bar->addWidget(makeButton(u"more"_s, u"note-menu"_s, m_editorColumn));
+    editor->addLayout(bar);
+    m_editor = new EditorPane(m_editorColumn);
+    editor->addWidget(m_editor, 1);
+    m_splitter->addWidget(m_sidebar);
+    m_splitter->addWidget(m_listColumn);
+    m_splitter->addWidget(m_editorColumn);
+    m_splitter->setStretchFactor(0, 0);
+    m_splitter->setStretchFactor(1, 0);
+    m_splitter->setStretchFactor(2, 1);
+    m_splitter->setSizes({kSidebarWidth, kListWidth, 1200 - kSidebarWidth - kListWidth});
+    m_choices = new ChoicePanel(this);
+    // 4. What the columns tell each other.
+    connect(m_sidebar, &SidebarView::itemWasSelected, this, &QBMainWindowController::sidebarItemWasSelected);
+    connect(m_sidebar, &SidebarView::contextMenuWasRequested, this, &QBMainWindowController::showSidebarMenu);
+    connect(m_sidebar, &SidebarView::leaveToNotes, this, &QBMainWindowController::focusNotesTable);
+    connect(&m_sidebar->sidebarModel(), &SidebarModel::notesWereDropped, this, &QBMainWindowController::dropNotes);
+    connect(&m_sidebar->sidebarModel(), &SidebarModel::tagNameWasEdited, this, &QBMainWindowController::renameTag);
+    connect(&m_sidebar->sidebarModel(), &SidebarModel::notesOrderDidChange, this, [this] {
+        if (m_notes) {
+            m_notes->setRepresentedObject(m_notes->representedObject());
+        }
+    });
+    connect(m_list, &NoteListView::selectionDidChange, this, &QBMainWindowController::notesSelectionDidChange);
+    connect(m_list, &NoteListView::contextMenuWasRequested, this, &QBMainWindowController::showNoteMenu);
+    connect(m_list, &NoteListView::openWasRequested, this, [this] { m_editor->focusEditor(); });
+    connect(m_list, &NoteListView::openInWindowWasRequested, this, [this] {
+        for (const auto &note : selectedNotes()) {
+            detachEditorWindowForNote(*note, /*floating=*/false);
+        }
+    });
+    connect(m_list, &NoteListView::leaveToSidebar, this, [this] {
+        if (m_sidebar->isVisible()) {
+            m_sidebar->setFocus();
+        }
+    });
+    connect(m_list, &NoteListView::textWasTyped, m_searchField, &SearchField::continueTyping);
+    connect(m_searchField, &SearchField::searchDidChange, this, [this](const QString &search) {
+        if (m_notes) {
+            m_notes->searchFieldUpdated(search);
+        }
+    });
+    connect(m_searchField, &SearchField::leaveToList, this, &QBMainWindowController::focusNotesTable);
+    connect(&m_editor->emptyState(), &EmptyState::buttonWasPressed, this, &QBMainWindowController::addNewNote);
+    connect(m_editor, &EditorPane::urlWasOpened, this, [](const QUrl &url) {
+        if (const auto manager = IACManager::sharedManager()) {
+            static_cast<void>(manager->handleOpenURL(url));
+        }
+    });
+    setTabOrder(m_sidebar, m_searchField);
+    setTabOrder(m_searchField, m_list);
+    setTabOrder(m_list, m_editor);
+}
+
+QToolButton *QBMainWindowController::makeButton(const QString &symbol, const QString &actionName, QWidget *parent)
+{
+    auto *button = new QToolButton(parent);
+    button->setObjectName(actionName);
+    button->setIcon(symbolIcon(symbol, u"Note Action Icon Color"_s, u"Note Action Icon Active Color"_s));
+    button->setIconSize({20, 20});
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setPopupMode(QToolButton::InstantPopup);
+    return button;
+}
+
+QAction *QBMainWindowController::action(const QString &name) const
+{
+    return m_actions.value(name);
+}
+
+EditorPane &QBMainWindowController::keyEditor()
+{
+    for (DetachedWindow *window : m_detached) {
+        if (window->isActiveWindow()) {
+            return window->editor();
+        }
+    }
+    return *m_editor;
+}
+
+// What is shown
+
+void QBMainWindowController::sidebarItemWasSelected(const QBSidebarItem::Pointer &item)
+{
+    if (!m_notes) {
+        return;
+    }
+    m_notes->setRepresentedObject(item);
+    m_listTitle->setText(item->title());
+    m_list->setScrollPosition(0);
+    // In a list of other notes, the first one is looked at.
+    if (m_notes->numberOfRows() > 0 && m_list->selectedRows().isEmpty()) {
+        m_list->selectRows({0});
+    }
+    updateEmptyStates();
+    updateActions();
+}
+
+void QBMainWindowController::notesSelectionDidChange()
+{
+    const QList<Ref<QBNote>> selected = selectedNotes();
+    m_editor->setNote(selected.size() == 1 ? selected.constFirst() : nullptr);
+    m_editor->setSearchString(m_notes ? m_notes->currentSearch() : QString());
+    updateEmptyStates();
+    updateActions();
+}
+
+void QBMainWindowController::notesTableViewController(QBNotesTableViewController & /*controller*/,
+                                                      const QString &didPerformSearch)
+{
+    m_editor->setSearchString(didPerformSearch);
+    if (!didPerformSearch.isEmpty() && m_list->selectedRows().isEmpty() && m_notes->numberOfRows() > 0) {
+        m_list->selectRows({0});
+    }
+    updateEmptyStates();
+}
+
+void QBMainWindowController::updateEmptyStates()
+{
+    const QString search = m_notes ? m_notes->currentSearch() : QString();
+    const bool isMainList = m_sidebar->selectedIdentifier() == u"QBNotesSidebarItem" || !m_notes;
+    const qint64 rows = m_notes ? m_notes->numberOfRows() : 0;
+    const QList<Ref<QBNote>> selected = selectedNotes();
+    if (!search.isEmpty()) {
+        m_list->setEmptyText(tr("No note matches “%1”.").arg(search));
+    } else if (m_sidebar->selectedIdentifier() == u"QBNotesTrashSidebarItem") {
+        m_list->setEmptyText(tr("The trash is empty."));
+    } else {
+        m_list->setEmptyText(m_context ? tr("No notes here yet.") : QString());
+    }
+    EmptyState &empty = m_editor->emptyState();
+    if (!m_context) {
+        empty.show(QString(), QString(), QString());
+    } else if (selected.size() > 1) {
+        empty.show(tr("%n notes selected", nullptr, int(selected.size())),
+                   tr("Drag them onto a tag, or choose a command from their menu."), QString());
+    } else if (rows == 0 && isMainList && search.isEmpty()) {
+        empty.show(tr("Write your first note"),
+                   tr("Give it a title, tag it with a #word, tick things off with a dash at the start of a line. "
+                      "Everything is saved as you type."),
+                   tr("New Note"));
+    } else {
+        empty.show(tr("No note selected"), tr("Choose one from the list, or press Ctrl+O to open it by its title."),
+                   QString());
+    }
+}
+
+void QBMainWindowController::updateActions()
+{
+    const QList<Ref<QBNote>> selected = selectedNotes();
+    const QBSidebarItem::Pointer item = m_notes ? m_notes->representedObject() : nullptr;
+    const bool hasSelection = !selected.isEmpty();
+    const auto all = [&selected](auto condition) { return std::ranges::all_of(selected, condition); };
+    const bool isTrashed = hasSelection && all([](const auto &note) { return note->isTrashed(); });
+    const bool isArchived = hasSelection && all([](const auto &note) { return note->isArchived(); });
+    const bool isPinned = hasSelection && all([](const auto &note) { return note->isPinned(); });
+    const bool isTag = dynamic_cast<QBTagSidebarItem *>(item.get()) != nullptr;
+    const auto enable = [this](const QString &name, bool isEnabled) { m_actions[name]->setEnabled(isEnabled); };
+    for (const auto &name : {u"new-note"_s, u"new-note-in-window"_s, u"quick-open"_s, u"search-notes"_s}) {
+        enable(name, m_context != nullptr);
+    }
+    enable(u"pin"_s, hasSelection && item && item->canPinNotes());
+    m_actions[u"pin"_s]->setText(isPinned ? tr("Unpin") : tr("Pin to Top"));
+    m_actions[u"pin"_s]->setChecked(isPinned);
+    enable(u"archive"_s, hasSelection && !isTrashed);
+    m_actions[u"archive"_s]->setText(isArchived ? tr("Unarchive") : tr("Archive"));
+    enable(u"trash"_s, hasSelection);
+    m_actions[u"trash"_s]->setText(isTrashed ? tr("Delete Permanently…") : tr("Move to Trash"));
+    enable(u"restore"_s, isTrashed);
+    m_actions[u"restore"_s]->setVisible(isTrashed);
+    enable(u"duplicate"_s, hasSelection && !isTrashed);
+    enable(u"merge"_s, selected.size() > 1 && !isTrashed);
+    enable(u"remove-tag"_s, hasSelection && isTag);
+    enable(u"copy-link"_s, hasSelection);
+    enable(u"open-in-window"_s, hasSelection);
+    enable(u"rename-tag"_s, isTag);
+    enable(u"delete-tag"_s, isTag);
+    // What is known of the note, over its text.
+    QString info;
+    if (selected.size() == 1) {
+        const Ref<QBNote> &note = selected.constFirst();
+        if (note->isTrashed()) {
+            info = tr("In the trash");
+        } else if (note->isArchived()) {
+            info = tr("Archived");
+        } else if (const auto date = note->modificationDate()) {
+            const QDateTime when = QDateTime::fromSecsSinceEpoch(qint64(date->timeIntervalSince1970()));
+            info = tr("Edited %1").arg(QLocale().toString(when, QLocale::ShortFormat));
+        }
+    }
+    m_noteInfo->setText(info);
+    setWindowTitle(selected.size() == 1 && !selected.constFirst()->title().isEmpty()
+                       ? tr("%1 – Quib").arg(selected.constFirst()->title())
+                       : tr("Quib"));
+    m_actions[u"undo"_s]->setText(m_undoManager.canUndo() && !m_undoManager.undoActionName().isEmpty()
+                                      ? tr("Undo %1").arg(m_undoManager.undoActionName())
+                                      : tr("Undo"));
+    m_actions[u"redo"_s]->setText(m_undoManager.canRedo() && !m_undoManager.redoActionName().isEmpty()
+                                      ? tr("Redo %1").arg(m_undoManager.redoActionName())
+                                      : tr("Redo"));
+}
+
+QList<Ref<QBNote>> QBMainWindowController::selectedNotes() const
+{
+    return m_notes ? m_notes->selectedNotes() : QList<Ref<QBNote>>();
+}
+
+QList<Ref<QBNote>> QBMainWindowController::notesWithIdentifiers(const QStringList &identifiers) const
+{
+    return m_context ? QBNote::notesWithUniqueIdentifiers(identifiers, *m_context) : QList<Ref<QBNote>>();
+}
+
+void QBMainWindowController::setColumns(Columns columns)
+{
+    m_columns = columns;
+    m_sidebar->setVisible(columns == Columns::All);
+    m_listColumn->setVisible(columns != Columns::EditorOnly);
+    m_actions[u"columns-%1"_s.arg(int(columns) + 1)]->setChecked(true);
+    if (QWidget *focus = focusWidget(); focus == nullptr || !focus->isVisibleTo(this)) {
+        m_editor->focusEditor();
+    }
+}
+
+void QBMainWindowController::loadTextTheme(const std::shared_ptr<QBTheme> &theme)
+{
+    m_textTheme = theme;
+    m_editor->loadTheme(theme);
+    for (DetachedWindow *window : m_detached) {
+        window->editor().loadTheme(theme);
+    }
+    m_list->noteListModel().redrawAll();
+}
+
+// Ending
+
+void QBMainWindowController::closeEvent(QCloseEvent *event)
+{
+    invalidateRestorableState();
+    saveNote(/*forceSave=*/false);
+    event->accept();
+    // Notes in windows of their own stay open.
+    if (m_detached.isEmpty() && m_terminate) {
+        m_terminate();
+    }
+}
+
+void QBMainWindowController::keyPressEvent(QKeyEvent *event)
+{
+    // Escape leads back to the notes.
+    if (event->key() == Qt::Key_Escape && m_columns != Columns::EditorOnly) {
+        focusNotesTable();
+        return;
+    }
+    QMainWindow::keyPressEvent(event);
+}
+
+void QBMainWindowController::forgetStore()
+{
+    for (DetachedWindow *window : std::exchange(m_detached, {})) {
+        window->disconnect(this);
+        delete window;
+    }
+    m_editor->setNote(nullptr);
+    m_list->setController(nullptr);
+    m_notes.reset();
+    m_undoManager.removeAllActions();
+    m_textSearch.reset();
+    m_context.reset();
+}

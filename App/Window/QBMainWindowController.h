@@ -1,0 +1,166 @@
+#pragma once
+
+#include "ChoicePanel.h"
+#include "NoteListView.h"
+#include "SidebarView.h"
+
+#include <Delegate/QBApplicationInterface.h>
+#include <Delegate/QBMainWindowInterface.h>
+#include <Search/Lists/QBNotesTableViewController.h>
+#include <Search/NoteTextSearch.h>
+#include <Text/NSUndoManager.h>
+
+#include <QMainWindow>
+
+#include <memory>
+
+QT_BEGIN_NAMESPACE
+class QLabel;
+class QMenu;
+class QSplitter;
+class QToolButton;
+QT_END_NAMESPACE
+
+namespace quib {
+class DetachedWindow;
+class EditorPane;
+class MessageBar;
+class SearchField;
+} // namespace quib
+
+/// The main window: sidebar, list of notes with its search field, and editor, side by side. It gives the pieces below
+/// it their places and their commands, and carries out what the application's life cycle and URL actions ask of it.
+/// Made by whoever makes the windows, before the store is open; main queue.
+class QBMainWindowController final : public QMainWindow,
+                                     public QBMainWindowInterface,
+                                     private QBNotesTableViewControllerDelegate
+{
+    Q_OBJECT
+
+public:
+    QBMainWindowController();
+    ~QBMainWindowController() override;
+
+    /// Which columns are seen.
+    enum class Columns : int
+    {
+        All = 0,
+        ListAndEditor = 1,
+        EditorOnly = 2,
+    };
+    [[nodiscard]] Columns columns() const { return m_columns; }
+    void setColumns(Columns columns);
+
+    /// The command of that name; null for a name that there is none of.
+    [[nodiscard]] QAction *action(const QString &name) const;
+    [[nodiscard]] quib::SidebarView &sidebar() { return *m_sidebar; }
+    [[nodiscard]] quib::NoteListView &noteList() { return *m_list; }
+    [[nodiscard]] quib::SearchField &searchField() { return *m_searchField; }
+    [[nodiscard]] quib::EditorPane &editor() { return *m_editor; }
+    [[nodiscard]] quib::MessageBar &messages() { return *m_messages; }
+    [[nodiscard]] quib::ChoicePanel &choices() { return *m_choices; }
+    /// Null before there is a store.
+    [[nodiscard]] QBNotesTableViewController *notes() { return m_notes.get(); }
+
+    /// The editor that has the keyboard in any of the program's windows; the main window's own where none has.
+    [[nodiscard]] quib::EditorPane &keyEditor();
+    /// Forgets the store, before it goes.
+    void forgetStore();
+    /// The colours and fonts of every editor, those made later included.
+    void loadTextTheme(const std::shared_ptr<QBTheme> &theme);
+    /// How the program ends by the user's wish.
+    void setTerminate(std::function<void()> terminate) { m_terminate = std::move(terminate); }
+
+    // QBMainWindowInterface (QBMainWindowController+Interface.cpp)
+    void makeKeyAndOrderFront() override;
+    void orderFront() override;
+    void orderOut() override;
+    void setAlphaValue(double alphaValue) override;
+    void invalidateRestorableState() override;
+    [[nodiscard]] bool isKeyWindow() const override;
+    [[nodiscard]] QString firstResponderDescription() const override;
+    void setManagedObjectContext(const std::shared_ptr<NSManagedObjectContext> &managedObjectContext) override;
+    void setSelectsFirstRowWhenBecomesFirstResponder(bool selects) override;
+    void saveNote(bool forceSave) override;
+    void addNewNote() override;
+    void addNewNoteInNewWindow() override;
+    [[nodiscard]] bool isEditorOnly() const override;
+    void focusSearchField() override;
+
+    // QBXurlInterface (QBMainWindowController+Interface.cpp)
+    void detachEditorWindowForNote(QBNote &note, bool floating) override;
+    [[nodiscard]] bool isNoteVisible(const QBNote &note) override;
+    void showNote(QBNote &note) override;
+    void scrollNote(QBNote &note, const QString &toHeader, const QString &orAttachment) override;
+    void editNoteAtEnd(QBNote &note) override;
+    void showList(QBXurlList list) override;
+    void selectTag(QBNoteTag &tag) override;
+    void setCurrentSearch(const QString &search) override;
+    void focusNotesTable() override;
+    void loadFontThemeName(const QString &name) override;
+    void showQuibProPreferences() override;
+    void showThemesPreferences() override;
+    void showMainWindow() override;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    // QBMainWindowController.cpp
+    void makeColumns();
+    [[nodiscard]] QToolButton *makeButton(const QString &symbol, const QString &actionName, QWidget *parent);
+    void sidebarItemWasSelected(const QBSidebarItem::Pointer &item);
+    void notesSelectionDidChange();
+    void updateEmptyStates();
+    void updateActions();
+    void notesTableViewController(QBNotesTableViewController &controller, const QString &didPerformSearch) override;
+    [[nodiscard]] QList<quib::Ref<QBNote>> notesWithIdentifiers(const QStringList &identifiers) const;
+    /// The list's notes that a command is about.
+    [[nodiscard]] QList<quib::Ref<QBNote>> selectedNotes() const;
+
+    // QBMainWindowController+Actions.cpp
+    void makeActions();
+    void makeMenus();
+    QAction *addCommand(const QString &name, const QString &text, const QKeySequence &shortcut,
+                        std::function<void()> triggered);
+    void undo();
+    void redo();
+    void showNoteMenu(const QPoint &globalPosition);
+    void showSidebarMenu(const QBSidebarItem::Pointer &item, const QPoint &globalPosition);
+    void fillSortMenu(QMenu &menu);
+    void fillThemeMenu(QMenu &menu);
+    void renameTag(const QBSidebarItem::Pointer &item, const QString &name);
+    void deleteTag(const QBSidebarItem::Pointer &item);
+    void dropNotes(const QBSidebarItem::Pointer &item, const QStringList &identifiers);
+    void openQuickly();
+    void openCommandPalette();
+    void showAbout();
+    void copyNoteLinks();
+
+    // QBMainWindowController+Restoring.cpp
+    void restoreWindow();
+    void restoreLists();
+
+    QSplitter *m_splitter = nullptr;
+    quib::SidebarView *m_sidebar = nullptr;
+    QWidget *m_listColumn = nullptr;
+    QLabel *m_listTitle = nullptr;
+    quib::SearchField *m_searchField = nullptr;
+    quib::NoteListView *m_list = nullptr;
+    QWidget *m_editorColumn = nullptr;
+    QLabel *m_noteInfo = nullptr;
+    quib::EditorPane *m_editor = nullptr;
+    quib::MessageBar *m_messages = nullptr;
+    quib::ChoicePanel *m_choices = nullptr;
+    QMap<QString, QAction *> m_actions;
+    QMenu *m_noteMenu = nullptr;
+    Columns m_columns = Columns::All;
+    NSUndoManager m_undoManager;
+    std::shared_ptr<NSManagedObjectContext> m_context;
+    std::shared_ptr<QBTheme> m_textTheme;
+    std::shared_ptr<quib::NoteTextSearch> m_textSearch;
+    std::unique_ptr<QBNotesTableViewController> m_notes;
+    QList<quib::DetachedWindow *> m_detached;
+    std::function<void()> m_terminate;
+};

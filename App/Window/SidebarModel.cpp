@@ -1,0 +1,311 @@
+#include "SidebarModel.h"
+
+#include <Store/QBNoteTag.h>
+
+#include <QMimeData>
+
+using namespace Qt::StringLiterals;
+
+namespace quib {
+
+namespace {
+
+/// Numbers of notes are read anew so long after a change, so that a burst of changes counts once. Units: milliseconds.
+constexpr int kCountingDelay = 150;
+
+} // namespace
+
+SidebarModel::SidebarModel(QObject *parent)
+    : QAbstractItemModel(parent)
+    , m_controller(std::make_shared<NSUbiquitousKeyValueStore>())
+    , m_root(std::make_unique<Node>())
+{
+    m_controller.setDelegate(this);
+    m_counting.setSingleShot(true);
+    m_counting.setInterval(kCountingDelay);
+    connect(&m_counting, &QTimer::timeout, this, &SidebarModel::forgetCounts);
+}
+
+SidebarModel::~SidebarModel()
+{
+    m_controller.setDelegate(nullptr);
+}
+
+void SidebarModel::setManagedObjectContext(const std::shared_ptr<NSManagedObjectContext> &context)
+{
+    m_controller.setManagedObjectContext(context);
+    m_contextObserver = context->didSave.add([this](NSManagedObjectContext & /*moc*/, const auto & /*changes*/) {
+        if (!m_counting.isActive()) {
+            m_counting.start();
+        }
+    });
+    m_counts.clear();
+    rebuild();
+}
+
+QBSidebarItem::Pointer SidebarModel::item(const QModelIndex &index) const
+{
+    return index.isValid() ? node(index)->item : nullptr;
+}
+
+QModelIndex SidebarModel::indexOfIdentifier(const QString &identifier) const
+{
+    const Node *found = find(*m_root, identifier);
+    return found != nullptr ? indexOf(*found) : QModelIndex();
+}
+
+QStringList SidebarModel::identifiersWithChildren() const
+{
+    QStringList identifiers;
+    const auto visit = [&identifiers](const auto &self, const Node &of) -> void {
+        for (const auto &child : of.childs) {
+            if (!child->childs.empty()) {
+                identifiers.append(child->identifier);
+                self(self, *child);
+            }
+        }
+    };
+    visit(visit, *m_root);
+    return identifiers;
+}
+
+// The tree
+
+std::unique_ptr<SidebarModel::Node> SidebarModel::makeNode(const QBSidebarItem::Pointer &item, Node *father, int row)
+{
+    auto made = std::make_unique<Node>();
+    made->item = item;
+    made->identifier = item->uniqueIdentifier();
+    made->father = father;
+    made->row = row;
+    int childRow = 0;
+    for (const auto &child : item->childs()) {
+        made->childs.push_back(makeNode(child, made.get(), childRow++));
+    }
+    return made;
+}
+
+bool SidebarModel::isSameTree(const Node &a, const Node &b)
+{
+    return a.identifier == b.identifier &&
+           std::ranges::equal(a.childs, b.childs,
+                              [](const auto &one, const auto &other) { return isSameTree(*one, *other); });
+}
+
+const SidebarModel::Node *SidebarModel::find(const Node &below, const QString &identifier)
+{
+    for (const auto &child : below.childs) {
+        if (child->identifier == identifier) {
+            return child.get();
+        }
+        if (const Node *found = find(*child, identifier); found != nullptr) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+void SidebarModel::rebuild()
+{
+    auto root = std::make_unique<Node>();
+    int row = 0;
+    for (const auto &item : m_controller.sidebarItems()) {
+        root->childs.push_back(makeNode(item, root.get(), row++));
+    }
+    if (!isSameTree(*m_root, *root)) {
+        beginResetModel();
+        m_root = std::move(root);
+        endResetModel();
+        return;
+    }
+    // The nodes stay, so that indexes of the view stay good; only what they stand for is another object.
+    const auto takeItems = [](const auto &self, Node &to, const Node &from) -> void {
+        to.item = from.item;
+        for (size_t i = 0; i < to.childs.size(); ++i) {
+            self(self, *to.childs[i], *from.childs[i]);
+        }
+    };
+    takeItems(takeItems, *m_root, *root);
+    forgetCounts();
+}
+
+void SidebarModel::forgetCounts()
+{
+    m_counts.clear();
+    const auto tell = [this](const auto &self, const Node &of) -> void {
+        if (of.childs.empty()) {
+            return;
+        }
+        Q_EMIT dataChanged(indexOf(*of.childs.front()), indexOf(*of.childs.back()));
+        for (const auto &child : of.childs) {
+            self(self, *child);
+        }
+    };
+    tell(tell, *m_root);
+}
+
+void SidebarModel::sidebarControllerDidChangeContent(QBNoteSidebarCoreController & /*controller*/)
+{
+    rebuild();
+}
+
+void SidebarModel::sidebarControllerRedrawItems(QBNoteSidebarCoreController & /*controller*/,
+                                                const QList<QBSidebarItem::Pointer> & /*items*/)
+{
+    forgetCounts();
+}
+
+void SidebarModel::sidebarControllerDidChangeNotesOrder(QBNoteSidebarCoreController & /*controller*/)
+{
+    Q_EMIT notesOrderDidChange();
+}
+
+// QAbstractItemModel
+
+const SidebarModel::Node *SidebarModel::node(const QModelIndex &index) const
+{
+    return index.isValid() ? static_cast<const Node *>(index.constInternalPointer()) : m_root.get();
+}
+
+QModelIndex SidebarModel::indexOf(const Node &node) const
+{
+    return node.father == nullptr ? QModelIndex() : createIndex(node.row, 0, &node);
+}
+
+QModelIndex SidebarModel::index(int row, int column, const QModelIndex &parent) const
+{
+    const Node *father = node(parent);
+    if (column != 0 || row < 0 || static_cast<size_t>(row) >= father->childs.size()) {
+        return {};
+    }
+    return createIndex(row, 0, father->childs[static_cast<size_t>(row)].get());
+}
+
+QModelIndex SidebarModel::parent(const QModelIndex &child) const
+{
+    return child.isValid() ? indexOf(*node(child)->father) : QModelIndex();
+}
+
+int SidebarModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.column() > 0 ? 0 : static_cast<int>(node(parent)->childs.size());
+}
+
+int SidebarModel::columnCount(const QModelIndex & /*parent*/) const
+{
+    return 1;
+}
+
+std::optional<qint64> SidebarModel::count(const Node &node) const
+{
+    const auto known = m_counts.constFind(node.identifier);
+    if (known != m_counts.cend()) {
+        return *known;
+    }
+    std::optional<qint64> counted;
+    if (const auto *tag = dynamic_cast<const QBTagSidebarItem *>(node.item.get()); tag != nullptr) {
+        counted = tag->tag()->untrashedNotesCount();
+    } else if (const auto request = node.item->notesFetchRequest()) {
+        counted = node.item->managedObjectContext()->countForFetchRequest(*request);
+    }
+    if (counted) {
+        m_counts.insert(node.identifier, *counted);
+    }
+    return counted;
+}
+
+QVariant SidebarModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid()) {
+        return {};
+    }
+    const Node &of = *node(index);
+    const bool isTag = dynamic_cast<const QBTagSidebarItem *>(of.item.get()) != nullptr;
+    switch (role) {
+    case Qt::DisplayRole:
+        return of.item->isSeparator() ? tr("Tags") : of.item->title();
+    case Qt::EditRole:
+        return isTag ? of.identifier : QString();
+    case Qt::ToolTipRole:
+        return isTag ? QVariant(static_cast<const QBTagSidebarItem &>(*of.item).tagString()) : QVariant();
+    case Qt::AccessibleTextRole: {
+        const auto counted = of.item->isSeparator() ? std::nullopt : count(of);
+        return counted ? tr("%1, %n note(s)", nullptr, int(*counted)).arg(of.item->title()) : of.item->title();
+    }
+    case IdentifierRole:
+        return of.identifier;
+    case IconRole:
+        return of.item->icon();
+    case CountRole:
+        if (!of.item->isSeparator()) {
+            if (const auto counted = count(of)) {
+                return *counted;
+            }
+        }
+        return {};
+    case IsSeparatorRole:
+        return of.item->isSeparator();
+    case HasNotesRole: {
+        const auto counted = of.item->isSeparator() ? std::nullopt : count(of);
+        return counted.value_or(1) > 0;
+    }
+    case IsTagRole:
+        return isTag;
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags SidebarModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid()) {
+        return Qt::NoItemFlags;
+    }
+    const QBSidebarItem &of = *node(index)->item;
+    if (of.isSeparator()) {
+        return Qt::NoItemFlags;
+    }
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    flags.setFlag(Qt::ItemIsDropEnabled, of.canAddNotes());
+    flags.setFlag(Qt::ItemIsEditable, index.data(IsTagRole).toBool());
+    return flags;
+}
+
+bool SidebarModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    const QString name = QBNoteTag::sanitizeTagName(value.toString());
+    if (role != Qt::EditRole || !index.isValid() || name.isEmpty() || name == node(index)->identifier) {
+        return false;
+    }
+    Q_EMIT tagNameWasEdited(node(index)->item, name);
+    return true;
+}
+
+QStringList SidebarModel::mimeTypes() const
+{
+    return {QString(kNotesMimeType)};
+}
+
+Qt::DropActions SidebarModel::supportedDropActions() const
+{
+    return Qt::CopyAction | Qt::MoveAction;
+}
+
+bool SidebarModel::canDropMimeData(const QMimeData *data, Qt::DropAction /*action*/, int /*row*/, int /*column*/,
+                                   const QModelIndex &parent) const
+{
+    return parent.isValid() && data->hasFormat(kNotesMimeType) && node(parent)->item->canAddNotes();
+}
+
+bool SidebarModel::dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
+                                const QModelIndex &parent)
+{
+    if (!canDropMimeData(data, action, row, column, parent)) {
+        return false;
+    }
+    const QString lines = QString::fromUtf8(data->data(kNotesMimeType));
+    Q_EMIT notesWereDropped(node(parent)->item, lines.split(u'\n', Qt::SkipEmptyParts));
+    return true;
+}
+
+} // namespace quib

@@ -1,0 +1,213 @@
+#include "WindowFrontEnd.h"
+
+#include "DesktopAppearance.h"
+#include "DesktopPasteboard.h"
+#include "EditorPane.h"
+#include "LoadingWindow.h"
+#include "MessageBar.h"
+#include "QBMainWindowController.h"
+#include "WindowStyle.h"
+
+#include <Delegate/QBAppDelegate.h>
+#include <Logging/QBLogger.h>
+#include <Process/DesktopOpener.h>
+#include <Process/QuibProcess.h>
+#include <Store/QBNotesPreferenceManager.h>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <cstdlib>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace quib {
+
+namespace {
+
+void openOrLog(const QUrl &url)
+{
+    if (!openWithDesktop(url)) {
+        QBLogWarn(QString(u"the desktop could not open "_s % url.toDisplayString()));
+    }
+}
+
+} // namespace
+
+WindowInterface::WindowInterface()
+    : m_appearance(std::make_unique<DesktopAppearance>())
+{
+}
+
+WindowInterface::~WindowInterface() = default;
+
+QBMainWindowInterface *WindowInterface::mainWindow()
+{
+    if (!m_window) {
+        if (auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager(); preferences != nullptr) {
+            preferences->setHasDarkAppearance(m_appearance->isDark());
+        }
+        m_style = std::make_unique<WindowStyle>();
+        m_window = std::make_unique<QBMainWindowController>();
+        m_window->setTerminate([this] { terminate(); });
+        if (m_textTheme) {
+            m_window->loadTextTheme(m_textTheme);
+        }
+    }
+    return m_window.get();
+}
+
+bool WindowInterface::hasVisibleWindows() const
+{
+    return std::ranges::any_of(QApplication::topLevelWidgets(),
+                               [](const QWidget *widget) { return widget->isVisible() && widget->isWindow(); });
+}
+
+std::unique_ptr<QBLoadingWindowInterface> WindowInterface::makeLoadingWindow()
+{
+    return std::make_unique<LoadingWindow>();
+}
+
+void WindowInterface::showAlert(const QBAlert &alert, Answered answered)
+{
+    if (m_window && m_window->isVisible()) {
+        m_window->messages().ask(alert.informativeText.isEmpty()
+                                     ? alert.messageText
+                                     : QString(alert.messageText % u": "_s % alert.informativeText),
+                                 alert.buttons, {}, [answered](int button, bool /*isChecked*/) { answered(button); });
+        return;
+    }
+    // There is no window to say it in.
+    auto *box = new QMessageBox(QMessageBox::Information, u"Quib"_s, alert.messageText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText(alert.informativeText);
+    QList<QAbstractButton *> buttons;
+    for (const QString &text : alert.buttons) {
+        buttons.append(box->addButton(text, QMessageBox::AcceptRole));
+    }
+    QObject::connect(box, &QDialog::finished, box, [box, buttons, answered](int /*result*/) {
+        answered(int(buttons.indexOf(box->clickedButton())));
+    });
+    box->open();
+}
+
+QString WindowInterface::keyEditorNoteTitle() const
+{
+    const auto note = m_window ? m_window->keyEditor().note() : nullptr;
+    return note ? note->title() : u""_s;
+}
+
+std::shared_ptr<NSPasteboard> WindowInterface::generalPasteboard()
+{
+    if (!m_pasteboard) {
+        m_pasteboard = std::make_shared<DesktopPasteboard>();
+    }
+    return m_pasteboard;
+}
+
+void WindowInterface::activate()
+{
+    if (m_window) {
+        m_window->activateWindow();
+    }
+}
+
+void WindowInterface::bringAllWindowsForward()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && widget->isWindow()) {
+            widget->raise();
+        }
+    }
+}
+
+void WindowInterface::openWebsite(const QUrl &url)
+{
+    openOrLog(url);
+}
+
+void WindowInterface::revealFolder(const QString &folder)
+{
+    openOrLog(QUrl::fromLocalFile(folder));
+}
+
+void WindowInterface::terminate()
+{
+    QCoreApplication::quit();
+}
+
+void WindowInterface::exitProcess(int status)
+{
+    QBLogger::sharedLogger().flush();
+    std::_Exit(status);
+}
+
+void WindowInterface::setApplicationIconNamed(const QString & /*name*/)
+{
+    // The desktop shows the icon of the desktop entry; themed ones would have to be installed there.
+    QApplication::setWindowIcon(QIcon::fromTheme(u"net.quibworks.Quib"_s));
+}
+
+void WindowInterface::updateDetachedEditorWindows()
+{
+    // All frames follow the application's style.
+}
+
+void WindowInterface::loadThemeInDetachedEditorWindows(const std::shared_ptr<QBTheme> &theme)
+{
+    m_textTheme = theme;
+    if (m_window) {
+        m_window->loadTextTheme(theme);
+    }
+}
+
+// The process
+
+bool WindowFrontEnd::hasDisplay()
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (platform.startsWith("offscreen") || platform.startsWith("minimal")) {
+        return false;
+    }
+    return !qgetenv("WAYLAND_DISPLAY").isEmpty() || !qgetenv("DISPLAY").isEmpty();
+}
+
+std::unique_ptr<QCoreApplication> WindowFrontEnd::makeApplication(int &argc, char **argv)
+{
+    auto application = std::make_unique<QApplication>(argc, argv);
+    QGuiApplication::setDesktopFileName(u"net.quibworks.Quib"_s);
+    QGuiApplication::setApplicationDisplayName(u"Quib"_s);
+    // The main window decides, together with those beside it.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    return application;
+}
+
+std::unique_ptr<QBApplicationInterface> WindowFrontEnd::makeInterface()
+{
+    return std::make_unique<WindowInterface>();
+}
+
+void WindowFrontEnd::processDidLaunch(QuibProcess &process)
+{
+    auto &interface = static_cast<WindowInterface &>(process.interface());
+    QObject::connect(&interface.appearance(), &DesktopAppearance::didChange, &interface.appearance(),
+                     [&process](bool isDark) { process.delegate().effectiveAppearanceDidChange(isDark); });
+    QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &interface.appearance(),
+                     [&process](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive) {
+                             process.delegate().applicationDidBecomeActive();
+                         }
+                     });
+}
+
+void WindowFrontEnd::processWillEnd(QuibProcess &process)
+{
+    auto &interface = static_cast<WindowInterface &>(process.interface());
+    if (interface.window() != nullptr) {
+        interface.window()->forgetStore();
+    }
+}
+
+} // namespace quib
