@@ -1,0 +1,221 @@
+#include "QBNoteEditorViewController.h"
+
+#include "NoteTextMerge.h"
+
+#include <Logging/QBLogger.h>
+#include <Markup/QBNoteFile+TextStorage.h>
+#include <Store/CurrentSyntax.h>
+#include <Store/NSManagedObjectContext.h>
+#include <Store/QBCoreDataStack.h>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace quib;
+
+namespace {
+
+constexpr QChar kObjectReplacement{0xFFFC};
+
+/// The place in a text with its attachments spelled out that a place of the buffer has.
+qint64 expandedLocation(const QBNotesTextStorage &storage, qint64 location)
+{
+    return storage.stringWithExpandedTextAttachmentsWithRange({0, std::min(location, storage.length())}).size();
+}
+
+/// The other way round; a place within what an attachment stands for goes behind it.
+qint64 bufferLocation(const QBNotesTextStorage &storage, qint64 expanded)
+{
+    qint64 buffer = 0;
+    qint64 passed = 0;
+    storage.attributedString().enumerateAttribute(
+        NSAttachmentAttributeName, storage.attributedString().fullRange(),
+        NSAttributedStringEnumerationOptions::Forward, [&](const AttributeValue &value, NSRange range, bool *stop) {
+            const qint64 length =
+                value ? storage.stringWithExpandedTextAttachmentsWithRange(range).size() : range.length;
+            if (passed + length >= expanded) {
+                buffer = value && passed < expanded ? range.limit() : range.location + (value ? 0 : expanded - passed);
+                *stop = true;
+                return;
+            }
+            passed += length;
+            buffer = range.limit();
+        });
+    return std::min(buffer, storage.length());
+}
+
+bool isGone(const QBNote &note)
+{
+    return note.managedObjectContext() == nullptr || note.isDeleted();
+}
+
+} // namespace
+
+void QBNoteEditorViewController::markForAutoSave()
+{
+    Clock &clock = Clock::shared();
+    if (!m_isEdited) {
+        m_isEdited = true;
+        m_firstUnsavedDate = clock.now();
+    }
+    const double waited = clock.now().timeIntervalSince1970() - m_firstUnsavedDate.timeIntervalSince1970();
+    const double delay = std::clamp(kLongestAutoSaveDelay - waited, 0.0, kAutoSaveDelay);
+    m_autoSaveTimer = clock.schedule(delay, [this] { autoSaveTimerFire(); });
+}
+
+void QBNoteEditorViewController::autoSaveTimerFire()
+{
+    saveNote(/*forceSave=*/false);
+}
+
+bool QBNoteEditorViewController::isTextCompletionOpen() const
+{
+    return false;
+}
+
+QString QBNoteEditorViewController::textToSave() const
+{
+    return m_stack.noteTextStorage().stringWithExpandedTextAttachments().remove(kObjectReplacement);
+}
+
+void QBNoteEditorViewController::saveNote(bool forceSave)
+{
+    if (!m_note || !m_isEdited) {
+        return;
+    }
+    if (isGone(*m_note)) {
+        noteWasDeleted();
+        return;
+    }
+    if (!forceSave && isTextCompletionOpen()) {
+        m_firstUnsavedDate = Clock::shared().now();
+        markForAutoSave();
+        return;
+    }
+    if (m_note->isStatic()) {
+        return;
+    }
+    m_autoSaveTimer.reset();
+    noteMayHaveChanged();
+    if (!m_isEdited) {
+        return;
+    }
+    m_isEdited = false;
+    m_selfEditingNote = true;
+    fixTextAttachmentsForNote(*m_note, m_stack.noteTextStorage());
+    const QString text = textToSave();
+    if (text != m_note->text()) {
+        QBLogDebug(u"Saving note %1"_s.arg(m_note->uniqueIdentifier()));
+        writeText(text);
+    }
+    m_selfEditingNote = false;
+    Q_EMIT noteWasSaved();
+}
+
+void QBNoteEditorViewController::writeText(const QString &text)
+{
+    m_note->updateNoteWithText(text, currentSyntax());
+    m_baseText = text;
+    if (QBCoreDataStack *stack = QBCoreDataStack::sharedStack(); stack != nullptr) {
+        stack->saveUsingCoalescence(/*coalescence=*/false);
+    }
+}
+
+void QBNoteEditorViewController::observeNote()
+{
+    NSManagedObjectContext &moc = *m_note->managedObjectContext();
+    const auto look = [this](NSManagedObjectContext & /*context*/, const NSManagedObjectContext::Changes &changes) {
+        if (!m_note || m_selfEditingNote) {
+            return;
+        }
+        if (isGone(*m_note) || changes.deleted.contains(m_note)) {
+            noteWasDeleted();
+        } else if (changes.updated.contains(m_note) || changes.refreshed.contains(m_note)) {
+            noteMayHaveChanged();
+        }
+    };
+    m_noteObservations.push_back(moc.objectsDidChange.add(look));
+    m_noteObservations.push_back(moc.didSave.add(look));
+}
+
+void QBNoteEditorViewController::noteMayHaveChanged()
+{
+    if (!m_note || m_selfEditingNote || isGone(*m_note)) {
+        return;
+    }
+    m_view->setReadOnly(!m_note->isEditable());
+    const QString theirs = m_note->text();
+    if (theirs == m_baseText) {
+        return;
+    }
+    if (!m_isEdited) {
+        m_baseText = theirs;
+        takeOverText(theirs);
+        return;
+    }
+    const QString mine = textToSave();
+    if (const auto merged = mergedText(m_baseText, mine, theirs)) {
+        m_baseText = theirs;
+        if (*merged != mine) {
+            takeOverText(*merged);
+        }
+        m_isEdited = *merged != theirs;
+        if (m_isEdited) {
+            markForAutoSave();
+        } else {
+            m_autoSaveTimer.reset();
+        }
+        return;
+    }
+    // Nobody can tell which is meant: the note has what was typed last, the other text stands beside it.
+    m_selfEditingNote = true;
+    m_autoSaveTimer.reset();
+    m_isEdited = false;
+    const int syntax = currentSyntax();
+    m_note->updateNoteWithText(mine, syntax);
+    m_note->keepLostText(theirs, syntax);
+    writeText(mine);
+    m_selfEditingNote = false;
+    Q_EMIT noteWasSaved();
+}
+
+void QBNoteEditorViewController::noteWasDeleted()
+{
+    // What was typed and never saved is worth a note of its own.
+    const QString text = m_isEdited ? textToSave() : QString();
+    NSManagedObjectContext *moc = m_note->managedObjectContext();
+    QBCoreDataStack *stack = QBCoreDataStack::sharedStack();
+    if (moc == nullptr && stack != nullptr) {
+        moc = stack->managedObjectContext().get();
+    }
+    m_isEdited = false;
+    m_autoSaveTimer.reset();
+    m_note = {};
+    if (!text.isEmpty() && moc != nullptr) {
+        m_note = QBNote::noteWithText(text, currentSyntax(), *moc);
+        if (stack != nullptr) {
+            stack->saveUsingCoalescence(/*coalescence=*/false);
+        }
+    }
+    loadNote();
+    Q_EMIT noteDidChange();
+}
+
+void QBNoteEditorViewController::takeOverText(const QString &text)
+{
+    QBNotesTextStorage &storage = m_stack.noteTextStorage();
+    const auto difference = TextDifference::between(storage.stringWithExpandedTextAttachments(), text);
+    const auto moved = [&](qint64 location) { return difference.moved(expandedLocation(storage, location)); };
+    const NSRange selection = m_view->selectedRange();
+    const qint64 start = moved(selection.location);
+    const qint64 end = moved(selection.limit());
+    QBNoteTextView::ScrollPosition scroll = m_view->scrollPosition();
+    const qint64 top = moved(scroll.location);
+    // What could be undone was of the other text; the view forgets it.
+    m_view->loadString(text);
+    const qint64 newStart = bufferLocation(storage, start);
+    m_view->setSelectedRange({newStart, std::max<qint64>(0, bufferLocation(storage, end) - newStart)});
+    scroll.location = bufferLocation(storage, top);
+    m_view->scrollTo(scroll);
+    highlightSearch();
+}

@@ -1,0 +1,294 @@
+#include "QBNoteEditorViewController.h"
+
+#include <Foundation/Clock.h>
+#include <Markup/Attachments/QBCheckBoxTextAttachment.h>
+#include <Markup/Attachments/QBFoldTextAttachment.h>
+#include <Markup/Attachments/QBImageTextAttachment.h>
+#include <Search/QBNoteSearchManager.h>
+#include <Store/CurrentSyntax.h>
+#include <Store/NSManagedObjectContext.h>
+#include <Store/QBNotesPreferenceManager.h>
+#include <URL/QBXurlCoreController.h>
+
+#include <QEvent>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace quib;
+
+namespace {
+
+/// A note that was left longer ago is shown from its start. Units: seconds.
+constexpr double kLeftStateLifetime = 16 * 60;
+/// What can be undone is kept for so many notes.
+constexpr qsizetype kMostLeftStates = 50;
+/// More hits of a search are not marked in one text.
+constexpr qsizetype kMostHighlights = 2000;
+/// Units: points.
+constexpr double kSmallestZoom = 8;
+constexpr double kLargestZoom = 72;
+constexpr double kThumbnailHeight = 160;
+
+} // namespace
+
+QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
+    : QWidget(parent)
+    , m_core(m_stack)
+    , m_undoManager(std::make_shared<NSUndoManager>())
+{
+    m_stack.stylerManager()->setTextAttachmentConfigurator(&m_configurator);
+    m_configurator.setUpdateHandler([this](QBNotesTextAttachment &attachment) { attachmentDidChange(attachment); });
+    loadTheme();
+    m_view = new QBNoteTextView(m_stack, this);
+    m_view->setObjectName(u"noteText"_s);
+    m_view->setFrameShape(QFrame::NoFrame);
+    m_view->setReadOnly(true);
+    m_view->setUndoManager(m_undoManager.get());
+    m_view->setDelegate(this);
+    m_view->installEventFilter(this);
+    setFocusProxy(m_view);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_view, 1);
+    observePreferences();
+}
+
+QBNoteEditorViewController::~QBNoteEditorViewController()
+{
+    saveNote(/*forceSave=*/true);
+    m_view->removeEventFilter(this);
+    m_view->setDelegate(nullptr);
+    m_view->setUndoManager(nullptr);
+    delete m_view; // before what it draws from
+    m_stack.stylerManager()->setTextAttachmentConfigurator(nullptr);
+}
+
+// The note
+
+void QBNoteEditorViewController::setNote(const Ref<QBNote> &note)
+{
+    if (note == m_note) {
+        noteMayHaveChanged();
+        return;
+    }
+    saveNote(/*forceSave=*/true);
+    rememberState();
+    m_note = note;
+    loadNote();
+}
+
+void QBNoteEditorViewController::loadNote()
+{
+    m_autoSaveTimer.reset();
+    m_isEdited = false;
+    m_noteObservations.clear();
+    // The steps of the note that was shown stay with it.
+    m_view->setUndoManager(nullptr);
+    m_undoManager = std::make_shared<NSUndoManager>();
+    if (m_note) {
+        m_configurator.setManagedObjectContext(m_note->managedObjectContext()->weak_from_this());
+        m_configurator.setScale(devicePixelRatioF());
+        m_configurator.setMaxAttachmentWidth(m_view->layoutManager().columnWidth());
+        const auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+        const bool isSmall = preferences != nullptr && preferences->editorShowImagesAsThumbnails().value_or(false);
+        m_configurator.setMaxAttachmentHeight(isSmall ? kThumbnailHeight : 0);
+        m_stack.stylerManager()->setSyntax(currentSyntax());
+    }
+    m_baseText = m_note ? m_note->text() : QString();
+    m_view->loadString(m_baseText);
+    m_view->setReadOnly(!m_note || !m_note->isEditable());
+    restoreState();
+    m_view->setUndoManager(m_undoManager.get());
+    if (m_note) {
+        observeNote();
+    }
+    highlightSearch();
+}
+
+void QBNoteEditorViewController::rememberState()
+{
+    if (!m_note || m_note->managedObjectContext() == nullptr || m_note->isDeleted()) {
+        return;
+    }
+    m_view->breakUndoCoalescing();
+    m_leftStates.insert(m_note->uniqueIdentifier(),
+                        {Clock::shared().now(), m_stack.noteTextStorage().string().toString(), m_undoManager,
+                         m_view->selectedRange(), m_view->scrollPosition()});
+    if (m_leftStates.size() > kMostLeftStates) {
+        const auto oldest =
+            std::min_element(m_leftStates.cbegin(), m_leftStates.cend(), [](const LeftState &a, const LeftState &b) {
+                return a.date.timeIntervalSince1970() < b.date.timeIntervalSince1970();
+            });
+        m_leftStates.erase(oldest);
+    }
+}
+
+void QBNoteEditorViewController::restoreState()
+{
+    if (!m_note) {
+        return;
+    }
+    const auto found = m_leftStates.constFind(m_note->uniqueIdentifier());
+    if (found == m_leftStates.cend()) {
+        return;
+    }
+    const double age = Clock::shared().now().timeIntervalSince1970() - found->date.timeIntervalSince1970();
+    if (found->buffer != m_stack.noteTextStorage().string() || age < 0 || age >= kLeftStateLifetime) {
+        m_leftStates.erase(found);
+        return;
+    }
+    m_undoManager = found->undoManager;
+    m_view->setSelectedRange(found->selection);
+    m_view->scrollTo(found->scroll);
+}
+
+// What is shown
+
+void QBNoteEditorViewController::focusEditor()
+{
+    m_view->setFocus();
+}
+
+void QBNoteEditorViewController::moveToEnd()
+{
+    m_view->setSelectedRange({m_stack.noteTextStorage().length(), 0});
+    m_view->scrollRangeToVisible(m_view->selectedRange());
+}
+
+void QBNoteEditorViewController::scrollTo(const QString &header, const QString &orAttachment)
+{
+    const NSRange range = QBXurlCoreController::rangeToScrollForHeader(header, orAttachment, m_stack.noteTextStorage());
+    if (range.isFound()) {
+        m_view->setSelectedRange({range.location, 0});
+        m_view->scrollRangeToVisible(range);
+    }
+}
+
+void QBNoteEditorViewController::setSearchString(const QString &search)
+{
+    m_search = search;
+    highlightSearch();
+}
+
+void QBNoteEditorViewController::highlightSearch()
+{
+    QList<NSRange> found;
+    const auto regex = QBNoteSearchManager::defaultSearchRegexForSearchString(m_search);
+    if (regex != nullptr && m_note) {
+        const QStringView text = m_stack.noteTextStorage().string();
+        for (const NSTextCheckingResult &match : regex->matchesInString(text, 0, {0, text.size()})) {
+            found.append(match.range());
+            if (found.size() == kMostHighlights) {
+                break;
+            }
+        }
+    }
+    m_view->setSearchHighlights(found);
+}
+
+void QBNoteEditorViewController::attachmentDidChange(QBNotesTextAttachment &attachment)
+{
+    const QBNotesTextStorage &storage = m_stack.noteTextStorage();
+    storage.enumerateFilesAttachmentsUsingBlock([&](QBGenericFileTextAttachment &candidate, NSRange range) {
+        if (&candidate == &attachment) {
+            m_view->layoutManager().invalidateLayoutForRange(range);
+            m_view->setNeedsDisplay();
+        }
+    });
+}
+
+bool QBNoteEditorViewController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_view && event->type() == QEvent::FocusOut) {
+        saveNote(/*forceSave=*/false);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+// Zoom
+
+void QBNoteEditorViewController::zoomIn()
+{
+    setZoom(m_stack.themeManager()->baseFontSize() + 1);
+}
+
+void QBNoteEditorViewController::zoomOut()
+{
+    setZoom(m_stack.themeManager()->baseFontSize() - 1);
+}
+
+void QBNoteEditorViewController::resetZoom()
+{
+    m_stack.themeManager()->setZoomedBaseFontSize(0);
+}
+
+void QBNoteEditorViewController::setZoom(double size)
+{
+    m_stack.themeManager()->setZoomedBaseFontSize(std::clamp(size, kSmallestZoom, kLargestZoom));
+}
+
+// QBNoteTextViewDelegate
+
+bool QBNoteEditorViewController::qbNoteTextViewShouldInsertNewLine(QBNoteTextView &view, bool isShiftDown)
+{
+    if (isShiftDown || !m_core.matchRepeatableStyleOnNewLineInTextView(view)) {
+        return true;
+    }
+    view.didChangeText();
+    return false;
+}
+
+bool QBNoteEditorViewController::qbNoteTextViewShouldInsertTab(QBNoteTextView &view, bool backwards)
+{
+    if (!m_core.indentTabbableStyle(backwards, view)) {
+        return true;
+    }
+    view.didChangeText();
+    return false;
+}
+
+void QBNoteEditorViewController::qbNoteTextViewDidChangeText(QBNoteTextView &view)
+{
+    m_core.performStylingInTextView(view);
+    markForAutoSave();
+    Q_EMIT noteWasEdited();
+}
+
+void QBNoteEditorViewController::qbNoteTextViewDidClickAttachment(QBNoteTextView &view,
+                                                                  const std::shared_ptr<NSTextAttachment> &attachment,
+                                                                  qint64 location)
+{
+    auto *box = dynamic_cast<QBCheckBoxTextAttachment *>(attachment.get());
+    if (box == nullptr || view.isReadOnly()) {
+        return;
+    }
+    view.breakUndoCoalescing();
+    m_core.toggleCheckboxAttachment(*box, location, view);
+    markForAutoSave();
+    Q_EMIT noteWasEdited();
+}
+
+void QBNoteEditorViewController::qbNoteTextViewDidOpenAttachment(QBNoteTextView &view,
+                                                                 const std::shared_ptr<NSTextAttachment> &attachment,
+                                                                 qint64 location)
+{
+    if (auto *fold = dynamic_cast<QBFoldTextAttachment *>(attachment.get()); fold != nullptr && !view.isReadOnly()) {
+        view.undoManager().beginUndoGrouping();
+        m_core.unfoldFoldAttachment(*fold, {location, 1}, &view);
+        view.didChangeText();
+        view.undoManager().endUndoGrouping();
+        return;
+    }
+    if (const auto *file = dynamic_cast<const QBGenericFileTextAttachment *>(attachment.get());
+        file != nullptr && !file->fileURL().isEmpty()) {
+        Q_EMIT urlWasOpened(file->fileURL());
+    }
+}
+
+void QBNoteEditorViewController::qbNoteTextViewDidOpenURL(QBNoteTextView & /*view*/, const QUrl &url)
+{
+    Q_EMIT urlWasOpened(url);
+}

@@ -1,0 +1,145 @@
+#pragma once
+
+#include "QBNoteTextView.h"
+#include "QBNoteTextViewDelegate.h"
+
+#include <Foundation/Clock.h>
+#include <Foundation/NotificationCenter.h>
+#include <Markup/Editing/QBNoteEditorCoreController.h>
+#include <Markup/QBNoteTextAttachmentConfigurator.h>
+#include <Markup/QBNoteTextKitStack.h>
+#include <Store/QBNote.h>
+
+#include <QHash>
+#include <QString>
+#include <QUrl>
+#include <QWidget>
+
+#include <memory>
+#include <vector>
+
+class NSManagedObjectContext;
+
+/// The pane in which one note is read and written: it loads the note, styles what is typed, and sees to it that no
+/// character is lost, whoever else writes the note meanwhile. Owned by its window; main queue.
+///
+/// What is typed is saved 2.0 seconds after the last key, and at once where the note or the keyboard goes elsewhere.
+/// A note that changed elsewhere is taken over, and what was typed meanwhile is put into it; where both changed the
+/// same place, the other text becomes a note of its own beside this one.
+class QBNoteEditorViewController final : public QWidget, private QBNoteTextViewDelegate
+{
+    Q_OBJECT
+
+public:
+    /// Units: seconds.
+    static constexpr double kAutoSaveDelay = 2.0;
+    /// However steadily somebody types, no key waits longer to be saved. Units: seconds.
+    static constexpr double kLongestAutoSaveDelay = 4.0;
+
+    explicit QBNoteEditorViewController(QWidget *parent = nullptr);
+    ~QBNoteEditorViewController() override;
+
+    // The note
+
+    /// Saves the note that was shown and shows another, or none. A note that was left a short while ago, and has not
+    /// changed since, is shown as it was left: selection, place, and what can be undone.
+    void setNote(const quib::Ref<QBNote> &note);
+    [[nodiscard]] const quib::Ref<QBNote> &note() const { return m_note; }
+    /// Writes what was typed into the note and saves the store. Without forceSave it waits while completions are shown.
+    /// Errors: what the store could not save stays pending there; the stack knows why.
+    void saveNote(bool forceSave);
+    [[nodiscard]] bool hasUnsavedText() const { return m_isEdited; }
+
+    // What is shown
+
+    [[nodiscard]] QBNoteTextView &textView() { return *m_view; }
+    void focusEditor();
+    void moveToEnd();
+    /// Shows a header's line, or an attachment, which may be named by its file name or by its identifier.
+    void scrollTo(const QString &header, const QString &orAttachment);
+    void showHeader(const QString &title) { scrollTo(title, {}); }
+    void showAttachment(const QString &name) { scrollTo({}, name); }
+    /// What the list of notes is searched for stands out, until the text is changed.
+    void setSearchString(const QString &search);
+
+    // Zoom, for this pane alone
+
+    void zoomIn();
+    void zoomOut();
+    void resetZoom();
+
+Q_SIGNALS:
+    /// The text was changed by the user.
+    void noteWasEdited();
+    void noteWasSaved();
+    /// Another note is shown than before, and nobody called setNote: the note was deleted elsewhere.
+    void noteDidChange();
+    /// A link was followed. The program's own links are among them.
+    void urlWasOpened(const QUrl &url);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    /// How a note was left.
+    struct LeftState
+    {
+        NSDate date;
+        QString buffer; ///< the text with its attachments; the steps fit no other
+        std::shared_ptr<NSUndoManager> undoManager;
+        NSRange selection;
+        QBNoteTextView::ScrollPosition scroll;
+    };
+
+    // QBNoteTextViewDelegate
+    bool qbNoteTextViewShouldInsertNewLine(QBNoteTextView &view, bool isShiftDown) override;
+    bool qbNoteTextViewShouldInsertTab(QBNoteTextView &view, bool backwards) override;
+    void qbNoteTextViewDidChangeText(QBNoteTextView &view) override;
+    void qbNoteTextViewDidClickAttachment(QBNoteTextView &view, const std::shared_ptr<NSTextAttachment> &attachment,
+                                          qint64 location) override;
+    void qbNoteTextViewDidOpenAttachment(QBNoteTextView &view, const std::shared_ptr<NSTextAttachment> &attachment,
+                                         qint64 location) override;
+    void qbNoteTextViewDidOpenURL(QBNoteTextView &view, const QUrl &url) override;
+
+    // QBNoteEditorViewController.cpp
+    void loadNote();
+    void rememberState();
+    void restoreState();
+    void highlightSearch();
+    void attachmentDidChange(QBNotesTextAttachment &attachment);
+    void setZoom(double size);
+
+    // QBNoteEditorViewController+Preferences.cpp
+    void observePreferences();
+    void loadTheme();
+    void syntaxMayHaveChanged();
+
+    // QBNoteEditorViewController+Saving.cpp
+    void markForAutoSave();
+    void autoSaveTimerFire();
+    [[nodiscard]] bool isTextCompletionOpen() const;
+    /// The text as it is saved.
+    [[nodiscard]] QString textToSave() const;
+    void writeText(const QString &text);
+    void observeNote();
+    void noteMayHaveChanged();
+    void noteWasDeleted();
+    /// Shows another text of the same note; the selection stays with the characters it was at.
+    void takeOverText(const QString &text);
+
+    QBNoteTextKitStack m_stack;
+    QBNoteEditorCoreController m_core;
+    QBNoteTextAttachmentConfigurator m_configurator;
+    QBNoteTextView *m_view = nullptr;
+    quib::Ref<QBNote> m_note;
+    QString m_baseText; ///< the note's text that the shown one was made from
+    bool m_isEdited = false;
+    bool m_selfEditingNote = false;
+    NSDate m_firstUnsavedDate;
+    std::unique_ptr<quib::TimerToken> m_autoSaveTimer;
+    std::shared_ptr<NSUndoManager> m_undoManager;
+    QHash<QString, LeftState> m_leftStates;
+    QString m_search;
+    std::vector<quib::ObservationToken> m_preferenceObservations;
+    std::vector<quib::ObservationToken> m_noteObservations;
+};
