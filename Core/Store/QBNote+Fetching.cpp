@@ -136,3 +136,33 @@ QList<Ref<QBNote>> QBNote::conflictedNotesForUniqueIdentifier(const QString &uni
     request.sortDescriptors = {{QBNoteAttributes::conflictUniqueIdentifier, false}};
     return fetchLogged<QBNote>(inManagedObjectContext, request);
 }
+
+QList<Ref<QBNote>> QBNote::findNotesForPartialtitle(const QString &partialtitle,
+                                                    NSManagedObjectContext &inManagedObjectContext, qint64 limitTo)
+{
+    const auto fetch = [&](const QString &comparison, const QList<Ref<QBNote>> &without) {
+        QList<NSManagedObjectID> identities;
+        for (const auto &note : without) {
+            identities.append(note->objectID());
+        }
+        auto request =
+            requestFor<QBNote>(QString(comparison % u" AND trashed == NO AND archived == NO AND NOT self IN %@"_s),
+                               {predicateArgument(partialtitle), identities});
+        request.sortDescriptors = {{QBNoteAttributes::modificationDate, false}};
+        request.fetchLimit = limitTo - without.size();
+        return fetchLogged<QBNote>(inManagedObjectContext, request);
+    };
+    QList<Ref<QBNote>> found = fetch(u"title BEGINSWITH[cd] %@"_s, {});
+    if (found.size() < limitTo) {
+        found.append(fetch(u"title CONTAINS[cd] %@"_s, found));
+    }
+    return found;
+}
+
+QList<Ref<QBNote>> QBNote::allNotesInManagedObjectContext(NSManagedObjectContext &moc, qint64 limitTo)
+{
+    auto request = requestFor<QBNote>(u"trashed == NO AND archived == NO AND title != nil AND title != ''"_s);
+    request.sortDescriptors = {{QBNoteAttributes::modificationDate, false}};
+    request.fetchLimit = limitTo;
+    return fetchLogged<QBNote>(moc, request);
+}

@@ -57,6 +57,16 @@ public:
     /// The ten notes with a title that come first.
     [[nodiscard]] static QList<quib::Ref<QBNote>> watchNotesInManagedObjectContext(NSManagedObjectContext &moc);
 
+    // Completion. Notes with a title that are neither trashed nor archived, no more than a limit, the last changed one
+    // first.
+
+    /// Those with a string in their title; those that begin with it come first.
+    [[nodiscard]] static QList<quib::Ref<QBNote>>
+    findNotesForPartialtitle(const QString &partialtitle, NSManagedObjectContext &inManagedObjectContext,
+                             qint64 limitTo);
+    [[nodiscard]] static QList<quib::Ref<QBNote>> allNotesInManagedObjectContext(NSManagedObjectContext &moc,
+                                                                                 qint64 limitTo);
+
     // The one update
 
     void updateNoteWithText(const QString &text, int syntax);

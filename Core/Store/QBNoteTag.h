@@ -48,6 +48,17 @@ public:
     /// Of neighbours with one normalised title the first takes over the notes, the others are deleted.
     static void mergeDuplicateTagsInInManagedObjectContext(NSManagedObjectContext &moc);
 
+    // Completion (QBNoteTag+Completion.cpp). Tags in use only, without those excluded, no more than a limit.
+
+    /// The tags with a string in their title; those that begin with it first, either part by title.
+    [[nodiscard]] static QList<quib::Ref<QBNoteTag>>
+    findTagsForPartialString(const QString &partialString, NSManagedObjectContext &inManagedObjectContext,
+                             const QList<quib::Ref<QBNoteTag>> &excludeTags, qint64 limitTo);
+    /// Of the tags that were used last, those with the most notes, the most first.
+    [[nodiscard]] static QList<quib::Ref<QBNoteTag>>
+    popularTagsInManagedObjectContext(NSManagedObjectContext &moc, const QList<quib::Ref<QBNoteTag>> &excludeTags,
+                                      qint64 limitTo);
+
     // The tag itself
 
     [[nodiscard]] QString uniqueIdentifier() const { return title(); }

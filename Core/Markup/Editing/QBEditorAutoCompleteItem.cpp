@@ -1,0 +1,3 @@
+#include "QBEditorAutoCompleteItem.h"
+
+QBEditorAutoCompleteItem::~QBEditorAutoCompleteItem() = default;
