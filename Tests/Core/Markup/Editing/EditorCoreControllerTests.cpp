@@ -1,7 +1,13 @@
 #include "EditedNote.h"
 
+#include <Text/NSMutableAttributedString.h>
+
+#include <QStringList>
+#include <QUrl>
+
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <ostream>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +26,17 @@ struct KeyCase
 std::ostream &operator<<(std::ostream &stream, const KeyCase &testCase)
 {
     return stream << QString::fromUtf16(testCase.before).toStdString();
+}
+
+template <typename Command> void expectCommand(int syntax, const KeyCase &testCase, const Command &command)
+{
+    EditedNote note(syntax, testCase.before);
+    note.run([&] { command(note); });
+    EXPECT_EQ(note.marked().toStdString(), QString::fromUtf16(testCase.after).toStdString()) << testCase;
+    if (note.undoManager().canUndo()) {
+        note.undoManager().undo();
+    }
+    EXPECT_EQ(note.marked().toStdString(), QString::fromUtf16(testCase.before).toStdString()) << "undone";
 }
 
 void expectReturn(int syntax, const KeyCase &testCase, bool isHandled)
@@ -100,6 +117,176 @@ TEST(ReturnKeyTest, LeavesASelectionPastTheTextAlone)
     note.setSelectedRange(kNotFoundRange);
     EXPECT_FALSE(note.controller().matchRepeatableStyleOnNewLineInTextView(note));
     EXPECT_EQ(note.textStorage().stringWithExpandedTextAttachments(), u"* one"_s);
+}
+
+TEST(TabKeyTest, MovesLinesOfListsByALevel)
+{
+    const struct
+    {
+        KeyCase texts;
+        bool backwards;
+    } cases[] = {
+        {{u"* one|", u"\t* one|"}, false},
+        {{u"* |one", u"\t* |one"}, false},
+        {{u"- o[n]e", u"\t- o[n]e"}, false},
+        {{u"1. one|", u"\t1. one|"}, false},
+        {{u"* o[ne\n* t]wo\n* three", u"\t* o[ne\n\t* t]wo\n* three"}, false},
+        {{u"plain [a\n* b]", u"\tplain [a\n\t* b]"}, false},
+        {{u"\t* one|", u"* one|"}, true},
+        {{u"\t\t+ one|", u"\t+ one|"}, true},
+        {{u"    * one|", u"* one|"}, true},
+        {{u"     * one|", u" * one|"}, true},
+        {{u"   * one|", u"* one|"}, true},
+        {{u"  * one|", u"* one|"}, true},
+        {{u" * one|", u"* one|"}, true},
+        {{u" \t* one|", u"\t* one|"}, true},
+        {{u"\t* o[ne\n* t\n  - wo]", u"* o[ne\n* t\n- wo]"}, true},
+        {{u"a\n|\t* one", u"a\n|* one"}, true},
+        {{u"a\n[\t* one]", u"a\n[* one]"}, true},
+    };
+    for (const auto &[texts, backwards] : cases) {
+        expectCommand(0, texts, [&](EditedNote &note) {
+            EXPECT_TRUE(note.controller().indentTabbableStyle(backwards, note)) << texts;
+        });
+    }
+}
+
+TEST(TabKeyTest, IsAnOrdinaryKeyElsewhere)
+{
+    for (const char16_t *text : {u"plain|", u"# Title|", u"> quote|", u"|", u"```\n* one|\n```"}) {
+        EditedNote note(0, text);
+        EXPECT_FALSE(note.pressTab(/*backwards=*/true)) << KeyCase{text, text};
+        EXPECT_EQ(note.marked(), QString::fromUtf16(text));
+    }
+}
+
+TEST(ShiftTest, TakesAnyLines)
+{
+    const auto right = [](EditedNote &note) { note.controller().shiftSelectionRight(true, note); };
+    const auto left = [](EditedNote &note) { note.controller().shiftSelectionRight(false, note); };
+    for (const KeyCase &testCase : std::initializer_list<KeyCase>{
+             {u"|", u"\t|"},
+             {u"a\n|", u"a\n\t|"},
+             {u"a|b\nc", u"\ta|b\nc"},
+             {u"[a\n\nb]\n", u"\t[a\n\t\n\tb]\n"},
+             {u"[a #tag b]", u"\t[a #tag b]"},
+         }) {
+        expectCommand(0, testCase, right);
+    }
+    for (const KeyCase &testCase : std::initializer_list<KeyCase>{
+             {u"|", u"|"},
+             {u"plain|", u"plain|"},
+             {u"\ta|b\nc", u"a|b\nc"},
+             {u"\t[a\n\n\tb]\n", u"[a\n\nb]\n"},
+             {u"[\t\n\t]", u"[\n]"},
+             {u"a\n |  b", u"a\n|b"},
+         }) {
+        expectCommand(0, testCase, left);
+    }
+}
+
+TEST(MoveParagraphTest, ExchangesLinesAndTheSelectionGoesAlong)
+{
+    const auto up = [](EditedNote &note) { note.controller().moveParagraphUp(true, note); };
+    const auto down = [](EditedNote &note) { note.controller().moveParagraphUp(false, note); };
+    for (const KeyCase &testCase : std::initializer_list<KeyCase>{
+             {u"a\nb|c\n", u"b|c\na\n"},
+             {u"a\nb|c", u"b|c\na"},
+             {u"|a\nb", u"|a\nb"},
+             {u"a\n[b\nc]\nd", u"[b\nc]\na\nd"},
+             {u"a\n[b\n]c", u"[b]\na\nc"},
+             {u"a\n|", u"|\na"},
+             {u"# A\n* b| #c", u"* b| #c\n# A"},
+             {u"|", u"|"},
+         }) {
+        expectCommand(0, testCase, up);
+    }
+    for (const KeyCase &testCase : std::initializer_list<KeyCase>{
+             {u"a|\nb\n", u"b\na|\n"},
+             {u"a|\nb", u"b\na|"},
+             {u"a\nb|", u"a\nb|"},
+             {u"a\nb|\n", u"a\n\nb|\n"},
+             {u"[a\nb]\nc\nd", u"c\n[a\nb]\nd"},
+             {u"- x|\n\n- y", u"\n- x|\n- y"},
+             {u"a\n|", u"a\n|"},
+         }) {
+        expectCommand(0, testCase, down);
+    }
+    EditedNote note(0, u"a\nb");
+    note.setSelectedRange(kNotFoundRange);
+    note.controller().moveParagraphUp(true, note);
+    EXPECT_EQ(note.text(), u"a\nb"_s);
+}
+
+TEST(MoveParagraphTest, KeepsWhatEndsEachLine)
+{
+    EditedNote note(0, u"a\r\nb|\u2029c");
+    note.run([&] { note.controller().moveParagraphUp(true, note); });
+    EXPECT_EQ(note.marked(), u"b|\r\na\u2029c"_s);
+}
+
+TEST(TagSelectionTest, LeavesTheMiddleOfATag)
+{
+    // Between a tag's last character and its spacer what is typed belongs to the tag.
+    EditedNote note(0, u"a #tag b");
+    const qint64 end = note.textStorage().string().indexOf(u'g') + 1;
+    note.setSelectedRange({end, 0});
+    note.controller().correctTagSelectionAfterInsertionInTextView(note);
+    EXPECT_EQ(note.selectedRange(), (NSRange{end + 1, 0}));
+    note.setSelectedRange({end - 1, 0});
+    note.controller().correctTagSelectionAfterInsertionInTextView(note);
+    EXPECT_EQ(note.selectedRange(), (NSRange{end - 1, 0})) << "in the middle one edits the tag";
+    note.setSelectedRange({0, end - 1});
+    note.controller().correctTagSelectionAfterInsertionInTextView(note);
+    EXPECT_EQ(note.selectedRange(), (NSRange{0, end + 1})) << "a selection takes the whole tag";
+}
+
+TEST(TagSelectionTest, LeavesOtherPlacesAlone)
+{
+    EditedNote note(0, u"a #tag b");
+    for (const NSRange range : {NSRange{0, 0}, NSRange{1, 0}, NSRange{0, 2}, NSRange{8, 0}, NSRange{9, 0}}) {
+        note.setSelectedRange(range);
+        note.controller().correctTagSelectionAfterInsertionInTextView(note);
+        EXPECT_EQ(note.selectedRange(), range) << range.location;
+    }
+}
+
+TEST(ExtraRangeTest, TakesWhatBelongsToTheAttachments)
+{
+    const struct
+    {
+        const char16_t *buffer;
+        const char16_t *widened;
+    } cases[] = {
+        {u"a [b] c", u"a [b] c"},
+        {u"x\n[* o]ne\ny", u"x\n[* one\n]y"},
+        {u"x\n# T\n- [y]", u"x\n# T\n- [y]"},
+        {u"[x\n* o]ne\n- two", u"[x\n* one\n]- two"},
+    };
+    for (const auto &[buffer, widened] : cases) {
+        EditedNote note(0, buffer);
+        note.setSelectedRange(note.controller().extraAttachmentsRangeForRange(note.selectedRange()));
+        EXPECT_EQ(note.marked().toStdString(), QString::fromUtf16(widened).toStdString());
+    }
+}
+
+TEST(LinksTest, InternalOnesAreDisabledAndOthersStay)
+{
+    EditedNote note(0, u"#tag https://quib.example.com");
+    const auto links = [&note] {
+        QStringList found;
+        note.textStorage().attributedString().enumerateAttribute(
+            NSLinkAttributeName, note.textStorage().fullRange(), NSAttributedStringEnumerationOptions::Forward,
+            [&found](const AttributeValue &value, NSRange, bool *) {
+                if (value) {
+                    found.append(value.urlValue().scheme());
+                }
+            });
+        return found;
+    };
+    ASSERT_EQ(links(), (QStringList{u"quib"_s, u"https"_s}));
+    note.controller().disableInternalURLsInRange(note.textStorage().fullRange());
+    EXPECT_EQ(links(), QStringList{u"https"_s});
 }
 
 } // namespace quib::tests
