@@ -334,8 +334,13 @@ bool NSManagedObject::relationContains(const QString &toManyKey, const NSManaged
 void NSManagedObject::forEachTarget(const QString &toManyKey,
                                     const std::function<bool(const quib::KeyValueObject &target)> &visit) const
 {
-    for (const auto &target : targetObjectsForKey(toManyKey)) {
-        if (!visit(*target)) {
+    const auto *relationship = isAlive() ? entity()->relationshipNamed(toManyKey) : nullptr;
+    if (relationship == nullptr || !relationship->isToMany) {
+        return;
+    }
+    // Made one by one: who looks for a first target makes no others.
+    for (const NSManagedObjectID &identity : Access::targets(*this, relationship->index)) {
+        if (const auto target = m_context->m_d->object(identity); target && !visit(*target)) {
             return;
         }
     }

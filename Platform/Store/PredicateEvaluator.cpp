@@ -1,6 +1,7 @@
 #include "PredicateNode.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace quib {
 
@@ -56,12 +57,25 @@ public:
             return std::any_of(node.children.begin(), node.children.end(),
                                [this](const PredicateNodeRef &child) { return holds(*child); });
         case PredicateNode::Kind::Comparison:
-            return node.isAny ? anyHolds(node) : compare(node, operand(node.left), operand(node.right));
+            return node.isAny ? anyHolds(node)
+                              : compare(node, operand(node.left, enoughFor(node)), operand(node.right));
         }
         return false;
     }
 
 private:
+    /// OPTIMIZATION: how far a sub-query has to count for a comparison with a whole number: all counts above the number
+    /// compare alike.
+    [[nodiscard]] static qint64 enoughFor(const PredicateNode &node)
+    {
+        const auto *value =
+            node.right.kind == PredicateExpression::Kind::Constant ? std::get_if<Value>(&node.right.constant) : nullptr;
+        const auto *number = value != nullptr ? std::get_if<qint64>(value) : nullptr;
+        const bool isOrder = node.operation <= PredicateOperator::GreaterOrEqual;
+        return isOrder && number != nullptr && *number >= 0 && *number < kEverything ? *number + 1 : kEverything;
+    }
+    static constexpr qint64 kEverything = std::numeric_limits<qint64>::max();
+
     /// The object that a path starts from, or null for an unknown variable or a plain string.
     [[nodiscard]] const KeyValueObject *start(const QString &variable) const
     {
@@ -119,7 +133,7 @@ private:
         return result;
     }
 
-    [[nodiscard]] Operand operand(const PredicateExpression &expression) const
+    [[nodiscard]] Operand operand(const PredicateExpression &expression, qint64 enough = kEverything) const
     {
         Operand result;
         switch (expression.kind) {
@@ -156,7 +170,7 @@ private:
             relation.relationOwner->forEachTarget(relation.relation, [&](const KeyValueObject &target) {
                 const Scope scope{&expression.conditionVariable, &target, m_scope};
                 count += Evaluation(m_object, m_string, &scope).holds(*expression.condition) ? 1 : 0;
-                return true;
+                return count < enough;
             });
             result.value = count;
             return result;
