@@ -44,6 +44,10 @@ public:
     [[nodiscard]] QList<quib::Ref<NSManagedObject>> targetObjectsForKey(const QString &key) const;
     void setTargetObjectsForKey(const QList<quib::Ref<NSManagedObject>> &objects, const QString &key);
 
+    /// The object's row with an attribute's slot in it, read now if needed; null where there is no such row. For
+    /// whoever compares many objects by the same attributes. Valid until the object changes or dies.
+    [[nodiscard]] const quib::RowSnapshot *rowWithAttributeSlot(int slot) const { return rowWithSlot(slot); }
+
     // KeyValueObject
     [[nodiscard]] KeyKind kindOfKey(const QString &key) const final;
     [[nodiscard]] quib::Value attributeForKey(const QString &key) const final;

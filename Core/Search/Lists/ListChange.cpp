@@ -75,6 +75,36 @@ struct Joining
     SortKeys::Row keys;
 };
 
+struct Span
+{
+    size_t start = 0;
+    size_t limit = 0;
+};
+
+/// For each of some ordered objects, how many of the ranks stand before it. isBehind: whether the object stands behind
+/// what has a rank.
+template <typename IsBehind>
+void searchPlaces(const std::vector<Joining> &joining, Span objects, Span ranks, const IsBehind &isBehind,
+                  std::vector<size_t> *found)
+{
+    while (objects.start < objects.limit) {
+        const size_t middle = objects.start + (objects.limit - objects.start) / 2;
+        Span within = ranks;
+        while (within.start < within.limit) {
+            const size_t rank = within.start + (within.limit - within.start) / 2;
+            if (isBehind(joining[middle], rank)) {
+                within.start = rank + 1;
+            } else {
+                within.limit = rank;
+            }
+        }
+        (*found)[middle] = within.start;
+        searchPlaces(joining, {objects.start, middle}, {ranks.start, within.start}, isBehind, found);
+        objects.start = middle + 1;
+        ranks.start = within.start;
+    }
+}
+
 } // namespace
 
 ChangedObjects ChangedObjects::from(const NSManagedObjectContext::Changes &changes)
@@ -161,7 +191,7 @@ ListChange ListChange::make(std::span<NSManagedObject *const> list, const Change
     ListChange change;
     change.oldSize = list.size();
     const PlaceFinder places(list, named);
-    const SortKeys sortKeys(request.sortDescriptors);
+    const SortKeys sortKeys(request.sortDescriptors, entity);
     std::vector<Joining> joining;
     size_t nextRank = list.size();
     for (size_t i = 0; i < named.size(); ++i) {
@@ -189,22 +219,18 @@ ListChange ListChange::make(std::span<NSManagedObject *const> list, const Change
         return order != 0 ? order < 0 : a.rank < b.rank;
     });
 
-    // 3. The place of each among those that the change does not name, each searched behind the one before.
-    const size_t unchangedCount = list.size() - change.removed.size();
-    size_t low = 0;
-    for (const Joining &one : joining) {
-        size_t high = unchangedCount;
-        while (low < high) {
-            const size_t middle = low + (high - low) / 2;
-            const size_t index = change.oldIndexOfUnchanged(middle);
-            const int order = sortKeys.compare(one.keys, *list[index]);
-            if (order != 0 ? order > 0 : index < one.rank) {
-                low = middle + 1;
-            } else {
-                high = middle;
-            }
-        }
-        const size_t newIndex = low + change.placed.size();
+    // 3. The place of each among those that the change does not name: of the middle one first, which leaves the others
+    //    less to search.
+    std::vector<size_t> found(joining.size());
+    const auto isBehind = [&](const Joining &one, size_t rank) {
+        const size_t index = change.oldIndexOfUnchanged(rank);
+        const int order = sortKeys.compare(one.keys, *list[index]);
+        return order != 0 ? order > 0 : index < one.rank;
+    };
+    searchPlaces(joining, {0, joining.size()}, {0, list.size() - change.removed.size()}, isBehind, &found);
+    for (size_t i = 0; i < joining.size(); ++i) {
+        const Joining &one = joining[i];
+        const size_t newIndex = found[i] + i;
         change.placed.push_back({one.object, newIndex});
         if (one.rank < list.size()) {
             change.updated.push_back({Ref<NSManagedObject>(one.object), one.rank, newIndex});

@@ -4,12 +4,24 @@
 
 #include <algorithm>
 
-namespace quib {
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
 
-std::optional<size_t> indexOfObject(std::span<NSManagedObject *const> list, const NSManagedObject *object)
+namespace quib {
+namespace {
+
+ptrdiff_t toOffset(size_t index)
 {
-    // OPTIMIZATION: eight comparisons between two branches find the stretch, then the place in it.
-    constexpr size_t kStretch = 8;
+    return static_cast<ptrdiff_t>(index);
+}
+
+// OPTIMIZATION: sixteen comparisons between two branches find the stretch that holds a pointer; what is left at the end
+// of the list is looked at one by one. Gives the start of the stretch.
+constexpr size_t kStretch = 16;
+
+size_t firstStretchPlain(std::span<NSManagedObject *const> list, const NSManagedObject *object)
+{
     size_t at = 0;
     for (; at + kStretch <= list.size(); at += kStretch) {
         bool isFound = false;
@@ -20,7 +32,50 @@ std::optional<size_t> indexOfObject(std::span<NSManagedObject *const> list, cons
             break;
         }
     }
-    const auto found = std::find(list.begin() + static_cast<ptrdiff_t>(at), list.end(), object);
+    return at;
+}
+
+#if defined(__x86_64__)
+
+__attribute__((target("avx2"))) size_t firstStretchWide(std::span<NSManagedObject *const> list,
+                                                        const NSManagedObject *object)
+{
+    const __m256i wanted = _mm256_set1_epi64x(reinterpret_cast<qintptr>(object));
+    size_t at = 0;
+    for (; at + kStretch <= list.size(); at += kStretch) {
+        const auto *places = reinterpret_cast<const __m256i *>(list.data() + at);
+        const __m256i first = _mm256_or_si256(_mm256_cmpeq_epi64(_mm256_loadu_si256(places), wanted),
+                                              _mm256_cmpeq_epi64(_mm256_loadu_si256(places + 1), wanted));
+        const __m256i second = _mm256_or_si256(_mm256_cmpeq_epi64(_mm256_loadu_si256(places + 2), wanted),
+                                               _mm256_cmpeq_epi64(_mm256_loadu_si256(places + 3), wanted));
+        const __m256i any = _mm256_or_si256(first, second);
+        if (_mm256_testz_si256(any, any) == 0) {
+            break;
+        }
+    }
+    return at;
+}
+
+size_t firstStretch(std::span<NSManagedObject *const> list, const NSManagedObject *object)
+{
+    return __builtin_cpu_supports("avx2") != 0 ? firstStretchWide(list, object) : firstStretchPlain(list, object);
+}
+
+#else
+
+size_t firstStretch(std::span<NSManagedObject *const> list, const NSManagedObject *object)
+{
+    return firstStretchPlain(list, object);
+}
+
+#endif
+
+} // namespace
+
+std::optional<size_t> indexOfObject(std::span<NSManagedObject *const> list, const NSManagedObject *object)
+{
+    const size_t start = firstStretch(list, object);
+    const auto found = std::find(list.begin() + toOffset(start), list.end(), object);
     return found != list.end() ? std::optional(static_cast<size_t>(found - list.begin())) : std::nullopt;
 }
 
@@ -52,30 +107,28 @@ void ObjectList::rearrange(std::span<const size_t> removed, std::span<const Plac
     for (const size_t index : removed) {
         gone.push_back(m_objects[index]);
     }
-    std::vector<NSManagedObject *> next;
-    next.reserve(m_objects.size() - removed.size() + placed.size());
-    size_t at = 0; // in m_objects
-    auto nextRemoved = removed.begin();
-    const auto copyUntil = [&](size_t limit) {
-        while (next.size() < limit) {
-            while (nextRemoved != removed.end() && at == *nextRemoved) {
-                ++at;
-                ++nextRemoved;
-            }
-            const size_t end = nextRemoved != removed.end() ? *nextRemoved : m_objects.size();
-            QUIB_ASSERT(at < end);
-            const size_t count = std::min(end - at, limit - next.size());
-            next.insert(next.end(), m_objects.begin() + static_cast<ptrdiff_t>(at),
-                        m_objects.begin() + static_cast<ptrdiff_t>(at + count));
-            at += count;
-        }
-    };
-    for (const Placed &one : placed) {
-        copyUntil(one.index);
-        next.push_back(one.object);
+    // Stretches move towards the front over what is taken out, then towards the back from their end on to make room:
+    // plain pointers, so each is one move of memory.
+    size_t end = removed.empty() ? m_objects.size() : removed[0];
+    for (size_t i = 0; i < removed.size(); ++i) {
+        const size_t start = removed[i] + 1;
+        const size_t limit = i + 1 < removed.size() ? removed[i + 1] : m_objects.size();
+        std::copy(m_objects.begin() + toOffset(start), m_objects.begin() + toOffset(limit),
+                  m_objects.begin() + toOffset(end));
+        end += limit - start;
     }
-    copyUntil(m_objects.size() - removed.size() + placed.size());
-    m_objects.swap(next);
+    m_objects.resize(end + placed.size());
+    size_t limit = m_objects.size(); // of what is still to fill
+    for (size_t i = placed.size(); i > 0; --i) {
+        const ObjectList::Placed &one = placed[i - 1];
+        const size_t count = limit - one.index - 1;
+        QUIB_ASSERT(one.index < limit && count <= end);
+        std::copy_backward(m_objects.begin() + toOffset(end - count), m_objects.begin() + toOffset(end),
+                           m_objects.begin() + toOffset(limit));
+        end -= count;
+        m_objects[one.index] = one.object;
+        limit = one.index;
+    }
     for (NSManagedObject *object : gone) {
         object->release();
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Store/KeyValueObject.h>
+#include <Store/NSManagedObject.h>
 #include <Store/NSSortDescriptor.h>
 
 #include <QList>
@@ -17,19 +17,22 @@ public:
     /// One value a descriptor.
     using Row = std::vector<Value>;
 
-    explicit SortKeys(QList<NSSortDescriptor> descriptors)
-        : m_descriptors(std::move(descriptors))
-    {
-    }
+    /// entity: of the objects that rows are compared with, or one above; null where only rows are compared.
+    explicit SortKeys(const QList<NSSortDescriptor> &descriptors, const NSEntityDescription *entity = nullptr);
 
-    [[nodiscard]] Row row(const KeyValueObject &object) const;
+    [[nodiscard]] Row row(const NSManagedObject &object) const;
     /// -1, 0 or 1 by the first descriptor that tells them apart.
     [[nodiscard]] int compare(const Row &a, const Row &b) const;
     /// The same, reading no more of the object than it takes.
-    [[nodiscard]] int compare(const Row &a, const KeyValueObject &b) const;
+    [[nodiscard]] int compare(const Row &a, const NSManagedObject &b) const;
 
 private:
-    QList<NSSortDescriptor> m_descriptors;
+    struct Key
+    {
+        NSSortDescriptor descriptor;
+        int slot = -1; // of an attribute of the objects themselves; -1: asked for by name
+    };
+    std::vector<Key> m_keys;
 };
 
 } // namespace quib

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QtGlobal>
 
 #include <cstddef>
@@ -9,7 +10,7 @@ namespace quib {
 
 /// A list of numbers that is changed step by step while the places of its members are asked for, at a cost that grows
 /// with the square root of its length: stretches of a few hundred members, and for each member the stretch it lies in.
-/// What lists report to tables is counted on it. A value.
+/// Making one costs next to nothing, however long. What lists report to tables is counted on it. A value.
 class StepwiseList
 {
 public:
@@ -28,11 +29,19 @@ private:
     static constexpr size_t kUsualLength = 512;
     static constexpr size_t kLongestLength = 2 * kUsualLength;
 
+    [[nodiscard]] size_t stretchOf(quint32 member) const;
+    [[nodiscard]] std::vector<quint32> &ensureMembers(size_t stretch);
     void spread(const std::vector<quint32> &members);
 
     size_t m_size = 0;
-    std::vector<std::vector<quint32>> m_stretches;
-    std::vector<quint32> m_stretchOf; // by member
+    std::vector<quint32> m_lengths; // by stretch
+    /// By stretch; empty for one that holds what it held at first.
+    std::vector<std::vector<quint32>> m_members;
+    /// True until the stretches are cut anew: a member that was not moved lies in the stretch of its number.
+    bool m_isUncut = true;
+    QHash<quint32, quint32> m_moved;  // uncut: the stretches of the others
+    std::vector<quint32> m_stretchOf; // cut: by member
+    size_t m_capacity;
 };
 
 } // namespace quib
