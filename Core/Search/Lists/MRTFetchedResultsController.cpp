@@ -51,6 +51,30 @@ std::vector<NSManagedObject *> sorted(std::vector<NSManagedObject *> objects,
     return objects;
 }
 
+/// A request that reads some attributes only also reads those that its condition and its order go by: a change is
+/// evaluated without asking the store.
+NSFetchRequest requestWithOwnKeys(NSFetchRequest request, const NSManagedObjectContext &context)
+{
+    const auto *entity = context.managedObjectModel().entityNamed(request.entityName);
+    if (request.propertiesToFetch.isEmpty() || entity == nullptr) {
+        return request;
+    }
+    QStringList keys;
+    if (request.predicate) {
+        keys = request.predicate->attributeKeys();
+    }
+    for (const NSSortDescriptor &descriptor : request.sortDescriptors) {
+        keys.append(descriptor.key());
+    }
+    for (const QString &key : keys) {
+        const auto *attribute = entity->attributeNamed(key);
+        if (attribute != nullptr && !attribute->isLazy && !request.propertiesToFetch.contains(key)) {
+            request.propertiesToFetch.append(key);
+        }
+    }
+    return request;
+}
+
 } // namespace
 
 MRTFetchedResultsController::MRTFetchedResultsController(std::shared_ptr<NSManagedObjectContext> managedObjectContext,
@@ -104,7 +128,7 @@ bool MRTFetchedResultsController::performFetch(NSError *error)
     m_observer.reset();
     m_waiting.clear();
     ++m_fetch;
-    const auto found = m_context->executeFetchRequest(*m_fetchRequest, error);
+    const auto found = m_context->executeFetchRequest(requestWithOwnKeys(*m_fetchRequest, *m_context), error);
     ObjectList objects;
     if (found) {
         objects.reserve(static_cast<size_t>(found->size()));
