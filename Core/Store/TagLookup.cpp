@@ -41,6 +41,13 @@ QString foldedTitle(const QString &title)
 
 } // namespace
 
+TagLookup::TagLookup(std::shared_ptr<const NSManagedObjectModel> model)
+    : m_model(std::move(model))
+{
+}
+
+TagLookup::~TagLookup() = default;
+
 std::shared_ptr<TagLookup> TagLookup::forContext(NSManagedObjectContext &moc)
 {
     QList<Registered> dead; // dropped outside of the lock: what they hold may be the last reference to a tag

@@ -26,10 +26,10 @@ class TagLookup
 public:
     /// The lookup of a context, made at its first use. Any thread.
     [[nodiscard]] static std::shared_ptr<TagLookup> forContext(NSManagedObjectContext &moc);
-    explicit TagLookup(std::shared_ptr<const NSManagedObjectModel> model)
-        : m_model(std::move(model))
-    {
-    }
+    explicit TagLookup(std::shared_ptr<const NSManagedObjectModel> model);
+    ~TagLookup();
+    TagLookup(const TagLookup &) = delete;
+    TagLookup &operator=(const TagLookup &) = delete;
 
     /// The tag of a name that is sanitised already, or null.
     [[nodiscard]] Ref<QBNoteTag> tagWithName(const QString &name, NSManagedObjectContext &moc);
