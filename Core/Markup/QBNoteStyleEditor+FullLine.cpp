@@ -1,6 +1,7 @@
+#include "QBNoteStyleEditor.h"
+
 #include "MarkerEdits.h"
 #include "OrderedListCounter.h"
-#include "QBNoteStyleEditor.h"
 
 #include <Markup/Attachments/QBNotesTextAttachment.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
@@ -177,9 +178,7 @@ QBNoteStyleEditor::Result QBNoteStyleEditor::applyFullLineStyle(const NSAttribut
     if (isStyled) {
         edits.removeRuns(styleMarkerName, paragraphs);
     } else {
-        for (const NSAttributeName &name : fullLineMarkerNames()) {
-            edits.removeRuns(name, paragraphs);
-        }
+        removeAllFullLineAttachments(edits, paragraphs);
     }
     if (isStyled && !isDifferent) {
         // It is taken away.
@@ -198,6 +197,13 @@ QBNoteStyleEditor::Result QBNoteStyleEditor::applyFullLineStyle(const NSAttribut
     NSAttributedString edited = edits.editedText(paragraphs);
     const NSRange extent{paragraphs.location, edited.length()};
     return QBNoteStyleEditorResult{std::move(edited), paragraphs, extent};
+}
+
+void QBNoteStyleEditor::removeAllFullLineAttachments(MarkerEdits &edits, NSRange paragraphs)
+{
+    for (const NSAttributeName &name : fullLineMarkerNames()) {
+        edits.removeRuns(name, paragraphs);
+    }
 }
 
 bool QBNoteStyleEditor::isAttributedString(const NSAttributedString &string, NSRange fullyStyledInRange,

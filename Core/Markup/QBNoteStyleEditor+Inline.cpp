@@ -1,5 +1,6 @@
-#include "MarkerEdits.h"
 #include "QBNoteStyleEditor.h"
+
+#include "MarkerEdits.h"
 
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Markup/Syntax/SyntaxCharacters.h>

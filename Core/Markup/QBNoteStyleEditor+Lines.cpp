@@ -1,5 +1,6 @@
-#include "MarkerEdits.h"
 #include "QBNoteStyleEditor.h"
+
+#include "MarkerEdits.h"
 
 #include <Text/NSStringHelpers.h>
 #include <Text/TextAroundRange.h>

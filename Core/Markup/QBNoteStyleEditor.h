@@ -86,6 +86,7 @@ private:
                                                    const NSAttributeName &styleMarkerName, bool supportIndent,
                                                    NSRange range, const NSAttributedString &inAttributedString,
                                                    const CustomAddStyleBlock &customAddStyleBlock = {});
+    static void removeAllFullLineAttachments(quib::MarkerEdits &edits, NSRange paragraphs);
     [[nodiscard]] static bool isAttributedString(const NSAttributedString &string, NSRange fullyStyledInRange,
                                                  const NSAttributeName &forFullLineStyler);
 

@@ -1,11 +1,10 @@
 #include "QBNotesTextStorage.h"
 
+#include "OrderedListCounter.h"
+
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Markup/Syntax/StylerSyntax.h>
 
-#include <QChar>
-
-#include <limits>
 #include <span>
 
 using namespace Qt::StringLiterals;
@@ -69,16 +68,9 @@ const LineStyle *lineStyleIn(const NSAttributedString &text, NSRange range, std:
 /// "9. " gives "10. ". The largest number that there is stays.
 QString nextNumber(QStringView marker)
 {
-    constexpr qint64 kLargest = std::numeric_limits<qint64>::max();
-    qint64 number = 0;
-    for (const char32_t codePoint : marker.toUcs4()) {
-        const int digit = QChar::digitValue(codePoint);
-        if (digit < 0) {
-            break;
-        }
-        number = number > (kLargest - digit) / 10 ? kLargest : number * 10 + digit;
-    }
-    return QString(QString::number(number == kLargest ? number : number + 1) % u". ");
+    qint64 digits = 0;
+    const qint64 number = quib::OrderedListCounter::leadingNumber(marker, &digits);
+    return QString(QString::number(number == quib::OrderedListCounter::kLargest ? number : number + 1) % u". ");
 }
 
 } // namespace
