@@ -86,6 +86,21 @@ void QBNoteEditorCoreController::performStylingInTextView(NoteTextView &textView
     if (const auto styled = storage.styleTextInRange(range, textView.selectedRange(), &proposedSelection)) {
         textView.replaceCharactersInrange(range, *styled, proposedSelection);
     }
+    reorderOrderedListInTextView(textView);
+}
+
+void QBNoteEditorCoreController::reorderOrderedListInTextView(NoteTextView &textView)
+{
+    QBNotesTextStorage &storage = textView.textStorage();
+    const auto result = m_noteTextKitStack.styleEditor().ensureOrderedListOrderInAttributedString(
+        storage.attributedString(), textView.selectedRange());
+    if (!result) {
+        return;
+    }
+    textView.replaceCharactersInrange(result->replacementRange, result->replamentAttributedString,
+                                      result->proposedSelectionRange);
+    const NSRange replaced = {result->replacementRange.location, result->replamentAttributedString.length()};
+    storage.applyStylingInRange(storage.attributedString().paragraphRangeForRange(replaced));
 }
 
 void QBNoteEditorCoreController::correctTagSelectionAfterInsertionInTextView(NoteTextView &textView)

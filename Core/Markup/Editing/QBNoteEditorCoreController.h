@@ -29,6 +29,8 @@ public:
     /// come back already. Otherwise attachments come and go as a step that can be undone, and numbers of lists are put
     /// in order.
     void performStylingInTextView(quib::NoteTextView &textView);
+    /// Numbers the ordered list at the selection anew, as a step that can be undone, unless its numbers are in order.
+    void reorderOrderedListInTextView(quib::NoteTextView &textView);
     /// Takes a selection out of the middle of a tag: a caret at the tag's end goes behind it, so that what is typed
     /// next is no part of it, and a selection takes in the whole tags it begins or ends in.
     void correctTagSelectionAfterInsertionInTextView(quib::NoteTextView &textView);

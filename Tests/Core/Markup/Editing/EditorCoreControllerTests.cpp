@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <initializer_list>
 #include <ostream>
 
@@ -64,6 +65,13 @@ TEST(ReturnKeyTest, ContinuesAndEndsLinesOfLists)
         {u"* #tag|", u"* #tag\n* |"},
         {u"* one [two]", u"* one \n* |"},
         {u"* a[b\nc]d", u"* a\n* |d"},
+        // Numbers go on, and those behind follow.
+        {u"1. one|", u"1. one\n2. |"},
+        {u"9. nine|", u"9. nine\n10. |"},
+        {u"\t5. five|", u"\t5. five\n\t6. |"},
+        {u"1. one|\n2. two\n3. three", u"1. one\n2. |\n3. two\n4. three"},
+        {u"1. o|ne\n2. two", u"1. o\n2. |ne\n3. two"},
+        {u"1. one\n2. |\n3. three", u"1. one\n|\n3. three"},
         // An empty one ends.
         {u"* |", u"|"},
         {u"one\n\t- |\ntwo", u"one\n|\ntwo"},
@@ -216,6 +224,34 @@ TEST(MoveParagraphTest, ExchangesLinesAndTheSelectionGoesAlong)
     note.setSelectedRange(kNotFoundRange);
     note.controller().moveParagraphUp(true, note);
     EXPECT_EQ(note.text(), u"a\nb"_s);
+}
+
+TEST(OrderedListTest, NumbersFollowEveryEdit)
+{
+    const auto deleteBackwards = [](EditedNote &note) { note.pressBackspace(); };
+    const auto up = [](EditedNote &note) { note.run([&] { note.controller().moveParagraphUp(true, note); }); };
+    const auto type = [](EditedNote &note) { note.type(u"1"_s); };
+    const auto tab = [](EditedNote &note) { note.pressTab(); };
+    const struct
+    {
+        KeyCase texts;
+        std::function<void(EditedNote &)> edit;
+    } cases[] = {
+        {{u"1. a\n[2. b\n]3. c\n4. d", u"1. a\n|2. c\n3. d"}, deleteBackwards},
+        {{u"5. a\n[6. b\n]7. c", u"5. a\n|6. c"}, deleteBackwards},
+        {{u"8. a\n9. b\n|. c", u"8. a\n9. b\n10|. c"}, type},
+        {{u"1. a\n2. b|\n3. c", u"2. b|\n3. a\n4. c"}, up},
+        {{u"1. a\n2. b|\n3. c", u"1. a\n\t1. b|\n2. c"}, tab},
+    };
+    for (const auto &[texts, edit] : cases) {
+        EditedNote note(0, texts.before);
+        edit(note);
+        EXPECT_EQ(note.marked().toStdString(), QString::fromUtf16(texts.after).toStdString()) << texts;
+        note.undoManager().undo();
+        EXPECT_EQ(note.marked().toStdString(), QString::fromUtf16(texts.before).toStdString()) << "undone";
+        note.undoManager().redo();
+        EXPECT_EQ(note.text().toStdString(), MarkedText::parsed(texts.after).text.toStdString()) << "done again";
+    }
 }
 
 TEST(MoveParagraphTest, KeepsWhatEndsEachLine)
