@@ -60,7 +60,7 @@ public:
     // Completion. Notes with a title that are neither trashed nor archived, no more than a limit, the last changed one
     // first.
 
-    /// Those with a string in their title; those that begin with it come first.
+    /// Those with a string in their title; of the last changed ones those that begin with it come first.
     [[nodiscard]] static QList<quib::Ref<QBNote>>
     findNotesForPartialtitle(const QString &partialtitle, NSManagedObjectContext &inManagedObjectContext,
                              qint64 limitTo);
