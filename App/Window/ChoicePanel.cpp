@@ -195,10 +195,11 @@ void ChoicePanel::leave()
     if (isHidden()) {
         return;
     }
+    const QPointer<QWidget> before = std::exchange(m_focusBefore, nullptr);
     hide();
     m_provider = nullptr;
-    if (m_focusBefore != nullptr) {
-        m_focusBefore->setFocus();
+    if (before != nullptr) {
+        before->setFocus();
     }
 }
 
@@ -242,7 +243,7 @@ bool ChoicePanel::eventFilter(QObject *watched, QEvent *event)
         return false;
     }
     if (event->type() == QEvent::FocusOut) {
-        if (static_cast<QFocusEvent *>(event)->reason() != Qt::ActiveWindowFocusReason) {
+        if (isVisible() && static_cast<QFocusEvent *>(event)->reason() != Qt::ActiveWindowFocusReason) {
             m_focusBefore = nullptr; // it went where the user wanted it
             leave();
         }

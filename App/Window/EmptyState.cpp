@@ -42,15 +42,26 @@ protected:
         painter.drawEllipse(QPointF(66, 62), 58, 58);
         painter.setBrush(themeColor(u"Placeholder Quib Shadow Color"_s));
         painter.drawEllipse(QPointF(66, 113), 38, 6);
-        // 2. Ears.
+        // 2. The tail, which is as large as the rest, and tufted ears.
+        QPainterPath tail;
+        tail.moveTo(92, 106);
+        tail.cubicTo(128, 104, 130, 66, 112, 56);
+        tail.cubicTo(104, 51, 98, 60, 104, 66);
+        tail.cubicTo(110, 76, 102, 90, 88, 92);
+        tail.closeSubpath();
         painter.setPen(pen);
-        painter.setBrush(fur);
-        painter.drawEllipse(QPointF(42, 38), 11, 11);
-        painter.drawEllipse(QPointF(90, 38), 11, 11);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(fur.darker(118));
-        painter.drawEllipse(QPointF(42, 38), 5, 5);
-        painter.drawEllipse(QPointF(90, 38), 5, 5);
+        painter.setBrush(fur.darker(112));
+        painter.drawPath(tail);
+        for (const bool isLeft : {true, false}) {
+            QPainterPath ear;
+            const double side = isLeft ? 1 : -1;
+            ear.moveTo(66 - side * 30, 46);
+            ear.quadTo(66 - side * 32, 24, 66 - side * 26, 14);
+            ear.quadTo(66 - side * 14, 22, 66 - side * 10, 34);
+            ear.closeSubpath();
+            painter.setBrush(fur);
+            painter.drawPath(ear);
+        }
         // 3. The body, round and content.
         QPainterPath body;
         body.moveTo(66, 28);
@@ -64,19 +75,29 @@ protected:
         // 4. The face.
         painter.setPen(Qt::NoPen);
         painter.setBrush(line);
-        painter.drawEllipse(QPointF(50, 56), 3.6, 4);
-        painter.drawEllipse(QPointF(82, 56), 3.6, 4);
-        painter.setBrush(fur.lighter(118));
-        painter.drawEllipse(QPointF(66, 69), 17, 12);
+        painter.drawEllipse(QPointF(52, 54), 4, 4.6);
+        painter.drawEllipse(QPointF(80, 54), 4, 4.6);
+        painter.setBrush(Qt::white);
+        painter.drawEllipse(QPointF(53.4, 52.4), 1.3, 1.3);
+        painter.drawEllipse(QPointF(81.4, 52.4), 1.3, 1.3);
+        painter.setBrush(fur.lighter(122));
+        painter.drawEllipse(QPointF(57, 71), 11, 9);
+        painter.drawEllipse(QPointF(75, 71), 11, 9);
         painter.setBrush(themeColor(u"Placeholder Quib Nose Color"_s));
-        painter.drawRoundedRect(QRectF(59, 60, 14, 9), 4.5, 4.5);
+        painter.drawEllipse(QPointF(66, 65), 4.5, 3.4);
+        painter.setPen(QPen(line, 1.4, Qt::SolidLine, Qt::RoundCap));
+        for (const double y : {-2.0, 3.0}) {
+            painter.drawLine(QPointF(48, 71 + y / 2), QPointF(36, 70 + y * 1.6));
+            painter.drawLine(QPointF(84, 71 + y / 2), QPointF(96, 70 + y * 1.6));
+        }
         painter.setPen(pen);
         painter.setBrush(Qt::NoBrush);
         QPainterPath mouth;
-        mouth.moveTo(66, 69);
-        mouth.lineTo(66, 73);
-        mouth.moveTo(60, 74);
-        mouth.quadTo(66, 79, 72, 74);
+        mouth.moveTo(66, 68);
+        mouth.lineTo(66, 72);
+        mouth.moveTo(59, 73);
+        mouth.quadTo(62.5, 77, 66, 72);
+        mouth.quadTo(69.5, 77, 73, 73);
         painter.drawPath(mouth);
         // 5. A pencil behind the ear, and the paws on the sheet.
         painter.save();

@@ -103,7 +103,10 @@ void NoteListView::reloadData()
     selectionMayHaveChanged();
 }
 
-void NoteListView::beginUpdates() {}
+void NoteListView::beginUpdates()
+{
+    m_removedRow = -1;
+}
 
 void NoteListView::insertRow(qint64 row)
 {
@@ -112,6 +115,9 @@ void NoteListView::insertRow(qint64 row)
 
 void NoteListView::removeRow(qint64 row)
 {
+    if (selectionModel()->isSelected(m_model.index(int(row)))) {
+        m_removedRow = row;
+    }
     m_model.removeRowAt(row);
 }
 
@@ -122,6 +128,10 @@ void NoteListView::moveRow(qint64 row, qint64 toRow)
 
 void NoteListView::endUpdates()
 {
+    // When the last selected note leaves the list, the one that takes its place is looked at next.
+    if (m_removedRow >= 0 && !selectionModel()->hasSelection() && m_model.rowCount() > 0) {
+        selectRows({std::min<qint64>(m_removedRow, m_model.rowCount() - 1)});
+    }
     viewport()->update();
 }
 

@@ -88,6 +88,8 @@ private:
     QTimer m_aging;
     QString m_emptyText;
     bool m_selectsFirstRow = false;
+    /// Where a selected row went during the updates being told; -1 for none.
+    qint64 m_removedRow = -1;
 };
 
 } // namespace quib

@@ -29,7 +29,7 @@ namespace {
 // Units: points.
 constexpr int kMargin = 18;
 constexpr int kTop = 13;
-constexpr int kPictureSide = 46;
+constexpr int kPictureSide = 44;
 constexpr int kIconSize = 13;
 constexpr int kRibbonWidth = 3;
 constexpr int kProgressHeight = 2;
@@ -208,7 +208,7 @@ void NoteRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     }
     // 4. The first picture, beside the snippet.
     if (kind == QBNotesTableViewController::RowKind::Image) {
-        const QRect frame(body.right() - kPictureSide + 1, row.bottom() - kPictureSide - 9, kPictureSide, kPictureSide);
+        const QRect frame(body.right() - kPictureSide + 1, row.bottom() - kPictureSide - 8, kPictureSide, kPictureSide);
         const QPixmap shown = picture(*note, frame.size(), scale);
         QPainterPath clip;
         clip.addRoundedRect(placed(frame), 6, 6);

@@ -114,7 +114,9 @@ void QBMainWindowController::makeActions()
     });
     // 2. Editing. The widget that has the keyboard does it.
     addCommand(u"undo"_s, tr("Undo"), QKeySequence::Undo, [this] { undo(); });
-    addCommand(u"redo"_s, tr("Redo"), QKeySequence::Redo, [this] { redo(); });
+    addCommand(u"redo"_s, tr("Redo"), {}, [this] {
+        redo();
+    })->setShortcuts({key(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), key(Qt::CTRL | Qt::Key_Y)});
     const auto toFocused = [](auto ofField, auto ofText) {
         return [ofField, ofText] {
             if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()); field != nullptr) {
@@ -163,6 +165,10 @@ void QBMainWindowController::makeActions()
     }
     addCommand(u"toggle-columns"_s, tr("Show or Hide the Sidebar"), key(Qt::CTRL | Qt::Key_Backslash),
                [this] { setColumns(m_columns == Columns::All ? Columns::ListAndEditor : Columns::All); });
+    addCommand(u"zoom-in"_s, tr("Zoom In"), QKeySequence::ZoomIn, [this] { keyEditor().editor().zoomIn(); });
+    addCommand(u"zoom-out"_s, tr("Zoom Out"), QKeySequence::ZoomOut, [this] { keyEditor().editor().zoomOut(); });
+    addCommand(u"reset-zoom"_s, tr("Actual Size"), key(Qt::CTRL | Qt::Key_0),
+               [this] { keyEditor().editor().resetZoom(); });
     addCommand(u"full-screen"_s, tr("Full Screen"), key(Qt::Key_F11),
                [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
     addCommand(u"next-note"_s, tr("Next Note"), key(Qt::CTRL | Qt::Key_PageDown), [this] {
@@ -227,7 +233,7 @@ void QBMainWindowController::makeMenus()
     QMenu *sorting = view->addMenu(tr("Sort Notes"));
     QMenu *themes = view->addMenu(tr("Theme"));
     view->addSeparator();
-    fill(view, {"full-screen"_L1});
+    fill(view, {"zoom-in"_L1, "zoom-out"_L1, "reset-zoom"_L1, ""_L1, "full-screen"_L1});
     connect(sorting, &QMenu::aboutToShow, this, [this, sorting] { fillSortMenu(*sorting); });
     connect(themes, &QMenu::aboutToShow, this, [this, themes] { fillThemeMenu(*themes); });
     fill(menuBar()->addMenu(tr("&Go")),

@@ -315,7 +315,9 @@ void QBMainWindowController::updateActions()
             info = tr("Archived");
         } else if (const auto date = note->modificationDate()) {
             const QDateTime when = QDateTime::fromSecsSinceEpoch(qint64(date->timeIntervalSince1970()));
-            info = tr("Edited %1").arg(QLocale().toString(when, QLocale::ShortFormat));
+            info = when.date() == QDate::currentDate()
+                       ? tr("Edited today, %1").arg(QLocale().toString(when, tr("HH:mm", "time of day")))
+                       : tr("Edited %1").arg(QLocale().toString(when.date(), QLocale::LongFormat));
         }
     }
     m_noteInfo->setText(info);

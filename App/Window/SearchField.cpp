@@ -36,7 +36,7 @@ public:
             QStyle::visualRect(option.direction, place, {place.left(), place.top(), 110, place.height()});
         const QRect meaning = QStyle::visualRect(
             option.direction, place, {place.left() + 110, place.top(), place.width() - 110, place.height()});
-        const int side = int(option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft);
+        constexpr int side = int(Qt::AlignLeft); // the painter turns it round where it has to
         painter->setFont(interfaceFont(12, /*isBold=*/true));
         painter->setPen(themeColor(isSelected ? u"Style Editor Selected Icon Color"_s : u"Panel Text Color"_s));
         painter->drawText(word, int(Qt::AlignVCenter) | side, index.data().toString());

@@ -223,7 +223,11 @@ QVariant SidebarModel::data(const QModelIndex &index, int role) const
     const bool isTag = dynamic_cast<const QBTagSidebarItem *>(of.item.get()) != nullptr;
     switch (role) {
     case Qt::DisplayRole:
-        return of.item->isSeparator() ? tr("Tags") : of.item->title();
+        if (of.item->isSeparator()) {
+            // The caption of the tags, where there are any.
+            return static_cast<size_t>(of.row) + 1 < of.father->childs.size() ? tr("Tags") : QString();
+        }
+        return of.item->title();
     case Qt::EditRole:
         return isTag ? of.identifier : QString();
     case Qt::ToolTipRole:

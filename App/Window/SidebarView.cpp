@@ -56,8 +56,7 @@ void SidebarDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
         row.setLeft(isRightToLeft ? row.left() : 2 * kMargin);
         row.setRight(isRightToLeft ? view->viewport()->width() - 2 * kMargin : row.right());
         row.setBottom(row.bottom() - 6);
-        painter->drawText(row, int(Qt::AlignBottom) | int(isRightToLeft ? Qt::AlignRight : Qt::AlignLeft),
-                          index.data().toString());
+        painter->drawText(row, int(Qt::AlignBottom) | int(Qt::AlignLeft), index.data().toString());
         painter->restore();
         return;
     }
@@ -153,7 +152,6 @@ SidebarView::SidebarView(QWidget *parent)
     setExpandsOnDoubleClick(true);
     header()->setMinimumSectionSize(0);
     header()->setStretchLastSection(true);
-    setViewportMargins(0, kMargin, 0, 0);
     connect(&m_model, &QAbstractItemModel::modelReset, this, &SidebarView::restore);
     connect(this, &QTreeView::collapsed, this, [this](const QModelIndex &index) {
         if (!m_isRestoring) {
