@@ -1,0 +1,204 @@
+#include "WindowFixture.h"
+
+#include <Store/NSManagedObjectContext.h>
+#include <Store/QBNoteTag.h>
+#include <Support/QtPrinters.h>
+#include <Window/EditorPane.h>
+#include <Window/MessageBar.h>
+#include <Window/SearchField.h>
+#include <Window/SidebarModel.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QMimeData>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace quib::tests {
+
+namespace {
+
+class NoteList : public WindowFixture
+{
+};
+
+TEST_F(NoteList, TypingInItSearches)
+{
+    launch({u"# Soup\nwith lentils"_s, u"# Bread\nsour"_s, u"# Soufflé"_s});
+    window().noteList().setFocus();
+    type(u"sou"_s);
+    EXPECT_TRUE(window().searchField().hasFocus());
+    EXPECT_EQ(window().searchField().text(), u"sou"_s);
+    EXPECT_EQ(rows(), (QStringList{u"Soufflé"_s, u"Bread"_s, u"Soup"_s}));
+    type(u"p"_s);
+    EXPECT_EQ(rows(), QStringList{u"Soup"_s});
+    EXPECT_EQ(window().editor().note()->title(), u"Soup"_s);
+    press(Qt::Key_Down);
+    EXPECT_TRUE(window().noteList().hasFocus());
+    press(Qt::Key_Up);
+    EXPECT_TRUE(window().searchField().hasFocus());
+    press(Qt::Key_Escape);
+    EXPECT_EQ(rows().size(), 3);
+}
+
+TEST_F(NoteList, ASearchThatFindsNothingSaysSo)
+{
+    launch({u"# Soup"_s});
+    window().setCurrentSearch(u"bread"_s);
+    settle();
+    EXPECT_TRUE(rows().isEmpty());
+    EXPECT_FALSE(window().editor().note());
+}
+
+TEST_F(NoteList, ArrowsChooseAndReturnEdits)
+{
+    launch({u"# One"_s, u"# Two"_s, u"# Three"_s});
+    selectRow(u"Three"_s);
+    window().noteList().setFocus();
+    press(Qt::Key_Down);
+    EXPECT_EQ(window().editor().note()->title(), u"Two"_s);
+    press(Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(selectedRows(), (QStringList{u"Two"_s, u"One"_s}));
+    EXPECT_FALSE(window().editor().note()); // several: none is edited
+    press(Qt::Key_Up);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(window().editor().textView().hasFocus());
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(window().noteList().hasFocus());
+    press(Qt::Key_Left);
+    EXPECT_TRUE(window().sidebar().hasFocus());
+}
+
+TEST_F(NoteList, DeleteMovesToTheTrashAndUndoTakesItBack)
+{
+    launch({u"# One"_s, u"# Two"_s, u"# Three"_s});
+    selectRow(u"Two"_s);
+    window().noteList().setFocus();
+    press(Qt::Key_Delete);
+    EXPECT_EQ(rows(), (QStringList{u"Three"_s, u"One"_s}));
+    EXPECT_EQ(selectedRows(), QStringList{u"One"_s}) << "what takes its place is selected next";
+    EXPECT_EQ(window().editor().note()->title(), u"One"_s);
+    EXPECT_TRUE(noteTitled(u"Two"_s)->isTrashed());
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(rows(), (QStringList{u"Three"_s, u"Two"_s, u"One"_s}));
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(rows(), (QStringList{u"Three"_s, u"One"_s}));
+}
+
+TEST_F(NoteList, DeleteInATextDeletesNoNote)
+{
+    launch({u"# One"_s});
+    selectRow(u"One"_s);
+    window().editor().focusEditor();
+    window().editor().textView().setSelectedRange({3, 0});
+    press(Qt::Key_Delete);
+    EXPECT_EQ(notes().size(), 1);
+    EXPECT_FALSE(notes().constFirst()->isTrashed());
+}
+
+TEST_F(NoteList, PermanentDeletionAsksInTheWindow)
+{
+    launch({u"# One"_s});
+    noteTitled(u"One"_s)->trash();
+    ASSERT_TRUE(moc().save());
+    openList(u"QBNotesTrashSidebarItem"_s);
+    selectRow(u"One"_s);
+    window().noteList().setFocus();
+    press(Qt::Key_Delete);
+    EXPECT_TRUE(window().messages().isAsking());
+    EXPECT_EQ(window().messages().text(), u"Are you sure you want to permanently delete the selected notes?"_s);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(notes().size(), 1);
+    press(Qt::Key_Delete);
+    window().messages().press(0);
+    settle();
+    EXPECT_TRUE(notes().isEmpty());
+}
+
+TEST_F(NoteList, PinsSeveralAtOnceAndUndoesThatAsOne)
+{
+    launch({u"# One"_s, u"# Two"_s, u"# Three"_s});
+    window().noteList().selectRows({1, 2});
+    settle();
+    trigger(u"pin"_s);
+    EXPECT_EQ(rows(), (QStringList{u"Two"_s, u"One"_s, u"Three"_s}));
+    EXPECT_EQ(selectedRows(), (QStringList{u"Two"_s, u"One"_s}));
+    EXPECT_EQ(window().action(u"undo"_s)->text(), u"Undo Pin notes"_s);
+    window().noteList().setFocus();
+    trigger(u"undo"_s);
+    EXPECT_EQ(rows(), (QStringList{u"Three"_s, u"Two"_s, u"One"_s}));
+}
+
+TEST_F(NoteList, NotesDroppedOnATagGetIt)
+{
+    launch({u"# One #garden"_s, u"# Two"_s, u"# Three"_s});
+    window().noteList().selectRows({0, 1});
+    settle();
+    const std::unique_ptr<QMimeData> data(
+        window().noteList().noteListModel().mimeData(window().noteList().selectionModel()->selectedIndexes()));
+    SidebarModel &sidebar = window().sidebar().sidebarModel();
+    const QModelIndex garden = sidebar.indexOfIdentifier(u"garden"_s);
+    ASSERT_TRUE(sidebar.canDropMimeData(data.get(), Qt::CopyAction, -1, -1, garden));
+    ASSERT_TRUE(sidebar.dropMimeData(data.get(), Qt::CopyAction, -1, -1, garden));
+    settle();
+    EXPECT_EQ(noteTitled(u"Two"_s)->tagsStrings(), QStringList{u"garden"_s});
+    EXPECT_EQ(noteTitled(u"Three"_s)->tagsStrings(), QStringList{u"garden"_s});
+    window().noteList().setFocus();
+    trigger(u"undo"_s);
+    EXPECT_TRUE(noteTitled(u"Two"_s)->tagsStrings().isEmpty());
+    const QModelIndex untagged = sidebar.indexOfIdentifier(u"QBUntaggedSidebarItem"_s);
+    EXPECT_FALSE(sidebar.canDropMimeData(data.get(), Qt::CopyAction, -1, -1, untagged));
+}
+
+class Tags : public WindowFixture
+{
+};
+
+TEST_F(Tags, AreRenamedInTheirPlaceAndInAllTexts)
+{
+    launch({u"# One #garden/roses"_s, u"# Two #garden"_s});
+    openList(u"garden"_s);
+    SidebarModel &model = window().sidebar().sidebarModel();
+    EXPECT_TRUE(model.setData(model.indexOfIdentifier(u"garden"_s), u"park"_s, Qt::EditRole));
+    settle();
+    EXPECT_EQ(noteTitled(u"One #park/roses"_s)->text(), u"# One #park/roses"_s);
+    EXPECT_EQ(window().sidebar().selectedIdentifier(), u"park"_s);
+    EXPECT_EQ(rows().size(), 2);
+    EXPECT_FALSE(entries().contains(u"garden"_s));
+}
+
+TEST_F(Tags, AreDeletedAfterAQuestionAndTheNotesStay)
+{
+    launch({u"# One\n#garden"_s});
+    openList(u"garden"_s);
+    trigger(u"delete-tag"_s);
+    ASSERT_TRUE(window().messages().isAsking());
+    window().messages().press(1);
+    EXPECT_TRUE(entries().contains(u"garden"_s));
+    trigger(u"delete-tag"_s);
+    window().messages().press(0);
+    settle();
+    EXPECT_FALSE(entries().contains(u"garden"_s));
+    ASSERT_EQ(notes().size(), 1);
+    EXPECT_FALSE(notes().constFirst()->isTrashed());
+    EXPECT_EQ(window().sidebar().selectedIdentifier(), u"QBNotesSidebarItem"_s);
+}
+
+TEST_F(Tags, CountTheirNotes)
+{
+    launch({u"# One #garden/roses"_s, u"# Two #garden"_s, u"# Three"_s});
+    const SidebarModel &model = window().sidebar().sidebarModel();
+    const auto count = [&model](const QString &identifier) {
+        return model.indexOfIdentifier(identifier).data(SidebarModel::CountRole).toInt();
+    };
+    EXPECT_EQ(count(u"garden"_s), 2);
+    EXPECT_EQ(count(u"garden/roses"_s), 1);
+    EXPECT_EQ(count(u"QBNotesSidebarItem"_s), 3);
+    EXPECT_EQ(count(u"QBUntaggedSidebarItem"_s), 1);
+}
+
+} // namespace
+
+} // namespace quib::tests

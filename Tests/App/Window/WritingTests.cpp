@@ -1,0 +1,122 @@
+#include "WindowFixture.h"
+
+#include <Store/NSManagedObjectContext.h>
+#include <Store/QBNoteTag.h>
+#include <Support/QtPrinters.h>
+#include <Window/EditorPane.h>
+#include <Window/EmptyState.h>
+#include <Window/SearchField.h>
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace quib::tests {
+
+namespace {
+
+class Writing : public WindowFixture
+{
+};
+
+TEST_F(Writing, AnEmptyStoreInvitesToTheFirstNote)
+{
+    launch();
+    auto *button = window().editor().emptyState().findChild<QPushButton *>();
+    ASSERT_TRUE(button->isVisible());
+    QTest::mouseClick(button, Qt::LeftButton);
+    settle();
+    ASSERT_EQ(notes().size(), 1);
+    EXPECT_TRUE(window().editor().textView().hasFocus());
+    type(u"Plan\nall of it #work/plans"_s);
+    window().saveNote(/*forceSave=*/false);
+    settle();
+    EXPECT_EQ(notes().constFirst()->text(), u"# Plan\nall of it #work/plans"_s);
+    EXPECT_EQ(rows(), QStringList{u"Plan"_s});
+    EXPECT_TRUE(entries().contains(u"plans"_s));
+}
+
+TEST_F(Writing, TheRowFollowsTheTextAndMovesToTheTop)
+{
+    launch({u"# One"_s, u"# Two"_s, u"# Three"_s});
+    EXPECT_EQ(rows(), (QStringList{u"Three"_s, u"Two"_s, u"One"_s}));
+    selectRow(u"One"_s);
+    window().editor().focusEditor();
+    window().editor().moveToEnd();
+    type(u" and a half"_s);
+    window().noteList().setFocus(); // leaving the text saves it
+    settle();
+    EXPECT_EQ(rows(), (QStringList{u"One and a half"_s, u"Three"_s, u"Two"_s}));
+    EXPECT_EQ(selectedRows(), QStringList{u"One and a half"_s});
+    EXPECT_EQ(window().editor().note()->title(), u"One and a half"_s);
+}
+
+TEST_F(Writing, AnotherNoteSavesTheOneBefore)
+{
+    launch({u"# One"_s, u"# Two"_s});
+    selectRow(u"One"_s);
+    window().editor().focusEditor();
+    window().editor().moveToEnd();
+    type(u"\nkept"_s);
+    selectRow(u"Two"_s);
+    EXPECT_EQ(noteTitled(u"One"_s)->text(), u"# One\nkept"_s);
+    EXPECT_EQ(noteTitled(u"Two"_s)->text(), u"# Two"_s);
+}
+
+TEST_F(Writing, ANewNoteTakesTheTagOfItsListAndTheTextOfTheSearch)
+{
+    launch({u"# One #garden"_s});
+    openList(u"garden"_s);
+    press(Qt::Key_N, Qt::ControlModifier);
+    EXPECT_EQ(window().editor().note()->text(), u"# \n#garden"_s);
+    window().searchField().setText(u"Roses"_s);
+    settle();
+    trigger(u"new-note"_s);
+    EXPECT_EQ(window().editor().note()->text(), u"# Roses\n#garden"_s);
+    EXPECT_EQ(window().searchField().text(), QString());
+}
+
+TEST_F(Writing, FromTheTrashANewNoteLeadsToTheNotes)
+{
+    launch({u"# One"_s});
+    openList(u"QBNotesTrashSidebarItem"_s);
+    trigger(u"new-note"_s);
+    EXPECT_EQ(window().sidebar().selectedIdentifier(), u"QBNotesSidebarItem"_s);
+    EXPECT_EQ(rows().size(), 2);
+    EXPECT_TRUE(window().editor().textView().hasFocus());
+}
+
+TEST_F(Writing, TheEndKeepsWhatWasTypedLast)
+{
+    launch({u"# One"_s});
+    selectRow(u"One"_s);
+    window().editor().focusEditor();
+    window().editor().moveToEnd();
+    type(u" more"_s);
+    quit();
+    launch();
+    EXPECT_EQ(rows(), QStringList{u"One more"_s});
+}
+
+TEST_F(Writing, ANoteCanHaveAWindowOfItsOwn)
+{
+    launch({u"# One"_s, u"# Two"_s});
+    selectRow(u"Two"_s);
+    trigger(u"open-in-window"_s);
+    QWidget *own = QApplication::activeWindow();
+    ASSERT_NE(own, &window());
+    EXPECT_EQ(own->windowTitle(), u"Two"_s);
+    EXPECT_EQ(window().keyEditor().note()->title(), u"Two"_s);
+    noteTitled(u"Two"_s)->permanentlyDelete();
+    ASSERT_TRUE(moc().save());
+    settle();
+    EXPECT_FALSE(std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget *widget) {
+        return widget->isVisible() && widget->windowTitle() == u"Two";
+    }));
+}
+
+} // namespace
+
+} // namespace quib::tests
