@@ -322,6 +322,18 @@ TEST_F(StoreCompletion, OffersNotesByAnyPartOfTheirTitle)
     EXPECT_EQ(offered(u"\\[\\[|", /*onRequest=*/true).size(), 20);
 }
 
+TEST_F(StoreCompletion, OffersNotesThatBeginWithTheTextBeforeAllOthers)
+{
+    add(u"Xylophone"_s);
+    for (int i = 0; i < 30; ++i) {
+        clock.advance(1);
+        add(QString(u"Box "_s % QString::number(i)));
+    }
+    save();
+    EXPECT_EQ(offered(u"\\[\\[x|").first(), u"Xylophone"_s) << "though thirty others were changed later";
+    EXPECT_EQ(offered(u"\\[\\[x|").size(), 20);
+}
+
 TEST_F(StoreCompletion, FindsNothingOnceTheStoreIsGone)
 {
     add(u"#work"_s);
