@@ -1,5 +1,7 @@
 #include "QBNoteEditorViewController.h"
 
+#include "FindBar.h"
+#include "InformationPanel.h"
 #include "NoteTextMerge.h"
 
 #include <Logging/QBLogger.h>
@@ -144,6 +146,7 @@ void QBNoteEditorViewController::noteMayHaveChanged()
         return;
     }
     m_view->setReadOnly(!m_note->isEditable());
+    updateCommands();
     const QString theirs = m_note->text();
     if (theirs == m_baseText) {
         return;
@@ -218,4 +221,6 @@ void QBNoteEditorViewController::takeOverText(const QString &text)
     scroll.location = bufferLocation(storage, top);
     m_view->scrollTo(scroll);
     highlightSearch();
+    m_findBar->noteDidChange();
+    m_information->noteDidChange();
 }

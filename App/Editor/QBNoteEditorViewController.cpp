@@ -1,5 +1,9 @@
 #include "QBNoteEditorViewController.h"
 
+#include "FindBar.h"
+#include "FormatBar.h"
+#include "InformationPanel.h"
+
 #include <Foundation/Clock.h>
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
 #include <Markup/Attachments/QBFoldTextAttachment.h>
@@ -10,7 +14,9 @@
 #include <Store/QBNotesPreferenceManager.h>
 #include <URL/QBXurlCoreController.h>
 
+#include <QAction>
 #include <QEvent>
+#include <QHBoxLayout>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -49,11 +55,38 @@ QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
     m_view->setDelegate(this);
     m_view->installEventFilter(this);
     setFocusProxy(m_view);
-    auto *layout = new QVBoxLayout(this);
+    makeWidgets();
+    makeActions();
+    observePreferences();
+}
+
+void QBNoteEditorViewController::makeWidgets()
+{
+    m_findBar = new FindBar(*m_view, this);
+    connect(m_findBar, &FindBar::didClose, this, [this] { highlightSearch(); });
+    m_formatBar = new FormatBar(this);
+    m_information = new InformationPanel(m_stack.noteTextStorage(), this);
+    connect(m_information, &InformationPanel::headerWasChosen, this, [this](NSRange range) {
+        m_view->setSelectedRange(range);
+        m_view->scrollRangeToVisible(range);
+        m_view->setFocus();
+    });
+    connect(m_information, &InformationPanel::noteWasChosen, this, &QBNoteEditorViewController::noteWasChosen);
+    auto *textColumn = new QVBoxLayout;
+    textColumn->setSpacing(0);
+    textColumn->addWidget(m_findBar);
+    textColumn->addWidget(m_view, 1);
+    textColumn->addWidget(m_formatBar);
+    auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_view, 1);
-    observePreferences();
+    layout->addLayout(textColumn, 1);
+    layout->addWidget(m_information);
+}
+
+void QBNoteEditorViewController::setTextSearch(const std::shared_ptr<NoteTextSearch> &textSearch)
+{
+    m_information->setTextSearch(textSearch);
 }
 
 QBNoteEditorViewController::~QBNoteEditorViewController()
@@ -62,6 +95,8 @@ QBNoteEditorViewController::~QBNoteEditorViewController()
     m_view->removeEventFilter(this);
     m_view->setDelegate(nullptr);
     m_view->setUndoManager(nullptr);
+    delete m_information; // it reads the text
+    delete m_findBar;
     delete m_view; // before what it draws from
     m_stack.stylerManager()->setTextAttachmentConfigurator(nullptr);
 }
@@ -106,6 +141,10 @@ void QBNoteEditorViewController::loadNote()
         observeNote();
     }
     highlightSearch();
+    m_information->setNote(m_note);
+    m_information->setVisible(m_note && action(u"info"_s)->isChecked());
+    m_findBar->noteDidChange();
+    updateCommands();
 }
 
 void QBNoteEditorViewController::rememberState()
@@ -232,6 +271,13 @@ void QBNoteEditorViewController::setZoom(double size)
 
 // QBNoteTextViewDelegate
 
+void QBNoteEditorViewController::didEditNote()
+{
+    markForAutoSave();
+    m_information->noteDidChange();
+    Q_EMIT noteWasEdited();
+}
+
 bool QBNoteEditorViewController::qbNoteTextViewShouldInsertNewLine(QBNoteTextView &view, bool isShiftDown)
 {
     if (isShiftDown || !m_core.matchRepeatableStyleOnNewLineInTextView(view)) {
@@ -253,8 +299,7 @@ bool QBNoteEditorViewController::qbNoteTextViewShouldInsertTab(QBNoteTextView &v
 void QBNoteEditorViewController::qbNoteTextViewDidChangeText(QBNoteTextView &view)
 {
     m_core.performStylingInTextView(view);
-    markForAutoSave();
-    Q_EMIT noteWasEdited();
+    didEditNote();
 }
 
 void QBNoteEditorViewController::qbNoteTextViewDidClickAttachment(QBNoteTextView &view,
@@ -267,8 +312,7 @@ void QBNoteEditorViewController::qbNoteTextViewDidClickAttachment(QBNoteTextView
     }
     view.breakUndoCoalescing();
     m_core.toggleCheckboxAttachment(*box, location, view);
-    markForAutoSave();
-    Q_EMIT noteWasEdited();
+    didEditNote();
 }
 
 void QBNoteEditorViewController::qbNoteTextViewDidOpenAttachment(QBNoteTextView &view,

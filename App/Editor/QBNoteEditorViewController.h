@@ -11,14 +11,29 @@
 #include <Store/QBNote.h>
 
 #include <QHash>
+#include <QList>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 class NSManagedObjectContext;
+
+QT_BEGIN_NAMESPACE
+class QAction;
+class QKeySequence;
+QT_END_NAMESPACE
+
+namespace quib {
+class FindBar;
+class FormatBar;
+class InformationPanel;
+class NoteTextSearch;
+} // namespace quib
 
 /// The pane in which one note is read and written: it loads the note, styles what is typed, and sees to it that no
 /// character is lost, whoever else writes the note meanwhile. Owned by its window; main queue.
@@ -62,6 +77,18 @@ public:
     /// What the list of notes is searched for stands out, until the text is changed.
     void setSearchString(const QString &search);
 
+    // Commands: those of the pane are its actions(), for menus and lists of commands; each has a name and its shortcut.
+
+    /// The command of that name; null for a name that there is none of.
+    [[nodiscard]] QAction *action(const QString &name) const;
+    /// Puts files into the note as attachments, in the place of the selection. The sources stay where they are.
+    void attachFiles(const QList<QUrl> &urls);
+    [[nodiscard]] quib::FindBar &findBar() { return *m_findBar; }
+    [[nodiscard]] quib::FormatBar &formatBar() { return *m_formatBar; }
+    [[nodiscard]] quib::InformationPanel &informationPanel() { return *m_information; }
+    /// What finds the notes that link here fast; of the notes' context, which it must not outlive.
+    void setTextSearch(const std::shared_ptr<quib::NoteTextSearch> &textSearch);
+
     // Zoom, for this pane alone
 
     void zoomIn();
@@ -76,6 +103,10 @@ Q_SIGNALS:
     void noteDidChange();
     /// A link was followed. The program's own links are among them.
     void urlWasOpened(const QUrl &url);
+    /// A note was chosen in the information panel.
+    void noteWasChosen(const QString &identifier);
+    /// A file could not be taken into the note; why is logged.
+    void attachingFailed(const QString &fileName);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -101,7 +132,36 @@ private:
                                          qint64 location) override;
     void qbNoteTextViewDidOpenURL(QBNoteTextView &view, const QUrl &url) override;
 
+    // QBNoteTextViewDelegate, +Pasteboard.cpp
+    [[nodiscard]] std::optional<QString> textForMimeData(QBNoteTextView &view, const QMimeData &mimeData,
+                                                         NSRange replacedRange) override;
+    void fillMimeData(QBNoteTextView &view, QMimeData &mimeData, NSRange range) override;
+    [[nodiscard]] bool acceptsMimeData(const QMimeData &mimeData) const override;
+    /// Makes attachments of files and gives their markers.
+    [[nodiscard]] QStringList markersForFiles(const QList<QUrl> &urls);
+
+    // QBNoteEditorViewController+Actions.cpp
+    using StyleCommand = QBNoteStyleEditor::Result (QBNoteStyleEditor::*)(const NSAttributedString &, NSRange) const;
+    QAction *addCommand(const QString &name, const QString &text, const QKeySequence &shortcut,
+                        std::function<void()> triggered);
+    QAction *addStyleCommand(const QString &name, const QString &text, const QKeySequence &shortcut,
+                             StyleCommand apply);
+    void makeActions();
+    void fillFormatBar();
+    void updateCommands();
+    void applyStyle(const QBNoteStyleEditor::Result &result);
+    void applyHeaderLevel(int level);
+    /// A change of the text as one step that can be undone.
+    void edit(const std::function<void()> &change);
+    void surroundSelection(const QString &before, const QString &after);
+    void toggleTodosInSelection();
+    void foldCompletedTodos();
+    void unfoldCompletedTodos();
+    void chooseAttachments();
+
     // QBNoteEditorViewController.cpp
+    void makeWidgets();
+    void didEditNote();
     void loadNote();
     void rememberState();
     void restoreState();
@@ -131,6 +191,11 @@ private:
     QBNoteEditorCoreController m_core;
     QBNoteTextAttachmentConfigurator m_configurator;
     QBNoteTextView *m_view = nullptr;
+    quib::FindBar *m_findBar = nullptr;
+    quib::FormatBar *m_formatBar = nullptr;
+    quib::InformationPanel *m_information = nullptr;
+    QList<QAction *> m_editingCommands; ///< those that need a note that can be changed
+    QList<QAction *> m_headerCommands;
     quib::Ref<QBNote> m_note;
     QString m_baseText; ///< the note's text that the shown one was made from
     bool m_isEdited = false;

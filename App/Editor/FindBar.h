@@ -1,0 +1,77 @@
+#pragma once
+
+#include "NoteTextFinder.h"
+
+#include <QBasicTimer>
+#include <QList>
+#include <QWidget>
+
+class QBNoteTextView;
+
+QT_BEGIN_NAMESPACE
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QToolButton;
+QT_END_NAMESPACE
+
+namespace quib {
+
+/// The bar above a note in which a text is looked for and replaced: it marks all places, counts them, and goes from one
+/// to the next. Owned by the editor's pane, whose view outlives it; main queue.
+class FindBar final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FindBar(QBNoteTextView &view, QWidget *parent = nullptr);
+
+    /// Shows the bar, with the selected text to be looked for, and gives it the keyboard.
+    void open(bool withReplacing);
+    /// Hides the bar and its marks; the keyboard goes back to the text.
+    void close();
+    void findNext();
+    void findPrevious();
+    void replaceCurrent();
+    void replaceAll();
+
+    [[nodiscard]] QLineEdit &findField() { return *m_find; }
+    [[nodiscard]] QLineEdit &replaceField() { return *m_replace; }
+    void setOptions(const FindOptions &options);
+    [[nodiscard]] FindOptions options() const;
+    /// "2 of 5", or what is wrong with a pattern.
+    [[nodiscard]] QString status() const;
+    /// The text under the bar is another one.
+    void noteDidChange();
+
+Q_SIGNALS:
+    void didClose();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    /// Looks again; the current place is the first one at or behind a location.
+    void update(qint64 location, bool showsCurrent);
+    void goTo(qsizetype index);
+    void showStatus();
+    void textDidChange();
+
+    QBNoteTextView &m_view;
+    QLineEdit *m_find = nullptr;
+    QLineEdit *m_replace = nullptr;
+    QLabel *m_status = nullptr;
+    QToolButton *m_matchCase = nullptr;
+    QToolButton *m_wholeWords = nullptr;
+    QToolButton *m_pattern = nullptr;
+    QWidget *m_replaceRow = nullptr;
+    NoteTextFinder m_finder;
+    QList<NSRange> m_matches;
+    qsizetype m_current = -1;
+    qint64 m_startLocation = 0; ///< where the caret was when the bar was opened
+    bool m_isReplacing = false;
+    QBasicTimer m_updating;
+};
+
+} // namespace quib

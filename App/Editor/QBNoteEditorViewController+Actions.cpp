@@ -1,0 +1,299 @@
+#include "QBNoteEditorViewController.h"
+
+#include "EditorSymbol.h"
+#include "FindBar.h"
+#include "FormatBar.h"
+#include "InformationPanel.h"
+
+#include <Markup/Attachments/QBCheckBoxTextAttachment.h>
+#include <Store/QBNotesPreferenceManager.h>
+
+#include <QAction>
+#include <QFileDialog>
+#include <QKeySequence>
+#include <QSignalBlocker>
+
+#include <algorithm>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+using namespace quib;
+
+namespace {
+
+constexpr int kLargestHeader = 6;
+
+QKeySequence keys(QKeyCombination combination)
+{
+    return {combination};
+}
+
+/// The boxes of a range with their places.
+std::vector<std::pair<QBCheckBoxTextAttachment *, NSRange>> boxesInRange(const NSAttributedString &text, NSRange range)
+{
+    std::vector<std::pair<QBCheckBoxTextAttachment *, NSRange>> found;
+    text.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
+                            [&found](const AttributeValue &value, NSRange place, bool * /*stop*/) {
+                                if (auto box = value.sharedAs<QBCheckBoxTextAttachment>()) {
+                                    found.emplace_back(box.get(), place);
+                                }
+                            });
+    return found;
+}
+
+} // namespace
+
+QAction *QBNoteEditorViewController::action(const QString &name) const
+{
+    return findChild<QAction *>(name, Qt::FindDirectChildrenOnly);
+}
+
+QAction *QBNoteEditorViewController::addCommand(const QString &name, const QString &text, const QKeySequence &shortcut,
+                                                std::function<void()> triggered)
+{
+    auto *command = new QAction(text, this);
+    command->setObjectName(name);
+    command->setIcon(editorSymbol(name));
+    command->setShortcut(shortcut);
+    command->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(command, &QAction::triggered, this, [this, triggered = std::move(triggered)] {
+        triggered();
+        updateCommands();
+    });
+    addAction(command);
+    return command;
+}
+
+QAction *QBNoteEditorViewController::addStyleCommand(const QString &name, const QString &text,
+                                                     const QKeySequence &shortcut, StyleCommand apply)
+{
+    QAction *command = addCommand(name, text, shortcut, [this, apply] {
+        const QBNoteStyleEditor &editor = m_stack.styleEditor();
+        applyStyle((editor.*apply)(m_stack.noteTextStorage().attributedString(), m_view->selectedRange()));
+    });
+    m_editingCommands.append(command);
+    return command;
+}
+
+void QBNoteEditorViewController::applyStyle(const QBNoteStyleEditor::Result &result)
+{
+    if (!result || m_view->isReadOnly()) {
+        return;
+    }
+    m_view->breakUndoCoalescing();
+    m_undoManager->beginUndoGrouping();
+    m_view->replaceCharactersInrange(result->replacementRange, result->replamentAttributedString,
+                                     result->proposedSelectionRange);
+    m_view->didChangeText();
+    m_undoManager->endUndoGrouping();
+    m_view->setFocus();
+}
+
+void QBNoteEditorViewController::applyHeaderLevel(int level)
+{
+    applyStyle(m_stack.styleEditor().applyHeaderLevel(level, m_stack.noteTextStorage().attributedString(),
+                                                      m_view->selectedRange()));
+}
+
+void QBNoteEditorViewController::edit(const std::function<void()> &change)
+{
+    if (m_view->isReadOnly()) {
+        return;
+    }
+    m_view->breakUndoCoalescing();
+    m_undoManager->beginUndoGrouping();
+    change();
+    m_view->didChangeText();
+    m_undoManager->endUndoGrouping();
+}
+
+void QBNoteEditorViewController::surroundSelection(const QString &before, const QString &after)
+{
+    edit([&] {
+        const NSRange selection = m_view->selectedRange();
+        const QString selected = m_stack.noteTextStorage().stringWithExpandedTextAttachmentsWithRange(selection);
+        m_view->insertText(before % selected % after, selection);
+        m_view->setSelectedRange({selection.location + before.size() + (selected.isEmpty() ? 0 : selected.size()), 0});
+    });
+}
+
+void QBNoteEditorViewController::toggleTodosInSelection()
+{
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    const NSRange lines = text.paragraphRangeForRange(m_view->selectedRange());
+    const auto boxes = boxesInRange(text, lines);
+    const bool hasOpen =
+        std::any_of(boxes.cbegin(), boxes.cend(), [](const auto &box) { return !box.first->isChecked(); });
+    if (boxes.empty() || m_view->isReadOnly()) {
+        return;
+    }
+    m_view->breakUndoCoalescing();
+    m_core.setCheckboxAttachmentsState(hasOpen, lines, *m_view);
+    didEditNote();
+}
+
+void QBNoteEditorViewController::foldCompletedTodos()
+{
+    edit([this] {
+        QBNotesTextStorage &storage = m_stack.noteTextStorage();
+        const auto boxes = boxesInRange(storage.attributedString(), storage.attributedString().fullRange());
+        for (auto box = boxes.crbegin(); box != boxes.crend(); ++box) {
+            if (box->first->isChecked()) {
+                m_core.foldTextInRange(storage.attributedString().paragraphRangeForRange(box->second),
+                                       u"completedTodo"_s, m_view);
+            }
+        }
+    });
+}
+
+void QBNoteEditorViewController::unfoldCompletedTodos()
+{
+    edit([this] {
+        m_core.unfoldTextWithFoldIdentifier(u"completedTodo"_s,
+                                            m_stack.noteTextStorage().attributedString().fullRange(), m_view);
+    });
+}
+
+void QBNoteEditorViewController::chooseAttachments()
+{
+    auto *dialog = new QFileDialog(this, tr("Attach Files"));
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList &paths) {
+        QList<QUrl> urls;
+        for (const QString &path : paths) {
+            urls.append(QUrl::fromLocalFile(path));
+        }
+        attachFiles(urls);
+    });
+    dialog->open();
+}
+
+void QBNoteEditorViewController::makeActions()
+{
+    using Editor = QBNoteStyleEditor;
+    // Inside lines
+    addStyleCommand(u"bold"_s, tr("Bold"), QKeySequence::Bold, &Editor::applyBoldStyleInAttributedString);
+    addStyleCommand(u"italic"_s, tr("Italic"), QKeySequence::Italic, &Editor::applyItalicStyleInAttributedString);
+    addStyleCommand(u"underline"_s, tr("Underline"), QKeySequence::Underline,
+                    &Editor::applyUnderlineStyleInAttributedString);
+    addStyleCommand(u"strike"_s, tr("Strikethrough"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_X),
+                    &Editor::applyStrikedStyleInAttributedString);
+    addStyleCommand(u"marker"_s, tr("Highlight"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_H),
+                    &Editor::applyMarkerStyleInAttributedString);
+    addStyleCommand(u"inline-code"_s, tr("Code"), keys(Qt::CTRL | Qt::Key_E),
+                    &Editor::applyInlineCodeStyleInAttributedString);
+    // Whole lines
+    addStyleCommand(u"bullet-list"_s, tr("Bulleted List"), keys(Qt::CTRL | Qt::Key_L),
+                    &Editor::applyUnorderedListInAttributedString);
+    addStyleCommand(u"numbered-list"_s, tr("Numbered List"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_L),
+                    &Editor::applyOrderedListInAttributedString);
+    addStyleCommand(u"todo"_s, tr("To-do"), keys(Qt::CTRL | Qt::Key_T), &Editor::applyCheckboxInAttributedString);
+    addStyleCommand(u"quote"_s, tr("Quote"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_B),
+                    &Editor::applyQuoteInAttributedString);
+    addStyleCommand(u"code-block"_s, tr("Code Block"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_E),
+                    &Editor::applyMultilineCodeStyleInAttributedString);
+    addStyleCommand(u"separator"_s, tr("Line Separator"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_Minus),
+                    &Editor::applyLineSeparatorInAttributedString);
+    for (int level = 1; level <= kLargestHeader; ++level) {
+        m_headerCommands.append(addCommand(u"heading-%1"_s.arg(level), tr("Heading %1").arg(level),
+                                           keys(Qt::CTRL | Qt::SHIFT | static_cast<Qt::Key>(Qt::Key_0 + level)),
+                                           [this, level] { applyHeaderLevel(level); }));
+    }
+    m_headerCommands.append(addCommand(u"no-heading"_s, tr("No Heading"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_0),
+                                       [this] { applyHeaderLevel(-1); }));
+    m_editingCommands.append(m_headerCommands);
+    // Lines and boxes
+    const auto addEditing = [this](const QString &name, const QString &text, const QKeySequence &shortcut,
+                                   std::function<void()> triggered) {
+        m_editingCommands.append(addCommand(name, text, shortcut, std::move(triggered)));
+    };
+    addEditing(u"toggle-todo"_s, tr("Complete To-do"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_T),
+               [this] { toggleTodosInSelection(); });
+    addEditing(u"indent"_s, tr("Indent"), keys(Qt::CTRL | Qt::Key_BracketRight),
+               [this] { edit([this] { m_core.shiftSelectionRight(/*right=*/true, *m_view); }); });
+    addEditing(u"outdent"_s, tr("Outdent"), keys(Qt::CTRL | Qt::Key_BracketLeft),
+               [this] { edit([this] { m_core.shiftSelectionRight(/*right=*/false, *m_view); }); });
+    addEditing(u"move-up"_s, tr("Move Line Up"), keys(Qt::ALT | Qt::Key_Up),
+               [this] { edit([this] { m_core.moveParagraphUp(/*up=*/true, *m_view); }); });
+    addEditing(u"move-down"_s, tr("Move Line Down"), keys(Qt::ALT | Qt::Key_Down),
+               [this] { edit([this] { m_core.moveParagraphUp(/*up=*/false, *m_view); }); });
+    addEditing(u"fold-completed"_s, tr("Fold Completed To-dos"), {}, [this] { foldCompletedTodos(); });
+    addEditing(u"unfold-completed"_s, tr("Unfold Completed To-dos"), {}, [this] { unfoldCompletedTodos(); });
+    // What is put in
+    addEditing(u"link"_s, tr("Link"), keys(Qt::CTRL | Qt::Key_K), [this] { surroundSelection(u"["_s, u"]()"_s); });
+    addEditing(u"note-link"_s, tr("Link to Note"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_K),
+               [this] { surroundSelection(u"[["_s, u"]]"_s); });
+    addEditing(u"attach"_s, tr("Attach Files…"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_A),
+               [this] { chooseAttachments(); });
+    addEditing(u"paste-plain"_s, tr("Paste as Plain Text"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_V),
+               [this] { m_view->pasteAsPlainText(); });
+    // Looking
+    addCommand(u"find"_s, tr("Find in Note…"), QKeySequence::Find,
+               [this] { m_findBar->open(/*withReplacing=*/false); });
+    addCommand(u"find-replace"_s, tr("Find and Replace…"), keys(Qt::CTRL | Qt::Key_H),
+               [this] { m_findBar->open(/*withReplacing=*/true); });
+    addCommand(u"find-next"_s, tr("Find Next"), QKeySequence::FindNext, [this] { m_findBar->findNext(); });
+    addCommand(u"find-previous"_s, tr("Find Previous"), QKeySequence::FindPrevious,
+               [this] { m_findBar->findPrevious(); });
+    addCommand(u"zoom-in"_s, tr("Zoom In"), QKeySequence::ZoomIn, [this] { zoomIn(); });
+    addCommand(u"zoom-out"_s, tr("Zoom Out"), QKeySequence::ZoomOut, [this] { zoomOut(); });
+    addCommand(u"zoom-reset"_s, tr("Actual Size"), keys(Qt::CTRL | Qt::Key_0), [this] { resetZoom(); });
+    const auto addOption = [this](const QString &name, const QString &text, const QKeySequence &shortcut,
+                                  const QString &key, bool isOnAtFirst, std::function<void(bool)> apply) {
+        auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+        const PropertyValue stored = preferences != nullptr ? preferences->preferenceValueForKey(key) : PropertyValue();
+        QAction *option = addCommand(name, text, shortcut, [] {});
+        option->setCheckable(true);
+        connect(option, &QAction::toggled, this, [key, apply](bool isOn) {
+            apply(isOn);
+            if (auto *manager = QBNotesPreferenceManager::sharedPreferenceManager(); manager != nullptr) {
+                manager->savePreferenceValue(PropertyValue(isOn), key);
+            }
+        });
+        const bool isOn = stored.isNull() ? isOnAtFirst : stored.toBool();
+        const QSignalBlocker blocker(option);
+        option->setChecked(isOn);
+        apply(isOn);
+    };
+    addOption(u"typewriter"_s, tr("Typewriter Scrolling"), {}, u"QBEditorTypewriterScrolling"_s, false,
+              [this](bool isOn) { m_view->setTypewriterScrolling(isOn); });
+    addOption(u"focus-mode"_s, tr("Focus on Paragraph"), {}, u"QBEditorFocusMode"_s, false,
+              [this](bool isOn) { m_view->setFocusMode(isOn); });
+    addOption(u"format-bar"_s, tr("Format Bar"), {}, u"QBEditorFormatBar"_s, true,
+              [this](bool isOn) { m_formatBar->setVisible(isOn); });
+    addOption(u"info"_s, tr("Note Information"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_I), u"QBEditorInformationPanel"_s,
+              false, [this](bool isOn) { m_information->setVisible(isOn && m_note); });
+    fillFormatBar();
+    updateCommands();
+}
+
+void QBNoteEditorViewController::fillFormatBar()
+{
+    m_formatBar->addMenuButton(u"heading"_s, u"heading"_s, tr("Heading"), m_headerCommands);
+    for (const auto &name : {u"bold"_s, u"italic"_s, u"underline"_s, u"strike"_s, u"marker"_s, u"inline-code"_s}) {
+        m_formatBar->addButton(action(name));
+    }
+    m_formatBar->addSeparator();
+    for (const auto &name :
+         {u"todo"_s, u"bullet-list"_s, u"numbered-list"_s, u"quote"_s, u"code-block"_s, u"separator"_s}) {
+        m_formatBar->addButton(action(name));
+    }
+    m_formatBar->addSeparator();
+    for (const auto &name : {u"link"_s, u"note-link"_s, u"attach"_s}) {
+        m_formatBar->addButton(action(name));
+    }
+    m_formatBar->addStretch();
+    m_formatBar->addButton(action(u"info"_s));
+}
+
+void QBNoteEditorViewController::updateCommands()
+{
+    const bool isEditable = m_note && !m_view->isReadOnly();
+    for (QAction *command : std::as_const(m_editingCommands)) {
+        command->setEnabled(isEditable);
+    }
+    for (const auto &name : {u"find"_s, u"find-replace"_s, u"find-next"_s, u"find-previous"_s, u"info"_s}) {
+        action(name)->setEnabled(static_cast<bool>(m_note));
+    }
+}

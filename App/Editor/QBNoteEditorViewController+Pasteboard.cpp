@@ -1,0 +1,200 @@
+#include "QBNoteEditorViewController.h"
+
+#include <Graphics/NSImage.h>
+#include <Logging/QBLogger.h>
+#include <Markup/Attachments/QBImageTextAttachment.h>
+#include <Store/NSManagedObjectContext.h>
+#include <Store/QBNoteFile.h>
+#include <Store/QBNoteImage.h>
+#include <URL/QBXurlCoreController.h>
+
+#include <QBuffer>
+#include <QDateTime>
+#include <QFileInfo>
+#include <QImage>
+#include <QMimeData>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace quib;
+
+namespace {
+
+/// A piece of a note as the note has it, for other notes.
+QString markupFormat()
+{
+    return u"application/x-quib-markup"_s;
+}
+
+/// A picture that is copied as pixels has no more. Units: bytes of its file.
+constexpr qint64 kLargestCopiedPicture = 32 * 1024 * 1024;
+
+struct Picture
+{
+    QByteArray bytes;
+    QString extension;
+};
+
+/// The bytes of a picture as they came, where they are of a kind that everybody reads, or as PNG.
+std::optional<Picture> pictureOfMimeData(const QMimeData &mimeData)
+{
+    struct Format
+    {
+        QLatin1StringView type;
+        QLatin1StringView extension;
+    };
+    for (const Format &format :
+         {Format{"image/png"_L1, "png"_L1}, Format{"image/jpeg"_L1, "jpg"_L1}, Format{"image/gif"_L1, "gif"_L1}}) {
+        const QByteArray bytes = mimeData.data(format.type);
+        if (!bytes.isEmpty()) {
+            return Picture{bytes, format.extension};
+        }
+    }
+    const auto image = qvariant_cast<QImage>(mimeData.imageData());
+    if (image.isNull()) {
+        return std::nullopt;
+    }
+    Picture picture{{}, u"png"_s};
+    QBuffer buffer(&picture.bytes);
+    return buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "PNG") ? std::optional(picture) : std::nullopt;
+}
+
+/// The files of this machine that a drop or paste brings; none where anything else comes along.
+QList<QUrl> filesOfMimeData(const QMimeData &mimeData)
+{
+    const QList<QUrl> urls = mimeData.urls();
+    const bool areFiles = std::all_of(urls.cbegin(), urls.cend(), [](const QUrl &url) {
+        return url.isLocalFile() && QFileInfo(url.toLocalFile()).isFile();
+    });
+    return areFiles ? urls : QList<QUrl>();
+}
+
+bool isPicture(const QString &marker)
+{
+    return marker.startsWith(u"[image:");
+}
+
+/// Markers as they stand in a place of a text: each picture on a line of its own, files side by side.
+QString placedMarkers(const QStringList &markers, QStringView before, QStringView after)
+{
+    QString placed;
+    const auto atLineStart = [&] {
+        return placed.isEmpty() ? before.isEmpty() || before.back() == u'\n' : placed.back() == u'\n';
+    };
+    for (const QString &marker : markers) {
+        if (isPicture(marker)) {
+            placed += (atLineStart() ? u""_s : u"\n"_s) % marker % u'\n';
+        } else {
+            const bool needsBlank = !placed.isEmpty() && placed.back() != u'\n';
+            placed += (needsBlank ? u" "_s : u""_s) % marker;
+        }
+    }
+    if (placed.endsWith(u'\n') && after.startsWith(u'\n')) {
+        placed.chop(1);
+    }
+    return placed;
+}
+
+} // namespace
+
+bool QBNoteEditorViewController::acceptsMimeData(const QMimeData &mimeData) const
+{
+    return mimeData.hasText() || mimeData.hasImage() || mimeData.hasFormat(markupFormat()) ||
+           !filesOfMimeData(mimeData).isEmpty();
+}
+
+std::optional<QString> QBNoteEditorViewController::textForMimeData(QBNoteTextView & /*view*/, const QMimeData &mimeData,
+                                                                   NSRange replacedRange)
+{
+    if (!m_note || m_note->managedObjectContext() == nullptr) {
+        return std::nullopt;
+    }
+    if (mimeData.hasFormat(markupFormat())) {
+        return QString::fromUtf8(mimeData.data(markupFormat()));
+    }
+    QStringList markers;
+    if (const QList<QUrl> files = filesOfMimeData(mimeData); !files.isEmpty()) {
+        markers = markersForFiles(files);
+    } else if (mimeData.hasImage() && mimeData.text().isEmpty()) {
+        if (const auto picture = pictureOfMimeData(mimeData)) {
+            const QString name = tr("Picture") % u' ' %
+                                 QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH.mm.ss"_s) % u'.' %
+                                 picture->extension;
+            const auto marker =
+                QBXurlCoreController::saveFileWithData(picture->bytes, name, *m_note->managedObjectContext());
+            if (marker) {
+                markers.append(*marker);
+            }
+        }
+    }
+    if (markers.isEmpty()) {
+        return std::nullopt;
+    }
+    const QStringView text = m_stack.noteTextStorage().string();
+    return placedMarkers(markers, text.first(replacedRange.location), text.sliced(replacedRange.limit()));
+}
+
+QStringList QBNoteEditorViewController::markersForFiles(const QList<QUrl> &urls)
+{
+    QStringList markers;
+    for (const QUrl &url : urls) {
+        NSError error;
+        const auto file = QBNoteFile::factoryNoteFileForFileURL(url, *m_note->managedObjectContext(), &error);
+        if (file && !file->textRepresentation().isEmpty()) {
+            markers.append(file->textRepresentation());
+        } else {
+            QBLogError(u"A file could not be attached: "_s + error.localizedDescription());
+            Q_EMIT attachingFailed(url.fileName());
+        }
+    }
+    return markers;
+}
+
+void QBNoteEditorViewController::attachFiles(const QList<QUrl> &urls)
+{
+    if (!m_note || m_note->managedObjectContext() == nullptr || m_view->isReadOnly()) {
+        return;
+    }
+    const QStringList markers = markersForFiles(urls);
+    if (markers.isEmpty()) {
+        return;
+    }
+    const NSRange selection = m_view->selectedRange();
+    const QStringView text = m_stack.noteTextStorage().string();
+    m_view->replaceText(selection,
+                        placedMarkers(markers, text.first(selection.location), text.sliced(selection.limit())));
+}
+
+void QBNoteEditorViewController::fillMimeData(QBNoteTextView &view, QMimeData &mimeData, NSRange range)
+{
+    mimeData.setData(markupFormat(), mimeData.text().toUtf8());
+    if (m_stack.stylerManager()->syntax() == 1) {
+        mimeData.setData(u"text/markdown"_s, mimeData.text().toUtf8());
+    }
+    QList<QUrl> urls;
+    bool hasPicture = false;
+    view.textStorage().enumerateFilesAttachmentsInRange(
+        range, [&](const QBGenericFileTextAttachment &attachment, NSRange /*place*/) {
+            if (!attachment.fileURL().isEmpty()) {
+                urls.append(attachment.fileURL());
+                hasPicture = dynamic_cast<const QBImageTextAttachment *>(&attachment) != nullptr;
+            }
+        });
+    if (urls.isEmpty()) {
+        return;
+    }
+    mimeData.setUrls(urls);
+    // A picture that is copied alone goes into programs that know of pictures only.
+    const QString rest = view.textStorage()
+                             .string()
+                             .mid(range.location, range.length)
+                             .toString()
+                             .remove(QChar::ObjectReplacementCharacter);
+    const QString path = urls.first().toLocalFile();
+    if (urls.size() == 1 && hasPicture && rest.trimmed().isEmpty() && QFileInfo(path).size() <= kLargestCopiedPicture) {
+        if (const auto image = NSImage::imageWithContentsOfFile(path, nullptr)) {
+            mimeData.setImageData(image->image());
+        }
+    }
+}

@@ -1,0 +1,252 @@
+#include "EditorPaneFixture.h"
+
+#include <Editor/FormatBar.h>
+#include <Editor/InformationPanel.h>
+#include <Editor/NoteStatistics.h>
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QImage>
+#include <QLabel>
+#include <QListWidget>
+#include <QMimeData>
+#include <QSet>
+#include <QTest>
+#include <QToolButton>
+
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace quib::tests {
+
+using EditorCommands = EditorPaneFixture;
+
+TEST_F(EditorCommands, EachCommandHasATextANameAndAShortcutOfItsOwn)
+{
+    QSet<QString> names;
+    QSet<QString> shortcuts;
+    for (const QAction *command : pane->actions()) {
+        EXPECT_FALSE(command->text().isEmpty());
+        EXPECT_FALSE(names.contains(command->objectName())) << command->objectName().toStdString();
+        names.insert(command->objectName());
+        const QString keys = command->shortcut().toString();
+        EXPECT_FALSE(!keys.isEmpty() && shortcuts.contains(keys)) << keys.toStdString();
+        shortcuts.insert(keys);
+        EXPECT_EQ(pane->action(command->objectName()), command);
+    }
+    EXPECT_GE(names.size(), 30);
+    EXPECT_EQ(pane->action(u"no such command"_s), nullptr);
+}
+
+TEST_F(EditorCommands, CommandsOfFormattingEditTheMarkup)
+{
+    struct Case
+    {
+        const char *command;
+        QString text;
+        NSRange selection;
+        QString expected;
+    };
+    const std::vector<Case> cases = {
+        {"bold", u"a word"_s, {2, 4}, u"a *word*"_s},      {"todo", u"milk"_s, {0, 0}, u"- milk"_s},
+        {"bullet-list", u"a\nb"_s, {0, 3}, u"* a\n* b"_s}, {"heading-2", u"title"_s, {0, 0}, u"## title"_s},
+        {"quote", u"said"_s, {0, 0}, u"> said"_s},         {"link", u"site"_s, {0, 4}, u"[site]()"_s},
+        {"note-link", u"Home"_s, {0, 4}, u"[[Home]]"_s},   {"move-down", u"a\nb"_s, {0, 0}, u"b\na"_s},
+    };
+    for (const Case &testCase : cases) {
+        SCOPED_TRACE(testCase.command);
+        const auto note = show(testCase.text);
+        view().setSelectedRange(testCase.selection);
+        pane->action(QString::fromLatin1(testCase.command))->trigger();
+        EXPECT_EQ(shown(), testCase.expected);
+        clock.advance(4.1);
+        EXPECT_EQ(stored(note), testCase.expected);
+        view().undo();
+        EXPECT_EQ(shown(), testCase.text);
+    }
+}
+
+TEST_F(EditorCommands, AShortcutAndAButtonDoTheSame)
+{
+    show(u"word"_s);
+    view().setSelectedRange({0, 4});
+    press(Qt::Key_B, Qt::ControlModifier);
+    EXPECT_EQ(shown(), u"*word*"_s);
+    auto *button = pane->formatBar().findChild<QToolButton *>(u"format-bold"_s);
+    ASSERT_NE(button, nullptr);
+    EXPECT_FALSE(button->icon().isNull());
+    button->click();
+    EXPECT_EQ(shown(), u"word"_s);
+}
+
+TEST_F(EditorCommands, ToDosOfASelectionAreCompletedTogether)
+{
+    const auto note = show(u"- a\n+ b\n- c"_s);
+    view().selectAll();
+    pane->action(u"toggle-todo"_s)->trigger();
+    EXPECT_EQ(shown(), u"+ a\n+ b\n+ c"_s);
+    pane->action(u"toggle-todo"_s)->trigger();
+    clock.advance(4.1);
+    EXPECT_EQ(stored(note), u"- a\n- b\n- c"_s);
+}
+
+TEST_F(EditorCommands, FoldedToDosStayInTheNote)
+{
+    const auto note = show(u"- open\n+ done\n+ too"_s);
+    pane->action(u"fold-completed"_s)->trigger();
+    EXPECT_FALSE(buffer().contains(u"done"_s));
+    EXPECT_EQ(shown(), u"- open\n+ done\n+ too"_s);
+    clock.advance(4.1);
+    EXPECT_EQ(stored(note), u"- open\n+ done\n+ too"_s);
+    pane->action(u"unfold-completed"_s)->trigger();
+    EXPECT_TRUE(buffer().contains(u"done"_s));
+    EXPECT_EQ(shown(), u"- open\n+ done\n+ too"_s);
+}
+
+TEST_F(EditorCommands, NothingIsFormattedWhereNothingCanBeChanged)
+{
+    EXPECT_FALSE(pane->action(u"bold"_s)->isEnabled());
+    const auto note = makeNote(u"old"_s);
+    note->archive();
+    save();
+    pane->setNote(note);
+    EXPECT_FALSE(pane->action(u"bold"_s)->isEnabled());
+    EXPECT_TRUE(pane->action(u"find"_s)->isEnabled());
+    show(u"new"_s);
+    EXPECT_TRUE(pane->action(u"bold"_s)->isEnabled());
+}
+
+TEST_F(EditorCommands, ZoomChangesTheTextAndNotTheNote)
+{
+    const auto note = show(u"text"_s);
+    const auto &theme = *view().textKitStack().themeManager();
+    const double size = theme.baseFontSize();
+    pane->zoomIn();
+    EXPECT_EQ(theme.baseFontSize(), size + 1);
+    preferences->setEditorFontSize(24);
+    EXPECT_EQ(theme.baseFontSize(), size + 1);
+    pane->resetZoom();
+    EXPECT_EQ(theme.baseFontSize(), 24);
+    preferences->setEditorFontSize({});
+    EXPECT_EQ(theme.baseFontSize(), size);
+    EXPECT_FALSE(pane->hasUnsavedText());
+}
+
+TEST_F(EditorCommands, TheInformationPanelTellsOfTheNote)
+{
+    const auto home = show(u"# Home\nSome plain words here\n## Garden\n"_s);
+    const auto linking = makeNote(u"Trip\nback to [[home]]"_s);
+    const auto other = makeNote(u"Other\n[[Homework]]"_s);
+    const auto trashed = makeNote(u"Gone\n[[Home]]"_s);
+    trashed->trash();
+    save();
+    pane->action(u"info"_s)->setChecked(true);
+    auto &panel = pane->informationPanel();
+    ASSERT_TRUE(panel.isVisible());
+    panel.update();
+    EXPECT_EQ(panel.findChild<QLabel *>(u"words"_s)->text(), u"6"_s);
+    EXPECT_EQ(panel.findChild<QLabel *>(u"readingTime"_s)->text(), u"1 min"_s);
+    auto *headers = panel.findChild<QListWidget *>(u"headers"_s);
+    ASSERT_EQ(headers->count(), 2);
+    EXPECT_EQ(headers->item(1)->text().trimmed(), u"Garden"_s);
+    Q_EMIT headers->itemActivated(headers->item(1));
+    EXPECT_EQ(marked().indexOf(u'|'), shown().indexOf(u"## Garden"_s));
+    auto *links = panel.findChild<QListWidget *>(u"links"_s);
+    ASSERT_EQ(links->count(), 1);
+    QString chosen;
+    QObject::connect(pane.get(), &QBNoteEditorViewController::noteWasChosen,
+                     [&chosen](const QString &identifier) { chosen = identifier; });
+    Q_EMIT links->itemActivated(links->item(0));
+    EXPECT_EQ(chosen, linking->uniqueIdentifier());
+}
+
+TEST_F(EditorCommands, APastedPictureIsAnAttachmentOnDisk)
+{
+    const auto note = show(u"before"_s);
+    QImage image(40, 30, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    auto *data = new QMimeData;
+    data->setImageData(image);
+    QGuiApplication::clipboard()->setMimeData(data);
+    view().paste();
+    clock.advance(4.1);
+    ASSERT_EQ(note->orderedImages().size(), 1);
+    const auto file = note->orderedImages().first();
+    ASSERT_TRUE(file->fileURL());
+    const QString path = file->fileURL()->toLocalFile();
+    EXPECT_TRUE(path.startsWith(folder.path()));
+    EXPECT_EQ(QImage(path).size(), image.size());
+    EXPECT_EQ(stored(note), u"before\n"_s + file->textRepresentation() + u'\n');
+    EXPECT_EQ(QSet<QString>({file->uniqueIdentifier()}).size(), 1);
+}
+
+TEST_F(EditorCommands, FilesBecomeAttachmentsAndStayWhereTheyAre)
+{
+    const auto note = show({});
+    const QUrl text = userFile(u"letter [1].txt"_s, "Dear");
+    pane->attachFiles({text, QUrl::fromLocalFile(folder.path() + u"/missing.txt"_s)});
+    clock.advance(4.1);
+    ASSERT_EQ(note->orderedFiles().size(), 1);
+    const auto file = note->orderedFiles().first();
+    EXPECT_EQ(stored(note).trimmed(), file->textRepresentation());
+    EXPECT_TRUE(QFile::exists(text.toLocalFile()));
+    EXPECT_TRUE(QFile::exists(file->fileURL()->toLocalFile()));
+}
+
+TEST_F(EditorCommands, ACopyOffersTextMarkupAndPictures)
+{
+    show(u"- *bold*"_s);
+    view().selectAll();
+    view().copy();
+    const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
+    EXPECT_EQ(copied->text(), u"- *bold*"_s);
+    EXPECT_EQ(copied->data(u"application/x-quib-markup"_s), "- *bold*");
+    const auto note = show({});
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    ASSERT_TRUE(image.save(folder.path() + u"/blue.png"_s));
+    pane->attachFiles({QUrl::fromLocalFile(folder.path() + u"/blue.png"_s)});
+    view().selectAll();
+    view().copy();
+    EXPECT_EQ(qvariant_cast<QImage>(QGuiApplication::clipboard()->mimeData()->imageData()).size(), image.size());
+    pane->saveNote(/*forceSave=*/true);
+    // Pasted into another note, the picture is that note's own.
+    const auto other = show({});
+    view().paste();
+    clock.advance(4.1);
+    ASSERT_EQ(other->orderedImages().size(), 1);
+    ASSERT_EQ(note->orderedImages().size(), 1);
+    EXPECT_NE(other->orderedImages().first()->uniqueIdentifier(), note->orderedImages().first()->uniqueIdentifier());
+}
+
+TEST(NoteStatistics, CountsWhatAReaderCounts)
+{
+    struct Case
+    {
+        const char *name;
+        QString text;
+        NoteStatistics expected;
+    };
+    const std::vector<Case> cases = {
+        {"nothing", u""_s, {0, 0, 0}},
+        {"words", u"One, two... three"_s, {3, 17, 1}},
+        {"apostrophes and hyphens", u"don't re-read"_s, {2, 13, 1}},
+        {"paragraphs", u"a\n\n \nb"_s, {2, 3, 2}},
+        {"accents made of two", u"e\u0301te\u0301"_s, {1, 3, 1}},
+        {"emoji", u"\U0001F468\u200D\U0001F469\u200D\U0001F467 ok"_s, {1, 4, 1}},
+        {"no blanks", u"日本語"_s, {3, 3, 1}},
+        {"attachments", u"\uFFFC a"_s, {1, 2, 1}},
+    };
+    for (const Case &testCase : cases) {
+        SCOPED_TRACE(testCase.name);
+        const auto counted = NoteStatistics::ofText(testCase.text);
+        EXPECT_EQ(counted.words, testCase.expected.words);
+        EXPECT_EQ(counted.characters, testCase.expected.characters);
+        EXPECT_EQ(counted.paragraphs, testCase.expected.paragraphs);
+    }
+    EXPECT_EQ(NoteStatistics({.words = 231}).readingTime(), 2);
+}
+
+} // namespace quib::tests
