@@ -228,6 +228,8 @@ void QBNoteEditorViewController::makeActions()
                [this] { chooseAttachments(); });
     addEditing(u"paste-plain"_s, tr("Paste as Plain Text"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_V),
                [this] { m_view->pasteAsPlainText(); });
+    addEditing(u"complete"_s, tr("Complete Tag or Link"), keys(Qt::CTRL | Qt::Key_Space),
+               [this] { completeAtCaret(); });
     // Looking
     addCommand(u"find"_s, tr("Find in Note…"), QKeySequence::Find,
                [this] { m_findBar->open(/*withReplacing=*/false); });
@@ -236,9 +238,6 @@ void QBNoteEditorViewController::makeActions()
     addCommand(u"find-next"_s, tr("Find Next"), QKeySequence::FindNext, [this] { m_findBar->findNext(); });
     addCommand(u"find-previous"_s, tr("Find Previous"), QKeySequence::FindPrevious,
                [this] { m_findBar->findPrevious(); });
-    addCommand(u"zoom-in"_s, tr("Zoom In"), QKeySequence::ZoomIn, [this] { zoomIn(); });
-    addCommand(u"zoom-out"_s, tr("Zoom Out"), QKeySequence::ZoomOut, [this] { zoomOut(); });
-    addCommand(u"zoom-reset"_s, tr("Actual Size"), keys(Qt::CTRL | Qt::Key_0), [this] { resetZoom(); });
     const auto addOption = [this](const QString &name, const QString &text, const QKeySequence &shortcut,
                                   const QString &key, bool isOnAtFirst, std::function<void(bool)> apply) {
         auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();

@@ -70,11 +70,6 @@ void QBNoteEditorViewController::autoSaveTimerFire()
     saveNote(/*forceSave=*/false);
 }
 
-bool QBNoteEditorViewController::isTextCompletionOpen() const
-{
-    return false;
-}
-
 QString QBNoteEditorViewController::textToSave() const
 {
     return m_stack.noteTextStorage().stringWithExpandedTextAttachments().remove(kObjectReplacement);

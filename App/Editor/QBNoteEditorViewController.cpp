@@ -1,5 +1,6 @@
 #include "QBNoteEditorViewController.h"
 
+#include "CompletionPopup.h"
 #include "FindBar.h"
 #include "FormatBar.h"
 #include "InformationPanel.h"
@@ -8,6 +9,7 @@
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
 #include <Markup/Attachments/QBFoldTextAttachment.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
+#include <Markup/Editing/QBEditorAutoCompleteCoreController.h>
 #include <Search/QBNoteSearchManager.h>
 #include <Store/CurrentSyntax.h>
 #include <Store/NSManagedObjectContext.h>
@@ -17,6 +19,7 @@
 #include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -82,6 +85,9 @@ void QBNoteEditorViewController::makeWidgets()
     layout->setSpacing(0);
     layout->addLayout(textColumn, 1);
     layout->addWidget(m_information);
+    m_popup = new CompletionPopup(this);
+    connect(m_popup, &CompletionPopup::itemWasChosen, this, &QBNoteEditorViewController::insertCompletion);
+    resetCompletion();
 }
 
 void QBNoteEditorViewController::setTextSearch(const std::shared_ptr<NoteTextSearch> &textSearch)
@@ -120,6 +126,7 @@ void QBNoteEditorViewController::loadNote()
     m_autoSaveTimer.reset();
     m_isEdited = false;
     m_noteObservations.clear();
+    resetCompletion();
     // The steps of the note that was shown stay with it.
     m_view->setUndoManager(nullptr);
     m_undoManager = std::make_shared<NSUndoManager>();
@@ -242,9 +249,31 @@ void QBNoteEditorViewController::attachmentDidChange(QBNotesTextAttachment &atta
 bool QBNoteEditorViewController::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_view && event->type() == QEvent::FocusOut) {
+        closeCompletion();
         saveNote(/*forceSave=*/false);
     }
+    if (watched == m_view && event->type() == QEvent::KeyPress) {
+        const auto &key = static_cast<const QKeyEvent &>(*event);
+        if (m_popup->keyPress(key.key(), key.modifiers()) || zoomByKey(key)) {
+            return true;
+        }
+    }
     return QWidget::eventFilter(watched, event);
+}
+
+bool QBNoteEditorViewController::zoomByKey(const QKeyEvent &event)
+{
+    // Windows with commands of their own for these keys take them before.
+    if (event.matches(QKeySequence::ZoomIn)) {
+        zoomIn();
+    } else if (event.matches(QKeySequence::ZoomOut)) {
+        zoomOut();
+    } else if (event.key() == Qt::Key_0 && event.modifiers() == Qt::ControlModifier) {
+        resetZoom();
+    } else {
+        return false;
+    }
+    return true;
 }
 
 // Zoom
@@ -300,6 +329,7 @@ void QBNoteEditorViewController::qbNoteTextViewDidChangeText(QBNoteTextView &vie
 {
     m_core.performStylingInTextView(view);
     didEditNote();
+    updateCompletion();
 }
 
 void QBNoteEditorViewController::qbNoteTextViewDidClickAttachment(QBNoteTextView &view,

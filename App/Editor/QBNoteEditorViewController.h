@@ -22,13 +22,16 @@
 #include <vector>
 
 class NSManagedObjectContext;
+class QBEditorAutoCompleteCoreController;
 
 QT_BEGIN_NAMESPACE
 class QAction;
+class QKeyEvent;
 class QKeySequence;
 QT_END_NAMESPACE
 
 namespace quib {
+class CompletionPopup;
 class FindBar;
 class FormatBar;
 class InformationPanel;
@@ -83,6 +86,7 @@ public:
     [[nodiscard]] QAction *action(const QString &name) const;
     /// Puts files into the note as attachments, in the place of the selection. The sources stay where they are.
     void attachFiles(const QList<QUrl> &urls);
+    [[nodiscard]] quib::CompletionPopup &completionPopup() { return *m_popup; }
     [[nodiscard]] quib::FindBar &findBar() { return *m_findBar; }
     [[nodiscard]] quib::FormatBar &formatBar() { return *m_formatBar; }
     [[nodiscard]] quib::InformationPanel &informationPanel() { return *m_information; }
@@ -126,6 +130,7 @@ private:
     bool qbNoteTextViewShouldInsertNewLine(QBNoteTextView &view, bool isShiftDown) override;
     bool qbNoteTextViewShouldInsertTab(QBNoteTextView &view, bool backwards) override;
     void qbNoteTextViewDidChangeText(QBNoteTextView &view) override;
+    void qbNoteTextViewDidChangeSelection(QBNoteTextView &view) override;
     void qbNoteTextViewDidClickAttachment(QBNoteTextView &view, const std::shared_ptr<NSTextAttachment> &attachment,
                                           qint64 location) override;
     void qbNoteTextViewDidOpenAttachment(QBNoteTextView &view, const std::shared_ptr<NSTextAttachment> &attachment,
@@ -139,6 +144,15 @@ private:
     [[nodiscard]] bool acceptsMimeData(const QMimeData &mimeData) const override;
     /// Makes attachments of files and gives their markers.
     [[nodiscard]] QStringList markersForFiles(const QList<QUrl> &urls);
+
+    // QBNoteEditorViewController+Completion.cpp
+    void resetCompletion();
+    void updateCompletion();
+    void completeAtCaret();
+    void showCompletions();
+    void closeCompletion();
+    void insertCompletion();
+    [[nodiscard]] bool isTextCompletionOpen() const;
 
     // QBNoteEditorViewController+Actions.cpp
     using StyleCommand = QBNoteStyleEditor::Result (QBNoteStyleEditor::*)(const NSAttributedString &, NSRange) const;
@@ -162,6 +176,7 @@ private:
     // QBNoteEditorViewController.cpp
     void makeWidgets();
     void didEditNote();
+    [[nodiscard]] bool zoomByKey(const QKeyEvent &event);
     void loadNote();
     void rememberState();
     void restoreState();
@@ -177,7 +192,6 @@ private:
     // QBNoteEditorViewController+Saving.cpp
     void markForAutoSave();
     void autoSaveTimerFire();
-    [[nodiscard]] bool isTextCompletionOpen() const;
     /// The text as it is saved.
     [[nodiscard]] QString textToSave() const;
     void writeText(const QString &text);
@@ -193,6 +207,9 @@ private:
     QBNoteTextView *m_view = nullptr;
     quib::FindBar *m_findBar = nullptr;
     quib::FormatBar *m_formatBar = nullptr;
+    quib::CompletionPopup *m_popup = nullptr;
+    std::unique_ptr<QBEditorAutoCompleteCoreController> m_completion;
+    bool m_isCompleting = false;
     quib::InformationPanel *m_information = nullptr;
     QList<QAction *> m_editingCommands; ///< those that need a note that can be changed
     QList<QAction *> m_headerCommands;

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <Markup/Editing/QBEditorAutoCompleteItemsProvider.h>
+
+#include <QListWidget>
+
+namespace quib {
+
+/// The list of completions below the caret. The text keeps the keyboard; its keys that choose are handed to keyPress.
+/// Owned by the editor's pane, in whose coordinates it is placed; main queue.
+class CompletionPopup final : public QListWidget
+{
+    Q_OBJECT
+
+public:
+    explicit CompletionPopup(QWidget *parent);
+
+    /// Shows entries, the first one chosen, below a caret or above it where there is more room. None hide the list.
+    void open(const QBEditorAutoCompleteItemsProvider::Items &items, const QRect &caret);
+    void close();
+    [[nodiscard]] bool isOpen() const { return isVisible(); }
+    [[nodiscard]] QBEditorAutoCompleteItem::Ref chosenItem() const;
+    /// Whether the key was the list's: arrows and pages move, return and tab take the entry, escape hides the list.
+    bool keyPress(int key, Qt::KeyboardModifiers modifiers);
+
+Q_SIGNALS:
+    void itemWasChosen();
+
+private:
+    QBEditorAutoCompleteItemsProvider::Items m_items;
+};
+
+} // namespace quib

@@ -1,0 +1,94 @@
+#include "QBNoteEditorViewController.h"
+
+#include "CompletionPopup.h"
+
+#include <Markup/Editing/QBEditorAutoCompleteCoreController.h>
+#include <Store/NSManagedObjectContext.h>
+#include <Store/QBNotesPreferenceManager.h>
+
+#include <QTimer>
+
+using namespace quib;
+
+void QBNoteEditorViewController::resetCompletion()
+{
+    closeCompletion();
+    const std::weak_ptr<NSManagedObjectContext> context =
+        m_note ? m_note->managedObjectContext()->weak_from_this() : std::weak_ptr<NSManagedObjectContext>();
+    m_completion = std::make_unique<QBEditorAutoCompleteCoreController>(m_stack.noteTextStorage(), context);
+}
+
+void QBNoteEditorViewController::updateCompletion()
+{
+    const auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+    const bool isWanted = preferences == nullptr || preferences->autocompleteEnabled();
+    const NSRange selection = m_view->selectedRange();
+    if (m_isCompleting) {
+        return;
+    }
+    if (!isWanted || selection.length > 0 || !m_view->hasFocus() || m_undoManager->isUndoing() ||
+        m_undoManager->isRedoing() || !m_completion->canAutoCompleteForSelectionRange(selection)) {
+        closeCompletion();
+        return;
+    }
+    showCompletions();
+}
+
+void QBNoteEditorViewController::completeAtCaret()
+{
+    const NSRange selection = m_view->selectedRange();
+    if (selection.length == 0 && (m_completion->canAutoCompleteForSelectionRange(selection) ||
+                                  m_completion->canAutocompleteTagForSelectionRange(selection) ||
+                                  m_completion->canAutocompleteNoteForSelectionRange(selection))) {
+        showCompletions();
+    }
+}
+
+void QBNoteEditorViewController::showCompletions()
+{
+    m_completion->updateCompletionResults();
+    const QRect caret = m_view->caretRectInViewport(m_view->caret()).toAlignedRect();
+    m_popup->open(m_completion->completionItems(),
+                  caret.translated(m_view->viewport()->mapTo(this, QPoint()))); // it lies over the whole pane
+}
+
+void QBNoteEditorViewController::closeCompletion()
+{
+    m_popup->close();
+    if (m_completion) {
+        m_completion->resetCompletion();
+    }
+}
+
+void QBNoteEditorViewController::insertCompletion()
+{
+    const auto item = m_popup->chosenItem();
+    m_isCompleting = true;
+    if (item) {
+        edit([&] { m_completion->insertCompletionForItem(*item, *m_view); });
+    }
+    m_isCompleting = false;
+    closeCompletion();
+    m_view->setFocus();
+}
+
+void QBNoteEditorViewController::qbNoteTextViewDidChangeSelection(QBNoteTextView & /*view*/)
+{
+    if (!m_popup->isOpen()) {
+        return;
+    }
+    // Each key moves the caret before its change is told; the list stays where the caret is still behind what is typed.
+    QTimer::singleShot(0, m_popup, [this] {
+        const NSRange selection = m_view->selectedRange();
+        const NSRange completed = m_completion->fullCompletionRange();
+        if (m_popup->isOpen() &&
+            (selection.length > 0 || !completed.isFound() || selection.location != completed.limit())) {
+            closeCompletion();
+        }
+    });
+}
+
+bool QBNoteEditorViewController::isTextCompletionOpen() const
+{
+    return m_popup->isOpen();
+}
