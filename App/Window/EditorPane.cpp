@@ -2,6 +2,10 @@
 
 #include "EmptyState.h"
 
+#include <QAction>
+
+#include <algorithm>
+
 namespace quib {
 
 EditorPane::EditorPane(QWidget *parent)
@@ -16,12 +20,24 @@ EditorPane::EditorPane(QWidget *parent)
     m_editor->textView().setAccessibleName(tr("Note"));
     connect(m_editor, &QBNoteEditorViewController::noteDidChange, this, &EditorPane::updateShown);
     connect(m_editor, &QBNoteEditorViewController::urlWasOpened, this, &EditorPane::urlWasOpened);
+    connect(m_editor, &QBNoteEditorViewController::noteWasChosen, this, &EditorPane::noteWasChosen);
+    connect(m_editor, &QBNoteEditorViewController::attachingFailed, this, &EditorPane::attachingFailed);
 }
 
 void EditorPane::setNote(const Ref<QBNote> &note)
 {
+    if (note) {
+        setCurrentWidget(m_editor); // pictures are made for the width that the pane has
+    }
     m_editor->setNote(note);
     updateShown();
+}
+
+QAction *EditorPane::action(const QString &name) const
+{
+    const QList<QAction *> all = m_editor->actions();
+    const auto found = std::ranges::find_if(all, [&name](const QAction *each) { return each->objectName() == name; });
+    return found != all.end() ? *found : nullptr;
 }
 
 void EditorPane::updateShown()

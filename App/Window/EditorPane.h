@@ -6,6 +6,10 @@
 
 class QBTheme;
 
+QT_BEGIN_NAMESPACE
+class QAction;
+QT_END_NAMESPACE
+
 namespace quib {
 
 class EmptyState;
@@ -32,12 +36,18 @@ public:
     /// What the note list is searched for stands out in the text.
     void setSearchString(const QString &search) { m_editor->setSearchString(search); }
 
+    /// The pane's command of that name; null for a name that there is none of.
+    [[nodiscard]] QAction *action(const QString &name) const;
     [[nodiscard]] QBNoteEditorViewController &editor() { return *m_editor; }
     [[nodiscard]] QBNoteTextView &textView() { return m_editor->textView(); }
     [[nodiscard]] EmptyState &emptyState() { return *m_empty; }
 
 Q_SIGNALS:
     void urlWasOpened(const QUrl &url);
+    /// A note that links here was chosen.
+    void noteWasChosen(const QString &identifier);
+    /// A file could not be taken into the note.
+    void attachingFailed(const QString &fileName);
 
 private:
     void updateShown();

@@ -165,10 +165,6 @@ void QBMainWindowController::makeActions()
     }
     addCommand(u"toggle-columns"_s, tr("Show or Hide the Sidebar"), key(Qt::CTRL | Qt::Key_Backslash),
                [this] { setColumns(m_columns == Columns::All ? Columns::ListAndEditor : Columns::All); });
-    addCommand(u"zoom-in"_s, tr("Zoom In"), QKeySequence::ZoomIn, [this] { keyEditor().editor().zoomIn(); });
-    addCommand(u"zoom-out"_s, tr("Zoom Out"), QKeySequence::ZoomOut, [this] { keyEditor().editor().zoomOut(); });
-    addCommand(u"reset-zoom"_s, tr("Actual Size"), key(Qt::CTRL | Qt::Key_0),
-               [this] { keyEditor().editor().resetZoom(); });
     addCommand(u"full-screen"_s, tr("Full Screen"), key(Qt::Key_F11),
                [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
     addCommand(u"next-note"_s, tr("Next Note"), key(Qt::CTRL | Qt::Key_PageDown), [this] {
@@ -229,11 +225,30 @@ void QBMainWindowController::makeMenus()
                       {"open-in-window"_L1, "copy-link"_L1, ""_L1, "pin"_L1, "duplicate"_L1, "merge"_L1, ""_L1,
                        "remove-tag"_L1, ""_L1, "archive"_L1, "restore"_L1, "trash"_L1});
     fill(menuBar()->addMenu(tr("&Tag")), {"rename-tag"_L1, "delete-tag"_L1, ""_L1, "remove-tag"_L1});
+    // What the pane can do with the text.
+    QMenu *format = nullptr;
+    for (QAction *command : m_editor->editor().actions()) {
+        if (command->objectName().startsWith(u"zoom-") || command->text().isEmpty()) {
+            continue;
+        }
+        if (command->objectName().startsWith(u"find")) {
+            edit->addAction(command);
+            continue;
+        }
+        if (format == nullptr) {
+            format = menuBar()->addMenu(tr("F&ormat"));
+        }
+        format->addAction(command);
+    }
     QMenu *view = fill(menuBar()->addMenu(tr("&View")), {"columns-1"_L1, "columns-2"_L1, "columns-3"_L1, ""_L1});
     QMenu *sorting = view->addMenu(tr("Sort Notes"));
     QMenu *themes = view->addMenu(tr("Theme"));
     view->addSeparator();
-    fill(view, {"zoom-in"_L1, "zoom-out"_L1, "reset-zoom"_L1, ""_L1, "full-screen"_L1});
+    for (const auto &name : {u"zoom-in"_s, u"zoom-out"_s, u"zoom-reset"_s}) {
+        view->addAction(m_editor->action(name));
+    }
+    view->addSeparator();
+    fill(view, {"full-screen"_L1});
     connect(sorting, &QMenu::aboutToShow, this, [this, sorting] { fillSortMenu(*sorting); });
     connect(themes, &QMenu::aboutToShow, this, [this, themes] { fillThemeMenu(*themes); });
     fill(menuBar()->addMenu(tr("&Go")),
@@ -528,7 +543,7 @@ void QBMainWindowController::openCommandPalette()
                                  query.isEmpty() ? 0 : match->score});
             }
         };
-        for (QAction *command : actions()) {
+        for (QAction *command : actions() + keyEditor().editor().actions()) {
             if (command->isEnabled() && command->isVisible() && !command->text().isEmpty() &&
                 command->objectName() != u"command-palette") {
                 offer(plainText(command->text()), command->shortcut().toString(QKeySequence::NativeText), {},

@@ -64,6 +64,7 @@ void QBMainWindowController::setManagedObjectContext(
     m_context = managedObjectContext;
     m_textSearch = NoteTextSearch::make(*m_context);
     m_textSearch->startFilling();
+    m_editor->editor().setTextSearch(m_textSearch);
     m_notes = std::make_unique<QBNotesTableViewController>(*m_list, m_undoManager, m_textSearch);
     m_notes->setDelegate(this);
     m_notes->noteTableCellTextRenderer().setTextTheme(m_editor->textView().textKitStack().themeManager().get());
@@ -162,6 +163,8 @@ void QBMainWindowController::detachEditorWindowForNote(QBNote &note, bool floati
         }
     });
     connect(&window->editor(), &EditorPane::urlWasOpened, m_editor, &EditorPane::urlWasOpened);
+    connect(&window->editor(), &EditorPane::noteWasChosen, m_editor, &EditorPane::noteWasChosen);
+    connect(&window->editor(), &EditorPane::attachingFailed, m_editor, &EditorPane::attachingFailed);
     if (m_editor->note().get() == &note) {
         m_editor->saveNote(/*forceSave=*/false);
     }

@@ -177,6 +177,14 @@ void QBMainWindowController::makeColumns()
             static_cast<void>(manager->handleOpenURL(url));
         }
     });
+    connect(m_editor, &EditorPane::noteWasChosen, this, [this](const QString &identifier) {
+        if (const auto note = m_context ? QBNote::noteWithUniqueIdentifier(identifier, *m_context) : nullptr) {
+            showNote(*note);
+        }
+    });
+    connect(m_editor, &EditorPane::attachingFailed, this, [this](const QString &fileName) {
+        m_messages->say(tr("“%1” could not be taken into the note.").arg(fileName));
+    });
     setTabOrder(m_sidebar, m_searchField);
     setTabOrder(m_searchField, m_list);
     setTabOrder(m_list, m_editor);
@@ -396,6 +404,7 @@ void QBMainWindowController::forgetStore()
     m_list->setController(nullptr);
     m_notes.reset();
     m_undoManager.removeAllActions();
+    m_editor->editor().setTextSearch(nullptr);
     m_textSearch.reset();
     m_context.reset();
 }

@@ -16,7 +16,9 @@ namespace quib::tests {
 
 WindowFixture::WindowFixture()
 {
-    Profile::setRoot(folder.path(u"profile"_s));
+    // A child that is to be killed works on the profile of its parent.
+    const QString given = qEnvironmentVariable(kProfileVariable);
+    Profile::setRoot(given.isEmpty() ? folder.path(u"profile"_s) : given);
 }
 
 WindowFixture::~WindowFixture()

@@ -47,6 +47,7 @@ protected:
     void openList(const QString &identifier) const;
 
     TemporaryFolder folder;
+    static constexpr const char *kProfileVariable = "QUIB_TEST_PROFILE";
 
 private:
     std::unique_ptr<QuibProcess> m_process;

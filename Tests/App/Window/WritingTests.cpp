@@ -2,14 +2,18 @@
 
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNoteTag.h>
+#include <Support/FakeClock.h>
 #include <Support/QtPrinters.h>
 #include <Window/EditorPane.h>
 #include <Window/EmptyState.h>
 #include <Window/SearchField.h>
 
 #include <QApplication>
+#include <QProcess>
 #include <QPushButton>
 #include <QTest>
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -98,6 +102,35 @@ TEST_F(Writing, TheEndKeepsWhatWasTypedLast)
     quit();
     launch();
     EXPECT_EQ(rows(), QStringList{u"One more"_s});
+}
+
+/// Not a test: what the next one starts in a process of its own.
+TEST_F(Writing, DISABLED_TypesUntilItIsKilled)
+{
+    FakeClock clock;
+    launch();
+    trigger(u"new-note"_s);
+    type(u"Kept"_s);
+    clock.advance(2.0);
+    settle();
+    type(u", and this is not"_s);
+    std::raise(SIGKILL);
+}
+
+TEST_F(Writing, AKillInTheMiddleOfTypingLosesTheLastTwoSecondsAtMost)
+{
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QString::fromLatin1(kProfileVariable), folder.path(u"profile"_s));
+    child.setProcessEnvironment(environment);
+    child.start(QCoreApplication::applicationFilePath(),
+                {u"--gtest_also_run_disabled_tests"_s, u"--gtest_filter=Writing.DISABLED_TypesUntilItIsKilled"_s});
+    ASSERT_TRUE(child.waitForFinished(60'000));
+    ASSERT_EQ(child.exitStatus(), QProcess::CrashExit) << child.readAllStandardOutput().toStdString();
+    launch();
+    ASSERT_EQ(notes().size(), 1);
+    EXPECT_TRUE(notes().constFirst()->text().startsWith(u"# Kept")) << notes().constFirst()->text().toStdString();
+    EXPECT_EQ(rows(), QStringList{notes().constFirst()->title()});
 }
 
 TEST_F(Writing, ANoteCanHaveAWindowOfItsOwn)
