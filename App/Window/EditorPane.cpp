@@ -2,10 +2,6 @@
 
 #include "EmptyState.h"
 
-#include <QAction>
-
-#include <algorithm>
-
 namespace quib {
 
 EditorPane::EditorPane(QWidget *parent)
@@ -31,13 +27,6 @@ void EditorPane::setNote(const Ref<QBNote> &note)
     }
     m_editor->setNote(note);
     updateShown();
-}
-
-QAction *EditorPane::action(const QString &name) const
-{
-    const QList<QAction *> all = m_editor->actions();
-    const auto found = std::ranges::find_if(all, [&name](const QAction *each) { return each->objectName() == name; });
-    return found != all.end() ? *found : nullptr;
 }
 
 void EditorPane::updateShown()

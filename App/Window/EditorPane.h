@@ -37,7 +37,7 @@ public:
     void setSearchString(const QString &search) { m_editor->setSearchString(search); }
 
     /// The pane's command of that name; null for a name that there is none of.
-    [[nodiscard]] QAction *action(const QString &name) const;
+    [[nodiscard]] QAction *action(const QString &name) const { return m_editor->action(name); }
     [[nodiscard]] QBNoteEditorViewController &editor() { return *m_editor; }
     [[nodiscard]] QBNoteTextView &textView() { return m_editor->textView(); }
     [[nodiscard]] EmptyState &emptyState() { return *m_empty; }

@@ -225,28 +225,30 @@ void QBMainWindowController::makeMenus()
                       {"open-in-window"_L1, "copy-link"_L1, ""_L1, "pin"_L1, "duplicate"_L1, "merge"_L1, ""_L1,
                        "remove-tag"_L1, ""_L1, "archive"_L1, "restore"_L1, "trash"_L1});
     fill(menuBar()->addMenu(tr("&Tag")), {"rename-tag"_L1, "delete-tag"_L1, ""_L1, "remove-tag"_L1});
-    // What the pane can do with the text.
-    QMenu *format = nullptr;
+    // What the pane can do with the text: what finds stands among the editing, what zooms in the view.
+    const auto ofPane = [this](std::initializer_list<QLatin1StringView> names) {
+        QList<QAction *> commands;
+        for (const QLatin1StringView name : names) {
+            if (QAction *command = m_editor->action(name); command != nullptr) {
+                commands.append(command);
+            }
+        }
+        return commands;
+    };
+    const QList<QAction *> finding = ofPane({"find"_L1, "find-replace"_L1, "find-next"_L1, "find-previous"_L1});
+    const QList<QAction *> zooming = ofPane({"zoom-in"_L1, "zoom-out"_L1, "zoom-reset"_L1});
+    edit->addActions(finding);
+    QMenu *format = menuBar()->addMenu(tr("F&ormat"));
     for (QAction *command : m_editor->editor().actions()) {
-        if (command->objectName().startsWith(u"zoom-") || command->text().isEmpty()) {
-            continue;
+        if (!command->text().isEmpty() && !finding.contains(command) && !zooming.contains(command)) {
+            format->addAction(command);
         }
-        if (command->objectName().startsWith(u"find")) {
-            edit->addAction(command);
-            continue;
-        }
-        if (format == nullptr) {
-            format = menuBar()->addMenu(tr("F&ormat"));
-        }
-        format->addAction(command);
     }
     QMenu *view = fill(menuBar()->addMenu(tr("&View")), {"columns-1"_L1, "columns-2"_L1, "columns-3"_L1, ""_L1});
     QMenu *sorting = view->addMenu(tr("Sort Notes"));
     QMenu *themes = view->addMenu(tr("Theme"));
     view->addSeparator();
-    for (const auto &name : {u"zoom-in"_s, u"zoom-out"_s, u"zoom-reset"_s}) {
-        view->addAction(m_editor->action(name));
-    }
+    view->addActions(zooming);
     view->addSeparator();
     fill(view, {"full-screen"_L1});
     connect(sorting, &QMenu::aboutToShow, this, [this, sorting] { fillSortMenu(*sorting); });
