@@ -1,5 +1,7 @@
 #include "LaunchOptions.h"
 
+#include <Files/PlainTextFile.h>
+
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QIODevice>
@@ -110,7 +112,7 @@ std::optional<std::vector<InstanceRequest>> LaunchOptions::requests(QIODevice &i
     InstanceRequest uris{.kind = send ? Kind::SendURIs : Kind::Open};
     for (const QString &word : words.isEmpty() ? QStringList{kStandardInput} : words) {
         if (send && word == kStandardInput) {
-            InstanceRequest text{.kind = Kind::SendText, .text = input.read(kLargestText + 1)};
+            InstanceRequest text{.kind = Kind::SendText, .text = readToEnd(input, kLargestText + 1)};
             if (text.text.size() > kLargestText) {
                 *message = u"the text is larger than %1 MB"_s.arg(kLargestText / (1024 * 1024));
                 return std::nullopt;

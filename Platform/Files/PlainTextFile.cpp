@@ -69,6 +69,19 @@ std::optional<QString> decodeUtf16(const QByteArray &bytes, bool isBigEndian, co
 
 } // namespace
 
+QByteArray readToEnd(QIODevice &device, qint64 atMost)
+{
+    QByteArray bytes;
+    while (bytes.size() < atMost) {
+        const QByteArray piece = device.read(std::min(kReadAtOnce, atMost - bytes.size()));
+        if (piece.isEmpty()) {
+            break;
+        }
+        bytes += piece;
+    }
+    return bytes;
+}
+
 std::optional<QString> decodePlainText(const QByteArray &bytes, const QString &name, NSError *error)
 {
     if (bytes.startsWith("\xFF\xFE")) {
@@ -115,15 +128,7 @@ std::optional<QString> readPlainTextFile(const QString &path, NSError *error)
             return fail(error, NSCocoaErrorCode::FileReadNoPermission, u"%1: %2"_s.arg(name, file.errorString()));
         }
     }
-    // A pipe gives what is in it just now; only an empty read is its end.
-    QByteArray bytes;
-    while (bytes.size() <= kMaximumTextBytes) {
-        const QByteArray piece = file.read(std::min(kReadAtOnce, kMaximumTextBytes + 1 - bytes.size()));
-        if (piece.isEmpty()) {
-            break;
-        }
-        bytes += piece;
-    }
+    const QByteArray bytes = readToEnd(file, kMaximumTextBytes + 1);
     if (file.error() != QFileDevice::NoError) {
         return fail(error, NSCocoaErrorCode::FileReadUnknown, u"%1: %2"_s.arg(name, file.errorString()));
     }
