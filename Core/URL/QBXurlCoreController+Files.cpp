@@ -1,3 +1,4 @@
+#include "FileMarker.h"
 #include "QBXurlCoreController.h"
 
 #include <Files/AtomicFile.h>
@@ -6,8 +7,6 @@
 #include <Markup/Attachments/QBGenericFileTextAttachment.h>
 #include <Markup/Attachments/QBHeaderTextAttachment.h>
 #include <Markup/QBNotesTextStorage.h>
-#include <Markup/Stylers/QBNoteGenericFileStyler.h>
-#include <Markup/Stylers/QBNoteImageStyler.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBLocalFileManager.h>
 #include <Store/QBNoteFile.h>
@@ -38,15 +37,6 @@ QString printableName(const QString &name)
         }
     }
     return printable;
-}
-
-QString markerForFile(const QBNoteFile &file)
-{
-    const QString extension = file.normalizedFileExtension();
-    const bool isImage = extension == u"png" || extension == u"jpg" || extension == u"jpeg" || extension == u"gif";
-    const QStringList parts =
-        isImage ? QBNoteImageStyler::stylerMarkerComponents() : QBNoteGenericFileStyler::stylerMarkerComponents();
-    return QString(parts.at(0) % file.uniqueIdentifier() % u'/' % file.filename() % parts.at(1));
 }
 
 /// What stands in a file's marker behind the kind: "IDENTIFIER/NAME".
@@ -113,7 +103,7 @@ std::optional<QString> QBXurlCoreController::saveFileWithData(const QByteArray &
         QBLogError(u"The file of a URL could not be stored: "_s + error.localizedDescription());
         return std::nullopt;
     }
-    return markerForFile(*file);
+    return quib::markerForFile(*file);
 }
 
 NSRange QBXurlCoreController::rangeToScrollForHeader(const QString &header, const QString &orAttachment,
