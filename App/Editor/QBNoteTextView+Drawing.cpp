@@ -28,11 +28,6 @@ const NSColor &currentHighlightColor()
     static const NSColor color = NSColor::colorWithRed(1.0, 0.6, 0.1, 0.8);
     return color;
 }
-const NSColor &misspellingColor()
-{
-    static const NSColor color = NSColor::colorWithRed(0.9, 0.2, 0.2, 0.9);
-    return color;
-}
 
 } // namespace
 
@@ -54,7 +49,7 @@ void QBNoteTextView::paintEvent(QPaintEvent *event)
     drawRanges(context, paragraphs, m_highlights, highlightColor(), m_currentHighlight);
     drawSelection(context, paragraphs);
     notePainter.drawText(context, paragraphs);
-    drawMisspellings(context, paragraphs);
+    drawSpellingMarks(context, paragraphs);
     if (m_isFocusMode) {
         drawVeil(context, paragraphs, paper);
     }
@@ -115,38 +110,27 @@ void QBNoteTextView::drawRanges(GraphicsContext &context, const std::vector<Plac
             if (part.length == 0) {
                 continue;
             }
-            for (const QRectF &rect : paragraph.rectsForRange(part)) {
-                context.fillRoundedRect(rect.adjusted(-1, 1, 1, -1), 3, isCurrent ? currentHighlightColor() : color);
+            for (const QRectF &rect : paragraph.textRectsForRange(part)) {
+                context.fillRoundedRect(rect.adjusted(-1, -1, 1, 1), 3, isCurrent ? currentHighlightColor() : color);
             }
         }
     }
 }
 
-void QBNoteTextView::drawMisspellings(GraphicsContext &context, const std::vector<PlacedParagraph> &paragraphs) const
+void QBNoteTextView::updateRanges(std::span<const NSRange> ranges)
 {
-    if (paragraphs.empty()) {
+    if (ranges.empty()) {
         return;
     }
-    const qint64 start = paragraphs.front().range.location;
+    const double top = scrollY();
+    const auto paragraphs = m_layout.paragraphsInHeights(top, top + viewport()->height());
     const qint64 end = paragraphs.back().range.limit();
-    for (const NSRange &range : m_misspelled) {
-        // The word at the caret is still being written.
-        if (range.limit() <= start || range.location >= end ||
-            (m_caret >= range.location && m_caret <= range.limit())) {
-            continue;
-        }
+    auto range = std::lower_bound(ranges.begin(), ranges.end(), paragraphs.front().range.location,
+                                  [](NSRange each, qint64 place) { return each.limit() <= place; });
+    for (; range != ranges.end() && range->location < end; ++range) {
         for (const PlacedParagraph &paragraph : paragraphs) {
-            const NSRange part = NSIntersectionRange(range, paragraph.range);
-            if (part.length == 0) {
-                continue;
-            }
-            const QRectF caret = paragraph.caretRect(part.location, false);
-            for (const QRectF &rect : paragraph.rectsForRange(part)) {
-                const double y = caret.bottom() - 1;
-                constexpr double kDot = 1.4;
-                for (double x = rect.left(); x + kDot <= rect.right(); x += 2 * kDot) {
-                    context.fillOval({x, y, kDot, kDot}, misspellingColor());
-                }
+            for (const QRectF &rect : paragraph.rectsForRange(NSIntersectionRange(*range, paragraph.range))) {
+                viewport()->update(rect.translated(0, -top).adjusted(-3, -3, 3, 3).toAlignedRect());
             }
         }
     }

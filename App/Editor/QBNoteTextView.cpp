@@ -68,7 +68,7 @@ void QBNoteTextView::loadString(const QString &string)
     breakUndoCoalescing();
     m_undoManager->removeAllActions();
     m_highlights.clear();
-    m_misspelled.clear();
+    m_spellingMarks.clear();
     m_preedit.clear();
     m_stack.noteTextStorage().loadString(string);
     m_scroll = {};
@@ -173,17 +173,7 @@ void QBNoteTextView::textDidEdit(NSRange editedRange, qint64 changeInLength)
     m_scroll.location = kept(m_scroll.location);
     m_anchor = kept(m_anchor);
     m_caret = kept(m_caret);
-    if (changeInLength != 0 && !m_misspelled.isEmpty()) {
-        QList<NSRange> ranges;
-        for (const NSRange &range : std::as_const(m_misspelled)) {
-            if (range.limit() <= editedRange.location) {
-                ranges.append(range);
-            } else if (range.location >= oldEnd) {
-                ranges.append({range.location + changeInLength, range.length});
-            }
-        }
-        m_misspelled = ranges;
-    }
+    moveSpellingMarks(editedRange, changeInLength);
     viewport()->update();
 }
 
@@ -302,12 +292,6 @@ void QBNoteTextView::setSearchHighlights(QList<NSRange> ranges, qsizetype curren
 {
     m_highlights = std::move(ranges);
     m_currentHighlight = current;
-    viewport()->update();
-}
-
-void QBNoteTextView::setMisspelledRanges(QList<NSRange> ranges)
-{
-    m_misspelled = std::move(ranges);
     viewport()->update();
 }
 

@@ -13,6 +13,9 @@
 #include <QList>
 
 #include <memory>
+#include <optional>
+#include <span>
+#include <vector>
 
 QT_BEGIN_NAMESPACE
 class QMimeData;
@@ -72,8 +75,15 @@ public:
     /// Places that a search has found; the current one stands out.
     void setSearchHighlights(QList<NSRange> ranges, qsizetype current = -1);
     [[nodiscard]] const QList<NSRange> &searchHighlights() const { return m_highlights; }
-    /// Words to be underlined as misspelt.
-    void setMisspelledRanges(QList<NSRange> ranges);
+    /// Words with a wavy line below. They move with the text, and edits take from them what they take from the text;
+    /// the word that is being typed shows its line when the caret leaves it. Shape: in any order; what does not lie in
+    /// the text is left out. The second form replaces those that reach into a range.
+    void setSpellingMarks(std::vector<NSRange> marks);
+    void setSpellingMarks(std::vector<NSRange> marks, NSRange inRange);
+    /// By place.
+    [[nodiscard]] const std::vector<NSRange> &spellingMarks() const { return m_spellingMarks; }
+    /// The marked word that a place is in or at.
+    [[nodiscard]] std::optional<NSRange> spellingMarkAtLocation(qint64 location) const;
     /// Keeps the line of the caret in the middle of the view.
     void setTypewriterScrolling(bool isOn);
     /// Draws all paragraphs but the caret's paler.
@@ -152,11 +162,17 @@ private:
     void drawSelection(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs);
     void drawRanges(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs,
                     const QList<NSRange> &ranges, const NSColor &color, qsizetype current) const;
-    void drawMisspellings(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs) const;
+    /// Has the boxes of ranges painted again, where they are seen. Requires: sorted by place.
+    void updateRanges(std::span<const NSRange> ranges);
     void drawCaret(quib::GraphicsContext &context, qint64 location, bool upstream);
     void drawPreedit(QPainter &painter);
     void drawVeil(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs,
                   const NSColor &paper);
+
+    // QBNoteTextView+Spelling.cpp
+    void moveSpellingMarks(NSRange editedRange, qint64 changeInLength);
+    void drawSpellingMarks(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs) const;
+    [[nodiscard]] bool isWordBeingWritten(NSRange mark) const;
 
     // QBNoteTextView+Keyboard.cpp
     bool moveByKey(QKeyEvent *event);
@@ -223,7 +239,7 @@ private:
 
     QList<NSRange> m_highlights;
     qsizetype m_currentHighlight = -1;
-    QList<NSRange> m_misspelled;
+    std::vector<NSRange> m_spellingMarks;
     bool m_isTypewriter = false;
     bool m_isFocusMode = false;
 };

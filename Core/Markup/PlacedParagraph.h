@@ -39,6 +39,21 @@ struct PlacedParagraph
         }
         return rects;
     }
+    /// The same boxes, but as high as the text of their lines, whatever room the lines have.
+    [[nodiscard]] std::vector<QRectF> textRectsForRange(NSRange rangeOfText) const
+    {
+        std::vector<QRectF> rects = rectsForRange(rangeOfText);
+        auto line = layout->lines().begin();
+        for (QRectF &rect : rects) {
+            while (line + 1 != layout->lines().end() && line->rect.bottom() + origin.y() <= rect.top()) {
+                ++line;
+            }
+            const double baseline = origin.y() + line->baseline;
+            rect.setTop(baseline - line->ascent);
+            rect.setBottom(baseline + line->descent);
+        }
+        return rects;
+    }
     [[nodiscard]] QRectF caretRect(qint64 location, bool upstream) const
     {
         return layout->caretRect(location - shift, upstream).translated(origin);
