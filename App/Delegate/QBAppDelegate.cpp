@@ -7,6 +7,7 @@
 #include <Foundation/DispatchQueue.h>
 #include <Logging/QBDeviceInfoLogger.h>
 #include <Logging/QBLogger.h>
+#include <Markup/Editing/UnsavedTextJournal.h>
 #include <Store/ExternalChangeMonitor.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBCoreDataStack.h>
@@ -204,27 +205,29 @@ void QBAppDelegate::setupLaunch()
     // 1. For the log line at the end.
     const NSDate start = quib::Clock::shared().now();
     const auto &context = m_services.stack.managedObjectContext();
-    // 2. Whoever notices what others write: attachments on disk, rows in the store.
+    // 2. What an editor could not save before it crashed comes into its note before anybody sees that.
+    quib::UnsavedTextJournal::recoverUnsavedTexts(*context);
+    // 3. Whoever notices what others write: attachments on disk, rows in the store.
     m_localFileWatcher = std::make_unique<QBLocalFileWatcher>(context);
     m_externalChangeMonitor = std::make_unique<quib::ExternalChangeMonitor>(m_services.stack);
     if (m_mainWindowController != nullptr) {
-        // 3. The lists are filled.
+        // 4. The lists are filled.
         m_mainWindowController->setManagedObjectContext(context);
-        // 4. A list that gets the keyboard has something selected.
+        // 5. A list that gets the keyboard has something selected.
         m_mainWindowController->setSelectsFirstRowWhenBecomesFirstResponder(true);
-        // 5. Now there is something to look at.
+        // 6. Now there is something to look at.
         m_mainWindowController->makeKeyAndOrderFront();
     }
-    // 6. Preferences take effect from here on.
+    // 7. Preferences take effect from here on.
     setupObservers();
-    // 7. URLs are answered.
+    // 8. URLs are answered.
     setupXCallbackURLs();
-    // 8. Other programs may send something.
+    // 9. Other programs may send something.
     m_servicesProvider = std::make_unique<QBSendToQuibService>();
     m_isRunning = true;
-    // 9. Notes that explain Quib, on an empty store.
+    // 10. Notes that explain Quib, on an empty store.
     setupFirstLaunch();
-    // 10. How long it took.
+    // 11. How long it took.
     QBLogInfo(QString(u"application launch in "_s %
                       QString::number(quib::Clock::shared().now().timeIntervalSinceDate(start), 'f', 6) % u's'));
 }

@@ -2,15 +2,17 @@
 
 #include "FindBar.h"
 #include "InformationPanel.h"
-#include "NoteTextMerge.h"
 
 #include <Logging/QBLogger.h>
+#include <Markup/Editing/NoteTextMerge.h>
+#include <Markup/Editing/UnsavedTextJournal.h>
 #include <Markup/QBNoteFile+TextStorage.h>
 #include <Store/CurrentSyntax.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBCoreDataStack.h>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace quib;
@@ -56,13 +58,46 @@ bool isGone(const QBNote &note)
 void QBNoteEditorViewController::markForAutoSave()
 {
     Clock &clock = Clock::shared();
-    if (!m_isEdited) {
-        m_isEdited = true;
-        m_firstUnsavedDate = clock.now();
+    m_isEdited = true;
+    m_autoSaveTimer = clock.schedule(kAutoSaveDelay, [this] { autoSaveTimerFire(); });
+    // The save waits for a pause; what a crash takes must not.
+    if (!m_journalTimer) {
+        m_journalTimer = clock.schedule(kJournalDelay, [this] { writeJournal(); });
     }
-    const double waited = clock.now().timeIntervalSince1970() - m_firstUnsavedDate.timeIntervalSince1970();
-    const double delay = std::clamp(kLongestAutoSaveDelay - waited, 0.0, kAutoSaveDelay);
-    m_autoSaveTimer = clock.schedule(delay, [this] { autoSaveTimerFire(); });
+}
+
+void QBNoteEditorViewController::writeJournal()
+{
+    m_journalTimer.reset();
+    if (m_note && m_isEdited && !isGone(*m_note) && !m_note->isStatic()) {
+        m_journal->write({m_note->uniqueIdentifier(), currentSyntax(), m_baseText, textToSave()});
+    }
+}
+
+void QBNoteEditorViewController::waitForJournal() const
+{
+    m_journal->waitUntilWritten();
+}
+
+void QBNoteEditorViewController::forgetEdits()
+{
+    m_isEdited = false;
+    m_autoSaveTimer.reset();
+    m_journalTimer.reset();
+}
+
+void QBNoteEditorViewController::saveStore(const QString &baseText)
+{
+    QBCoreDataStack *stack = QBCoreDataStack::sharedStack();
+    if (stack != nullptr) {
+        stack->saveUsingCoalescence(/*coalescence=*/false);
+    }
+    if (stack == nullptr || !stack->saveError().isSet()) {
+        m_journal->remove();
+        return;
+    }
+    m_journal->write({m_note->uniqueIdentifier(), currentSyntax(), baseText, m_note->text()});
+    m_journal->setAside();
 }
 
 void QBNoteEditorViewController::autoSaveTimerFire()
@@ -85,25 +120,25 @@ void QBNoteEditorViewController::saveNote(bool forceSave)
         return;
     }
     if (!forceSave && isTextCompletionOpen()) {
-        m_firstUnsavedDate = Clock::shared().now();
         markForAutoSave();
         return;
     }
     if (m_note->isStatic()) {
         return;
     }
-    m_autoSaveTimer.reset();
     noteMayHaveChanged();
     if (!m_isEdited) {
         return;
     }
-    m_isEdited = false;
+    forgetEdits();
     m_selfEditingNote = true;
     fixTextAttachmentsForNote(*m_note, m_stack.noteTextStorage());
     const QString text = textToSave();
     if (text != m_note->text()) {
         QBLogDebug(u"Saving note %1"_s.arg(m_note->uniqueIdentifier()));
         writeText(text);
+    } else {
+        m_journal->remove(); // the store has this text already
     }
     m_selfEditingNote = false;
     Q_EMIT noteWasSaved();
@@ -112,10 +147,7 @@ void QBNoteEditorViewController::saveNote(bool forceSave)
 void QBNoteEditorViewController::writeText(const QString &text)
 {
     m_note->updateNoteWithText(text, currentSyntax());
-    m_baseText = text;
-    if (QBCoreDataStack *stack = QBCoreDataStack::sharedStack(); stack != nullptr) {
-        stack->saveUsingCoalescence(/*coalescence=*/false);
-    }
+    saveStore(std::exchange(m_baseText, text));
 }
 
 void QBNoteEditorViewController::observeNote()
@@ -161,14 +193,14 @@ void QBNoteEditorViewController::noteMayHaveChanged()
         if (m_isEdited) {
             markForAutoSave();
         } else {
-            m_autoSaveTimer.reset();
+            forgetEdits();
+            m_journal->remove();
         }
         return;
     }
     // Nobody can tell which is meant: the note has what was typed last, the other text stands beside it.
     m_selfEditingNote = true;
-    m_autoSaveTimer.reset();
-    m_isEdited = false;
+    forgetEdits();
     const int syntax = currentSyntax();
     m_note->updateNoteWithText(mine, syntax);
     m_note->keepLostText(theirs, syntax);
@@ -186,14 +218,11 @@ void QBNoteEditorViewController::noteWasDeleted()
     if (moc == nullptr && stack != nullptr) {
         moc = stack->managedObjectContext().get();
     }
-    m_isEdited = false;
-    m_autoSaveTimer.reset();
+    forgetEdits();
     m_note = {};
     if (!text.isEmpty() && moc != nullptr) {
         m_note = QBNote::noteWithText(text, currentSyntax(), *moc);
-        if (stack != nullptr) {
-            stack->saveUsingCoalescence(/*coalescence=*/false);
-        }
+        saveStore(/*baseText=*/{});
     }
     loadNote();
     Q_EMIT noteDidChange();

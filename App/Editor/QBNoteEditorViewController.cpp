@@ -10,6 +10,7 @@
 #include <Markup/Attachments/QBFoldTextAttachment.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
 #include <Markup/Editing/QBEditorAutoCompleteCoreController.h>
+#include <Markup/Editing/UnsavedTextJournal.h>
 #include <Search/QBNoteSearchManager.h>
 #include <Store/CurrentSyntax.h>
 #include <Store/NSManagedObjectContext.h>
@@ -45,6 +46,7 @@ constexpr double kThumbnailHeight = 160;
 QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
     : QWidget(parent)
     , m_core(m_stack)
+    , m_journal(std::make_unique<UnsavedTextJournal>())
     , m_undoManager(std::make_shared<NSUndoManager>())
 {
     m_stack.stylerManager()->setTextAttachmentConfigurator(&m_configurator);
@@ -123,8 +125,7 @@ void QBNoteEditorViewController::setNote(const Ref<QBNote> &note)
 
 void QBNoteEditorViewController::loadNote()
 {
-    m_autoSaveTimer.reset();
-    m_isEdited = false;
+    forgetEdits();
     m_noteObservations.clear();
     resetCompletion();
     // The steps of the note that was shown stay with it.

@@ -36,12 +36,14 @@ class FindBar;
 class FormatBar;
 class InformationPanel;
 class NoteTextSearch;
+class UnsavedTextJournal;
 } // namespace quib
 
 /// The pane in which one note is read and written: it loads the note, styles what is typed, and sees to it that no
 /// character is lost, whoever else writes the note meanwhile. Owned by its window; main queue.
 ///
 /// What is typed is saved 2.0 seconds after the last key, and at once where the note or the keyboard goes elsewhere.
+/// Until then a journal has it, a second late at most, whatever happens to the process.
 /// A note that changed elsewhere is taken over, and what was typed meanwhile is put into it; where both changed the
 /// same place, the other text becomes a note of its own beside this one.
 class QBNoteEditorViewController final : public QWidget, private QBNoteTextViewDelegate
@@ -51,8 +53,8 @@ class QBNoteEditorViewController final : public QWidget, private QBNoteTextViewD
 public:
     /// Units: seconds.
     static constexpr double kAutoSaveDelay = 2.0;
-    /// However steadily somebody types, no key waits longer to be saved. Units: seconds.
-    static constexpr double kLongestAutoSaveDelay = 4.0;
+    /// However steadily somebody types, no key waits longer to be on disk, beside the store. Units: seconds.
+    static constexpr double kJournalDelay = 1.0;
 
     explicit QBNoteEditorViewController(QWidget *parent = nullptr);
     ~QBNoteEditorViewController() override;
@@ -67,6 +69,8 @@ public:
     /// Errors: what the store could not save stays pending there; the stack knows why.
     void saveNote(bool forceSave);
     [[nodiscard]] bool hasUnsavedText() const { return m_isEdited; }
+    /// Until what was handed to the journal is on disk.
+    void waitForJournal() const;
 
     // What is shown
 
@@ -192,6 +196,12 @@ private:
     // QBNoteEditorViewController+Saving.cpp
     void markForAutoSave();
     void autoSaveTimerFire();
+    void writeJournal();
+    /// Nothing waits to be saved.
+    void forgetEdits();
+    /// Saves the store with the note in it, which had another text before. Then the journal goes; where the store could
+    /// not be saved, the journal stays.
+    void saveStore(const QString &baseText);
     /// The text as it is saved.
     [[nodiscard]] QString textToSave() const;
     void writeText(const QString &text);
@@ -217,8 +227,9 @@ private:
     QString m_baseText; ///< the note's text that the shown one was made from
     bool m_isEdited = false;
     bool m_selfEditingNote = false;
-    NSDate m_firstUnsavedDate;
     std::unique_ptr<quib::TimerToken> m_autoSaveTimer;
+    std::unique_ptr<quib::UnsavedTextJournal> m_journal;
+    std::unique_ptr<quib::TimerToken> m_journalTimer; ///< set while there are keys that the journal has not seen
     std::shared_ptr<NSUndoManager> m_undoManager;
     QHash<QString, LeftState> m_leftStates;
     QString m_search;

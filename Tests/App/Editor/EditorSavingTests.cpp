@@ -1,8 +1,12 @@
 #include "EditorPaneFixture.h"
 
-#include <Editor/NoteTextMerge.h>
+#include <Editor/CompletionPopup.h>
+#include <Markup/Editing/NoteTextMerge.h>
+#include <Markup/Editing/UnsavedTextJournal.h>
 #include <Support/TestSeed.h>
 
+#include <QDir>
+#include <QFile>
 #include <QLineEdit>
 #include <QTest>
 
@@ -41,14 +45,45 @@ TEST_F(EditorSaving, AKeyWithinTwoSecondsPostponesTheSave)
     EXPECT_EQ(stored(note), u"ab"_s);
 }
 
-TEST_F(EditorSaving, SteadyTypingIsSavedAllTheSame)
+TEST_F(EditorSaving, SteadyTypingIsOnDiskBesideTheStore)
 {
     const auto note = show({});
+    const auto journals = [] { return QDir(UnsavedTextJournal::defaultFolder()).entryList(QDir::Files); };
+    QString typed;
     for (int i = 0; i < 30; ++i) {
         type(u"x"_s);
+        typed += u'x';
         clock.advance(0.3);
     }
-    EXPECT_GE(stored(note).size(), 20);
+    EXPECT_EQ(stored(note), u""_s) << "each key postpones the save";
+    // A window of its own on the same files, as after a crash: it finds what is at most a second old.
+    pane->waitForJournal();
+    ASSERT_EQ(journals().size(), 1);
+    const TemporaryFolder copies;
+    QFile::copy(UnsavedTextJournal::defaultFolder() % u'/' % journals().first(), copies.path(u"copy.unsaved"_s));
+    clock.advance(2.0);
+    pane->waitForJournal();
+    EXPECT_EQ(stored(note), typed);
+    EXPECT_TRUE(journals().isEmpty());
+    note->updateNoteWithText({}, 0);
+    save();
+    processEvents();
+    EXPECT_EQ(shown(), u""_s);
+    EXPECT_EQ(UnsavedTextJournal::recoverUnsavedTexts(moc(), copies.path()), 1);
+    EXPECT_GE(stored(note).size(), typed.size() - 4);
+    EXPECT_EQ(shown(), stored(note));
+}
+
+TEST_F(EditorSaving, CompletionsKeepNothingFromTheJournal)
+{
+    const auto other = makeNote(u"Other #garden"_s);
+    const auto note = show(u"word "_s);
+    type(u"#ga"_s);
+    ASSERT_TRUE(pane->completionPopup().isOpen());
+    clock.advance(5);
+    EXPECT_EQ(stored(note), u"word "_s);
+    pane->waitForJournal();
+    EXPECT_EQ(QDir(UnsavedTextJournal::defaultFolder()).entryList(QDir::Files).size(), 1);
 }
 
 TEST_F(EditorSaving, AnotherNoteTheFocusAndTheEndSaveAtOnce)
