@@ -33,7 +33,7 @@ function(quib_test name)
   target_link_libraries(${name} PRIVATE TestSupport ${ARG_DEPENDS})
   quib_precompile(${name})
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Europe/Rome;LC_ALL=C.UTF-8")
+    PROPERTIES TIMEOUT 300 ENVIRONMENT QT_QPA_PLATFORM=offscreen)
 endfunction()
 
 # quib_link_all_modules(NAME): links every module of Platform and Core, for programs that stand outside the layers.

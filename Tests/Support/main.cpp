@@ -1,14 +1,15 @@
-// The entry of every test program: one event loop owner, a fixed locale, tests after.
+// The entry of every test program: fixed surroundings, one event loop owner, tests after.
+
+#include "TestEnvironment.h"
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QLocale>
 
 int main(int argc, char **argv)
 {
+    quib::tests::prepareTestEnvironment();
     testing::InitGoogleTest(&argc, argv);
     const QCoreApplication application(argc, argv);
-    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     return RUN_ALL_TESTS();
 }

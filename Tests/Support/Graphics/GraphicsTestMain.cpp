@@ -1,11 +1,11 @@
 // The entry of test programs that ask for fonts: as the plain one, with an application object that knows them.
 
 #include <Graphics/GraphicsEnvironment.h>
+#include <Support/TestEnvironment.h>
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QLocale>
 
 // For the leak checker, where it is built in: what the libraries keep to the end, and the encoder of the samples.
 extern "C" __attribute__((visibility("default"))) const char *__lsan_default_suppressions(); // NOLINT
@@ -16,8 +16,8 @@ extern "C" const char *__lsan_default_suppressions()                            
 
 int main(int argc, char **argv)
 {
+    quib::tests::prepareTestEnvironment();
     testing::InitGoogleTest(&argc, argv);
     const auto application = quib::GraphicsEnvironment::makeApplication(argc, argv);
-    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     return RUN_ALL_TESTS();
 }
