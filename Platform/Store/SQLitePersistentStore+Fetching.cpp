@@ -4,6 +4,8 @@
 #include "SQLitePersistentStore.h"
 #include "SQLitePersistentStore_p.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace quib {
@@ -223,8 +225,11 @@ std::optional<QList<NSManagedObjectID>> SQLitePersistentStore::fetchIDs(const NS
         return std::nullopt;
     }
     const bool hasCode = SQLNames::hasEntityColumn(entity);
-    SQLiteStatement statement =
-        select(request, entity, hasCode ? "t0._pk, t0._entity" : "t0._pk", TieOrder::ByKey, error);
+    // All rows in the order of their keys: asking for that order would keep SQLite from the narrow index that covers
+    // the condition, and to sort numbers afterwards costs nothing beside it.
+    const bool isSortedHere = request.sortDescriptors.isEmpty() && request.fetchLimit <= 0;
+    SQLiteStatement statement = select(request, entity, hasCode ? "t0._pk, t0._entity" : "t0._pk",
+                                       isSortedHere ? std::nullopt : std::optional(TieOrder::ByKey), error);
     if (!statement) {
         return std::nullopt;
     }
@@ -237,6 +242,10 @@ std::optional<QList<NSManagedObjectID>> SQLitePersistentStore::fetchIDs(const NS
     if (result != SQLITE_DONE) {
         m_database->fail(error, "read");
         return std::nullopt;
+    }
+    if (isSortedHere) {
+        std::sort(identities.begin(), identities.end(),
+                  [](const NSManagedObjectID &a, const NSManagedObjectID &b) { return a.key() < b.key(); });
     }
     return identities;
 }
