@@ -88,8 +88,8 @@ QList<Command> makeCommands()
                      {u"watch"_s,
                       u"Go on and print each change of the list as a JSON line: first {\"change\":\"initial\","
                       u"\"notes\":[...]}, then \"insert\", \"delete\", \"move\" or \"update\" with \"index\" before "
-                      u"all changes "
-                      u"of one moment, \"newIndex\" after them, and \"note\"."_s},
+                      u"all changes of one moment, \"newIndex\" after them, and \"note\"; \"initial\" comes again "
+                      u"at midnight for a list that names the day."_s},
                      kJson},
          .run = runList},
         {.name = u"search"_s,

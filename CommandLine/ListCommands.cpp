@@ -42,7 +42,8 @@ ExitStatus listNotes(Session &session, const QCommandLineParser &parser, const Q
         return status;
     }
     if (parser.optionNames().contains(u"watch"_s)) {
-        return watchList(*context, session.stack()->persistentStoreURL(), *request);
+        return watchList(*context, session.stack()->persistentStoreURL(),
+                         [&] { return requestForList(list, search, *context, &status); });
     }
     request->fetchLimit = limit;
     NSError error;

@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace quib::cli {
@@ -17,8 +18,8 @@ namespace quib::cli {
                                                            NSManagedObjectContext &context, ExitStatus *status);
 
 /// Prints a list and then each change of it as a JSON line, flushed one by one, until the process is interrupted or its
-/// reader is gone.
+/// reader is gone. A list that names the day is another list at midnight, and is printed whole again.
 [[nodiscard]] ExitStatus watchList(NSManagedObjectContext &context, const QString &storePath,
-                                   const NSFetchRequest &request);
+                                   const std::function<std::optional<NSFetchRequest>()> &makeRequest);
 
 } // namespace quib::cli

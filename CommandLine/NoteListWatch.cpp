@@ -3,6 +3,7 @@
 #include "Output.h"
 
 #include <Foundation/Clock.h>
+#include <Foundation/DayWatch.h>
 #include <Search/Lists/MRTFetchedResultsController.h>
 #include <Store/NSPersistentStore.h>
 #include <Store/QBNoteFile.h>
@@ -83,36 +84,26 @@ private:
 class ListWatch final : public MRTFetchedResultsControllerDelegate
 {
 public:
-    ListWatch(NSManagedObjectContext &context, const QString &storePath, const NSFetchRequest &request)
+    ListWatch(NSManagedObjectContext &context, const QString &storePath,
+              std::function<std::optional<NSFetchRequest>()> makeRequest)
         : m_context(context)
+        , m_makeRequest(std::move(makeRequest))
         , m_store(*context.persistentStoreCoordinator()->persistentStore())
         // The watch, then the rows, then the list: what is written in between is told twice rather than never.
         , m_watch(m_store, storePath, [this] { storeChanged(); })
         , m_comparisons{RowComparison(m_store, QBNoteTag::entityName()),
                         RowComparison(m_store, QBNoteFile::entityName()), RowComparison(m_store, QBNote::entityName())}
-        , m_controller(context.shared_from_this(), request)
+        , m_dayWatch([this] { dayDidChange(); })
     {
     }
-    ~ListWatch() override { m_controller.setDelegate(nullptr); }
+    ~ListWatch() override { takeOutController(); }
 
     ExitStatus run()
     {
-        NSError error;
-        if (!m_controller.performFetch(&error)) {
-            complain(error.localizedDescription());
+        const std::optional<NSFetchRequest> request = m_makeRequest();
+        if (!request || !printInitially(*request)) {
             return ExitStatus::Failed;
         }
-        m_controller.setDelegate(this);
-        m_tags = m_context.fetch<QBNoteTag>({.entityName = QBNoteTag::entityName()}).value_or(QList<Ref<QBNoteTag>>());
-        // Note by note: of a large library, no second copy is made.
-        print(u"{\"change\":\"initial\",\"notes\":["_s);
-        for (qint64 i = 0; i < m_controller.count(); ++i) {
-            const auto note = m_controller.objectAtIndex<QBNote>(i);
-            m_identifiers.insert(note.get(), note->uniqueIdentifier());
-            print((i == 0 ? QString() : u","_s) + compact(jsonForNote(*note, /*withText=*/false)));
-        }
-        end(u"]}"_s);
-
         // An interruption is the usual end, and no failure.
         sigset_t signals;
         sigemptyset(&signals);
@@ -152,6 +143,48 @@ public:
 private:
     /// However often others save, comparing takes a quarter of the time at most.
     static constexpr double kRest = 3;
+
+    /// Errors: false after the reason was told.
+    [[nodiscard]] bool printInitially(const NSFetchRequest &request)
+    {
+        takeOutController();
+        m_controller = std::make_unique<MRTFetchedResultsController>(m_context.shared_from_this(), request);
+        NSError error;
+        if (!m_controller->performFetch(&error)) {
+            complain(error.localizedDescription());
+            return false;
+        }
+        m_controller->setDelegate(this);
+        m_tags = m_context.fetch<QBNoteTag>({.entityName = QBNoteTag::entityName()}).value_or(QList<Ref<QBNoteTag>>());
+        m_identifiers.clear();
+        // Note by note: of a large library, no second copy is made.
+        print(u"{\"change\":\"initial\",\"notes\":["_s);
+        for (qint64 i = 0; i < m_controller->count(); ++i) {
+            const auto note = m_controller->objectAtIndex<QBNote>(i);
+            m_identifiers.insert(note.get(), note->uniqueIdentifier());
+            print((i == 0 ? QString() : u","_s) + compact(jsonForNote(*note, /*withText=*/false)));
+        }
+        end(u"]}"_s);
+        return true;
+    }
+
+    void takeOutController()
+    {
+        if (m_controller != nullptr) {
+            m_controller->setDelegate(nullptr);
+        }
+    }
+
+    void dayDidChange()
+    {
+        const std::optional<NSFetchRequest> request = m_makeRequest();
+        const NSPredicate::Ref former = m_controller->fetchRequest()->predicate;
+        const bool isSame = request && request->predicate && former &&
+                            request->predicate->predicateFormat() == former->predicateFormat();
+        if (request && !isSame && !printInitially(*request)) {
+            m_loop.quit();
+        }
+    }
 
     void storeChanged()
     {
@@ -193,10 +226,12 @@ private:
     }
 
     NSManagedObjectContext &m_context;
+    std::function<std::optional<NSFetchRequest>()> m_makeRequest;
     NSPersistentStore &m_store;
     StoreWatch m_watch;
     std::array<RowComparison, 3> m_comparisons;
-    MRTFetchedResultsController m_controller;
+    std::unique_ptr<MRTFetchedResultsController> m_controller;
+    DayWatch m_dayWatch;
     QList<Ref<QBNoteTag>> m_tags;                          ///< held, so that each is read once for all its notes
     QHash<const NSManagedObject *, QString> m_identifiers; ///< of the listed notes
     std::unique_ptr<TimerToken> m_rest;                    ///< set while the next comparison has to wait
@@ -207,9 +242,10 @@ private:
 
 } // namespace
 
-ExitStatus watchList(NSManagedObjectContext &context, const QString &storePath, const NSFetchRequest &request)
+ExitStatus watchList(NSManagedObjectContext &context, const QString &storePath,
+                     const std::function<std::optional<NSFetchRequest>()> &makeRequest)
 {
-    return ListWatch(context, storePath, request).run();
+    return ListWatch(context, storePath, makeRequest).run();
 }
 
 } // namespace quib::cli

@@ -35,6 +35,11 @@ namespace {
     return note != nullptr && !(note->title().isEmpty() && note->subtitle().isEmpty());
 }
 
+[[nodiscard]] QString formatOf(const NSPredicate::Ref &predicate)
+{
+    return predicate != nullptr ? predicate->predicateFormat() : QString();
+}
+
 } // namespace
 
 QBNotesTableViewController::QBNotesTableViewController(QBNotesTableViewInterface &view, NSUndoManager &undoManager,
@@ -43,6 +48,7 @@ QBNotesTableViewController::QBNotesTableViewController(QBNotesTableViewInterface
     , m_undoManager(undoManager)
     , m_textSearch(std::move(textSearch))
     , m_noteTableCellTextRenderer(QBNotesAppThemeManager::sharedThemeManager())
+    , m_dayWatch([this] { dayDidChange(); })
 {
 }
 
@@ -87,6 +93,27 @@ void QBNotesTableViewController::setRepresentedObject(const QBSidebarItem::Point
         selectNotesWithURIRepresentations(selected);
         m_view.setScrollPosition(0);
     }
+}
+
+void QBNotesTableViewController::dayDidChange()
+{
+    if (m_fetchedResultController == nullptr) {
+        return;
+    }
+    const std::optional<NSFetchRequest> request = m_representedObject->notesFetchRequest();
+    const bool isSame =
+        request && formatOf(request->predicate) == formatOf(m_fetchedResultController->fetchRequest()->predicate) &&
+        formatOf(QBNoteSearchManager::predicateForSearchString(m_currentSearch)) ==
+            formatOf(m_fetchedResultController->filterPredicate());
+    if (isSame) {
+        return;
+    }
+    // Nobody asked for it, so whoever is reading stays where they are.
+    const double position = m_view.scrollPosition();
+    const std::optional<double> positionBeforeSearch = m_scrollPositionBeforeSearch;
+    setRepresentedObject(m_representedObject);
+    m_view.setScrollPosition(position);
+    m_scrollPositionBeforeSearch = positionBeforeSearch;
 }
 
 // Rows

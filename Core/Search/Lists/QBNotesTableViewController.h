@@ -5,6 +5,7 @@
 #include "QBNotesTableViewInterface.h"
 #include "QBSidebarItem.h"
 
+#include <Foundation/DayWatch.h>
 #include <Search/NoteTextSearch.h>
 #include <Text/NSUndoManager.h>
 
@@ -144,6 +145,8 @@ private:
                                                 MRTChangeType forProgressiveChangeType, qint64 newIndex,
                                                 qint64 newProgressiveIndex) override;
 
+    /// Asks again for a list, and for a search, that names the day.
+    void dayDidChange();
     void changeNotes(const QList<quib::Ref<QBNote>> &notes, void (QBNote::*operation)(), const QString &actionName,
                      const QString &inverseName);
     void changeNotesBack(const QList<NoteState> &states, const QString &actionName, const QString &inverseName);
@@ -167,6 +170,7 @@ private:
     std::optional<double> m_scrollPositionBeforeSearch;
     /// Rows whose notes changed, by their places after the changes being told.
     QList<qint64> m_rowsToUpdatedAfterModelUpdate;
+    quib::DayWatch m_dayWatch;
     /// Dies with the controller: an answer may come later.
     std::shared_ptr<char> m_life = std::make_shared<char>();
 };

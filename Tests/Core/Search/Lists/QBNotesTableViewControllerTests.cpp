@@ -52,6 +52,26 @@ TEST_F(NoteList, ShowsTheNotesOfItsItem)
     EXPECT_EQ(controller->fetchedResultController(), nullptr);
 }
 
+TEST_F(NoteList, AsksAgainForTheDayAtMidnight)
+{
+    static_cast<void>(makeNote(u"yesterday"_s));
+    static_cast<void>(makeNote(u"kept"_s));
+    show();
+    controller->searchFieldUpdated(u"@today"_s);
+    ASSERT_EQ(shown(), u"kept yesterday"_s);
+    clock.advance(86'400);
+    EXPECT_EQ(shown(), u""_s);
+    static_cast<void>(makeNote(u"new"_s));
+    save();
+    EXPECT_EQ(shown(), u"new"_s);
+    // A list that does not name the day is left alone.
+    controller->searchFieldUpdated({});
+    const int reloads = table.reloads;
+    clock.advance(86'400);
+    EXPECT_EQ(table.reloads, reloads);
+    EXPECT_EQ(shown(), u"kept new yesterday"_s);
+}
+
 TEST_F(NoteList, KeepsTheSelectionAcrossItems)
 {
     for (const QString &title : {u"a"_s, u"b"_s, u"c"_s}) {
