@@ -53,6 +53,7 @@ ExitStatus runInspectStyle(Session &session, const QCommandLineParser &parser);
 ExitStatus runInspectEdit(Session &session, const QCommandLineParser &parser);
 ExitStatus runInspectRender(Session &session, const QCommandLineParser &parser);
 ExitStatus runInspectTheme(Session &session, const QCommandLineParser &parser);
+ExitStatus runInspectLanguage(Session &session, const QCommandLineParser &parser);
 ExitStatus runInspectPredicate(Session &session, const QCommandLineParser &parser);
 ExitStatus runInspectHighlightPattern(Session &session, const QCommandLineParser &parser);
 

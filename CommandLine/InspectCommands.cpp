@@ -2,6 +2,7 @@
 #include "InspectInput.h"
 #include "Output.h"
 
+#include <Code/QBCodeLanguageDetector.h>
 #include <Markup/Syntax/QBNoteSection.h>
 #include <Search/QBNoteSearchManager.h>
 #include <Store/QBNote.h>
@@ -44,6 +45,17 @@ ExitStatus runInspectParse(Session & /*session*/, const QCommandLineParser &pars
         {u"hasSourceCode"_s, hasSourceCode},
         {u"sections"_s, sections},
     });
+    return ExitStatus::Done;
+}
+
+ExitStatus runInspectLanguage(Session & /*session*/, const QCommandLineParser &parser)
+{
+    ExitStatus status = ExitStatus::Done;
+    const auto code = textOfInput(parser, &status);
+    if (!code) {
+        return status;
+    }
+    printLine(QBCodeLanguageDetector().detectLanguageWithString(*code));
     return ExitStatus::Done;
 }
 

@@ -270,6 +270,16 @@ TEST(Quibctl, TheMarkdownSyntaxIsUsedAndCountsAnew)
     EXPECT_EQ(quib.run({u"check"_s}).exitStatus, 0);
 }
 
+TEST(Quibctl, InspectLanguageNamesTheLanguageOfCode)
+{
+    const QuibctlRunner quib;
+    EXPECT_EQ(quib.done({u"inspect"_s, u"language"_s}, "console.log (1)\n"), u"javascript"_s);
+    EXPECT_EQ(quib.done({u"inspect"_s, u"language"_s, u"-"_s}, ""), u"Unknown"_s);
+    EXPECT_EQ(quib.done({u"inspect"_s, u"language"_s, quib.file(u"list.py"_s, "if a:\r\n\r\n  pass\r\nelse:\r\n")}),
+              u"python"_s);
+    EXPECT_EQ(quib.run({u"inspect"_s, u"language"_s, u"/nonexistent/x.py"_s}).exitStatus, 3);
+}
+
 TEST(Quibctl, InspectParseTellsWhatATextHolds)
 {
     const QuibctlRunner quib;
