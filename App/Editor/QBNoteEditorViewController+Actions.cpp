@@ -239,7 +239,8 @@ void QBNoteEditorViewController::makeActions()
     addCommand(u"find-previous"_s, tr("Find Previous"), QKeySequence::FindPrevious,
                [this] { m_findBar->findPrevious(); });
     const auto addOption = [this](const QString &name, const QString &text, const QKeySequence &shortcut,
-                                  const QString &key, bool isOnAtFirst, std::function<void(bool)> apply) {
+                                  const QString &key, bool isOnAtFirst, std::function<void(bool)> apply,
+                                  const QString &accessor = {}) {
         auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
         const PropertyValue stored = preferences != nullptr ? preferences->preferenceValueForKey(key) : PropertyValue();
         QAction *option = addCommand(name, text, shortcut, [] {});
@@ -254,13 +255,23 @@ void QBNoteEditorViewController::makeActions()
         const QSignalBlocker blocker(option);
         option->setChecked(isOn);
         apply(isOn);
+        if (preferences != nullptr && !accessor.isEmpty()) {
+            m_preferenceObservations.push_back(preferences->addObserver(
+                accessor, [option, preferences, key, isOnAtFirst](const QString & /*keyPath*/) {
+                    const PropertyValue changed = preferences->preferenceValueForKey(key);
+                    option->setChecked(changed.isNull() ? isOnAtFirst : changed.toBool());
+                }));
+        }
     };
-    addOption(u"typewriter"_s, tr("Typewriter Scrolling"), {}, u"QBEditorTypewriterScrolling"_s, false,
-              [this](bool isOn) { m_view->setTypewriterScrolling(isOn); });
-    addOption(u"focus-mode"_s, tr("Focus on Paragraph"), {}, u"QBEditorFocusMode"_s, false,
-              [this](bool isOn) { m_view->setFocusMode(isOn); });
-    addOption(u"format-bar"_s, tr("Format Bar"), {}, u"QBEditorFormatBar"_s, true,
-              [this](bool isOn) { m_formatBar->setVisible(isOn); });
+    addOption(
+        u"typewriter"_s, tr("Typewriter Scrolling"), {}, u"QBEditorTypewriterScrolling"_s, false,
+        [this](bool isOn) { m_view->setTypewriterScrolling(isOn); }, u"editorTypewriterScrolling"_s);
+    addOption(
+        u"focus-mode"_s, tr("Focus on Paragraph"), {}, u"QBEditorFocusMode"_s, false,
+        [this](bool isOn) { m_view->setFocusMode(isOn); }, u"editorFocusMode"_s);
+    addOption(
+        u"format-bar"_s, tr("Format Bar"), {}, u"QBEditorFormatBar"_s, true,
+        [this](bool isOn) { m_formatBar->setVisible(isOn); }, u"editorFormatBar"_s);
     addOption(u"info"_s, tr("Note Information"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_I), u"QBEditorInformationPanel"_s,
               false, [this](bool isOn) { m_information->setVisible(isOn && m_note); });
     fillFormatBar();

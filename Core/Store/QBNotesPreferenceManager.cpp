@@ -47,6 +47,9 @@ constexpr Accessor kAccessors[] = {
     {"tagsListSortBy", "QBTagsListSortBy"},
     {"tagsListSortAscending", "QBTagsListSortAscending"},
     {"autocompleteEnabled", "QBAutoCompleteEnabled"},
+    {"editorTypewriterScrolling", "QBEditorTypewriterScrolling"},
+    {"editorFocusMode", "QBEditorFocusMode"},
+    {"editorFormatBar", "QBEditorFormatBar"},
     {"tagsListUsesCustomTagsIcons", "QBTagsListUsesCustomTagsIcons"},
     {"syncDisabledByUser", "QBSyncDisabledByUser"},
     {"lastSyncDate", "QBLastSyncDate"},
@@ -142,10 +145,7 @@ std::optional<NSDate> QBNotesPreferenceManager::dateIfAny(QStringView key) const
 
 QString QBNotesPreferenceManager::currentAppThemeName() const
 {
-    const bool isDark = [this] {
-        const std::lock_guard lock(m_mutex);
-        return m_hasDarkAppearance;
-    }();
+    const bool isDark = hasDarkAppearance();
     const QString name = isDark ? appDarkThemeName() : appThemeName();
     if (!name.isNull()) {
         return name;
@@ -155,10 +155,7 @@ QString QBNotesPreferenceManager::currentAppThemeName() const
 
 void QBNotesPreferenceManager::setCurrentAppThemeName(const QString &name)
 {
-    const bool isDark = [this] {
-        const std::lock_guard lock(m_mutex);
-        return m_hasDarkAppearance;
-    }();
+    const bool isDark = hasDarkAppearance();
     if (isDark) {
         setAppDarkThemeName(name);
     } else {
@@ -171,6 +168,12 @@ void QBNotesPreferenceManager::setHasDarkAppearance(bool isDark)
 {
     const std::lock_guard lock(m_mutex);
     m_hasDarkAppearance = isDark;
+}
+
+bool QBNotesPreferenceManager::hasDarkAppearance() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_hasDarkAppearance;
 }
 
 bool QBNotesPreferenceManager::markdownCompatibilityMode() const

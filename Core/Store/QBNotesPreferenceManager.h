@@ -48,6 +48,7 @@ public:
     void setCurrentAppThemeName(const QString &name);
     /// Told by whoever knows the desktop's appearance; light before.
     void setHasDarkAppearance(bool isDark);
+    [[nodiscard]] bool hasDarkAppearance() const;
 
     // Editor
 
@@ -70,6 +71,14 @@ public:
     void setEnableTextExpander(std::optional<bool> enabled) { save(enabled, u"QBEnableTextExpander"); }
     [[nodiscard]] bool autocompleteEnabled() const { return flag(u"QBAutoCompleteEnabled"); }
     void setAutocompleteEnabled(std::optional<bool> enabled) { save(enabled, u"QBAutoCompleteEnabled"); }
+    /// The line with the caret stays at one height, and the text moves.
+    [[nodiscard]] bool editorTypewriterScrolling() const { return flag(u"QBEditorTypewriterScrolling"); }
+    void setEditorTypewriterScrolling(std::optional<bool> isOn) { save(isOn, u"QBEditorTypewriterScrolling"); }
+    /// What is not the paragraph with the caret stands back.
+    [[nodiscard]] bool editorFocusMode() const { return flag(u"QBEditorFocusMode"); }
+    void setEditorFocusMode(std::optional<bool> isOn) { save(isOn, u"QBEditorFocusMode"); }
+    [[nodiscard]] bool editorFormatBar() const { return flagIfAny(u"QBEditorFormatBar").value_or(true); }
+    void setEditorFormatBar(std::optional<bool> isShown) { save(isShown, u"QBEditorFormatBar"); }
     /// These four override the theme's value where there is one.
     [[nodiscard]] std::optional<double> editorFontSize() const { return numberIfAny(u"QBEditorFontSize"); }
     void setEditorFontSize(std::optional<double> size) { save(size, u"QBEditorFontSize"); }

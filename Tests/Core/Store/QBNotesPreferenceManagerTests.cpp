@@ -235,6 +235,26 @@ TEST_F(Preferences, AnnounceChangesByTheNameOfTheAccessor)
     EXPECT_EQ(font, 1);
 }
 
+TEST_F(Preferences, OfTheEditorsPaneHaveTheirDefaultsAndAreTold)
+{
+    const auto manager = launch();
+    EXPECT_FALSE(manager->editorTypewriterScrolling());
+    EXPECT_FALSE(manager->editorFocusMode());
+    EXPECT_TRUE(manager->editorFormatBar());
+    const int &typewriter = count(*manager, u"editorTypewriterScrolling"_s);
+    const int &focus = count(*manager, u"editorFocusMode"_s);
+    const int &bar = count(*manager, u"editorFormatBar"_s);
+    manager->setEditorTypewriterScrolling(true);
+    manager->setEditorFormatBar(false);
+    EXPECT_TRUE(manager->preferenceValueForKey(u"QBEditorTypewriterScrolling"_s).toBool());
+    EXPECT_FALSE(manager->editorFormatBar());
+    manager->setEditorFormatBar(std::nullopt);
+    EXPECT_TRUE(manager->editorFormatBar());
+    EXPECT_EQ(typewriter, 1);
+    EXPECT_EQ(focus, 0);
+    EXPECT_EQ(bar, 2);
+}
+
 TEST_F(Preferences, AskTheInstalledCheckForTheSubscription)
 {
     const auto manager = launch();
