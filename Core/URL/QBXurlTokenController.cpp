@@ -7,6 +7,7 @@
 
 #include <QCryptographicHash>
 #include <QFile>
+#include <QRandomGenerator>
 
 #include <array>
 
@@ -18,6 +19,18 @@ constexpr qint64 kLongestTokenFile = 4096;
 
 /// Which bytes of the digest make the token, in their order.
 constexpr std::array<qsizetype, 9> kTokenBytes = {1, 9, 4, 6, 3, 8, 5, 12, 15};
+
+QString tokenOfDigest(const QByteArray &digest)
+{
+    QString made;
+    for (size_t i = 0; i < kTokenBytes.size(); ++i) {
+        if (i > 0 && i % 3 == 0) {
+            made.append(u'-');
+        }
+        made.append(QString::fromLatin1(digest.sliced(kTokenBytes.at(i), 1).toHex().toUpper()));
+    }
+    return made;
+}
 
 } // namespace
 
@@ -49,24 +62,31 @@ QString QBXurlTokenController::generateToken()
     if (const auto present = token()) {
         return *present;
     }
-    const QByteArray digest =
-        QCryptographicHash::hash(QBDateHelper::currentDateWithFormat(0).toUtf8(), QCryptographicHash::Md5);
-    QString made;
-    for (size_t i = 0; i < kTokenBytes.size(); ++i) {
-        if (i > 0 && i % 3 == 0) {
-            made.append(u'-');
-        }
-        made.append(QString::fromLatin1(digest.sliced(kTokenBytes.at(i), 1).toHex().toUpper()));
-    }
+    const QString made = tokenOfDigest(
+        QCryptographicHash::hash(QBDateHelper::currentDateWithFormat(0).toUtf8(), QCryptographicHash::Md5));
+    store(made);
+    return made;
+}
+
+QString QBXurlTokenController::renewToken()
+{
+    std::array<quint32, 4> chance{};
+    QRandomGenerator::system()->fillRange(chance.data(), qsizetype(chance.size()));
+    const QString made = tokenOfDigest(QByteArray(reinterpret_cast<const char *>(chance.data()), sizeof chance));
+    store(made);
+    return made;
+}
+
+void QBXurlTokenController::store(const QString &token) const
+{
     NSError error;
     if (!quib::ensureFolder(m_baseURL.toLocalFile(), &error) ||
-        !quib::writeFileAtomically(filePath(), made.toUtf8(), &error)) {
+        !quib::writeFileAtomically(filePath(), token.toUtf8(), &error)) {
         QBLogError(error.localizedDescription());
-        return made;
+        return;
     }
     // A file that stood there empty kept its mode.
     QFile::setPermissions(filePath(), QFile::ReadOwner | QFile::WriteOwner);
-    return made;
 }
 
 bool QBXurlTokenController::isTokenValid(const QString &token) const

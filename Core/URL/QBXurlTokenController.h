@@ -17,8 +17,11 @@ public:
 
     /// The token in the file; nothing without a file, and for an empty one.
     [[nodiscard]] std::optional<QString> token() const;
-    /// The token that is there, else a new one, stored: a token is never replaced. A failure to store is logged.
+    /// The token that is there, else a new one, stored: this never replaces a token. A failure to store is logged.
     [[nodiscard]] QString generateToken();
+    /// A new token in place of the one that is there, which is worth nothing from then on. It is made of chance: nobody
+    /// can tell it from the time of its making. A failure to store is logged.
+    QString renewToken();
     /// Whether there is a token and it is this one. The time taken does not tell where the two differ.
     [[nodiscard]] bool isTokenValid(const QString &token) const;
 
@@ -27,6 +30,7 @@ public:
 
 private:
     [[nodiscard]] QString filePath() const;
+    void store(const QString &token) const;
 
     QUrl m_baseURL;
 };

@@ -87,6 +87,24 @@ TEST_F(QBXurlTokenControllerTest, LosesItWithItsFile)
     EXPECT_TRUE(controller.isTokenValid(second));
 }
 
+TEST_F(QBXurlTokenControllerTest, RenewsItWithinTheSameMinute)
+{
+    QBXurlTokenController controller;
+    QStringList tokens{controller.generateToken()};
+    for (int i = 0; i < 3; ++i) {
+        const QString token = controller.renewToken();
+        EXPECT_TRUE(QRegularExpression(u"\\A[0-9A-F]{6}-[0-9A-F]{6}-[0-9A-F]{6}\\z"_s).match(token).hasMatch())
+            << token.toStdString();
+        EXPECT_TRUE(controller.isTokenValid(token));
+        EXPECT_EQ(controller.generateToken(), token);
+        for (const QString &old : std::as_const(tokens)) {
+            EXPECT_FALSE(controller.isTokenValid(old));
+        }
+        tokens.append(token);
+    }
+    EXPECT_FALSE(QFile::permissions(file(controller)) & (QFile::ReadGroup | QFile::ReadOther));
+}
+
 TEST_F(QBXurlTokenControllerTest, TakesAnEmptyFileForNone)
 {
     QBXurlTokenController controller;
