@@ -1,4 +1,5 @@
 // quib-demo FOLDER [--picture FILE.png] [--theme NAME] [--size WxH] [--scale N] [--list ID] [--search TEXT] [--empty]
+//           [--preferences PAGE]
 // Fills the profile in FOLDER with sample notes, unless it has notes; draws the window that shows it, without a
 // display.
 
@@ -44,7 +45,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QCommandLineParser parser;
     parser.addPositionalArgument(u"folder"_s, u"The profile."_s);
-    for (const auto &name : {u"picture"_s, u"theme"_s, u"size"_s, u"scale"_s, u"list"_s, u"search"_s, u"columns"_s}) {
+    for (const auto &name :
+         {u"picture"_s, u"theme"_s, u"size"_s, u"scale"_s, u"list"_s, u"search"_s, u"columns"_s, u"preferences"_s}) {
         parser.addOption(QCommandLineOption(name, {}, name));
     }
     parser.addOption(QCommandLineOption(u"empty"_s));
@@ -90,7 +92,13 @@ int main(int argc, char **argv)
             window.setCurrentSearch(parser.value(u"search"_s));
         }
         settle();
-        if (!window.grab().save(parser.value(u"picture"_s))) {
+        QWidget *shown = &window;
+        if (parser.isSet(u"preferences"_s)) {
+            window.showPreferences(PreferencesWindow::Page(parser.value(u"preferences"_s).toInt() - 1));
+            shown = window.findChild<PreferencesWindow *>();
+            settle();
+        }
+        if (!shown->grab().save(parser.value(u"picture"_s))) {
             tellUser(u"the picture \"%1\" cannot be written"_s.arg(parser.value(u"picture"_s)));
             return 1;
         }

@@ -143,6 +143,8 @@ void QBMainWindowController::makeActions()
                });
     addCommand(u"search-notes"_s, tr("Search Notes"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_F),
                [this] { focusSearchField(); });
+    addCommand(u"preferences"_s, tr("Preferences…"), key(Qt::CTRL | Qt::Key_Comma),
+               [this] { showPreferences(PreferencesWindow::Page::General); });
     // 3. Tags.
     QAction *renaming = addCommand(u"rename-tag"_s, tr("Rename Tag"), {}, [this] { m_sidebar->renameSelectedTag(); });
     renaming->setShortcut(key(Qt::Key_F2));
@@ -200,7 +202,9 @@ void QBMainWindowController::makeActions()
     // 5. Help.
     addCommand(u"command-palette"_s, tr("All Commands…"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_P),
                [this] { openCommandPalette(); });
-    addCommand(u"about"_s, tr("About Quib"), {}, [this] { showAbout(); });
+    addCommand(u"shortcuts"_s, tr("Keyboard Shortcuts"), key(Qt::CTRL | Qt::Key_Question),
+               [this] { showPreferences(PreferencesWindow::Page::Shortcuts); });
+    addCommand(u"about"_s, tr("About Quib"), {}, [this] { showPreferences(PreferencesWindow::Page::About); });
 }
 
 void QBMainWindowController::makeMenus()
@@ -238,6 +242,7 @@ void QBMainWindowController::makeMenus()
     const QList<QAction *> finding = ofPane({"find"_L1, "find-replace"_L1, "find-next"_L1, "find-previous"_L1});
     const QList<QAction *> zooming = ofPane({"zoom-in"_L1, "zoom-out"_L1, "zoom-reset"_L1});
     edit->addActions(finding);
+    fill(edit, {""_L1, "preferences"_L1});
     QMenu *format = menuBar()->addMenu(tr("F&ormat"));
     for (QAction *command : m_editor->editor().actions()) {
         if (!command->text().isEmpty() && !finding.contains(command) && !zooming.contains(command)) {
@@ -256,7 +261,7 @@ void QBMainWindowController::makeMenus()
     fill(menuBar()->addMenu(tr("&Go")),
          {"previous-note"_L1, "next-note"_L1, ""_L1, "go-notes"_L1, "go-untagged"_L1, "go-todo"_L1, "go-today"_L1,
           "go-trash"_L1, ""_L1, "focus-sidebar"_L1, "focus-notes"_L1, "focus-editor"_L1});
-    fill(menuBar()->addMenu(tr("&Help")), {"command-palette"_L1, ""_L1, "about"_L1});
+    fill(menuBar()->addMenu(tr("&Help")), {"command-palette"_L1, "shortcuts"_L1, ""_L1, "about"_L1});
     // Buttons.
     for (auto *button : findChildren<QToolButton *>()) {
         QAction *of = m_actions.value(button->objectName());
@@ -567,8 +572,7 @@ void QBMainWindowController::openCommandPalette()
     });
 }
 
-void QBMainWindowController::showAbout()
+void QBMainWindowController::showPreferences(PreferencesWindow::Page page)
 {
-    m_messages->say(
-        tr("Quib %1 – notes in plain text, kept on this computer.").arg(QApplication::applicationVersion()));
+    PreferencesWindow::show(*this, page, {.commandGroups = [this] { return commandGroupsOfMenuBar(*menuBar()); }});
 }

@@ -283,12 +283,14 @@ void QBMainWindowController::loadFontThemeName(const QString &name)
 void QBMainWindowController::showQuibProPreferences()
 {
     makeKeyAndOrderFront();
+    // There is nothing to buy: the program tells of itself.
+    showPreferences(PreferencesWindow::Page::About);
 }
 
 void QBMainWindowController::showThemesPreferences()
 {
     makeKeyAndOrderFront();
-    openCommandPalette();
+    showPreferences(PreferencesWindow::Page::Themes);
 }
 
 void QBMainWindowController::showMainWindow()

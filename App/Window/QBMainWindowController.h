@@ -6,6 +6,7 @@
 
 #include <Delegate/QBApplicationInterface.h>
 #include <Delegate/QBMainWindowInterface.h>
+#include <Preferences/PreferencesWindow.h>
 #include <Search/Lists/QBNotesTableViewController.h>
 #include <Search/NoteTextSearch.h>
 #include <Text/NSUndoManager.h>
@@ -68,6 +69,8 @@ public:
     void forgetStore();
     /// The colours and fonts of every editor, those made later included.
     void loadTextTheme(const std::shared_ptr<QBTheme> &theme);
+    /// Shows a page of the preferences, in their one window.
+    void showPreferences(quib::PreferencesWindow::Page page);
     /// How the program ends by the user's wish.
     void setTerminate(std::function<void()> terminate) { m_terminate = std::move(terminate); }
 
@@ -135,7 +138,6 @@ private:
     void dropNotes(const QBSidebarItem::Pointer &item, const QStringList &identifiers);
     void openQuickly();
     void openCommandPalette();
-    void showAbout();
     void copyNoteLinks();
 
     // QBMainWindowController+Restoring.cpp
