@@ -67,6 +67,12 @@ bool readDeleteRule(const QString &name, NSDeleteRule *rule)
     return true;
 }
 
+/// Indexes that a version got after stores of it existed.
+QString laterIndexesKey()
+{
+    return u"laterIndexes"_s;
+}
+
 } // namespace
 
 /// Builds a model from its file, step by step; the first fault ends it.
@@ -172,12 +178,14 @@ struct ModelReader
             }
             entity.m_relationships.push_back(std::move(relationship));
         }
-        for (const auto &value : object.value("indexes"_L1).toArray()) {
-            QStringList keys;
-            for (const auto &key : value.toArray()) {
-                keys.append(key.toString());
+        for (const QString &kind : {u"indexes"_s, laterIndexesKey()}) {
+            for (const auto &value : object.value(kind).toArray()) {
+                QStringList keys;
+                for (const auto &key : value.toArray()) {
+                    keys.append(key.toString());
+                }
+                entity.m_compoundIndexes.append(keys);
             }
-            entity.m_compoundIndexes.append(keys);
         }
         const size_t toOne = static_cast<size_t>(
             std::count_if(entity.m_relationships.begin(), entity.m_relationships.end(),
@@ -303,9 +311,19 @@ std::shared_ptr<const NSManagedObjectModel> NSManagedObjectModel::modelWithData(
                       u"not an object model: %1"_s.arg(document.isObject() ? reader.fault : parseError.errorString()));
         return nullptr;
     }
-    // The digest is taken of the document's normal form: layout and order of keys in the file don't count.
+    // The digest is taken of the document's normal form: layout and order of keys in the file don't count. Nor do later
+    // indexes, which a store makes when it is opened: they change how fast an answer comes, never what it is.
+    QJsonObject described = document.object();
+    QJsonArray entities;
+    for (const QJsonValue &value : described.value(u"entities"_s).toArray()) {
+        QJsonObject entity = value.toObject();
+        entity.remove(laterIndexesKey());
+        entities.append(entity);
+    }
+    described.insert(u"entities"_s, entities);
     model->m_versionHash =
-        QCryptographicHash::hash(document.toJson(QJsonDocument::Compact), QCryptographicHash::Sha256).toHex();
+        QCryptographicHash::hash(QJsonDocument(described).toJson(QJsonDocument::Compact), QCryptographicHash::Sha256)
+            .toHex();
     return model;
 }
 

@@ -55,7 +55,7 @@ QByteArray indexName(const NSEntityDescription *entity, const QString &what)
     return SQLNames::column(QString(u"_index_" % entity->name() % u'_' % what));
 }
 
-/// The statements that make the tables and indexes of one root entity.
+/// The statements that make the tables of one root entity, and the indexes on single columns.
 QList<QByteArray> tableStatements(const NSEntityDescription *root)
 {
     QList<QByteArray> statements;
@@ -106,16 +106,6 @@ QList<QByteArray> tableStatements(const NSEntityDescription *root)
                 statements.append("CREATE INDEX " + indexName(root, relationship.name + u"_reverse"_s) + " ON " + join +
                                   " (target, source)");
             }
-        }
-        for (qsizetype i = 0; i < entity->compoundIndexes().size(); ++i) {
-            QByteArray terms;
-            for (const QString &key : entity->compoundIndexes()[i]) {
-                const bool isDescending = key.startsWith(u'-');
-                terms += SQLNames::column(isDescending ? key.mid(1) : key) + (isDescending ? " DESC, " : ", ");
-            }
-            // The version makes the index cover what a row's snapshot needs.
-            statements.append("CREATE INDEX " + indexName(entity, u"list%1"_s.arg(i)) + " ON " + table + " (" + terms +
-                              "_version)");
         }
     }
     statements.prepend("CREATE TABLE " + table + " (" + columns + ')');
@@ -174,7 +164,29 @@ std::unique_ptr<SQLitePersistentStore> SQLitePersistentStore::open(const QString
     if ((isEmpty && !store->createSchema(error)) || !store->checkMetadata(error)) {
         return nullptr;
     }
+    if (!options.isReadOnly) {
+        store->createMissingIndexes();
+    }
     return store;
+}
+
+void SQLitePersistentStore::createMissingIndexes()
+{
+    for (const auto &entity : m_model->entities()) {
+        for (qsizetype i = 0; i < entity->compoundIndexes().size(); ++i) {
+            QByteArray terms;
+            for (const QString &key : entity->compoundIndexes()[i]) {
+                const bool isDescending = key.startsWith(u'-');
+                terms += SQLNames::column(isDescending ? key.mid(1) : key) + (isDescending ? " DESC, " : ", ");
+            }
+            // The version makes the index cover what a row's snapshot needs. Where the index is there, this only looks
+            // at the schema in memory, and takes no lock; where it cannot be made, the same answers come more slowly.
+            static_cast<void>(m_database->execute("CREATE INDEX IF NOT EXISTS " +
+                                                      indexName(entity.get(), u"list%1"_s.arg(i)) + " ON " +
+                                                      SQLNames::table(entity.get()) + " (" + terms + "_version)",
+                                                  nullptr));
+        }
+    }
 }
 
 bool SQLitePersistentStore::createSchema(NSError *error)

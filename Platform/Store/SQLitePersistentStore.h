@@ -63,6 +63,7 @@ private:
     explicit SQLitePersistentStore(std::shared_ptr<const NSManagedObjectModel> model);
 
     [[nodiscard]] bool createSchema(NSError *error);
+    void createMissingIndexes();
     [[nodiscard]] bool checkMetadata(NSError *error);
     [[nodiscard]] const NSEntityDescription *entityWithCode(qint64 code, const NSEntityDescription *fallback) const;
     [[nodiscard]] const NSEntityDescription *requestedEntity(const NSFetchRequest &request, NSError *error) const;

@@ -4,6 +4,9 @@
 #include <Support/TestSeed.h>
 
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRandomGenerator>
 
 #include <sqlite3.h>
@@ -233,6 +236,45 @@ TEST_F(SQLiteStore, AnotherWritersLockIsWaitedForAndThenToldOf)
     sqlite3_close(holder);
     EXPECT_TRUE(store->row(objectID, &m_error)->snapshot);
     EXPECT_EQ(store->save(request).outcome, SaveResult::Outcome::Saved);
+}
+
+TEST_F(SQLiteStore, MakesTheLaterIndexesThatItLacks)
+{
+    // A store from before its model had an index is the same store.
+    const auto withoutLaterIndexes = [] {
+        QFile file(QStringLiteral(QUIB_SOURCE_DIR "/Resources/Model/Model.momd/Model 3.mom"));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        QJsonObject model = QJsonDocument::fromJson(file.readAll()).object();
+        QJsonArray entities = model[u"entities"_s].toArray();
+        for (auto &&value : entities) {
+            QJsonObject entity = value.toObject();
+            entity.remove(u"laterIndexes"_s);
+            value = entity;
+        }
+        model[u"entities"_s] = entities;
+        return NSManagedObjectModel::modelWithData(QJsonDocument(model).toJson());
+    }();
+    ASSERT_TRUE(withoutLaterIndexes);
+    const auto indexes = [this] {
+        sqlite3 *database = nullptr;
+        EXPECT_EQ(sqlite3_open(QFile::encodeName(m_path).constData(), &database), SQLITE_OK);
+        int count = 0;
+        EXPECT_EQ(sqlite3_exec(
+                      database, "SELECT 1 FROM sqlite_master WHERE type = 'index' AND name LIKE '%QBNote_list%'",
+                      [](void *found, int, char **, char **) { return ++*static_cast<int *>(found), 0; }, &count,
+                      nullptr),
+                  SQLITE_OK);
+        sqlite3_close(database);
+        return count;
+    };
+    ASSERT_TRUE(quib::SQLitePersistentStore::open(m_path, withoutLaterIndexes, {}, &m_error));
+    EXPECT_EQ(indexes(), 1);
+    NSPersistentStoreOptions readOnly;
+    readOnly.isReadOnly = true;
+    EXPECT_TRUE(open(readOnly)) << m_error.localizedDescription().toStdString();
+    EXPECT_EQ(indexes(), 1);
+    EXPECT_TRUE(open()) << m_error.localizedDescription().toStdString();
+    EXPECT_EQ(indexes(), 2);
 }
 
 TEST_F(SQLiteStore, TellsOfOthersWritesAndKeepsReadersFromWriting)
