@@ -23,10 +23,14 @@ void ExternalChangeMonitor::takeUpChanges()
 {
     NSManagedObjectContext &moc = *m_stack.managedObjectContext();
     QUIB_ASSERT(moc.queue()->isCurrent());
-    const auto merged = QBExternalChanges::mergeExternalChangesInManagedObjectContext(moc);
+    m_nextTurn.reset();
+    const auto merged = QBExternalChanges::mergeExternalChangesInManagedObjectContext(moc, kMostInATurn);
     if (merged || m_stack.saveError().code() == static_cast<qint64>(NSCocoaErrorCode::PersistentStoreTimeout)) {
         // A save that a companion held up for too long gets its turn when the companion is done.
         m_stack.saveUsingCoalescence(/*coalescence=*/true);
+    }
+    if (merged) {
+        m_nextTurn = Clock::shared().schedule(0, [this] { takeUpChanges(); });
     }
     if (merged && !merged->isEmpty()) {
         postChangedFiles(*merged);

@@ -10,9 +10,10 @@
 using namespace Qt::StringLiterals;
 using quib::Ref;
 
-QList<Ref<QBExternalChanges>> QBExternalChanges::externalChangesInManagedObjectContext(NSManagedObjectContext &moc)
+QList<Ref<QBExternalChanges>> QBExternalChanges::externalChangesInManagedObjectContext(NSManagedObjectContext &moc,
+                                                                                       qint64 atMost)
 {
-    return quib::fetchLogged<QBExternalChanges>(moc, {.entityName = entityName()});
+    return quib::fetchLogged<QBExternalChanges>(moc, {.entityName = entityName(), .fetchLimit = atMost});
 }
 
 void QBExternalChanges::updateExternalChangesInManagedObjectContext(NSManagedObjectContext &moc)
@@ -68,9 +69,9 @@ Ref<QBExternalChanges> QBExternalChanges::newExternalChangeForModelObject(const 
 }
 
 std::optional<QList<NSManagedObjectID>>
-QBExternalChanges::mergeExternalChangesInManagedObjectContext(NSManagedObjectContext &moc)
+QBExternalChanges::mergeExternalChangesInManagedObjectContext(NSManagedObjectContext &moc, qint64 atMost)
 {
-    const auto changes = externalChangesInManagedObjectContext(moc);
+    const auto changes = externalChangesInManagedObjectContext(moc, atMost);
     if (changes.isEmpty()) {
         return std::nullopt;
     }

@@ -22,9 +22,9 @@ public:
         Deleted = 2,
     };
 
-    /// All rows.
+    /// All rows, or the oldest of them where a number is given.
     [[nodiscard]] static QList<quib::Ref<QBExternalChanges>>
-    externalChangesInManagedObjectContext(NSManagedObjectContext &moc);
+    externalChangesInManagedObjectContext(NSManagedObjectContext &moc, qint64 atMost = 0);
 
     // The writing side
 
@@ -41,11 +41,11 @@ public:
 
     // The reading side
 
-    /// Takes into the context what the rows name, and deletes them all there.
+    /// Takes into the context what the rows name, all or the oldest ones, and deletes these rows there.
     /// Shape:  the identities of inserted, updated and deleted objects, in this order; rows of any other type and rows
     ///         that name nothing in this store are not among them. Nothing when there are no rows.
     static std::optional<QList<NSManagedObjectID>>
-    mergeExternalChangesInManagedObjectContext(NSManagedObjectContext &moc);
+    mergeExternalChangesInManagedObjectContext(NSManagedObjectContext &moc, qint64 atMost = 0);
     /// The identity that the row names in the store of a context; null for none.
     [[nodiscard]] NSManagedObjectID managedObjectIDInManagedObjectContext(const NSManagedObjectContext &moc) const;
 };

@@ -275,6 +275,25 @@ TEST_F(ExternalChanges, OfAttachmentsAreToldToWhoeverShowsThem)
     EXPECT_EQ(told, QStringList{u"file"_s});
 }
 
+TEST_F(ExternalChanges, ManyAreTakenUpInTurns)
+{
+    const int count = 2 * ExternalChangeMonitor::kMostInATurn + 1;
+    startApplication();
+    QList<qsizetype> turns;
+    const auto token =
+        m_monitor->didMerge.add([&turns](const QList<NSManagedObjectID> &merged) { turns.append(merged.size()); });
+    QList<Ref<QBNote>> theirs;
+    for (int i = 0; i < count; ++i) {
+        theirs.append(theirNote(u"note %1"_s.arg(i)));
+    }
+    saveOther();
+    waitUntil([&] { return rows() == 0 && !moc().hasChanges(); });
+    EXPECT_EQ(turns, (QList<qsizetype>{ExternalChangeMonitor::kMostInATurn, ExternalChangeMonitor::kMostInATurn, 1}));
+    for (const auto &note : theirs) {
+        EXPECT_TRUE(mine(*note));
+    }
+}
+
 TEST_F(ExternalChanges, ManyRowsAreTakenUpInTimeThatGrowsWithTheirNumber)
 {
     const auto timeFor = [this](int count) {
