@@ -46,9 +46,7 @@ QToolButton *FormatBar::addButton(QAction *action)
     QToolButton *button = makeButton(action->objectName());
     button->setDefaultAction(action);
     button->setAccessibleName(action->text());
-    if (const QString keys = action->shortcut().toString(QKeySequence::NativeText); !keys.isEmpty()) {
-        button->setToolTip(action->text() % u" ("_s % keys % u')');
-    }
+    button->setAccessibleDescription(action->shortcut().toString(QKeySequence::NativeText));
     return button;
 }
 
@@ -57,7 +55,9 @@ QToolButton *FormatBar::addMenuButton(const QString &name, const QString &symbol
 {
     QToolButton *button = makeButton(name);
     button->setIcon(editorSymbol(symbol));
-    button->setToolTip(text);
+    const QString first =
+        actions.isEmpty() ? QString() : actions.first()->shortcut().toString(QKeySequence::NativeText);
+    button->setToolTip(first.isEmpty() ? text : text % u" ("_s % first % u"…)"_s);
     button->setAccessibleName(text);
     button->setPopupMode(QToolButton::InstantPopup);
     auto *menu = new QMenu(button);

@@ -6,6 +6,7 @@
 #include "InformationPanel.h"
 
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
+#include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Store/QBNotesPreferenceManager.h>
 
 #include <QAction>
@@ -22,10 +23,21 @@ using namespace quib;
 namespace {
 
 constexpr int kLargestHeader = 6;
+/// Units: sizes of the font.
+constexpr double kLineWidthStep = 4;
 
 QKeySequence keys(QKeyCombination combination)
 {
     return {combination};
+}
+
+/// What a command is called, and the keys that do the same.
+QString toolTipOf(const QAction &command)
+{
+    QString name = command.text();
+    name.remove(u'…');
+    const QString shortcut = command.shortcut().toString(QKeySequence::NativeText);
+    return shortcut.isEmpty() ? name : QString(name % u" ("_s % shortcut % u')');
 }
 
 /// The boxes of a range with their places.
@@ -55,6 +67,7 @@ QAction *QBNoteEditorViewController::addCommand(const QString &name, const QStri
     command->setObjectName(name);
     command->setIcon(editorSymbol(name));
     command->setShortcut(shortcut);
+    command->setToolTip(toolTipOf(*command));
     command->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     connect(command, &QAction::triggered, this, [this, triggered = std::move(triggered)] {
         triggered();
@@ -132,26 +145,32 @@ void QBNoteEditorViewController::toggleTodosInSelection()
     didEditNote();
 }
 
-void QBNoteEditorViewController::foldCompletedTodos()
+void QBNoteEditorViewController::foldCompletedTodo()
 {
     edit([this] {
-        QBNotesTextStorage &storage = m_stack.noteTextStorage();
-        const auto boxes = boxesInRange(storage.attributedString(), storage.attributedString().fullRange());
-        for (auto box = boxes.crbegin(); box != boxes.crend(); ++box) {
-            if (box->first->isChecked()) {
-                m_core.foldTextInRange(storage.attributedString().paragraphRangeForRange(box->second),
-                                       u"completedTodo"_s, m_view);
-            }
-        }
+        m_core.foldTextWithAttributeName(QBNoteCheckboxStylerCheckedAttributeName,
+                                         m_stack.noteTextStorage().fullRange(), m_view);
     });
 }
 
-void QBNoteEditorViewController::unfoldCompletedTodos()
+void QBNoteEditorViewController::unfoldCompletedTodo()
 {
     edit([this] {
-        m_core.unfoldTextWithFoldIdentifier(u"completedTodo"_s,
-                                            m_stack.noteTextStorage().attributedString().fullRange(), m_view);
+        m_core.unfoldTextWithFoldIdentifier(QBNoteCheckboxStylerCheckedAttributeName.string(),
+                                            m_stack.noteTextStorage().fullRange(), m_view);
     });
+}
+
+void QBNoteEditorViewController::linkToNote()
+{
+    if (m_view->selectedRange().length > 0) {
+        surroundSelection(u"[["_s, u"]]"_s);
+        return;
+    }
+    // The rest comes from the list of notes.
+    edit([this] { m_view->insertText(u"[["_s, m_view->selectedRange()); });
+    m_view->setFocus();
+    completeAtCaret();
 }
 
 void QBNoteEditorViewController::chooseAttachments()
@@ -218,18 +237,29 @@ void QBNoteEditorViewController::makeActions()
                [this] { edit([this] { m_core.moveParagraphUp(/*up=*/true, *m_view); }); });
     addEditing(u"move-down"_s, tr("Move Line Down"), keys(Qt::ALT | Qt::Key_Down),
                [this] { edit([this] { m_core.moveParagraphUp(/*up=*/false, *m_view); }); });
-    addEditing(u"fold-completed"_s, tr("Fold Completed To-dos"), {}, [this] { foldCompletedTodos(); });
-    addEditing(u"unfold-completed"_s, tr("Unfold Completed To-dos"), {}, [this] { unfoldCompletedTodos(); });
+    addEditing(u"fold-completed"_s, tr("Fold Completed To-dos"), keys(Qt::CTRL | Qt::ALT | Qt::Key_F),
+               [this] { foldCompletedTodo(); });
+    addEditing(u"unfold-completed"_s, tr("Unfold Completed To-dos"), keys(Qt::CTRL | Qt::ALT | Qt::Key_U),
+               [this] { unfoldCompletedTodo(); });
     // What is put in
     addEditing(u"link"_s, tr("Link"), keys(Qt::CTRL | Qt::Key_K), [this] { surroundSelection(u"["_s, u"]()"_s); });
-    addEditing(u"note-link"_s, tr("Link to Note"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_K),
-               [this] { surroundSelection(u"[["_s, u"]]"_s); });
+    addEditing(u"note-link"_s, tr("Link to Note"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_K), [this] { linkToNote(); });
     addEditing(u"attach"_s, tr("Attach Files…"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_A),
                [this] { chooseAttachments(); });
     addEditing(u"paste-plain"_s, tr("Paste as Plain Text"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_V),
                [this] { m_view->pasteAsPlainText(); });
+    addEditing(u"paste-code"_s, tr("Paste as Code Block"), keys(Qt::CTRL | Qt::ALT | Qt::Key_V),
+               [this] { pasteAsCode(); });
     addEditing(u"complete"_s, tr("Complete Tag or Link"), keys(Qt::CTRL | Qt::Key_Space),
                [this] { completeAtCaret(); });
+    // What leaves the note
+    addCommand(u"copy-as-text"_s, tr("Copy as Text"), keys(Qt::CTRL | Qt::ALT | Qt::Key_C),
+               [this] { copyAsText(/*andTags=*/true); });
+    addCommand(u"copy-as-text-without-tags"_s, tr("Copy as Text Without Tags"),
+               keys(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_C), [this] { copyAsText(/*andTags=*/false); });
+    addCommand(u"note-from-selection"_s, tr("Note From Selection"), keys(Qt::CTRL | Qt::ALT | Qt::Key_S),
+               [this] { makeNoteFromSelection(); });
+    addCommand(u"open-link"_s, tr("Open Link"), keys(Qt::CTRL | Qt::Key_Return), [this] { openLinkAtCaret(); });
     // Looking
     addCommand(u"find"_s, tr("Find in Note…"), QKeySequence::Find,
                [this] { m_findBar->open(/*withReplacing=*/false); });
@@ -238,6 +268,22 @@ void QBNoteEditorViewController::makeActions()
     addCommand(u"find-next"_s, tr("Find Next"), QKeySequence::FindNext, [this] { m_findBar->findNext(); });
     addCommand(u"find-previous"_s, tr("Find Previous"), QKeySequence::FindPrevious,
                [this] { m_findBar->findPrevious(); });
+    addCommand(u"zoom-in"_s, tr("Zoom In"), QKeySequence::ZoomIn, [this] {
+        zoomIn();
+    })->setShortcuts({keys(Qt::CTRL | Qt::Key_Plus), keys(Qt::CTRL | Qt::Key_Equal)});
+    addCommand(u"zoom-out"_s, tr("Zoom Out"), keys(Qt::CTRL | Qt::Key_Minus), [this] { zoomOut(); });
+    addCommand(u"zoom-reset"_s, tr("Actual Size"), keys(Qt::CTRL | Qt::Key_0), [this] { resetZoom(); });
+    addCommand(u"wider-lines"_s, tr("Wider Lines"), keys(Qt::CTRL | Qt::ALT | Qt::Key_Plus),
+               [this] { changeLineWidth(kLineWidthStep); });
+    addCommand(u"narrower-lines"_s, tr("Narrower Lines"), keys(Qt::CTRL | Qt::ALT | Qt::Key_Minus),
+               [this] { changeLineWidth(-kLineWidthStep); });
+    makeOptions();
+    fillFormatBar();
+    updateCommands();
+}
+
+void QBNoteEditorViewController::makeOptions()
+{
     const auto addOption = [this](const QString &name, const QString &text, const QKeySequence &shortcut,
                                   const QString &key, bool isOnAtFirst, std::function<void(bool)> apply,
                                   const QString &accessor = {}) {
@@ -264,18 +310,17 @@ void QBNoteEditorViewController::makeActions()
         }
     };
     addOption(
-        u"typewriter"_s, tr("Typewriter Scrolling"), {}, u"QBEditorTypewriterScrolling"_s, false,
-        [this](bool isOn) { m_view->setTypewriterScrolling(isOn); }, u"editorTypewriterScrolling"_s);
+        u"typewriter"_s, tr("Typewriter Scrolling"), keys(Qt::CTRL | Qt::ALT | Qt::Key_Y),
+        u"QBEditorTypewriterScrolling"_s, false, [this](bool isOn) { m_view->setTypewriterScrolling(isOn); },
+        u"editorTypewriterScrolling"_s);
     addOption(
-        u"focus-mode"_s, tr("Focus on Paragraph"), {}, u"QBEditorFocusMode"_s, false,
+        u"focus-mode"_s, tr("Focus on Paragraph"), keys(Qt::CTRL | Qt::ALT | Qt::Key_G), u"QBEditorFocusMode"_s, false,
         [this](bool isOn) { m_view->setFocusMode(isOn); }, u"editorFocusMode"_s);
     addOption(
-        u"format-bar"_s, tr("Format Bar"), {}, u"QBEditorFormatBar"_s, true,
+        u"format-bar"_s, tr("Format Bar"), keys(Qt::CTRL | Qt::ALT | Qt::Key_B), u"QBEditorFormatBar"_s, true,
         [this](bool isOn) { m_formatBar->setVisible(isOn); }, u"editorFormatBar"_s);
     addOption(u"info"_s, tr("Note Information"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_I), u"QBEditorInformationPanel"_s,
               false, [this](bool isOn) { m_information->setVisible(isOn && m_note); });
-    fillFormatBar();
-    updateCommands();
 }
 
 void QBNoteEditorViewController::fillFormatBar()
@@ -303,7 +348,8 @@ void QBNoteEditorViewController::updateCommands()
     for (QAction *command : std::as_const(m_editingCommands)) {
         command->setEnabled(isEditable);
     }
-    for (const auto &name : {u"find"_s, u"find-replace"_s, u"find-next"_s, u"find-previous"_s, u"info"_s}) {
+    for (const auto &name : {u"find"_s, u"find-replace"_s, u"find-next"_s, u"find-previous"_s, u"info"_s,
+                             u"copy-as-text"_s, u"copy-as-text-without-tags"_s, u"note-from-selection"_s}) {
         action(name)->setEnabled(static_cast<bool>(m_note));
     }
 }

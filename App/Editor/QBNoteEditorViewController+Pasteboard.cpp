@@ -3,14 +3,18 @@
 #include <Graphics/NSImage.h>
 #include <Logging/QBLogger.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
+#include <Markup/Editing/QBNoteCopyAsCoreController.h>
+#include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNoteFile.h>
 #include <Store/QBNoteImage.h>
 #include <URL/QBXurlCoreController.h>
 
 #include <QBuffer>
+#include <QClipboard>
 #include <QDateTime>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QImage>
 #include <QMimeData>
 
@@ -25,6 +29,26 @@ namespace {
 QString markupFormat()
 {
     return u"application/x-quib-markup"_s;
+}
+
+/// Says that a piece of a note is whole words: where it is pasted it keeps apart from the words beside it.
+QString wordsFormat()
+{
+    return u"application/x-quib-words"_s;
+}
+
+bool isOfWord(QChar unit)
+{
+    return unit.isLetterOrNumber() || unit.isMark() || unit.isSurrogate();
+}
+
+/// Whether a range of a line begins and ends where words do.
+bool isWholeWords(QStringView text, NSRange range)
+{
+    const QStringView words = text.sliced(range.location, range.length);
+    return range.length > 0 && isOfWord(words.front()) && isOfWord(words.back()) && !words.contains(u'\n') &&
+           (range.location == 0 || !isOfWord(text[range.location - 1])) &&
+           (range.limit() == text.size() || !isOfWord(text[range.limit()]));
 }
 
 /// A picture that is copied as pixels has no more. Units: bytes of its file.
@@ -110,8 +134,12 @@ std::optional<QString> QBNoteEditorViewController::textForMimeData(QBNoteTextVie
     if (!m_note || m_note->managedObjectContext() == nullptr) {
         return std::nullopt;
     }
+    const QStringView text = m_stack.noteTextStorage().string();
     if (mimeData.hasFormat(markupFormat())) {
-        return QString::fromUtf8(mimeData.data(markupFormat()));
+        QString pasted = QString::fromUtf8(mimeData.data(markupFormat()));
+        return mimeData.hasFormat(wordsFormat()) && !isCode(replacedRange.location)
+                   ? stringForSmartCopyInRange(text, replacedRange, pasted)
+                   : pasted;
     }
     QStringList markers;
     if (const QList<QUrl> files = filesOfMimeData(mimeData); !files.isEmpty()) {
@@ -125,13 +153,13 @@ std::optional<QString> QBNoteEditorViewController::textForMimeData(QBNoteTextVie
                 QBXurlCoreController::saveFileWithData(picture->bytes, name, *m_note->managedObjectContext());
             if (marker) {
                 markers.append(*marker);
+                m_hasNewFiles = true;
             }
         }
     }
     if (markers.isEmpty()) {
         return std::nullopt;
     }
-    const QStringView text = m_stack.noteTextStorage().string();
     return placedMarkers(markers, text.first(replacedRange.location), text.sliced(replacedRange.limit()));
 }
 
@@ -143,6 +171,7 @@ QStringList QBNoteEditorViewController::markersForFiles(const QList<QUrl> &urls)
         const auto file = QBNoteFile::factoryNoteFileForFileURL(url, *m_note->managedObjectContext(), &error);
         if (file && !file->textRepresentation().isEmpty()) {
             markers.append(file->textRepresentation());
+            m_hasNewFiles = true;
         } else {
             QBLogError(u"A file could not be attached: "_s + error.localizedDescription());
             Q_EMIT attachingFailed(url.fileName());
@@ -169,6 +198,9 @@ void QBNoteEditorViewController::attachFiles(const QList<QUrl> &urls)
 void QBNoteEditorViewController::fillMimeData(QBNoteTextView &view, QMimeData &mimeData, NSRange range)
 {
     mimeData.setData(markupFormat(), mimeData.text().toUtf8());
+    if (isWholeWords(view.textStorage().string(), range) && !isCode(range.location)) {
+        mimeData.setData(wordsFormat(), "1");
+    }
     if (m_stack.stylerManager()->syntax() == 1) {
         mimeData.setData(u"text/markdown"_s, mimeData.text().toUtf8());
     }
@@ -196,5 +228,45 @@ void QBNoteEditorViewController::fillMimeData(QBNoteTextView &view, QMimeData &m
         if (const auto image = NSImage::imageWithContentsOfFile(path, nullptr)) {
             mimeData.setImageData(image->image());
         }
+    }
+}
+
+bool QBNoteEditorViewController::isCode(qint64 location) const
+{
+    // A caret at the end of a piece of code is in front of its closing marker.
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    return location < text.length() && (text.attribute(QBNoteCodeTextStylerAttributeName, location) ||
+                                        text.attribute(QBNoteCodeInlineTextStylerAttributeName, location));
+}
+
+void QBNoteEditorViewController::pasteAsCode()
+{
+    const QMimeData *mimeData = QGuiApplication::clipboard()->mimeData();
+    if (mimeData == nullptr || m_view->isReadOnly()) {
+        return;
+    }
+    QString code = mimeData->text();
+    code.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+    const QString block = m_paste.pasteStringFromCode(code);
+    if (block.isEmpty()) {
+        return;
+    }
+    // Fences have lines of their own.
+    const QStringView text = m_stack.noteTextStorage().string();
+    const NSRange selection = m_view->selectedRange();
+    const bool startsLine = selection.location == 0 || text[selection.location - 1] == u'\n';
+    const bool endsLine = selection.limit() == text.size() || text[selection.limit()] == u'\n';
+    m_view->replaceText(selection, (startsLine ? u""_s : u"\n"_s) % block % (endsLine ? u""_s : u"\n"_s));
+    m_view->setFocus();
+}
+
+void QBNoteEditorViewController::copyAsText(bool andTags)
+{
+    const QBNotesTextStorage &storage = m_stack.noteTextStorage();
+    const NSRange selection = m_view->selectedRange();
+    const NSRange range = selection.length > 0 ? selection : storage.fullRange();
+    const QString text = QBNoteCopyAsCoreController::copyAsTXT(storage, range, andTags);
+    if (!text.isEmpty()) {
+        QGuiApplication::clipboard()->setText(text);
     }
 }

@@ -5,8 +5,18 @@
 #include <Themes/QBNotesTextThemeManager.h>
 #include <Themes/QBNotesThemesManager.h>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace quib;
+
+namespace {
+
+/// Units: sizes of the font.
+constexpr double kNarrowestLine = 20;
+constexpr double kWidestLine = 100;
+
+} // namespace
 
 void QBNoteEditorViewController::observePreferences()
 {
@@ -23,6 +33,7 @@ void QBNoteEditorViewController::observePreferences()
           u"editorLineWidthMultiplier"_s, u"editorParagraphSpacingMultiplier"_s}) {
         observe(name, &QBNoteEditorViewController::loadTheme);
     }
+    observe(u"foldCompletedTodo"_s, &QBNoteEditorViewController::foldingMayHaveChanged);
     observe(u"markdownCompatibilityMode"_s, &QBNoteEditorViewController::syntaxMayHaveChanged);
 }
 
@@ -35,7 +46,8 @@ void QBNoteEditorViewController::loadTheme()
         return;
     }
     // The theme is read anew, so that a number that was set before and is set no more goes back to the theme's.
-    const double zoom = manager.zoomedBaseFontSize();
+    const double zoom = manager.zoomedBaseFontSize() > 0 ? manager.zoomedBaseFontSize()
+                                                         : preferences->preferenceValueForKey(kZoomKey).toDouble();
     manager.loadTheme(
         QBNotesThemesManager::textThemeForThemeName(preferences->currentAppThemeName(), preferences->fontThemeName()),
         /*updateStylableObjects=*/false);
@@ -60,6 +72,23 @@ void QBNoteEditorViewController::syntaxMayHaveChanged()
         return;
     }
     saveNote(/*forceSave=*/true);
-    m_leftStates.clear(); // their buffers are of the other syntax
+    m_states = {}; // their places are of the other syntax
     loadNote();
+}
+
+void QBNoteEditorViewController::foldingMayHaveChanged()
+{
+    const auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+    if (!m_note || preferences == nullptr) {
+        return;
+    }
+    preferences->foldCompletedTodo() ? foldCompletedTodo() : unfoldCompletedTodo();
+}
+
+void QBNoteEditorViewController::changeLineWidth(double change)
+{
+    if (auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager(); preferences != nullptr) {
+        const double width = m_stack.themeManager()->lineWidthMultiplier() + change;
+        preferences->setEditorLineWidthMultiplier(std::clamp(width, kNarrowestLine, kWidestLine));
+    }
 }

@@ -239,7 +239,7 @@ void QBNoteEditorViewController::takeOverText(const QString &text)
     QBNoteTextView::ScrollPosition scroll = m_view->scrollPosition();
     const qint64 top = moved(scroll.location);
     // What could be undone was of the other text; the view forgets it.
-    m_view->loadString(text);
+    showText(text);
     const qint64 newStart = bufferLocation(storage, start);
     m_view->setSelectedRange({newStart, std::max<qint64>(0, bufferLocation(storage, end) - newStart)});
     scroll.location = bufferLocation(storage, top);

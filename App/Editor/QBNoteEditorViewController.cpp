@@ -5,12 +5,14 @@
 #include "FormatBar.h"
 #include "InformationPanel.h"
 
+#include <Code/QBCodeLanguageDetector.h>
 #include <Foundation/Clock.h>
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
 #include <Markup/Attachments/QBFoldTextAttachment.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
 #include <Markup/Editing/QBEditorAutoCompleteCoreController.h>
 #include <Markup/Editing/UnsavedTextJournal.h>
+#include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Search/QBNoteSearchManager.h>
 #include <Store/CurrentSyntax.h>
 #include <Store/NSManagedObjectContext.h>
@@ -21,17 +23,18 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QTimer>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace quib;
 
 namespace {
 
-/// A note that was left longer ago is shown from its start. Units: seconds.
-constexpr double kLeftStateLifetime = 16 * 60;
 /// What can be undone is kept for so many notes.
 constexpr qsizetype kMostLeftStates = 50;
 /// More hits of a search are not marked in one text.
@@ -40,6 +43,14 @@ constexpr qsizetype kMostHighlights = 2000;
 constexpr double kSmallestZoom = 8;
 constexpr double kLargestZoom = 72;
 constexpr double kThumbnailHeight = 160;
+/// One step of a wheel. Units: eighths of a degree.
+constexpr int kWheelStep = 120;
+
+/// Of the text as it lies in memory, attachments and all: what can be undone fits no other.
+size_t hashOfText(QStringView text)
+{
+    return qHash(text, 1);
+}
 
 } // namespace
 
@@ -48,6 +59,7 @@ QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
     , m_core(m_stack)
     , m_journal(std::make_unique<UnsavedTextJournal>())
     , m_undoManager(std::make_shared<NSUndoManager>())
+    , m_paste([](const QString &code) { return QBCodeLanguageDetector().detectLanguageWithString(code); })
 {
     m_stack.stylerManager()->setTextAttachmentConfigurator(&m_configurator);
     m_configurator.setUpdateHandler([this](QBNotesTextAttachment &attachment) { attachmentDidChange(attachment); });
@@ -59,6 +71,7 @@ QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
     m_view->setUndoManager(m_undoManager.get());
     m_view->setDelegate(this);
     m_view->installEventFilter(this);
+    m_view->viewport()->installEventFilter(this);
     setFocusProxy(m_view);
     makeWidgets();
     makeActions();
@@ -101,6 +114,7 @@ QBNoteEditorViewController::~QBNoteEditorViewController()
 {
     saveNote(/*forceSave=*/true);
     m_view->removeEventFilter(this);
+    m_view->viewport()->removeEventFilter(this);
     m_view->setDelegate(nullptr);
     m_view->setUndoManager(nullptr);
     delete m_information; // it reads the text
@@ -141,7 +155,7 @@ void QBNoteEditorViewController::loadNote()
         m_stack.stylerManager()->setSyntax(currentSyntax());
     }
     m_baseText = m_note ? m_note->text() : QString();
-    m_view->loadString(m_baseText);
+    showText(m_baseText);
     m_view->setReadOnly(!m_note || !m_note->isEditable());
     restoreState();
     m_view->setUndoManager(m_undoManager.get());
@@ -155,41 +169,81 @@ void QBNoteEditorViewController::loadNote()
     updateCommands();
 }
 
+void QBNoteEditorViewController::showText(const QString &text)
+{
+    m_view->loadString(text);
+    const auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+    if (preferences != nullptr && preferences->foldCompletedTodo()) {
+        m_core.foldTextWithAttributeName(QBNoteCheckboxStylerCheckedAttributeName,
+                                         m_stack.noteTextStorage().fullRange(), /*textView=*/nullptr);
+        m_view->setSelectedRange({0, 0});
+    }
+}
+
 void QBNoteEditorViewController::rememberState()
 {
     if (!m_note || m_note->managedObjectContext() == nullptr || m_note->isDeleted()) {
         return;
     }
     m_view->breakUndoCoalescing();
-    m_leftStates.insert(m_note->uniqueIdentifier(),
-                        {Clock::shared().now(), m_stack.noteTextStorage().string().toString(), m_undoManager,
-                         m_view->selectedRange(), m_view->scrollPosition()});
-    if (m_leftStates.size() > kMostLeftStates) {
+    QBEditorState *state = m_states.registerStateForUUID(m_note->uniqueIdentifier());
+    if (state == nullptr) {
+        return;
+    }
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    const auto scroll = m_view->scrollPosition();
+    state->vectorClock = m_note->noteVectorClock();
+    state->undoManager = m_undoManager;
+    state->undoHash = hashOfText(text.string());
+    state->editRange = m_view->selectedRange();
+    state->firstParagraphRange = text.paragraphRangeForRange({scroll.location, 0});
+    state->scrollPosition = scroll.offset;
+    state->scrollWidth = m_view->layoutManager().columnWidth();
+    state->isFirstResponder = m_view->hasFocus();
+    while (m_states.states().size() > kMostLeftStates) {
+        const auto &states = m_states.states();
         const auto oldest =
-            std::min_element(m_leftStates.cbegin(), m_leftStates.cend(), [](const LeftState &a, const LeftState &b) {
-                return a.date.timeIntervalSince1970() < b.date.timeIntervalSince1970();
-            });
-        m_leftStates.erase(oldest);
+            std::min_element(states.cbegin(), states.cend(),
+                             [](const QBEditorState &a, const QBEditorState &b) { return a.date < b.date; });
+        m_states.invalidateStateForUUID(oldest->UUID);
     }
 }
 
 void QBNoteEditorViewController::restoreState()
 {
-    if (!m_note) {
+    const QBEditorState *state = m_note ? m_states.stateForUUID(m_note->uniqueIdentifier()) : nullptr;
+    if (state == nullptr) {
         return;
     }
-    const auto found = m_leftStates.constFind(m_note->uniqueIdentifier());
-    if (found == m_leftStates.cend()) {
+    if (!state->isValidForDate(Clock::shared().now()) ||
+        !state->isValidForVectorClock(m_note->noteVectorClock().value_or(MRVectorClock()))) {
+        m_states.invalidateStateForUUID(m_note->uniqueIdentifier());
         return;
     }
-    const double age = Clock::shared().now().timeIntervalSince1970() - found->date.timeIntervalSince1970();
-    if (found->buffer != m_stack.noteTextStorage().string() || age < 0 || age >= kLeftStateLifetime) {
-        m_leftStates.erase(found);
-        return;
+    if (state->undoManager && state->undoHash == hashOfText(m_stack.noteTextStorage().string())) {
+        m_undoManager = state->undoManager;
     }
-    m_undoManager = found->undoManager;
-    m_view->setSelectedRange(found->selection);
-    m_view->scrollTo(found->scroll);
+    if (state->editRange.isFound()) {
+        m_view->setSelectedRange(state->editRange);
+    }
+    if (state->firstParagraphRange.isFound()) {
+        // In a column of another width the paragraph's lines are others: its first one is seen.
+        const bool isSameWidth = state->scrollWidth == m_view->layoutManager().columnWidth();
+        m_view->scrollTo({state->firstParagraphRange.location, isSameWidth ? state->scrollPosition : 0});
+    }
+}
+
+PropertyValue QBNoteEditorViewController::archivedStates()
+{
+    rememberState();
+    return m_states.archived();
+}
+
+void QBNoteEditorViewController::unarchiveStates(const PropertyValue &archive)
+{
+    if (const auto states = QBEditorStateController::unarchived(archive)) {
+        m_states = *states;
+    }
 }
 
 // What is shown
@@ -255,48 +309,59 @@ bool QBNoteEditorViewController::eventFilter(QObject *watched, QEvent *event)
     }
     if (watched == m_view && event->type() == QEvent::KeyPress) {
         const auto &key = static_cast<const QKeyEvent &>(*event);
-        if (m_popup->keyPress(key.key(), key.modifiers()) || zoomByKey(key)) {
+        if (m_popup->keyPress(key.key(), key.modifiers())) {
+            return true;
+        }
+        if (key.key() == Qt::Key_Escape && m_findBar->isVisible()) {
+            m_findBar->close();
+            return true;
+        }
+    }
+    if (watched == m_view->viewport() && event->type() == QEvent::Wheel) {
+        const auto &wheel = static_cast<const QWheelEvent &>(*event);
+        if ((wheel.modifiers() & Qt::ControlModifier) != 0) {
+            zoomByWheel(wheel);
             return true;
         }
     }
     return QWidget::eventFilter(watched, event);
 }
 
-bool QBNoteEditorViewController::zoomByKey(const QKeyEvent &event)
+void QBNoteEditorViewController::zoomByWheel(const QWheelEvent &event)
 {
-    // Windows with commands of their own for these keys take them before.
-    if (event.matches(QKeySequence::ZoomIn)) {
+    // A fine wheel zooms once it has come as far as a step of a coarse one.
+    m_wheeled += event.angleDelta().y();
+    for (; m_wheeled >= kWheelStep; m_wheeled -= kWheelStep) {
         zoomIn();
-    } else if (event.matches(QKeySequence::ZoomOut)) {
-        zoomOut();
-    } else if (event.key() == Qt::Key_0 && event.modifiers() == Qt::ControlModifier) {
-        resetZoom();
-    } else {
-        return false;
     }
-    return true;
+    for (; m_wheeled <= -kWheelStep; m_wheeled += kWheelStep) {
+        zoomOut();
+    }
 }
 
 // Zoom
 
 void QBNoteEditorViewController::zoomIn()
 {
-    setZoom(m_stack.themeManager()->baseFontSize() + 1);
+    setZoom(std::min(m_stack.themeManager()->baseFontSize() + 1, kLargestZoom));
 }
 
 void QBNoteEditorViewController::zoomOut()
 {
-    setZoom(m_stack.themeManager()->baseFontSize() - 1);
+    setZoom(std::max(m_stack.themeManager()->baseFontSize() - 1, kSmallestZoom));
 }
 
 void QBNoteEditorViewController::resetZoom()
 {
-    m_stack.themeManager()->setZoomedBaseFontSize(0);
+    setZoom(0);
 }
 
 void QBNoteEditorViewController::setZoom(double size)
 {
-    m_stack.themeManager()->setZoomedBaseFontSize(std::clamp(size, kSmallestZoom, kLargestZoom));
+    m_stack.themeManager()->setZoomedBaseFontSize(size);
+    if (auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager(); preferences != nullptr) {
+        preferences->savePreferenceValue(size > 0 ? PropertyValue(size) : PropertyValue(), kZoomKey);
+    }
 }
 
 // QBNoteTextViewDelegate
@@ -305,6 +370,10 @@ void QBNoteEditorViewController::didEditNote()
 {
     markForAutoSave();
     m_information->noteDidChange();
+    if (std::exchange(m_hasNewFiles, false)) {
+        // A journal has no attachments: their rows are in the store before anything can happen to them.
+        QTimer::singleShot(0, this, [this] { saveNote(/*forceSave=*/true); });
+    }
     Q_EMIT noteWasEdited();
 }
 

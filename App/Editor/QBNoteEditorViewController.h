@@ -5,12 +5,13 @@
 
 #include <Foundation/Clock.h>
 #include <Foundation/NotificationCenter.h>
+#include <Markup/Editing/QBEditorStateController.h>
 #include <Markup/Editing/QBNoteEditorCoreController.h>
+#include <Markup/Editing/QBNotePasteFromCoreController.h>
 #include <Markup/QBNoteTextAttachmentConfigurator.h>
 #include <Markup/QBNoteTextKitStack.h>
 #include <Store/QBNote.h>
 
-#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -19,6 +20,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class NSManagedObjectContext;
@@ -26,8 +28,8 @@ class QBEditorAutoCompleteCoreController;
 
 QT_BEGIN_NAMESPACE
 class QAction;
-class QKeyEvent;
 class QKeySequence;
+class QMenu;
 QT_END_NAMESPACE
 
 namespace quib {
@@ -55,6 +57,8 @@ public:
     static constexpr double kAutoSaveDelay = 2.0;
     /// However steadily somebody types, no key waits longer to be on disk, beside the store. Units: seconds.
     static constexpr double kJournalDelay = 1.0;
+    /// The preference with the size of the zoomed text; none where it is not zoomed.
+    static constexpr QLatin1StringView kZoomKey{"QBEditorZoomedFontSize"};
 
     explicit QBNoteEditorViewController(QWidget *parent = nullptr);
     ~QBNoteEditorViewController() override;
@@ -97,7 +101,18 @@ public:
     /// What finds the notes that link here fast; of the notes' context, which it must not outlive.
     void setTextSearch(const std::shared_ptr<quib::NoteTextSearch> &textSearch);
 
-    // Zoom, for this pane alone
+    /// Saves a copy of an attachment's file under a name, in the place of what is there.
+    /// Errors: false; savingFailed tells of it, and why is logged.
+    bool copyFileTo(const QUrl &url, const QString &path);
+
+    // Where the user was in each note
+
+    /// Kept with the state of the window.
+    [[nodiscard]] quib::PropertyValue archivedStates();
+    /// Before the first note is shown. What is no archive is as none.
+    void unarchiveStates(const quib::PropertyValue &archive);
+
+    // Zoom: new panes begin with the last one
 
     void zoomIn();
     void zoomOut();
@@ -115,19 +130,25 @@ Q_SIGNALS:
     void noteWasChosen(const QString &identifier);
     /// A file could not be taken into the note; why is logged.
     void attachingFailed(const QString &fileName);
+    /// A copy of an attachment could not be written; why is logged.
+    void savingFailed(const QString &fileName);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /// How a note was left.
-    struct LeftState
+    /// Something in the text that leads elsewhere.
+    struct Link
     {
-        NSDate date;
-        QString buffer; ///< the text with its attachments; the steps fit no other
-        std::shared_ptr<NSUndoManager> undoManager;
-        NSRange selection;
-        QBNoteTextView::ScrollPosition scroll;
+        enum class Kind
+        {
+            Tag,
+            Note,
+            Address,
+        };
+        Kind kind = Kind::Address;
+        QUrl url;
+        NSRange range; ///< with its markup
     };
 
     // QBNoteTextViewDelegate
@@ -146,8 +167,21 @@ private:
                                                          NSRange replacedRange) override;
     void fillMimeData(QBNoteTextView &view, QMimeData &mimeData, NSRange range) override;
     [[nodiscard]] bool acceptsMimeData(const QMimeData &mimeData) const override;
+    [[nodiscard]] bool isCode(qint64 location) const;
+    void pasteAsCode();
+    void copyAsText(bool andTags);
     /// Makes attachments of files and gives their markers.
     [[nodiscard]] QStringList markersForFiles(const QList<QUrl> &urls);
+
+    // QBNoteTextViewDelegate, +ContextMenu.cpp
+    void fillContextMenu(QBNoteTextView &view, QMenu &menu, qint64 location) override;
+    void addLinkEntries(QMenu &menu, qint64 location);
+    void addAttachmentEntries(QMenu &menu, qint64 location);
+    /// What leads elsewhere at a place, or right before it.
+    [[nodiscard]] std::optional<Link> linkAt(qint64 location) const;
+    void openLinkAtCaret();
+    void chooseCopyOfFile(const QUrl &url);
+    void makeNoteFromSelection();
 
     // QBNoteEditorViewController+Completion.cpp
     void resetCompletion();
@@ -173,25 +207,31 @@ private:
     void edit(const std::function<void()> &change);
     void surroundSelection(const QString &before, const QString &after);
     void toggleTodosInSelection();
-    void foldCompletedTodos();
-    void unfoldCompletedTodos();
+    void foldCompletedTodo();
+    void unfoldCompletedTodo();
+    void makeOptions();
+    void linkToNote();
     void chooseAttachments();
 
     // QBNoteEditorViewController.cpp
     void makeWidgets();
     void didEditNote();
-    [[nodiscard]] bool zoomByKey(const QKeyEvent &event);
     void loadNote();
+    /// Shows a text, with its completed to-dos folded where the user likes that.
+    void showText(const QString &text);
     void rememberState();
     void restoreState();
     void highlightSearch();
     void attachmentDidChange(QBNotesTextAttachment &attachment);
     void setZoom(double size);
+    void zoomByWheel(const QWheelEvent &event);
+    void changeLineWidth(double change);
 
     // QBNoteEditorViewController+Preferences.cpp
     void observePreferences();
     void loadTheme();
     void syntaxMayHaveChanged();
+    void foldingMayHaveChanged();
 
     // QBNoteEditorViewController+Saving.cpp
     void markForAutoSave();
@@ -231,7 +271,10 @@ private:
     std::unique_ptr<quib::UnsavedTextJournal> m_journal;
     std::unique_ptr<quib::TimerToken> m_journalTimer; ///< set while there are keys that the journal has not seen
     std::shared_ptr<NSUndoManager> m_undoManager;
-    QHash<QString, LeftState> m_leftStates;
+    QBEditorStateController m_states;
+    QBNotePasteFromCoreController m_paste;
+    int m_wheeled = 0;          ///< what a wheel has turned of a step. Units: eighths of a degree
+    bool m_hasNewFiles = false; ///< attachments that the store doesn't have yet
     QString m_search;
     std::vector<quib::ObservationToken> m_preferenceObservations;
     std::vector<quib::ObservationToken> m_noteObservations;

@@ -18,6 +18,7 @@ EditorPane::EditorPane(QWidget *parent)
     connect(m_editor, &QBNoteEditorViewController::urlWasOpened, this, &EditorPane::urlWasOpened);
     connect(m_editor, &QBNoteEditorViewController::noteWasChosen, this, &EditorPane::noteWasChosen);
     connect(m_editor, &QBNoteEditorViewController::attachingFailed, this, &EditorPane::attachingFailed);
+    connect(m_editor, &QBNoteEditorViewController::savingFailed, this, &EditorPane::savingFailed);
 }
 
 void EditorPane::setNote(const Ref<QBNote> &note)

@@ -48,6 +48,8 @@ Q_SIGNALS:
     void noteWasChosen(const QString &identifier);
     /// A file could not be taken into the note.
     void attachingFailed(const QString &fileName);
+    /// A copy of an attachment could not be written.
+    void savingFailed(const QString &fileName);
 
 private:
     void updateShown();

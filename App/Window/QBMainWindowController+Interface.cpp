@@ -165,6 +165,7 @@ void QBMainWindowController::detachEditorWindowForNote(QBNote &note, bool floati
     connect(&window->editor(), &EditorPane::urlWasOpened, m_editor, &EditorPane::urlWasOpened);
     connect(&window->editor(), &EditorPane::noteWasChosen, m_editor, &EditorPane::noteWasChosen);
     connect(&window->editor(), &EditorPane::attachingFailed, m_editor, &EditorPane::attachingFailed);
+    connect(&window->editor(), &EditorPane::savingFailed, m_editor, &EditorPane::savingFailed);
     if (m_editor->note().get() == &note) {
         m_editor->saveNote(/*forceSave=*/false);
     }

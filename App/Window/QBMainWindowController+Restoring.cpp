@@ -1,5 +1,7 @@
 #include "QBMainWindowController.h"
 
+#include "EditorPane.h"
+
 #include <Files/PropertyList.h>
 #include <Store/QBNotesPreferenceManager.h>
 
@@ -19,6 +21,7 @@ constexpr auto kList = "list"_L1;
 constexpr auto kExpanded = "expanded"_L1;
 constexpr auto kNotes = "notes"_L1;
 constexpr auto kPosition = "position"_L1;
+constexpr auto kEditor = "editor"_L1;
 
 PropertyValue::Dictionary storedState()
 {
@@ -66,6 +69,7 @@ void QBMainWindowController::invalidateRestorableState()
     state.insert(kExpanded, PropertyValue(arrayOf(m_sidebar->expandedIdentifiers())));
     state.insert(kNotes, PropertyValue(arrayOf(m_notes->selectedNotesURIRepresentations())));
     state.insert(kPosition, PropertyValue(m_list->scrollPosition()));
+    state.insert(kEditor, m_editor->editor().archivedStates());
     preferences->savePreferenceValue(PropertyValue(state), kStateKey);
 }
 
@@ -86,6 +90,7 @@ void QBMainWindowController::restoreWindow()
 void QBMainWindowController::restoreLists()
 {
     const PropertyValue::Dictionary state = storedState();
+    m_editor->editor().unarchiveStates(state.value(kEditor));
     if (state.contains(kExpanded)) {
         m_sidebar->setExpandedIdentifiers(stringsOf(state.value(kExpanded)));
     }

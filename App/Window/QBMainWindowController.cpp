@@ -185,6 +185,8 @@ void QBMainWindowController::makeColumns()
     connect(m_editor, &EditorPane::attachingFailed, this, [this](const QString &fileName) {
         m_messages->say(tr("“%1” could not be taken into the note.").arg(fileName));
     });
+    connect(m_editor, &EditorPane::savingFailed, this,
+            [this](const QString &fileName) { m_messages->say(tr("“%1” could not be written.").arg(fileName)); });
     setTabOrder(m_sidebar, m_searchField);
     setTabOrder(m_searchField, m_list);
     setTabOrder(m_list, m_editor);

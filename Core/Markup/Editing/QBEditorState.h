@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -26,13 +27,15 @@ struct QBEditorState
     NSDate date;
     /// What can be undone in the note. Not archived: it ends with the process.
     std::shared_ptr<NSUndoManager> undoManager;
+    /// Of the text as it lay in memory, attachments and all: what can be undone fits no other. Not archived.
+    std::size_t undoHash = 0;
     /// The selection.
     NSRange editRange = kNotFoundRange;
-    /// The distance of the view's top from the text's. Units: points.
+    /// How far the first paragraph to be seen is scrolled away. Units: points.
     double scrollPosition = 0;
-    /// The width of the column that the position was measured in.
+    /// The width of the column that the position was measured in. In another one the paragraph's start is seen.
     double scrollWidth = 0;
-    /// The first paragraph to be seen: where the column has another width now, it stands for the position.
+    /// The first paragraph to be seen: heights above it are estimates, so that it alone tells the place.
     NSRange firstParagraphRange = kNotFoundRange;
     bool isFirstResponder = false;
 

@@ -5,6 +5,7 @@
 #include <Editor/NoteStatistics.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
@@ -14,6 +15,7 @@
 #include <QSet>
 #include <QTest>
 #include <QToolButton>
+#include <QWheelEvent>
 
 #include <vector>
 
@@ -132,6 +134,53 @@ TEST_F(EditorCommands, ZoomChangesTheTextAndNotTheNote)
     preferences->setEditorFontSize({});
     EXPECT_EQ(theme.baseFontSize(), size);
     EXPECT_FALSE(pane->hasUnsavedText());
+}
+
+TEST_F(EditorCommands, ZoomAndWidthAreKept)
+{
+    show(u"text"_s);
+    const auto theme = [this] { return view().textKitStack().themeManager(); };
+    const double size = theme()->baseFontSize();
+    const double width = theme()->lineWidthMultiplier();
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    press(Qt::Key_Equal, Qt::ControlModifier);
+    press(Qt::Key_Minus, Qt::ControlModifier);
+    QWheelEvent wheel(QPointF(50, 50), view().mapToGlobal(QPointF(50, 50)), {}, {0, 240}, Qt::NoButton,
+                      Qt::ControlModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(view().viewport(), &wheel);
+    EXPECT_EQ(theme()->baseFontSize(), size + 3);
+    pane->action(u"narrower-lines"_s)->trigger();
+    EXPECT_LT(theme()->lineWidthMultiplier(), width);
+    pane->action(u"typewriter"_s)->setChecked(true);
+    const auto note = pane->note();
+    pane = std::make_unique<QBNoteEditorViewController>();
+    pane->setNote(note);
+    EXPECT_EQ(theme()->baseFontSize(), size + 3);
+    EXPECT_LT(theme()->lineWidthMultiplier(), width);
+    EXPECT_TRUE(pane->action(u"typewriter"_s)->isChecked());
+    pane->resetZoom();
+    for (int i = 0; i < 100; ++i) {
+        pane->action(u"narrower-lines"_s)->trigger();
+        pane->zoomOut();
+    }
+    EXPECT_GE(theme()->baseFontSize(), 8);
+    EXPECT_GE(theme()->lineWidthMultiplier(), 20);
+    pane->resetZoom();
+    EXPECT_EQ(theme()->baseFontSize(), size);
+}
+
+TEST_F(EditorCommands, EachCommandNamesItsKeys)
+{
+    show(u"text"_s);
+    for (const QAction *command : pane->actions()) {
+        const QString keys = command->shortcut().toString(QKeySequence::NativeText);
+        EXPECT_FALSE(keys.isEmpty()) << command->objectName().toStdString();
+        EXPECT_TRUE(command->toolTip().contains(keys)) << command->toolTip().toStdString();
+    }
+    pane->setNote({}); // what commands can do changes, what they are called does not
+    for (const auto *button : pane->formatBar().findChildren<QToolButton *>()) {
+        EXPECT_TRUE(button->toolTip().contains(u"Ctrl"_s)) << button->objectName().toStdString();
+    }
 }
 
 TEST_F(EditorCommands, TheInformationPanelTellsOfTheNote)

@@ -188,6 +188,78 @@ TEST_F(EditorSaving, ANoteLeftLongAgoStartsAnew)
     EXPECT_FALSE(view().undoManager().canUndo());
 }
 
+TEST_F(EditorSaving, APlaceHoldsForTheTextThatItWasIn)
+{
+    const auto first = show(u"one\ntwo"_s);
+    view().setSelectedRange({2, 3});
+    const auto second = show(u"two"_s);
+    first->updateNoteWithText(u"one\nTWO"_s, 0);
+    save();
+    pane->setNote(first);
+    EXPECT_EQ(marked(), u"|one\nTWO"_s) << "another text has come since";
+    view().setSelectedRange({2, 3});
+    pane->setNote(second);
+    second->updateNoteWithText(u"two!"_s, 0);
+    save();
+    pane->setNote(first);
+    EXPECT_EQ(marked(), u"on[e\nT]WO"_s) << "another note's text is no matter";
+}
+
+TEST_F(EditorSaving, PlacesAreKeptWithTheWindow)
+{
+    QString text = u"start\n"_s;
+    for (int i = 0; i < 400; ++i) {
+        text += u"a line of a long note\n"_s;
+    }
+    const auto note = show(text);
+    view().setSelectedRange({4000, 5});
+    view().scrollRangeToVisible({4000, 5});
+    const auto place = view().scrollPosition();
+    ASSERT_GT(place.location, 0);
+    const PropertyValue archive = pane->archivedStates();
+    for (const bool isLate : {false, true}) {
+        SCOPED_TRACE(isLate);
+        clock.advance(isLate ? 16 * 60 : 5);
+        pane = std::make_unique<QBNoteEditorViewController>();
+        pane->resize(800, 600);
+        pane->show();
+        pane->unarchiveStates(archive);
+        pane->setNote(note);
+        EXPECT_EQ(view().selectedRange(), isLate ? NSRange() : NSRange({4000, 5}));
+        EXPECT_EQ(view().scrollPosition().location, isLate ? 0 : place.location);
+        EXPECT_EQ(view().scrollPosition().offset, isLate ? 0 : place.offset);
+    }
+    pane->unarchiveStates(PropertyValue(u"no archive"_s));
+}
+
+TEST_F(EditorSaving, CompletedToDosAreFoldedWhereTheUserLikesThat)
+{
+    preferences->setFoldCompletedTodo(true);
+    const auto note = show(u"- open\n+ done\n+ too\nrest"_s);
+    EXPECT_FALSE(buffer().contains(u"done"_s));
+    EXPECT_TRUE(buffer().contains(u"open"_s));
+    EXPECT_FALSE(pane->hasUnsavedText());
+    EXPECT_FALSE(view().undoManager().canUndo());
+    type(u"!"_s);
+    clock.advance(2.1);
+    EXPECT_EQ(stored(note), u"- open\n+ done\n+ too\nrest!"_s);
+    // Elsewhere one is completed.
+    changeElsewhere(note, u"+ open\nx\n+ done\n+ too\nrest!"_s);
+    EXPECT_FALSE(buffer().contains(u"open"_s));
+    EXPECT_EQ(marked(), u"+ open\nx\n+ done\n+ too\nrest!|"_s);
+    // The steps of a note that comes back folded are still its own.
+    show(u"other"_s);
+    pane->setNote(note);
+    EXPECT_FALSE(buffer().contains(u"done"_s));
+    EXPECT_EQ(shown(), u"+ open\nx\n+ done\n+ too\nrest!"_s);
+    preferences->setFoldCompletedTodo(false);
+    EXPECT_TRUE(buffer().contains(u"done"_s));
+    preferences->setFoldCompletedTodo(true);
+    EXPECT_FALSE(buffer().contains(u"done"_s));
+    clock.advance(2.1);
+    EXPECT_EQ(stored(note), u"+ open\nx\n+ done\n+ too\nrest!"_s);
+}
+
 TEST_F(EditorSaving, ANoteThatChangedElsewhereIsShown)
 {
     const auto note = show(u"- first\nmiddle\nlast"_s);
