@@ -4,6 +4,9 @@ foreach(lint layers words file_size comment_tags formatting shell test_share)
     WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
   set_tests_properties(lint.${lint} PROPERTIES LABELS lint TIMEOUT 120 SKIP_RETURN_CODE 77)
 endforeach()
+add_test(NAME lint.translations COMMAND "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/Tools/lint/translations.py"
+  --lupdate "$<TARGET_FILE:Qt6::lupdate>" WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
+set_tests_properties(lint.translations PROPERTIES LABELS lint TIMEOUT 120 SKIP_RETURN_CODE 77)
 add_test(NAME lint.self COMMAND "${Python3_EXECUTABLE}" -m unittest discover --start-directory Tools/lint --pattern "*_test.py"
   WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
 set_tests_properties(lint.self PROPERTIES LABELS lint TIMEOUT 120)

@@ -12,6 +12,7 @@
 #include <URL/FileMarker.h>
 #include <URL/IACManager.h>
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <utility>
@@ -37,7 +38,8 @@ QString namesOfFiles(const QStringList &paths)
         names.append(QFileInfo(path).fileName());
     }
     if (paths.size() > kMostNames) {
-        names.append(u"and %1 more"_s.arg(paths.size() - kMostNames));
+        names.append(
+            QCoreApplication::translate("QBAppDelegate", "and %n more", nullptr, int(paths.size() - kMostNames)));
     }
     return names.join(u'\n');
 }
@@ -71,10 +73,10 @@ void QBAppDelegate::openFilesNow(const QStringList &files)
     }
     if (!others.isEmpty()) {
         m_services.application.showAlert(
-            {.messageText = u"These files cannot be opened"_s,
-             .informativeText = QString(u"This version of Quib opens pictures only. Nothing was imported from:\n"_s %
-                                        namesOfFiles(others)),
-             .buttons = {u"OK"_s}},
+            {.messageText = tr("These files cannot be opened"),
+             .informativeText = tr("This version of Quib opens pictures only. Nothing was imported from:\n%1")
+                                    .arg(namesOfFiles(others)),
+             .buttons = {tr("OK")}},
             [](int) {});
     }
     if (!pictures.isEmpty()) {
@@ -99,9 +101,9 @@ void QBAppDelegate::makeNoteOfPictures(const QStringList &files)
         text.append(QString((text.isEmpty() ? u""_s : u"\n"_s) % quib::markerForFile(*file) % u'\n'));
     }
     if (!unread.isEmpty()) {
-        m_services.application.showAlert({.messageText = u"These pictures could not be copied"_s,
+        m_services.application.showAlert({.messageText = tr("These pictures could not be copied"),
                                           .informativeText = namesOfFiles(unread),
-                                          .buttons = {u"OK"_s}},
+                                          .buttons = {tr("OK")}},
                                          [](int) {});
     }
     if (text.isEmpty()) {

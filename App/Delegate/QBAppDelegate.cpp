@@ -123,10 +123,10 @@ void QBAppDelegate::coreDataStackDidInitializeManagedObjectContext(QBCoreDataSta
         // The contexts of a store that could not be opened keep nothing: whoever wrote into them would lose it.
         markAsFailed();
         m_services.application.showAlert(
-            {.messageText = u"Something went wrong"_s,
+            {.messageText = tr("Something went wrong"),
              .informativeText =
-                 QString(u"Your notes could not be opened: "_s % m_services.stack.openError().localizedDescription()),
-             .buttons = {u"OK"_s}},
+                 tr("Your notes could not be opened: %1").arg(m_services.stack.openError().localizedDescription()),
+             .buttons = {tr("OK")}},
             [](int) {});
         return;
     }
@@ -144,10 +144,10 @@ void QBAppDelegate::coreDataStackDidBeginMigrationWithProgress(QBCoreDataStack &
         return;
     }
     m_loadingWindowController = m_services.application.makeLoadingWindow();
-    m_loadingWindowController->setTitle(u"Just a moment and Quib will be ready!"_s);
-    m_loadingWindowController->setMessage(u"Quib is currently speeding up your notes and migrating the database to a "
-                                          u"new version.\nWe highly suggest not to "
-                                          "exit from Quib during the whole process."_s);
+    m_loadingWindowController->setTitle(tr("Just a moment and Quib will be ready!"));
+    m_loadingWindowController->setMessage(tr("Quib is currently speeding up your notes and migrating the database to a "
+                                             "new version.\nWe highly suggest not to "
+                                             "exit from Quib during the whole process."));
     m_loadingWindowController->setProgress(progress);
     m_loadingWindowController->center();
     m_loadingWindowController->beginModalSession();
@@ -187,12 +187,11 @@ void QBAppDelegate::markAsFailed()
 void QBAppDelegate::alertUserThatMigrationFailed()
 {
     m_services.application.showAlert(
-        {.messageText = u"Something went wrong"_s,
+        {.messageText = tr("Something went wrong"),
          .informativeText =
-             u"It was not possible to migrate your database to the new version. Don't worry your notes are safe, "
-             u"please "
-             "contact the support team using the 'Contact Support' button below and they will help you."_s,
-         .buttons = {u"OK"_s, u"Contact Support"_s}},
+             tr("It was not possible to migrate your database to the new version. Don't worry your notes are safe, "
+                "please contact the support team using the 'Contact Support' button below and they will help you."),
+         .buttons = {tr("OK"), tr("Contact Support")}},
         [weak = weak_from_this()](int button) {
             if (const auto self = weak.lock(); self && button == kContactSupport) {
                 self->showSupportWebsite();

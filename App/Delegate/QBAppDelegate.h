@@ -6,6 +6,7 @@
 #include <Foundation/NotificationCenter.h>
 #include <Store/QBCoreDataStackDelegate.h>
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
@@ -46,6 +47,8 @@ struct QBAppServices
 /// Held by the process through a shared pointer; main queue.
 class QBAppDelegate final : public QBCoreDataStackDelegate, public std::enable_shared_from_this<QBAppDelegate>
 {
+    Q_DECLARE_TR_FUNCTIONS(QBAppDelegate)
+
 public:
     explicit QBAppDelegate(const QBAppServices &services);
     ~QBAppDelegate() override;

@@ -1,11 +1,12 @@
 // quib-demo FOLDER [--picture FILE.png] [--theme NAME] [--size WxH] [--scale N] [--list ID] [--search TEXT] [--empty]
-//           [--preferences PAGE]
+//           [--preferences PAGE] [--language NAME]
 // Fills the profile in FOLDER with sample notes, unless it has notes; draws the window that shows it, without a
 // display.
 
 #include "DemoProfile.h"
 
 #include <Files/Profile.h>
+#include <Preferences/InterfaceLanguage.h>
 #include <Process/Message.h>
 #include <Process/QuibProcess.h>
 #include <Store/QBThumbFileManager.h>
@@ -45,8 +46,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QCommandLineParser parser;
     parser.addPositionalArgument(u"folder"_s, u"The profile."_s);
-    for (const auto &name :
-         {u"picture"_s, u"theme"_s, u"size"_s, u"scale"_s, u"list"_s, u"search"_s, u"columns"_s, u"preferences"_s}) {
+    for (const auto &name : {u"picture"_s, u"theme"_s, u"size"_s, u"scale"_s, u"list"_s, u"search"_s, u"columns"_s,
+                             u"preferences"_s, u"language"_s}) {
         parser.addOption(QCommandLineOption(name, {}, name));
     }
     parser.addOption(QCommandLineOption(u"empty"_s));
@@ -56,6 +57,7 @@ int main(int argc, char **argv)
         tellUser(u"usage: quib-demo FOLDER [--picture FILE.png]"_s);
         return 2;
     }
+    const InterfaceLanguage language({parser.value(u"language"_s)});
     if (parser.isSet(u"rtl"_s)) {
         QApplication::setLayoutDirection(Qt::RightToLeft);
     }

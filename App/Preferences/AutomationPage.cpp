@@ -61,7 +61,7 @@ AutomationPage::AutomationPage(QWidget *parent)
     });
     m_forget = new QTimer(this);
     m_forget->setSingleShot(true);
-    connect(m_forget, &QTimer::timeout, this, [this] { m_said->clear(); });
+    connect(m_forget, &QTimer::timeout, this, [this] { m_form->setRowVisible(m_said, false); });
 }
 
 void AutomationPage::addToken()
@@ -109,6 +109,7 @@ void AutomationPage::addToken()
     m_said->setContentsMargins(14, 10, 14, 10);
     m_said->setAccessibleName(tr("Message"));
     m_form->addWide(m_said);
+    m_form->setRowVisible(m_said, false);
     for (QPushButton *button : {m_show, m_copy}) {
         button->setAutoDefault(true);
     }
@@ -172,10 +173,9 @@ void AutomationPage::refresh()
     const auto token = QBXurlTokenController().token();
     m_token->setText(token.value_or(QString()));
     m_token->setCursorPosition(0);
-    m_tokenRow->setVisible(token.has_value());
-    m_renewRow->setVisible(token.has_value());
-    m_make->parentWidget()->setVisible(!token);
-    m_said->setVisible(token.has_value());
+    m_form->setRowVisible(m_tokenRow, token.has_value());
+    m_form->setRowVisible(m_renewRow, token.has_value());
+    m_form->setRowVisible(m_make->parentWidget(), !token);
 }
 
 void AutomationPage::showToken(bool isShown)
@@ -188,6 +188,7 @@ void AutomationPage::showToken(bool isShown)
 void AutomationPage::say(const QString &text)
 {
     m_said->setText(text);
+    m_form->setRowVisible(m_said, true);
     m_said->setAccessibleDescription(text);
     m_forget->start(kSaid);
 }

@@ -108,9 +108,18 @@ void PreferencesForm::addGroup(const QString &title)
 void PreferencesForm::addWide(QWidget *widget)
 {
     if (m_group->count() > 0) {
-        m_group->addWidget(makeLine(this));
+        m_lines.insert(widget, makeLine(this));
+        m_group->addWidget(m_lines[widget]);
     }
     m_group->addWidget(widget);
+}
+
+void PreferencesForm::setRowVisible(QWidget *row, bool isVisible)
+{
+    row->setVisible(isVisible);
+    if (QWidget *line = m_lines.value(row); line != nullptr) {
+        line->setVisible(isVisible);
+    }
 }
 
 QLabel *PreferencesForm::addParagraph(const QString &text)

@@ -2,6 +2,7 @@
 
 #include <Foundation/KeyedObservers.h>
 
+#include <QHash>
 #include <QList>
 #include <QScrollArea>
 #include <QString>
@@ -41,6 +42,8 @@ public:
     QWidget *addRow(const QString &text, const QString &help, QWidget *control);
     /// Something as wide as the group.
     void addWide(QWidget *widget);
+    /// Shows or hides a row with the line above it.
+    void setRowVisible(QWidget *row, bool isVisible);
     /// A paragraph in the group.
     QLabel *addParagraph(const QString &text);
 
@@ -63,6 +66,7 @@ public:
 private:
     QVBoxLayout *m_rows;
     QVBoxLayout *m_group = nullptr;
+    QHash<QWidget *, QWidget *> m_lines; ///< of each row but the first of its group, the line above it
     std::vector<ObservationToken> m_observations;
 };
 

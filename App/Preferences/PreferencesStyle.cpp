@@ -23,10 +23,10 @@ constexpr auto kStyleSheet = R"(
 #preferences, #preferencesPage { background: {page}; }
 #preferencesPage QLabel { background: transparent; }
 #preferencesList { background: {side}; border: 0; border-right: 1px solid {line}; padding: 14px 8px; }
-#preferencesList::item { color: {text}; padding: 7px 8px; border-radius: 7px; margin: 1px 0; }
+#preferencesList::item { color: {text}; padding: 0 8px; border-radius: 7px; margin: 1px 0; border: 1px solid transparent; }
 #preferencesList::item:hover { background: {hover}; }
 #preferencesList::item:selected { background: {selected}; color: {text}; }
-#preferencesList::item:selected:focus { background: {selected}; border: 1px solid {accent}; }
+#preferencesList::item:selected:focus { background: {selected}; border-color: {accent}; }
 #preferencesCard { background: {card}; border: 1px solid {line}; border-radius: 10px; }
 #preferencesLine { background: {line}; border: 0; margin: 0 14px; }
 #preferencesHeading { color: {text}; }

@@ -24,6 +24,7 @@ namespace {
 
 // Units: points.
 constexpr int kListWidth = 190;
+constexpr int kEntryHeight = 36;
 constexpr QSize kSize{880, 640};
 constexpr QSize kLeastSize{660, 420};
 
@@ -61,7 +62,8 @@ PreferencesWindow::PreferencesWindow(Host host, QWidget *owner)
 void PreferencesWindow::makePages()
 {
     const auto add = [this](const QString &symbol, const QString &title, QWidget *page) {
-        m_list->addItem(new QListWidgetItem(editorSymbol(symbol), title));
+        auto *entry = new QListWidgetItem(editorSymbol(symbol), title, m_list);
+        entry->setSizeHint({0, kEntryHeight});
         page->setAccessibleName(title);
         m_pages->addWidget(page);
     };

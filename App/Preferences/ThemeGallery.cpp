@@ -206,6 +206,7 @@ ThemeGallery::ThemeGallery(QWidget *parent)
     setSelectionMode(QAbstractItemView::SingleSelection);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // the columns share a width that holds
     setUniformItemSizes(true);
     setMouseTracking(true);
     setFrameShape(QFrame::NoFrame);

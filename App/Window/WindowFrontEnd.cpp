@@ -10,6 +10,7 @@
 
 #include <Delegate/QBAppDelegate.h>
 #include <Logging/QBLogger.h>
+#include <Preferences/InterfaceLanguage.h>
 #include <Process/DesktopOpener.h>
 #include <Process/QuibProcess.h>
 #include <Store/QBNotesPreferenceManager.h>
@@ -174,6 +175,9 @@ bool WindowFrontEnd::hasDisplay()
     return !qgetenv("WAYLAND_DISPLAY").isEmpty() || !qgetenv("DISPLAY").isEmpty();
 }
 
+WindowFrontEnd::WindowFrontEnd() = default;
+WindowFrontEnd::~WindowFrontEnd() = default;
+
 std::unique_ptr<QCoreApplication> WindowFrontEnd::makeApplication(int &argc, char **argv)
 {
     auto application = std::make_unique<QApplication>(argc, argv);
@@ -181,6 +185,7 @@ std::unique_ptr<QCoreApplication> WindowFrontEnd::makeApplication(int &argc, cha
     QGuiApplication::setApplicationDisplayName(u"Quib"_s);
     // The main window decides, together with those beside it.
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    m_language = std::make_unique<InterfaceLanguage>();
     return application;
 }
 

@@ -10,6 +10,7 @@ class QBMainWindowController;
 namespace quib {
 
 class DesktopAppearance;
+class InterfaceLanguage;
 class WindowStyle;
 
 /// The windows as the application's life cycle sees them: makes the main window when it is first asked for, dresses it
@@ -57,11 +58,17 @@ public:
     /// Whether the session has a display to show windows on.
     [[nodiscard]] static bool hasDisplay();
 
+    WindowFrontEnd();
+    ~WindowFrontEnd() override;
+
     [[nodiscard]] std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) override;
     [[nodiscard]] std::unique_ptr<QBApplicationInterface> makeInterface() override;
     [[nodiscard]] bool hasWindows() const override { return true; }
     void processDidLaunch(QuibProcess &process) override;
     void processWillEnd(QuibProcess &process) override;
+
+private:
+    std::unique_ptr<InterfaceLanguage> m_language;
 };
 
 } // namespace quib

@@ -6,6 +6,7 @@ import comment_tags
 import commit_messages
 import file_size
 import layers
+import translations
 import words
 
 
@@ -19,6 +20,35 @@ class Words(unittest.TestCase):
         for line in ("a special case", "Part of the note", "the issue is", "~/work", "class QBNote", "QByteArray bytes",
                      "User-Agent: Quib", "#include <Store/QBNote.h>"):
             self.assertEqual(list(words.findings_in("x", line)), [], line)
+
+
+class Translations(unittest.TestCase):
+    @staticmethod
+    def file(*messages):
+        return f"<TS><context><name>C</name>{''.join(messages)}</context></TS>"
+
+    @staticmethod
+    def message(source, *forms, kind=""):
+        if len(forms) > 1:
+            inner = "".join(f"<numerusform>{form}</numerusform>" for form in forms)
+            return f'<message numerus="yes"><source>{source}</source><translation{kind}>{inner}</translation></message>'
+        return f"<message><source>{source}</source><translation{kind}>{forms[0]}</translation></message>"
+
+    def findings(self, language, *arguments, **named):
+        return list(translations.findings_in(language, self.file(self.message(*arguments, **named))))
+
+    def test_what_cannot_stand_for_its_text_is_found(self):
+        for case in (("Open", ""), ("%1 of %2", "%1 von %3"), ("%1 of %2", "%1 und %1"), ("&amp;File", "Datei"),
+                     ("File", "&amp;Datei"), ("&amp;File", "&amp;Da&amp;tei"), ("Size ", "Größe"), ("a\nb", "a b"),
+                     ("%n notes", "%n Notiz", "Notizen %1"), ("%n notes", "%n", "%n", "%n")):
+            self.assertTrue(self.findings("de", *case), case)
+        self.assertTrue(self.findings("de", "Open", "Öffnen", kind=' type="unfinished"'))
+        self.assertTrue(self.findings("ar", "%n notes", "a", "b"), "six forms in Arabic")
+
+    def test_what_stands_for_its_text_is_left_alone(self):
+        for case in (("Open", "Öffnen"), ("%1 of %2", "%2 / %1"), ("&amp;File", "ファイル(&amp;F)"), (" pt", "\u00a0pt"),
+                     ("R&amp;amp;D", "F&amp;amp;E"), ("%n notes", "eine Notiz", "%n Notizen")):
+            self.assertEqual(self.findings("de", *case), [], case)
 
 
 class FileSize(unittest.TestCase):

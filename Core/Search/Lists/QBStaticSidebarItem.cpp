@@ -52,7 +52,7 @@ QBNotesSidebarItem::sidebarItemWithManagedObjectContext(std::shared_ptr<NSManage
 
 QString QBNotesSidebarItem::title() const
 {
-    return localized("Notes");
+    return localized(QT_TRANSLATE_NOOP("Sidebar", "Notes"));
 }
 
 QString QBNotesSidebarItem::icon() const
@@ -98,7 +98,7 @@ QBArchiveSidebarItem::sidebarItemWithManagedObjectContext(std::shared_ptr<NSMana
 
 QString QBArchiveSidebarItem::title() const
 {
-    return localized("Archive");
+    return localized(QT_TRANSLATE_NOOP("Sidebar", "Archive"));
 }
 
 QString QBArchiveSidebarItem::icon() const
@@ -140,7 +140,7 @@ QBNotesTrashSidebarItem::sidebarItemWithManagedObjectContext(std::shared_ptr<NSM
 
 QString QBNotesTrashSidebarItem::title() const
 {
-    return localized("Trash");
+    return localized(QT_TRANSLATE_NOOP("Sidebar", "Trash"));
 }
 
 QString QBNotesTrashSidebarItem::icon() const
@@ -186,7 +186,7 @@ QBUntaggedSidebarItem::sidebarItemWithManagedObjectContext(std::shared_ptr<NSMan
 
 QString QBUntaggedSidebarItem::title() const
 {
-    return localized("Untagged");
+    return localized(QT_TRANSLATE_NOOP("Sidebar", "Untagged"));
 }
 
 QString QBUntaggedSidebarItem::icon() const
@@ -214,7 +214,7 @@ QBTodoSidebarItem::sidebarItemWithManagedObjectContext(std::shared_ptr<NSManaged
 
 QString QBTodoSidebarItem::title() const
 {
-    return localized("Todo");
+    return localized(QT_TRANSLATE_NOOP("Sidebar", "Todo"));
 }
 
 QString QBTodoSidebarItem::icon() const
@@ -242,7 +242,7 @@ QBTodaySidebarItem::sidebarItemWithManagedObjectContext(std::shared_ptr<NSManage
 
 QString QBTodaySidebarItem::title() const
 {
-    return localized("Today");
+    return localized(QT_TRANSLATE_NOOP("Sidebar", "Today"));
 }
 
 QString QBTodaySidebarItem::icon() const
@@ -271,7 +271,7 @@ QBSpecialNotesSidebarItem::sidebarItemWithManagedObjectContext(std::shared_ptr<N
 
 QString QBSpecialNotesSidebarItem::title() const
 {
-    return localized("Sample Notes");
+    return localized(QT_TRANSLATE_NOOP("Sidebar", "Sample Notes"));
 }
 
 QString QBSpecialNotesSidebarItem::icon() const
