@@ -9,6 +9,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QLocale>
 #include <QPainter>
 #include <QPainterPath>
@@ -131,6 +132,7 @@ void EditorPage::addFonts()
     size->setRange(kFontSizes.first, kFontSizes.second);
     size->setSuffix(tr(" pt", "points, behind a font size"));
     addRow(tr("Font size"), {}, size);
+    size->findChild<QLineEdit *>()->setAccessibleName(size->accessibleName());
     follow(fonts + QStringList{u"editorFontSize"_s}, [size, preferences] {
         const QSignalBlocker blocker(size);
         size->setValue(rounded(

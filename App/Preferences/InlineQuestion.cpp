@@ -41,6 +41,7 @@ void InlineQuestion::setQuestion(const QString &question, const QString &yes, st
 {
     m_question->setText(question);
     m_yes->setText(yes);
+    m_button->setAccessibleDescription(question);
     m_yes->setAccessibleDescription(question);
     m_no->setAccessibleDescription(question);
     m_confirmed = std::move(confirmed);
