@@ -56,6 +56,8 @@ public:
     virtual void openWebsite(const QUrl &url) = 0;
     /// Shows a folder in the desktop's file manager.
     virtual void revealFolder(const QString &folder) = 0;
+    /// Shows the small window in which a note is begun. Errors: false in a process without windows, or without a store.
+    [[nodiscard]] virtual bool showQuickNote() { return false; }
     /// Asks the event loop to end in order; the delegate is told before it does.
     virtual void terminate() = 0;
     /// Ends the process at once: nothing is saved or tidied any more.

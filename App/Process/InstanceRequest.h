@@ -29,8 +29,9 @@ struct InstanceRequest
     friend bool operator==(const InstanceRequest &, const InstanceRequest &) = default;
 };
 
-/// The actions that an instance knows; the first two are those of the program's icon.
+/// The actions that an instance knows; the first three are those of the program's icon.
 inline constexpr QLatin1StringView kActionNewNote{"new-note"};
+inline constexpr QLatin1StringView kActionQuickNote{"quick-note"};
 inline constexpr QLatin1StringView kActionSearch{"search"};
 inline constexpr QLatin1StringView kActionShow{"show"};
 inline constexpr QLatin1StringView kActionOpenLink{"open-link"};

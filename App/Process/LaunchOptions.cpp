@@ -55,7 +55,8 @@ std::optional<LaunchOptions> LaunchOptions::parse(const QStringList &words, QStr
     QCommandLineParser parser;
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
     parser.addOption(profileOption());
-    for (const auto &name : {u"send"_s, u"new-note"_s, u"search"_s, u"service"_s, u"help"_s, u"version"_s}) {
+    for (const auto &name :
+         {u"send"_s, u"new-note"_s, u"quick-note"_s, u"search"_s, u"service"_s, u"help"_s, u"version"_s}) {
         parser.addOption(QCommandLineOption(name));
     }
     if (!parser.parse(QStringList{u"quib"_s} + words)) {
@@ -66,6 +67,7 @@ std::optional<LaunchOptions> LaunchOptions::parse(const QStringList &words, QStr
     options.words = parser.positionalArguments();
     options.send = parser.isSet(u"send"_s);
     options.newNote = parser.isSet(u"new-note"_s);
+    options.quickNote = parser.isSet(u"quick-note"_s);
     options.isService = parser.isSet(u"service"_s);
     options.showsHelp = parser.isSet(u"help"_s);
     options.showsVersion = parser.isSet(u"version"_s);
@@ -80,14 +82,14 @@ std::optional<LaunchOptions> LaunchOptions::parse(const QStringList &words, QStr
         options.search = options.words.join(u' ');
         options.words.clear();
     }
-    const int modes =
-        int(options.send) + int(options.newNote) + int(options.search.has_value()) + int(options.isService);
+    const int modes = int(options.send) + int(options.newNote) + int(options.quickNote) +
+                      int(options.search.has_value()) + int(options.isService);
     if (modes > 1) {
-        *message = u"--send, --new-note, --search and --service do not go together"_s;
+        *message = u"--send, --new-note, --quick-note, --search and --service do not go together"_s;
         return std::nullopt;
     }
-    if ((options.newNote || options.isService) && !options.words.isEmpty()) {
-        *message = u"--new-note and --service take no files"_s;
+    if ((options.newNote || options.quickNote || options.isService) && !options.words.isEmpty()) {
+        *message = u"--new-note, --quick-note and --service take no files"_s;
         return std::nullopt;
     }
     return options;
@@ -101,6 +103,9 @@ std::optional<std::vector<InstanceRequest>> LaunchOptions::requests(QIODevice &i
     }
     if (newNote) {
         return std::vector{InstanceRequest{.kind = Kind::Action, .action = kActionNewNote}};
+    }
+    if (quickNote) {
+        return std::vector{InstanceRequest{.kind = Kind::Action, .action = kActionQuickNote}};
     }
     if (search) {
         return std::vector{InstanceRequest{.kind = Kind::Action, .action = kActionSearch, .argument = *search}};
@@ -149,7 +154,7 @@ QString LaunchOptions::helpText()
 {
     return u"Usage: quib [--profile DIR] [FILE|URL]...\n"
            "       quib [--profile DIR] --send [FILE|URL|-]...\n"
-           "       quib [--profile DIR] --new-note | --search [WORDS]...\n"
+           "       quib [--profile DIR] --new-note | --quick-note | --search [WORDS]...\n"
            "\n"
            "Starts Quib, or hands over to the one that runs on the profile.\n"
            "\n"
@@ -157,6 +162,7 @@ QString LaunchOptions::helpText()
            "  URL               runs a quib: URL\n"
            "  --send            makes a note of files, URLs or a text; \"-\", or nothing, is standard input\n"
            "  --new-note        begins a new note\n"
+           "  --quick-note      begins a note in a small window over the others\n"
            "  --search          goes to the search field\n"
            "  --profile DIR     works on the profile in DIR instead of the user's own\n"
            "  --service         waits for requests over the session bus\n"

@@ -19,6 +19,7 @@ struct LaunchOptions
     QString profile;
     bool send = false;
     bool newNote = false;
+    bool quickNote = false;
     /// Set for --search; the text to search for may be empty.
     std::optional<QString> search;
     /// Started by the session bus: asked for nothing yet.

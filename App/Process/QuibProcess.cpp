@@ -141,6 +141,9 @@ bool QuibProcess::serveAction(const QString &action, const QString &argument, NS
     if (action == kActionNewNote) {
         return needsWindow(m_delegate->shorcutNewNote());
     }
+    if (action == kActionQuickNote) {
+        return needsWindow(m_interface->showQuickNote());
+    }
     if (action == kActionSearch) {
         m_interface->activate();
         m_delegate->reopenMainWindow();
