@@ -1,8 +1,6 @@
 #include "DesktopAppearance.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusVariant>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -32,12 +30,11 @@ QVariant unwrapped(QVariant value)
 
 } // namespace
 
-DesktopAppearance::DesktopAppearance(QObject *parent)
+DesktopAppearance::DesktopAppearance(QDBusConnection bus, QObject *parent)
     : QObject(parent)
 {
     const QPalette palette = QGuiApplication::palette();
     m_isDark = palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-    QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         return;
     }

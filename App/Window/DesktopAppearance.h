@@ -1,10 +1,8 @@
 #pragma once
 
+#include <QDBusConnection>
+#include <QDBusVariant>
 #include <QObject>
-
-QT_BEGIN_NAMESPACE
-class QDBusVariant;
-QT_END_NAMESPACE
 
 namespace quib {
 
@@ -15,7 +13,7 @@ class DesktopAppearance final : public QObject
     Q_OBJECT
 
 public:
-    explicit DesktopAppearance(QObject *parent = nullptr);
+    explicit DesktopAppearance(QDBusConnection bus = QDBusConnection::sessionBus(), QObject *parent = nullptr);
 
     [[nodiscard]] bool isDark() const { return m_isDark; }
 

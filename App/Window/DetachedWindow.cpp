@@ -1,5 +1,7 @@
 #include "DetachedWindow.h"
 
+#include "ChoicePanel.h"
+#include "Commands.h"
 #include "EditorPane.h"
 
 #include <Store/NSManagedObjectContext.h>
@@ -13,7 +15,9 @@ namespace quib {
 
 DetachedWindow::DetachedWindow(const Ref<QBNote> &note, bool floating)
     : m_editor(new EditorPane(this))
+    , m_choices(new ChoicePanel(this))
 {
+    setObjectName(u"detachedWindow"_s);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowFlag(Qt::WindowStaysOnTopHint, floating);
     setCentralWidget(m_editor);
@@ -22,12 +26,33 @@ DetachedWindow::DetachedWindow(const Ref<QBNote> &note, bool floating)
     auto *closing = new QAction(tr("Close Window"), this);
     closing->setShortcut(QKeySequence::Close);
     connect(closing, &QAction::triggered, this, &QWidget::close);
-    addAction(closing);
+    auto *keepingAbove = new QAction(tr("Keep Above Others"), this);
+    keepingAbove->setCheckable(true);
+    keepingAbove->setChecked(floating);
+    connect(keepingAbove, &QAction::toggled, this, &DetachedWindow::setFloating);
+    auto *palette = new QAction(tr("All Commands…"), this);
+    palette->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
+    connect(palette, &QAction::triggered, this, [this, palette] {
+        QList<QAction *> commands = actions() + m_editor->editor().actions();
+        commands.removeAll(palette);
+        m_choices->open(tr("Find a command"),
+                        [commands](const QString &query) { return choicesOfCommands(commands, query); });
+    });
+    addActions({closing, keepingAbove, palette});
     m_observer = note->managedObjectContext()->didSave.add([this](auto &, const auto &) { updateTitle(); });
     updateTitle();
 }
 
 DetachedWindow::~DetachedWindow() = default;
+
+void DetachedWindow::setFloating(bool isFloating)
+{
+    if (isFloating != this->isFloating()) {
+        const bool isShown = isVisible();
+        setWindowFlag(Qt::WindowStaysOnTopHint, isFloating); // hides the window
+        setVisible(isShown);
+    }
+}
 
 void DetachedWindow::updateTitle()
 {

@@ -7,10 +7,11 @@
 
 namespace quib {
 
+class ChoicePanel;
 class EditorPane;
 
-/// One note in a window of its own. It closes when its note is deleted for good. Deletes itself when closed; main
-/// queue.
+/// One note in a window of its own, with the pane's commands and a palette of them. It closes when its note is deleted
+/// for good. Deletes itself when closed; main queue.
 class DetachedWindow final : public QMainWindow
 {
     Q_OBJECT
@@ -21,6 +22,9 @@ public:
     ~DetachedWindow() override;
 
     [[nodiscard]] EditorPane &editor() { return *m_editor; }
+    [[nodiscard]] ChoicePanel &choices() { return *m_choices; }
+    [[nodiscard]] bool isFloating() const { return windowFlags().testFlag(Qt::WindowStaysOnTopHint); }
+    void setFloating(bool isFloating);
     /// After anything changed the note.
     void updateTitle();
 
@@ -29,6 +33,7 @@ protected:
 
 private:
     EditorPane *m_editor;
+    ChoicePanel *m_choices;
     ObservationToken m_observer;
 };
 

@@ -1,6 +1,7 @@
 #include "NoteListView.h"
 
 #include "NoteRowDelegate.h"
+#include "OverlayScrollBar.h"
 #include "ThemeColors.h"
 
 #include <Store/QBNote.h>
@@ -51,6 +52,7 @@ NoteListView::NoteListView(QWidget *parent)
     setDragEnabled(true);
     setDragDropMode(DragOnly);
     setTabKeyNavigation(false);
+    new OverlayScrollBar(this);
     connect(m_delegate, &NoteRowDelegate::pictureArrived, viewport(), qOverload<>(&QWidget::update));
     m_selectionTelling.setSingleShot(true);
     connect(&m_selectionTelling, &QTimer::timeout, this, &NoteListView::selectionDidChange);

@@ -28,12 +28,13 @@ namespace {
 
 // Units: points.
 constexpr int kMargin = 18;
-constexpr int kTop = 13;
+constexpr int kTop = 12;
 constexpr int kPictureSide = 44;
 constexpr int kIconSize = 13;
 constexpr int kRibbonWidth = 3;
 constexpr int kProgressHeight = 2;
 constexpr int kGap = 10;
+constexpr int kEllipsisWidth = 16;
 /// Kept for rows that were seen.
 constexpr qsizetype kMostPictures = 400;
 
@@ -82,13 +83,23 @@ int setLines(QTextLayout &layout, int width, int mostLines)
     const int end = last.textStart() + last.textLength();
     layout.endLayout();
     const bool isWhole = end >= layout.text().size() && last.naturalTextWidth() <= width;
-    return isWhole ? -1 : last.xToCursor(std::max(0, width - 16), QTextLine::CursorOnCharacter);
+    if (isWhole) {
+        return -1;
+    }
+    const bool isRightToLeft = layout.textOption().textDirection() == Qt::RightToLeft;
+    return last.xToCursor(isRightToLeft ? kEllipsisWidth : std::max(0, width - kEllipsisWidth),
+                          QTextLine::CursorOnCharacter);
 }
 
-QTextOption textOption(const QString &text, bool isOneLine)
+/// A text runs in its own direction. Where the window runs from right to left, so do its margins: all texts begin
+/// there.
+QTextOption textOption(const QString &text, bool isOneLine, Qt::LayoutDirection direction)
 {
     QTextOption option;
     option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    if (direction == Qt::RightToLeft) {
+        option.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+    }
     option.setWrapMode(isOneLine ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
     return option;
 }
@@ -107,11 +118,11 @@ QSize NoteRowDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const Q
 }
 
 int NoteRowDelegate::drawText(QPainter &painter, const NSAttributedString &text, NSRange range, const QRect &place,
-                              int mostLines)
+                              int mostLines, Qt::LayoutDirection direction)
 {
     QString string = text.stringInRange(range).toString();
     QTextLayout layout(string);
-    layout.setTextOption(textOption(string, mostLines == 1));
+    layout.setTextOption(textOption(string, mostLines == 1, direction));
     layout.setFormats(formats(text, range));
     if (const int cut = setLines(layout, place.width(), mostLines); cut >= 0) {
         // The ellipsis takes over the looks of what stands before it.
@@ -169,7 +180,7 @@ void NoteRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     const int ageWidth = QFontMetrics(ageFont).horizontalAdvance(age) + 2;
     painter->setFont(ageFont);
     painter->setPen(themeColor(u"Note Table Cell Subtitle Color"_s));
-    painter->drawText(placed({first.right() - ageWidth, first.top() - 1, ageWidth, 18}),
+    painter->drawText(placed({first.right() - ageWidth, first.top() - 2, ageWidth, 18}),
                       int(Qt::AlignVCenter) | int(Qt::AlignRight) | int(Qt::TextDontClip), age);
     first.setRight(first.right() - ageWidth - kGap);
     const auto mark = [&](const QString &name) {
@@ -199,12 +210,12 @@ void NoteRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     };
     int snippetLines = 2;
     if (kind == QBNotesTableViewController::RowKind::ConflictRoot) {
-        body.setTop(body.top() + drawText(*painter, text, takeLine(), placed(first), 1));
+        body.setTop(body.top() + drawText(*painter, text, takeLine(), placed(first), 1, option.direction));
         first.moveTop(body.top());
         snippetLines = 1;
     }
     if (text.length() > 0) {
-        body.setTop(body.top() + drawText(*painter, text, takeLine(), placed(first), 1) + 4);
+        body.setTop(body.top() + drawText(*painter, text, takeLine(), placed(first), 1, option.direction) + 4);
     }
     // 4. The first picture, beside the snippet.
     if (kind == QBNotesTableViewController::RowKind::Image) {
@@ -222,12 +233,12 @@ void NoteRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
         body.setRight(frame.left() - kGap);
     }
     if (rest.length > 0) {
-        drawText(*painter, text, rest, placed(body), snippetLines);
+        drawText(*painter, text, rest, placed(body), snippetLines, option.direction);
     }
     // 5. The line below, which fills as to-dos get done.
     const int done = note->todoCompleted();
     const int all = done + note->todoIncompleted();
-    const QRect line(row.left() + kMargin, row.bottom(), row.width() - kMargin, 1);
+    const QRect line(row.left() + kMargin, row.bottom(), row.width() - 2 * kMargin, 1);
     painter->fillRect(placed(line), quietLineColor(u"Note Table Separator Color"_s));
     if (all > 0) {
         const bool isComplete = done == all;

@@ -29,7 +29,7 @@ public:
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     /// Units: points.
-    static constexpr int kRowHeight = 84;
+    static constexpr int kRowHeight = 80;
 
 Q_SIGNALS:
     /// A picture that a row waits for is there.
@@ -39,7 +39,7 @@ private:
     [[nodiscard]] QPixmap picture(const QBNote &note, QSize size, double scale) const;
     /// Draws lines of a text with its attributes, cut with an ellipsis. Gives the height used.
     static int drawText(QPainter &painter, const NSAttributedString &text, NSRange range, const QRect &place,
-                        int mostLines);
+                        int mostLines, Qt::LayoutDirection direction);
 
     NoteListModel &m_model;
     mutable QHash<QString, QPixmap> m_pictures; ///< null while one is on its way

@@ -1,5 +1,6 @@
 #include "QBMainWindowController.h"
 
+#include "Commands.h"
 #include "EditorPane.h"
 #include "FuzzyMatch.h"
 #include "MessageBar.h"
@@ -31,21 +32,6 @@ namespace {
 /// What a panel shows at most of what was found.
 constexpr qsizetype kMostChoices = 50;
 
-/// The text without the mark of its access key.
-QString plainText(const QString &text)
-{
-    QString plain = text;
-    plain.remove(u'&');
-    return plain;
-}
-
-void saveStore()
-{
-    if (QBCoreDataStack *stack = QBCoreDataStack::sharedStack(); stack != nullptr) {
-        stack->saveUsingCoalescence(/*coalescence=*/false);
-    }
-}
-
 } // namespace
 
 // Making them
@@ -72,6 +58,7 @@ void QBMainWindowController::makeActions()
     addCommand(u"new-note"_s, tr("New Note"), key(Qt::CTRL | Qt::Key_N), [this] { addNewNote(); });
     addCommand(u"new-note-in-window"_s, tr("New Note in New Window"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_N),
                [this] { addNewNoteInNewWindow(); });
+    addCommand(u"quick-note"_s, tr("Quick Note"), key(Qt::CTRL | Qt::ALT | Qt::Key_N), [this] { showQuickNote(); });
     addCommand(u"quick-open"_s, tr("Open Quickly…"), key(Qt::CTRL | Qt::Key_O), [this] { openQuickly(); });
     addCommand(u"open-in-window"_s, tr("Open in New Window"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_O), [this] {
         for (const auto &note : selectedNotes()) {
@@ -143,12 +130,15 @@ void QBMainWindowController::makeActions()
                });
     addCommand(u"search-notes"_s, tr("Search Notes"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_F),
                [this] { focusSearchField(); });
+    addCommand(u"search-help"_s, tr("What Can Be Searched For…"), key(Qt::CTRL | Qt::ALT | Qt::Key_F),
+               [this] { openSearchHelp(); });
     addCommand(u"preferences"_s, tr("Preferences…"), key(Qt::CTRL | Qt::Key_Comma),
                [this] { showPreferences(PreferencesWindow::Page::General); });
     // 3. Tags.
     QAction *renaming = addCommand(u"rename-tag"_s, tr("Rename Tag"), {}, [this] { m_sidebar->renameSelectedTag(); });
     renaming->setShortcut(key(Qt::Key_F2));
     addCommand(u"delete-tag"_s, tr("Delete Tag"), {}, [this] { deleteTag(m_sidebar->selectedItem()); });
+    addCommand(u"tag-symbol"_s, tr("Choose Symbol…"), {}, [this] { chooseSymbol(m_sidebar->selectedItem()); });
     addCommand(u"remove-tag"_s, tr("Remove Tag from Notes"), {}, [this] {
         saveNote(/*forceSave=*/false);
         m_notes->removeSelectedTag();
@@ -202,6 +192,11 @@ void QBMainWindowController::makeActions()
     // 5. Help.
     addCommand(u"command-palette"_s, tr("All Commands…"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_P),
                [this] { openCommandPalette(); });
+    // What these do is up to the desktop.
+    QAction *tray = addCommand(u"tray-icon"_s, tr("Icon in the Tray"), {}, [] {});
+    tray->setCheckable(true);
+    tray->setVisible(false);
+    addCommand(u"global-shortcuts"_s, tr("Shortcuts from Everywhere…"), {}, [] {});
     addCommand(u"shortcuts"_s, tr("Keyboard Shortcuts"), key(Qt::CTRL | Qt::Key_Question),
                [this] { showPreferences(PreferencesWindow::Page::Shortcuts); });
     addCommand(u"about"_s, tr("About Quib"), {}, [this] { showPreferences(PreferencesWindow::Page::About); });
@@ -219,16 +214,16 @@ void QBMainWindowController::makeMenus()
         }
         return menu;
     };
-    fill(menuBar()->addMenu(tr("&File")), {"new-note"_L1, "new-note-in-window"_L1, ""_L1, "quick-open"_L1,
-                                           "open-in-window"_L1, ""_L1, "close-window"_L1, "quit"_L1});
+    fill(menuBar()->addMenu(tr("&File")), {"new-note"_L1, "new-note-in-window"_L1, "quick-note"_L1, ""_L1,
+                                           "quick-open"_L1, "open-in-window"_L1, ""_L1, "close-window"_L1, "quit"_L1});
     QMenu *edit = fill(menuBar()->addMenu(tr("&Edit")), {"undo"_L1, "redo"_L1, ""_L1, "cut"_L1, "copy"_L1, "paste"_L1,
-                                                         "select-all"_L1, ""_L1, "search-notes"_L1});
+                                                         "select-all"_L1, ""_L1, "search-notes"_L1, "search-help"_L1});
     // The names of what can be undone change without the window being told.
     connect(edit, &QMenu::aboutToShow, this, &QBMainWindowController::updateActions);
     m_noteMenu = fill(menuBar()->addMenu(tr("&Note")),
                       {"open-in-window"_L1, "copy-link"_L1, ""_L1, "pin"_L1, "duplicate"_L1, "merge"_L1, ""_L1,
                        "remove-tag"_L1, ""_L1, "archive"_L1, "restore"_L1, "trash"_L1});
-    fill(menuBar()->addMenu(tr("&Tag")), {"rename-tag"_L1, "delete-tag"_L1, ""_L1, "remove-tag"_L1});
+    fill(menuBar()->addMenu(tr("&Tag")), {"rename-tag"_L1, "tag-symbol"_L1, "delete-tag"_L1, ""_L1, "remove-tag"_L1});
     // What the pane can do with the text: what finds stands among the editing, what zooms in the view.
     const auto ofPane = [this](std::initializer_list<QLatin1StringView> names) {
         QList<QAction *> commands;
@@ -346,6 +341,7 @@ void QBMainWindowController::showSidebarMenu(const QBSidebarItem::Pointer &item,
     if (dynamic_cast<QBTagSidebarItem *>(item.get()) != nullptr) {
         menu->addSeparator();
         menu->addAction(m_actions[u"rename-tag"_s]);
+        menu->addAction(m_actions[u"tag-symbol"_s]);
         menu->addAction(m_actions[u"delete-tag"_s]);
     }
     if (auto *trash = dynamic_cast<QBNotesTrashSidebarItem *>(item.get()); trash != nullptr) {
@@ -386,60 +382,7 @@ void QBMainWindowController::redo()
     }
 }
 
-// Tags
-
-void QBMainWindowController::renameTag(const QBSidebarItem::Pointer &item, const QString &name)
-{
-    const auto *tagItem = dynamic_cast<const QBTagSidebarItem *>(item.get());
-    if (tagItem == nullptr) {
-        return;
-    }
-    saveNote(/*forceSave=*/false);
-    const QString old = tagItem->tag()->title();
-    if (const auto renamed = tagItem->tag()->renameTagWithTagNamed(name, currentSyntax())) {
-        const QString now = renamed->title();
-        saveStore();
-        m_sidebar->selectIdentifier(now);
-        m_messages->say(tr("The tag #%1 is #%2 now.").arg(old, now));
-    }
-}
-
-void QBMainWindowController::deleteTag(const QBSidebarItem::Pointer &item)
-{
-    if (dynamic_cast<QBTagSidebarItem *>(item.get()) == nullptr) {
-        return;
-    }
-    const QString title = static_cast<QBTagSidebarItem &>(*item).tag()->title();
-    m_messages->ask(tr("Take the tag #%1 out of all its notes? The notes themselves stay.").arg(title),
-                    {tr("Delete Tag"), tr("Cancel")}, {}, [this, item](int button, bool /*isChecked*/) {
-                        if (button == 0) {
-                            saveNote(/*forceSave=*/false);
-                            item->deleteItem();
-                        }
-                        m_sidebar->setFocus();
-                    });
-}
-
-void QBMainWindowController::dropNotes(const QBSidebarItem::Pointer &item, const QStringList &identifiers)
-{
-    const auto notes = notesWithIdentifiers(identifiers);
-    if (notes.isEmpty() || !m_notes) {
-        return;
-    }
-    saveNote(/*forceSave=*/false);
-    if (const auto *tagItem = dynamic_cast<const QBTagSidebarItem *>(item.get()); tagItem != nullptr) {
-        m_notes->unremoveTag(tagItem->tag()->title(), notes);
-    } else if (dynamic_cast<const QBArchiveSidebarItem *>(item.get()) != nullptr) {
-        m_notes->archiveNotes(notes);
-    } else if (dynamic_cast<const QBNotesTrashSidebarItem *>(item.get()) != nullptr) {
-        if (m_notes->representedObject() != item) {
-            m_notes->deleteNotes(notes);
-        }
-    } else {
-        item->addNotes(notes);
-    }
-    updateActions();
-}
+// Links
 
 void QBMainWindowController::copyNoteLinks()
 {
@@ -532,41 +475,39 @@ void QBMainWindowController::openQuickly()
 void QBMainWindowController::openCommandPalette()
 {
     updateActions();
-    m_choices->open(tr("Find a command"), [this](const QString &query) {
-        struct Found
-        {
-            Choice choice;
-            int score;
-        };
-        std::vector<Found> found;
-        const auto offer = [&found, &query](const QString &title, const QString &detail, const QString &symbolName,
-                                            std::function<void()> choose) {
-            if (auto match = FuzzyMatch::match(query, title)) {
-                found.push_back({Choice{.title = title,
-                                        .detail = detail,
-                                        .symbol = symbolName,
-                                        .places = match->places,
-                                        .choose = std::move(choose)},
-                                 query.isEmpty() ? 0 : match->score});
-            }
-        };
-        for (QAction *command : actions() + keyEditor().editor().actions()) {
-            if (command->isEnabled() && command->isVisible() && !command->text().isEmpty() &&
-                command->objectName() != u"command-palette") {
-                offer(plainText(command->text()), command->shortcut().toString(QKeySequence::NativeText), {},
-                      [command] { command->trigger(); });
-            }
+    QList<QAction *> commands = actions() + m_editor->editor().actions();
+    commands.removeAll(action(u"command-palette"_s));
+    QList<Choice> themes;
+    if (auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager(); preferences != nullptr) {
+        for (const QString &name : QBNotesThemesManager::availableThemesNames()) {
+            themes.append(Choice{.title = tr("Theme: %1").arg(name),
+                                 .detail = preferences->currentAppThemeName() == name ? tr("current") : QString(),
+                                 .symbol = {},
+                                 .places = {},
+                                 .choose = [preferences, name] { preferences->setCurrentAppThemeName(name); }});
         }
-        if (auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager(); preferences != nullptr) {
-            for (const QString &name : QBNotesThemesManager::availableThemesNames()) {
-                offer(tr("Theme: %1").arg(name), preferences->currentAppThemeName() == name ? tr("current") : QString(),
-                      {}, [preferences, name] { preferences->setCurrentAppThemeName(name); });
-            }
-        }
-        std::ranges::stable_sort(found, [](const Found &a, const Found &b) { return a.score > b.score; });
+    }
+    m_choices->open(tr("Find a command"),
+                    [commands, themes](const QString &query) { return choicesOfCommands(commands, query, themes); });
+}
+
+void QBMainWindowController::openSearchHelp()
+{
+    m_choices->open(tr("What can be searched for"), [this](const QString &query) {
         QList<Choice> choices;
-        for (Found &each : found) {
-            choices.append(std::move(each.choice));
+        for (const SearchField::Operator &each : SearchField::help()) {
+            const auto match = FuzzyMatch::match(query, QString(each.word % u' ' % each.meaning));
+            if (!match) {
+                continue;
+            }
+            choices.append(Choice{.title = each.word,
+                                  .detail = each.meaning,
+                                  .symbol = u"search"_s,
+                                  .places = {},
+                                  .choose = [this, word = each.word] {
+                                      focusSearchField();
+                                      m_searchField->addWord(word);
+                                  }});
         }
         return choices;
     });

@@ -2,6 +2,7 @@
 
 #include "DetachedWindow.h"
 #include "EditorPane.h"
+#include "QuickNoteWindow.h"
 #include "SearchField.h"
 
 #include <Store/QBNoteTag.h>
@@ -85,6 +86,9 @@ void QBMainWindowController::saveNote(bool forceSave)
     for (DetachedWindow *window : m_detached) {
         window->editor().saveNote(forceSave);
     }
+    if (m_quickNote) {
+        m_quickNote->editor().saveNote(forceSave);
+    }
     m_editor->saveNote(forceSave);
 }
 
@@ -126,6 +130,32 @@ void QBMainWindowController::addNewNoteInNewWindow()
     }
 }
 
+bool QBMainWindowController::showQuickNote()
+{
+    if (!m_context) {
+        return false;
+    }
+    if (!m_quickNote) {
+        m_quickNote = std::make_unique<QuickNoteWindow>(m_context);
+        if (m_textTheme) {
+            m_quickNote->loadTheme(m_textTheme);
+        }
+        connect(m_quickNote.get(), &QuickNoteWindow::openWasRequested, this, [this](const QString &identifier) {
+            if (const auto note = QBNote::noteWithUniqueIdentifier(identifier, *m_context)) {
+                makeKeyAndOrderFront();
+                showNote(*note);
+                editNoteAtEnd(*note);
+            }
+        });
+        EditorPane &pane = m_quickNote->editor();
+        connect(&pane, &EditorPane::urlWasOpened, m_editor, &EditorPane::urlWasOpened);
+        connect(&pane, &EditorPane::attachingFailed, m_editor, &EditorPane::attachingFailed);
+        connect(&pane, &EditorPane::savingFailed, m_editor, &EditorPane::savingFailed);
+    }
+    m_quickNote->open();
+    return true;
+}
+
 bool QBMainWindowController::isEditorOnly() const
 {
     return m_columns == Columns::EditorOnly;
@@ -151,7 +181,21 @@ void QBMainWindowController::detachEditorWindowForNote(QBNote &note, bool floati
             return;
         }
     }
+    if (m_editor->note().get() == &note) {
+        m_editor->saveNote(/*forceSave=*/false);
+    }
+    DetachedWindow *window = makeDetachedWindow(note, floating, std::nullopt);
+    window->activateWindow();
+    window->editor().focusEditor();
+}
+
+DetachedWindow *QBMainWindowController::makeDetachedWindow(QBNote &note, bool floating,
+                                                           const std::optional<QByteArray> &geometry)
+{
     auto *window = new DetachedWindow(Ref<QBNote>(&note), floating);
+    if (geometry) {
+        window->restoreGeometry(*geometry);
+    }
     m_detached.append(window);
     if (m_textTheme) {
         window->editor().loadTheme(m_textTheme);
@@ -166,12 +210,10 @@ void QBMainWindowController::detachEditorWindowForNote(QBNote &note, bool floati
     connect(&window->editor(), &EditorPane::noteWasChosen, m_editor, &EditorPane::noteWasChosen);
     connect(&window->editor(), &EditorPane::attachingFailed, m_editor, &EditorPane::attachingFailed);
     connect(&window->editor(), &EditorPane::savingFailed, m_editor, &EditorPane::savingFailed);
-    if (m_editor->note().get() == &note) {
-        m_editor->saveNote(/*forceSave=*/false);
-    }
+    window->setAttribute(Qt::WA_ShowWithoutActivating, geometry.has_value());
     window->show();
-    window->activateWindow();
-    window->editor().focusEditor();
+    window->setAttribute(Qt::WA_ShowWithoutActivating, false);
+    return window;
 }
 
 bool QBMainWindowController::isNoteVisible(const QBNote &note)

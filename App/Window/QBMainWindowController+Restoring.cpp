@@ -1,11 +1,14 @@
 #include "QBMainWindowController.h"
 
+#include "DetachedWindow.h"
 #include "EditorPane.h"
 
 #include <Files/PropertyList.h>
 #include <Store/QBNotesPreferenceManager.h>
 
 #include <QSplitter>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace quib;
@@ -22,6 +25,9 @@ constexpr auto kExpanded = "expanded"_L1;
 constexpr auto kNotes = "notes"_L1;
 constexpr auto kPosition = "position"_L1;
 constexpr auto kEditor = "editor"_L1;
+constexpr auto kWindows = "windows"_L1;
+constexpr auto kNote = "note"_L1;
+constexpr auto kIsFloating = "floating"_L1;
 
 PropertyValue::Dictionary storedState()
 {
@@ -70,6 +76,17 @@ void QBMainWindowController::invalidateRestorableState()
     state.insert(kNotes, PropertyValue(arrayOf(m_notes->selectedNotesURIRepresentations())));
     state.insert(kPosition, PropertyValue(m_list->scrollPosition()));
     state.insert(kEditor, m_editor->editor().archivedStates());
+    PropertyValue::Array windows;
+    for (DetachedWindow *window : std::as_const(m_detached)) {
+        if (const Ref<QBNote> &note = window->editor().note()) {
+            PropertyValue::Dictionary each;
+            each.insert(kNote, PropertyValue(note->uniqueIdentifier()));
+            each.insert(kGeometry, PropertyValue(window->saveGeometry()));
+            each.insert(kIsFloating, PropertyValue(window->isFloating()));
+            windows.append(PropertyValue(each));
+        }
+    }
+    state.insert(kWindows, PropertyValue(windows));
     preferences->savePreferenceValue(PropertyValue(state), kStateKey);
 }
 
@@ -103,5 +120,17 @@ void QBMainWindowController::restoreLists()
     if (const QStringList notes = stringsOf(state.value(kNotes)); !notes.isEmpty()) {
         m_notes->selectNotesWithURIRepresentations(notes);
         m_list->setScrollPosition(state.value(kPosition).toDouble());
+    }
+    const PropertyValue windows = state.value(kWindows);
+    if (const PropertyValue::Array *array = windows.asArray(); array != nullptr) {
+        for (const PropertyValue &value : *array) {
+            const auto *each = value.asDictionary();
+            if (each == nullptr) {
+                continue;
+            }
+            if (const auto note = QBNote::noteWithUniqueIdentifier(each->value(kNote).toString(), *m_context)) {
+                makeDetachedWindow(*note, each->value(kIsFloating).toBool(), each->value(kGeometry).asData());
+            }
+        }
     }
 }

@@ -4,6 +4,7 @@
 #include "EditorPane.h"
 #include "EmptyState.h"
 #include "MessageBar.h"
+#include "QuickNoteWindow.h"
 #include "SearchField.h"
 #include "Symbols.h"
 #include "ThemeColors.h"
@@ -296,7 +297,8 @@ void QBMainWindowController::updateActions()
     const bool isPinned = hasSelection && all([](const auto &note) { return note->isPinned(); });
     const bool isTag = dynamic_cast<QBTagSidebarItem *>(item.get()) != nullptr;
     const auto enable = [this](const QString &name, bool isEnabled) { m_actions[name]->setEnabled(isEnabled); };
-    for (const auto &name : {u"new-note"_s, u"new-note-in-window"_s, u"quick-open"_s, u"search-notes"_s}) {
+    for (const auto &name : {u"new-note"_s, u"new-note-in-window"_s, u"quick-open"_s, u"quick-note"_s,
+                             u"search-notes"_s, u"search-help"_s}) {
         enable(name, m_context != nullptr);
     }
     enable(u"pin"_s, hasSelection && item && item->canPinNotes());
@@ -315,6 +317,7 @@ void QBMainWindowController::updateActions()
     enable(u"open-in-window"_s, hasSelection);
     enable(u"rename-tag"_s, isTag);
     enable(u"delete-tag"_s, isTag);
+    enable(u"tag-symbol"_s, isTag);
     // What is known of the note, over its text.
     QString info;
     if (selected.size() == 1) {
@@ -370,6 +373,9 @@ void QBMainWindowController::loadTextTheme(const std::shared_ptr<QBTheme> &theme
     for (DetachedWindow *window : m_detached) {
         window->editor().loadTheme(theme);
     }
+    if (m_quickNote) {
+        m_quickNote->loadTheme(theme);
+    }
     m_list->noteListModel().redrawAll();
 }
 
@@ -402,6 +408,7 @@ void QBMainWindowController::forgetStore()
         window->disconnect(this);
         delete window;
     }
+    m_quickNote.reset();
     m_editor->setNote(nullptr);
     m_list->setController(nullptr);
     m_notes.reset();

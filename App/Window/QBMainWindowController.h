@@ -14,6 +14,7 @@
 #include <QMainWindow>
 
 #include <memory>
+#include <optional>
 
 QT_BEGIN_NAMESPACE
 class QLabel;
@@ -26,6 +27,7 @@ namespace quib {
 class DetachedWindow;
 class EditorPane;
 class MessageBar;
+class QuickNoteWindow;
 class SearchField;
 } // namespace quib
 
@@ -62,9 +64,15 @@ public:
     [[nodiscard]] quib::ChoicePanel &choices() { return *m_choices; }
     /// Null before there is a store.
     [[nodiscard]] QBNotesTableViewController *notes() { return m_notes.get(); }
+    /// Null before there is a store.
+    [[nodiscard]] const std::shared_ptr<quib::NoteTextSearch> &textSearch() const { return m_textSearch; }
 
     /// The editor that has the keyboard in any of the program's windows; the main window's own where none has.
     [[nodiscard]] quib::EditorPane &keyEditor();
+    /// Opens the small window with an empty note. Errors: false before there is a store.
+    bool showQuickNote();
+    /// Null until it was opened once.
+    [[nodiscard]] quib::QuickNoteWindow *quickNote() const { return m_quickNote.get(); }
     /// Forgets the store, before it goes.
     void forgetStore();
     /// The colours and fonts of every editor, those made later included.
@@ -133,14 +141,37 @@ private:
     void showSidebarMenu(const QBSidebarItem::Pointer &item, const QPoint &globalPosition);
     void fillSortMenu(QMenu &menu);
     void fillThemeMenu(QMenu &menu);
-    void renameTag(const QBSidebarItem::Pointer &item, const QString &name);
-    void deleteTag(const QBSidebarItem::Pointer &item);
-    void dropNotes(const QBSidebarItem::Pointer &item, const QStringList &identifiers);
     void openQuickly();
     void openCommandPalette();
+    void openSearchHelp();
     void copyNoteLinks();
 
+    // QBMainWindowController+Tags.cpp
+
+    /// A note whose text a command on a tag changed.
+    struct RewrittenNote
+    {
+        quib::Ref<QBNote> note;
+        QString before;
+        QString after;
+    };
+    /// Runs what rewrites the notes of a tag and of those below it, as one step that can be undone, and saves. Gives
+    /// the notes that are other ones now.
+    QList<quib::Ref<QBNote>> rewriteNotes(const quib::Ref<QBNoteTag> &ofTag, const QString &actionName,
+                                          const std::function<void()> &rewrite);
+    void registerRewritingBack(const QList<RewrittenNote> &changes, const QString &actionName,
+                               const QString &selectedTag);
+    /// Says what was done and offers to take it back, while it is the last thing that was done.
+    void sayWithUndo(const QString &text, const QString &actionName);
+    void renameTag(const QBSidebarItem::Pointer &item, const QString &name);
+    void deleteTag(const QBSidebarItem::Pointer &item);
+    void chooseSymbol(const QBSidebarItem::Pointer &item);
+    void setSymbol(const QString &tagTitle, const QString &name, const QString &before);
+    void dropNotes(const QBSidebarItem::Pointer &item, const QStringList &identifiers);
+
     // QBMainWindowController+Restoring.cpp
+    /// Shows a note in a window of its own, where one was left without giving it the keyboard.
+    quib::DetachedWindow *makeDetachedWindow(QBNote &note, bool floating, const std::optional<QByteArray> &geometry);
     void restoreWindow();
     void restoreLists();
 
@@ -164,5 +195,6 @@ private:
     std::shared_ptr<quib::NoteTextSearch> m_textSearch;
     std::unique_ptr<QBNotesTableViewController> m_notes;
     QList<quib::DetachedWindow *> m_detached;
+    std::unique_ptr<quib::QuickNoteWindow> m_quickNote;
     std::function<void()> m_terminate;
 };

@@ -73,6 +73,27 @@ QList<SearchField::Operator> SearchField::operators()
             {u"@untagged"_s, tr("notes without tags")}};
 }
 
+QList<SearchField::Operator> SearchField::help()
+{
+    return QList<Operator>{{tr("word"), tr("notes with the word, or with a word that has it in it")},
+                           {tr("\"two words\""), tr("notes with just these words, one behind the other")},
+                           {tr("-word"), tr("notes without the word")},
+                           {tr("#tag"), tr("notes with the tag in their text")}} +
+           operators();
+}
+
+void SearchField::addWord(const QString &word)
+{
+    QString line = text();
+    if (!line.isEmpty() && !line.endsWith(u' ')) {
+        line += u' ';
+    }
+    // The cursor goes where something is missing: before the end of a phrase or of a bracket.
+    line += word;
+    setText(line);
+    setCursorPosition(int(line.size()));
+}
+
 SearchField::SearchField(QWidget *parent)
     : QLineEdit(parent)
     , m_completer(new QCompleter(this))

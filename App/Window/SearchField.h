@@ -30,6 +30,10 @@ public:
     };
     /// The words of the search language that begin with "@", with what they find.
     [[nodiscard]] static QList<Operator> operators();
+    /// Everything that can be searched for: words, phrases, what is left out, tags, and the operators.
+    [[nodiscard]] static QList<Operator> help();
+    /// Puts a word at the end, ready to be searched for or gone on with.
+    void addWord(const QString &word);
 
 Q_SIGNALS:
     void searchDidChange(const QString &string);

@@ -1,5 +1,6 @@
 #include "SidebarModel.h"
 
+#include <Logging/QBLogger.h>
 #include <Store/QBNoteTag.h>
 
 #include <QMimeData>
@@ -12,12 +13,15 @@ namespace {
 
 /// Numbers of notes are read anew so long after a change, so that a burst of changes counts once. Units: milliseconds.
 constexpr int kCountingDelay = 150;
+/// What the choice of a symbol is kept under, before the tag's title.
+constexpr auto kSymbolPrefix = "QBTC_"_L1;
 
 } // namespace
 
 SidebarModel::SidebarModel(QObject *parent)
     : QAbstractItemModel(parent)
-    , m_controller(std::make_shared<NSUbiquitousKeyValueStore>())
+    , m_choices(std::make_shared<NSUbiquitousKeyValueStore>())
+    , m_controller(m_choices)
     , m_root(std::make_unique<Node>())
 {
     m_controller.setDelegate(this);
@@ -52,6 +56,21 @@ QModelIndex SidebarModel::indexOfIdentifier(const QString &identifier) const
 {
     const Node *found = find(*m_root, identifier);
     return found != nullptr ? indexOf(*found) : QModelIndex();
+}
+
+QString SidebarModel::chosenSymbol(const QString &tagTitle) const
+{
+    return m_choices->objectForKey(QString(kSymbolPrefix + tagTitle)).toString();
+}
+
+void SidebarModel::setChosenSymbol(const QString &tagTitle, const QString &name)
+{
+    m_choices->setObject(name.isEmpty() ? PropertyValue() : PropertyValue(name), QString(kSymbolPrefix + tagTitle));
+    NSError error;
+    if (!m_choices->synchronize(&error)) {
+        QBLogWarn(QString(u"the symbol of a tag could not be kept: "_s % error.localizedDescription()));
+    }
+    forgetCounts(); // draws all entries
 }
 
 QStringList SidebarModel::identifiersWithChildren() const

@@ -42,6 +42,10 @@ public:
     [[nodiscard]] QBSidebarItem::Pointer item(const QModelIndex &index) const;
     /// Invalid for an identifier that no item has.
     [[nodiscard]] QModelIndex indexOfIdentifier(const QString &identifier) const;
+    /// The symbol that the user chose for a tag, on any device; empty where its name decides.
+    [[nodiscard]] QString chosenSymbol(const QString &tagTitle) const;
+    /// An empty name gives the choice back to the tag's name.
+    void setChosenSymbol(const QString &tagTitle, const QString &name);
     /// All that have children, from the top down.
     [[nodiscard]] QStringList identifiersWithChildren() const;
 
@@ -97,6 +101,7 @@ private:
     [[nodiscard]] static const Node *find(const Node &below, const QString &identifier);
     [[nodiscard]] std::optional<qint64> count(const Node &node) const;
 
+    std::shared_ptr<NSUbiquitousKeyValueStore> m_choices;
     QBNoteSidebarCoreController m_controller;
     std::unique_ptr<Node> m_root;
     mutable QHash<QString, qint64> m_counts;

@@ -1,5 +1,6 @@
 #include "SidebarView.h"
 
+#include "OverlayScrollBar.h"
 #include "Symbols.h"
 #include "ThemeColors.h"
 
@@ -149,6 +150,7 @@ SidebarView::SidebarView(QWidget *parent)
     setDropIndicatorShown(false);
     setAutoExpandDelay(600);
     setTabKeyNavigation(false);
+    new OverlayScrollBar(this);
     setExpandsOnDoubleClick(true);
     header()->setMinimumSectionSize(0);
     header()->setStretchLastSection(true);

@@ -1,6 +1,7 @@
 #include "WindowFrontEnd.h"
 
 #include "DesktopAppearance.h"
+#include "DesktopIntegration.h"
 #include "DesktopPasteboard.h"
 #include "EditorPane.h"
 #include "LoadingWindow.h"
@@ -16,6 +17,7 @@
 #include <Store/QBNotesPreferenceManager.h>
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -134,6 +136,18 @@ void WindowInterface::revealFolder(const QString &folder)
     openOrLog(QUrl::fromLocalFile(folder));
 }
 
+bool WindowInterface::showQuickNote()
+{
+    return m_window && m_window->showQuickNote();
+}
+
+void WindowInterface::integrateWithDesktop()
+{
+    if (m_window && !m_integration) {
+        m_integration = std::make_unique<DesktopIntegration>(*m_window, QDBusConnection::sessionBus());
+    }
+}
+
 void WindowInterface::terminate()
 {
     QCoreApplication::quit();
@@ -148,7 +162,7 @@ void WindowInterface::exitProcess(int status)
 void WindowInterface::setApplicationIconNamed(const QString & /*name*/)
 {
     // The desktop shows the icon of the desktop entry; themed ones would have to be installed there.
-    QApplication::setWindowIcon(QIcon::fromTheme(u"net.quibworks.Quib"_s));
+    QApplication::setWindowIcon(QIcon::fromTheme(u"net.quibworks.Quib"_s, QIcon(u":/icons/net.quibworks.Quib.svg"_s)));
 }
 
 void WindowInterface::updateDetachedEditorWindows()
@@ -197,6 +211,7 @@ std::unique_ptr<QBApplicationInterface> WindowFrontEnd::makeInterface()
 void WindowFrontEnd::processDidLaunch(QuibProcess &process)
 {
     auto &interface = static_cast<WindowInterface &>(process.interface());
+    interface.integrateWithDesktop();
     QObject::connect(&interface.appearance(), &DesktopAppearance::didChange, &interface.appearance(),
                      [&process](bool isDark) { process.delegate().effectiveAppearanceDidChange(isDark); });
     QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &interface.appearance(),

@@ -10,6 +10,7 @@ class QBMainWindowController;
 namespace quib {
 
 class DesktopAppearance;
+class DesktopIntegration;
 class InterfaceLanguage;
 class WindowStyle;
 
@@ -23,6 +24,8 @@ public:
 
     [[nodiscard]] DesktopAppearance &appearance() { return *m_appearance; }
     [[nodiscard]] QBMainWindowController *window() { return m_window.get(); }
+    /// Ties the window to the desktop of the session. Once.
+    void integrateWithDesktop();
 
     // QBApplicationInterface
     [[nodiscard]] QBMainWindowInterface *mainWindow() override;
@@ -35,6 +38,7 @@ public:
     void bringAllWindowsForward() override;
     void openWebsite(const QUrl &url) override;
     void revealFolder(const QString &folder) override;
+    [[nodiscard]] bool showQuickNote() override;
     void terminate() override;
     [[noreturn]] void exitProcess(int status) override;
 
@@ -47,6 +51,7 @@ private:
     std::unique_ptr<DesktopAppearance> m_appearance;
     std::unique_ptr<WindowStyle> m_style;
     std::unique_ptr<QBMainWindowController> m_window;
+    std::unique_ptr<DesktopIntegration> m_integration;
     std::shared_ptr<NSPasteboard> m_pasteboard;
     std::shared_ptr<QBTheme> m_textTheme;
 };

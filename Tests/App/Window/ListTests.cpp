@@ -152,53 +152,6 @@ TEST_F(NoteList, NotesDroppedOnATagGetIt)
     EXPECT_FALSE(sidebar.canDropMimeData(data.get(), Qt::CopyAction, -1, -1, untagged));
 }
 
-class Tags : public WindowFixture
-{
-};
-
-TEST_F(Tags, AreRenamedInTheirPlaceAndInAllTexts)
-{
-    launch({u"# One #garden/roses"_s, u"# Two #garden"_s});
-    openList(u"garden"_s);
-    SidebarModel &model = window().sidebar().sidebarModel();
-    EXPECT_TRUE(model.setData(model.indexOfIdentifier(u"garden"_s), u"park"_s, Qt::EditRole));
-    settle();
-    EXPECT_EQ(noteTitled(u"One #park/roses"_s)->text(), u"# One #park/roses"_s);
-    EXPECT_EQ(window().sidebar().selectedIdentifier(), u"park"_s);
-    EXPECT_EQ(rows().size(), 2);
-    EXPECT_FALSE(entries().contains(u"garden"_s));
-}
-
-TEST_F(Tags, AreDeletedAfterAQuestionAndTheNotesStay)
-{
-    launch({u"# One\n#garden"_s});
-    openList(u"garden"_s);
-    trigger(u"delete-tag"_s);
-    ASSERT_TRUE(window().messages().isAsking());
-    window().messages().press(1);
-    EXPECT_TRUE(entries().contains(u"garden"_s));
-    trigger(u"delete-tag"_s);
-    window().messages().press(0);
-    settle();
-    EXPECT_FALSE(entries().contains(u"garden"_s));
-    ASSERT_EQ(notes().size(), 1);
-    EXPECT_FALSE(notes().constFirst()->isTrashed());
-    EXPECT_EQ(window().sidebar().selectedIdentifier(), u"QBNotesSidebarItem"_s);
-}
-
-TEST_F(Tags, CountTheirNotes)
-{
-    launch({u"# One #garden/roses"_s, u"# Two #garden"_s, u"# Three"_s});
-    const SidebarModel &model = window().sidebar().sidebarModel();
-    const auto count = [&model](const QString &identifier) {
-        return model.indexOfIdentifier(identifier).data(SidebarModel::CountRole).toInt();
-    };
-    EXPECT_EQ(count(u"garden"_s), 2);
-    EXPECT_EQ(count(u"garden/roses"_s), 1);
-    EXPECT_EQ(count(u"QBNotesSidebarItem"_s), 3);
-    EXPECT_EQ(count(u"QBUntaggedSidebarItem"_s), 1);
-}
-
 } // namespace
 
 } // namespace quib::tests
