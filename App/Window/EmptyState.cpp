@@ -15,6 +15,7 @@ namespace quib {
 namespace {
 
 constexpr int kPictureSide = 132;
+constexpr int kTextWidth = 370;
 
 /// The animal that lives in the notes, sitting on a sheet of paper.
 class Animal final : public QWidget
@@ -139,7 +140,7 @@ EmptyState::EmptyState(QWidget *parent)
     m_text->setFont(interfaceFont(13));
     m_text->setAlignment(Qt::AlignCenter);
     m_text->setWordWrap(true);
-    m_text->setMaximumWidth(380);
+    m_text->setMaximumWidth(kTextWidth);
     m_button->setProperty("isMain", true);
     auto *layout = new QVBoxLayout(this);
     layout->addStretch(4);
@@ -158,7 +159,9 @@ void EmptyState::show(const QString &title, const QString &text, const QString &
 {
     m_title->setText(title);
     m_text->setText(text);
-    m_text->setMinimumWidth(text.isEmpty() ? 0 : 360);
+    m_text->setMinimumWidth(text.isEmpty() ? 0 : kTextWidth);
+    // A label that is centred gets the height of its hint, which is too low for long texts.
+    m_text->setMinimumHeight(text.isEmpty() ? 0 : m_text->heightForWidth(kTextWidth));
     m_text->setVisible(!text.isEmpty());
     m_button->setText(button);
     m_button->setVisible(!button.isEmpty());
