@@ -45,6 +45,12 @@ class Translations(unittest.TestCase):
         self.assertTrue(self.findings("de", "Open", "Öffnen", kind=' type="unfinished"'))
         self.assertTrue(self.findings("ar", "%n notes", "a", "b"), "six forms in Arabic")
 
+    def test_menus_have_keys_of_their_own(self):
+        def found(*pairs):
+            return list(translations.findings_in_menus("de", self.file(*(self.message(*pair) for pair in pairs))))
+        self.assertTrue(found(("&amp;Go", "&amp;Anzeigen"), ("&amp;View", "&amp;ansicht")))
+        self.assertEqual(found(("&amp;Go", "&amp;Gehe zu"), ("&amp;View", "&amp;Ansicht")), [])
+
     def test_what_stands_for_its_text_is_left_alone(self):
         for case in (("Open", "Öffnen"), ("%1 of %2", "%2 / %1"), ("&amp;File", "ファイル(&amp;F)"), (" pt", "\u00a0pt"),
                      ("R&amp;amp;D", "F&amp;amp;E"), ("%n notes", "eine Notiz", "%n Notizen")):

@@ -81,6 +81,20 @@ def findings_in(language, text):
                 yield f"{where}: \"{form}\": {finding}"
 
 
+def findings_in_menus(language, text):
+    """Access keys that tell the texts of a context apart in English must do so in the language."""
+    keys = {}
+    for (context, source, _), message in messages_of(text).items():
+        if ACCESS_KEY.search(source):
+            for form in forms_of(message):
+                found = ACCESS_KEY.search(form)
+                if found:
+                    keys.setdefault((context, form[found.end()].lower()), {})[source] = source[ACCESS_KEY.search(source).end()]
+    for (context, key), sources in keys.items():
+        if len(set(sources.values())) > 1:
+            yield f"{language}: {context}: {', '.join(sorted(sources))}: one access key, {key}, for all"
+
+
 def update(lupdate, language, file):
     only = ["-pluralonly"] if language == "en" else []
     subprocess.run([lupdate, "-silent", "-locations", "none", "-no-obsolete", "-source-language", "en",
@@ -102,6 +116,7 @@ def main():
             update(lupdate, language, file)
         text = file.read_text()
         findings.extend(findings_in(language, text))
+        findings.extend(findings_in_menus(language, text))
         if lupdate is not None and not arguments.update:
             with tempfile.TemporaryDirectory() as folder:
                 fresh = pathlib.Path(folder) / file.name
