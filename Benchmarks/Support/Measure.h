@@ -21,6 +21,9 @@ struct Timing
     double median = 0;
     double maximum = 0;
     qsizetype runs = 0;
+    /// The least processor time of a run: of the calling thread, or of the program. Other work on the machine does not
+    /// lengthen it. 0 where it was not measured.
+    double processor = 0;
 };
 
 struct MeasureOptions
@@ -58,21 +61,36 @@ public:
     /// title: the question that this program answers.
     explicit Report(const QString &title);
 
-    /// value against baseline, both in seconds; target is the highest ratio that is good enough, 0 for none.
+    /// value against baseline, both in seconds; target is the highest ratio that is good enough, 0 for none. The ratio
+    /// of processor times stands behind it where both were measured.
     void addTime(const QString &name, const Timing &value, const Timing &baseline, double target);
     /// As addTime for a bare number of any unit.
     void addValue(const QString &name, double value, double baseline, double target, const QString &unit);
     /// A line of words below the figures: sizes, what the baseline was.
     void addRemark(const QString &remark);
 
+    /// From here on targets are held against the ratio of processor times where there is one: for work that waits for
+    /// nothing, on a machine that does other work too.
+    void judgeByProcessorTime() { m_isJudgedByProcessorTime = true; }
     /// How many lines missed their target.
     [[nodiscard]] qsizetype missed() const { return m_missed; }
 
 private:
-    void addLine(const QString &name, const QString &value, const QString &baseline, double ratio, double target,
-                 const QString &spread);
+    struct Line
+    {
+        QString name;
+        QString value;
+        QString baseline;
+        double ratio = 0;
+        double target = 0;
+        QString spread = {};
+        /// The ratio of processor times; 0 for none.
+        double processorRatio = 0;
+    };
+    void addLine(const Line &line);
 
     qsizetype m_missed = 0;
+    bool m_isJudgedByProcessorTime = false;
 };
 
 } // namespace quib::benchmarks
