@@ -51,8 +51,16 @@ QString replaced()
 
 QString uuidString()
 {
-    const QString text = replaced();
-    return text.isNull() ? randomUuid().toString(QUuid::WithoutBraces).toUpper() : text;
+    QString text = replaced();
+    if (text.isNull()) {
+        text = randomUuid().toString(QUuid::WithoutBraces);
+        for (QChar &digit : text) {
+            if (digit >= u'a') {
+                digit = QChar(digit.unicode() - u'a' + u'A');
+            }
+        }
+    }
+    return text;
 }
 
 QString globallyUniqueString()

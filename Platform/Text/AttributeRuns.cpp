@@ -15,6 +15,9 @@ constexpr qsizetype kBuiltLeafSize = 112;
 /// A leaf below the first joins a neighbour when both have at most the second.
 constexpr qsizetype kSmallLeafSize = 16;
 constexpr qsizetype kJoinedLeafSize = 96;
+/// Fewer changes than the first, and one more for so many leaves, are made one by one.
+constexpr qsizetype kFewChanges = 8;
+constexpr qsizetype kLeavesForAChange = 16;
 
 } // namespace
 
@@ -22,7 +25,7 @@ AttributeChange AttributeChange::insertingValue(const NSAttributeName &name, con
 {
     AttributeChange change;
     change.m_kind = Kind::InsertValue;
-    change.m_names = name.mask();
+    change.m_insertedNames = name.mask();
     change.m_name = &name;
     change.m_value = &value;
     return change;
@@ -32,7 +35,7 @@ AttributeChange AttributeChange::insertingSet(const AttributeSet &attributes)
 {
     AttributeChange change;
     change.m_kind = Kind::InsertSet;
-    change.m_names = attributes.names();
+    change.m_insertedNames = attributes.names();
     change.m_set = &attributes;
     return change;
 }
@@ -48,10 +51,16 @@ AttributeChange AttributeChange::removing(std::span<const NSAttributeName> names
 {
     AttributeChange change;
     change.m_kind = Kind::Remove;
-    for (const NSAttributeName &name : names) {
-        change.m_names |= name.mask();
-    }
-    change.m_removed = names;
+    change.m_removed = AttributeNameList(names);
+    return change;
+}
+
+AttributeChange AttributeChange::resetting(std::span<const NSAttributeName> names, const AttributeSet &to)
+{
+    AttributeChange change = removing(names);
+    change.m_kind = Kind::Reset;
+    change.m_insertedNames = to.names();
+    change.m_set = &to;
     return change;
 }
 
@@ -67,18 +76,55 @@ void AttributeChange::apply(AttributeSet &attributes) const
     case Kind::Replace:
         attributes = *m_set;
         break;
-    case Kind::Remove: {
-        const AttributeNameMask names = attributes.names();
-        if (!names.intersects(m_names)) {
-            break;
-        }
-        for (const NSAttributeName &name : m_removed) {
-            if (names.intersects(name.mask())) {
-                attributes.remove(name);
-            }
+    case Kind::Remove:
+        if (attributes.names().intersects(m_removed.mask)) {
+            applyRemembering(attributes);
         }
         break;
+    case Kind::Reset:
+        applyRemembering(attributes);
+        break;
     }
+}
+
+void AttributeChange::applyToEntries(AttributeSet &attributes) const
+{
+    attributes.remove(m_removed);
+    if (m_set != nullptr) {
+        attributes.insert(*m_set);
+    }
+}
+
+void AttributeChange::applyRemembering(AttributeSet &attributes) const
+{
+    const AttributeEntries *const from = attributes.m_shared;
+    const auto known = std::find_if(m_known.begin(), m_known.begin() + m_knownCount,
+                                    [from](const Known &one) { return one.from == from; });
+    const AttributeEntries *to = nullptr;
+    if (known != m_known.begin() + m_knownCount) {
+        to = known->to;
+    } else {
+        AttributeSet shared;
+        shared.m_shared = from;
+        applyToEntries(shared);
+        if (!shared.hasNoPlace()) {
+            applyToEntries(attributes); // the table has no room for it, or the new set has a place
+            return;
+        }
+        to = shared.m_shared;
+        m_known[m_nextKnown] = {from, to};
+        m_nextKnown = (m_nextKnown + 1) % m_known.size();
+        m_knownCount = std::min(m_knownCount + 1, m_known.size());
+    }
+    attributes.m_shared = to;
+    if (attributes.hasNoPlace()) {
+        return;
+    }
+    attributes.removeFromPlaces(m_removed);
+    if (m_set != nullptr) {
+        for (const AttributeEntry &entry : m_set->sharedEntries()) {
+            attributes.removeFromPlaces(entry.name);
+        }
     }
 }
 
@@ -554,67 +600,145 @@ void AttributeRuns::appendLeaf(Leaf *leaf, qint64 length)
     delete leaf;
 }
 
+/// Takes the leaves out and puts them back one after the other, whole or run by run.
+class AttributeRuns::Rebuilding
+{
+public:
+    explicit Rebuilding(AttributeRuns &runs)
+        : m_runs(runs)
+        , m_leaves(std::exchange(runs.m_leaves, {}))
+        , m_lengths(std::exchange(runs.m_leafLengths, {}))
+    {
+        runs.m_length = 0;
+        runs.m_knownGroups = 0;
+        runs.forgetCursor();
+        runs.m_leaves.reserve(m_leaves.size());
+        runs.m_leafLengths.reserve(m_leaves.size());
+    }
+
+    /// For each leaf from its start on: isUntouched(start, limit) tells whether it stays as it is, otherwise
+    /// use(run, start) is called for each of its runs, whose attributes it may take.
+    template <typename IsUntouched, typename Use> void walk(const IsUntouched &isUntouched, const Use &use)
+    {
+        qint64 start = 0;
+        for (qsizetype index = 0; index < m_leaves.size(); ++index) {
+            Leaf *const leaf = m_leaves.at(index);
+            const qint64 length = m_lengths.at(index);
+            if (isUntouched(start, start + length)) {
+                m_runs.appendLeaf(leaf, length);
+                start += length;
+                continue;
+            }
+            m_isNeighbour = false;
+            m_names = leaf->names;
+            for (Run &run : leaf->runs) {
+                use(run, start);
+                start += run.length;
+            }
+            delete leaf;
+        }
+    }
+    /// A run of the leaf at hand, or a part of one.
+    void keep(AttributeSet attributes, qint64 length)
+    {
+        const qsizetype last = m_runs.m_leaves.size() - 1;
+        if (m_isNeighbour && m_runs.constRuns(last).size() < kBuiltLeafSize) {
+            Leaf &leaf = *m_runs.m_leaves.at(last);
+            leaf.names |= m_names;
+            leaf.runs.append(Run{std::move(attributes), length});
+            m_runs.addToLeafLength(last, length);
+        } else {
+            m_runs.append(std::move(attributes), length);
+        }
+        m_isNeighbour = true;
+    }
+    /// Something else.
+    void add(AttributeSet attributes, qint64 length)
+    {
+        m_runs.append(std::move(attributes), length);
+        m_isNeighbour = false;
+    }
+    /// A run of the leaf at hand is left out.
+    void skip() { m_isNeighbour = false; }
+
+private:
+    AttributeRuns &m_runs;
+    QList<Leaf *> m_leaves;
+    QList<qint64> m_lengths;
+    /// At least those of the leaf at hand.
+    AttributeNameMask m_names;
+    /// Whether the last run appended is the neighbour of the one to come, from which it differs already.
+    bool m_isNeighbour = false;
+};
+
 void AttributeRuns::replace(std::span<const Replacement> replacements)
 {
-    const QList<Leaf *> leaves = std::exchange(m_leaves, {});
-    const QList<qint64> lengths = std::exchange(m_leafLengths, {});
-    m_length = 0;
-    m_knownGroups = 0;
-    forgetCursor();
-
-    // Places of the text as it was: start is that of the unit to read next, all before done has been dealt with.
-    qint64 start = 0;
+    Rebuilding rebuilding(*this);
+    // Places of the text as it was: all before this one has been dealt with.
     qint64 done = 0;
-    // Whether the last run appended is the neighbour of the one to come, from which it differs already.
-    bool isNeighbour = false;
-    AttributeNameMask source; // of the leaf that is read
-    const auto keep = [&](AttributeSet attributes, qint64 length) {
-        const qsizetype last = m_leaves.size() - 1;
-        if (isNeighbour && constRuns(last).size() < kBuiltLeafSize) {
-            Leaf &leaf = *m_leaves.at(last);
-            leaf.names |= source;
-            leaf.runs.append(Run{std::move(attributes), length});
-            addToLeafLength(last, length);
-        } else {
-            append(std::move(attributes), length);
-        }
-        isNeighbour = true;
-    };
     auto next = replacements.begin();
-    for (qsizetype index = 0; index < leaves.size(); ++index) {
-        Leaf *const leaf = leaves.at(index);
-        const qint64 leafLimit = start + lengths.at(index);
-        if (done <= start && (next == replacements.end() || next->range.location >= leafLimit)) {
-            appendLeaf(leaf, lengths.at(index));
-            start = leafLimit;
-            continue;
-        }
-        isNeighbour = false;
-        source = leaf->names;
-        for (Run &run : leaf->runs) {
-            const qint64 limit = start + run.length;
-            for (; next != replacements.end() && next->range.location < limit; ++next) {
-                const qint64 kept = std::max(start, done);
-                if (next->range.location > kept) {
-                    keep(run.attributes, next->range.location - kept);
-                }
-                append(*next->attributes, next->length);
-                isNeighbour = false;
-                done = next->range.limit();
-            }
+    const auto isUntouched = [&](qint64 start, qint64 limit) {
+        return done <= start && (next == replacements.end() || next->range.location >= limit);
+    };
+    rebuilding.walk(isUntouched, [&](Run &run, qint64 start) {
+        const qint64 limit = start + run.length;
+        for (; next != replacements.end() && next->range.location < limit; ++next) {
             const qint64 kept = std::max(start, done);
-            if (limit > kept) {
-                keep(std::move(run.attributes), limit - kept);
-            } else {
-                isNeighbour = false;
+            if (next->range.location > kept) {
+                rebuilding.keep(run.attributes, next->range.location - kept);
             }
-            start = limit;
+            rebuilding.add(*next->attributes, next->length);
+            done = next->range.limit();
         }
-        delete leaf;
-    }
+        const qint64 kept = std::max(start, done);
+        if (limit > kept) {
+            rebuilding.keep(std::move(run.attributes), limit - kept);
+        } else {
+            rebuilding.skip();
+        }
+    });
     for (; next != replacements.end(); ++next) {
         append(*next->attributes, next->length);
     }
+}
+
+void AttributeRuns::insert(std::span<const Insertion> insertions)
+{
+    if (static_cast<qsizetype>(insertions.size()) < kFewChanges + m_leaves.size() / kLeavesForAChange) {
+        for (const Insertion &insertion : insertions) {
+            change(insertion.range, AttributeChange::insertingSet(*insertion.attributes));
+        }
+        return;
+    }
+    Rebuilding rebuilding(*this);
+    auto next = insertions.begin();
+    const auto isUntouched = [&](qint64 /*start*/, qint64 limit) {
+        return next == insertions.end() || next->range.location >= limit;
+    };
+    rebuilding.walk(isUntouched, [&](Run &run, qint64 start) {
+        const qint64 limit = start + run.length;
+        qint64 done = start;
+        while (next != insertions.end() && next->range.location < limit) {
+            const qint64 from = std::max(done, next->range.location);
+            const qint64 to = std::min(next->range.limit(), limit);
+            if (to > from) {
+                if (from > done) {
+                    rebuilding.keep(run.attributes, from - done);
+                }
+                AttributeSet changed = to == limit ? std::move(run.attributes) : run.attributes;
+                changed.insert(*next->attributes);
+                rebuilding.add(std::move(changed), to - from);
+                done = to;
+            }
+            if (next->range.limit() > limit) {
+                break;
+            }
+            ++next;
+        }
+        if (done < limit) {
+            rebuilding.keep(std::move(run.attributes), limit - done);
+        }
+    });
 }
 
 void AttributeRuns::append(const AttributeRuns &other, NSRange range)

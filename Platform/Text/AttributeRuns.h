@@ -6,6 +6,7 @@
 
 #include <QList>
 
+#include <array>
 #include <span>
 #include <vector>
 
@@ -19,18 +20,17 @@ public:
     [[nodiscard]] static AttributeChange insertingSet(const AttributeSet &attributes);
     [[nodiscard]] static AttributeChange replacingBy(const AttributeSet &attributes);
     [[nodiscard]] static AttributeChange removing(std::span<const NSAttributeName> names);
+    /// Removes names, and then inserts a set.
+    [[nodiscard]] static AttributeChange resetting(std::span<const NSAttributeName> names, const AttributeSet &to);
 
     void apply(AttributeSet &attributes) const;
     /// False only when no set with these names can change.
     [[nodiscard]] bool mayChange(AttributeNameMask names) const
     {
-        return m_kind != Kind::Remove || names.intersects(m_names);
+        return m_kind != Kind::Remove || names.intersects(m_removed.mask);
     }
     /// The names that a changed set may have got.
-    [[nodiscard]] AttributeNameMask insertedNames() const
-    {
-        return m_kind == Kind::Remove ? AttributeNameMask() : m_names;
-    }
+    [[nodiscard]] AttributeNameMask insertedNames() const { return m_insertedNames; }
 
 private:
     enum class Kind : quint8
@@ -39,14 +39,27 @@ private:
         InsertSet,
         Replace,
         Remove,
+        Reset,
+    };
+    /// What a set without a place of its own became. A text has few of those, and many runs of each.
+    struct Known
+    {
+        const AttributeEntries *from = nullptr;
+        const AttributeEntries *to = nullptr;
     };
 
+    void applyToEntries(AttributeSet &attributes) const;
+    void applyRemembering(AttributeSet &attributes) const;
+
     Kind m_kind = Kind::Remove;
-    AttributeNameMask m_names;
+    AttributeNameMask m_insertedNames;
     const NSAttributeName *m_name = nullptr;
     const AttributeValue *m_value = nullptr;
     const AttributeSet *m_set = nullptr;
-    std::span<const NSAttributeName> m_removed;
+    AttributeNameList m_removed;
+    mutable std::array<Known, 8> m_known;
+    mutable size_t m_knownCount = 0;
+    mutable size_t m_nextKnown = 0;
 };
 
 struct AttributeRun
@@ -115,6 +128,14 @@ public:
     void advanceToNames(Position &position, AttributeNameMask names, qint64 limit) const;
 
     void change(NSRange range, const AttributeChange &change);
+    struct Insertion
+    {
+        NSRange range;
+        const AttributeSet *attributes = nullptr;
+    };
+    /// Any number of changes in one pass, in which leaves that none of them touches stay as they are.
+    /// Requires: the ranges ascend and do not overlap.
+    void insert(std::span<const Insertion> insertions);
     void replace(NSRange range, qint64 length, const AttributeSet &attributes);
     void replace(NSRange range, const AttributeRuns &other);
     struct Replacement
@@ -142,6 +163,8 @@ private:
         /// At least the names of its runs.
         AttributeNameMask names;
     };
+
+    class Rebuilding;
 
     void appendLeaf(Leaf *leaf, qint64 length);
     void remove(NSRange range);

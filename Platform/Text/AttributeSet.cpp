@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 namespace quib {
 
@@ -58,6 +59,11 @@ template <typename Make>
     return transition.isRefused ? std::nullopt : std::optional(transition.to);
 }
 
+[[nodiscard]] bool hasIdentity(const AttributeValue &value)
+{
+    return value.isObject() && !AttributeTable::isShareable(value);
+}
+
 } // namespace
 
 AttributeNameMask AttributeEntry::mask() const
@@ -69,6 +75,24 @@ AttributeNameMask AttributeEntry::mask() const
     return mask;
 }
 
+AttributeNameList::AttributeNameList(std::span<const NSAttributeName> list)
+    : names(list)
+{
+    for (const NSAttributeName &name : list) {
+        mask |= name.mask();
+        isMaskExact = isMaskExact && name.index() < AttributeNameMask::kBitCount;
+    }
+}
+
+bool AttributeNameList::contains(quint16 name) const
+{
+    if (!mask.intersects(AttributeNameMask::ofIndex(name))) {
+        return false;
+    }
+    return isMaskExact ? name < AttributeNameMask::kBitCount
+                       : std::ranges::find(names, name, &NSAttributeName::index) != names.end();
+}
+
 AttributeSet::AttributeSet(std::initializer_list<Pair> pairs)
 {
     for (const Pair &pair : pairs) {
@@ -78,9 +102,7 @@ AttributeSet::AttributeSet(std::initializer_list<Pair> pairs)
 
 qint64 AttributeSet::count() const
 {
-    const size_t shared = m_shared != nullptr ? m_shared->entries.size() : 0;
-    const size_t place = m_place != nullptr ? m_place->content.entries.size() : 0;
-    return static_cast<qint64>(shared + place);
+    return static_cast<qint64>(sharedEntries().size() + entriesOf(m_place).size() + entriesOf(m_objects).size());
 }
 
 AttributeValue AttributeSet::value(const NSAttributeName &name) const
@@ -92,10 +114,8 @@ AttributeValue AttributeSet::value(const NSAttributeName &name) const
 std::vector<NSAttributeName> AttributeSet::allNames() const
 {
     std::vector<quint16> indexes;
-    for (const AttributeEntries *side : sides()) {
-        if (side != nullptr) {
-            std::ranges::transform(side->entries, std::back_inserter(indexes), &AttributeEntry::name);
-        }
+    for (const auto &side : {sharedEntries(), entriesOf(m_place), entriesOf(m_objects)}) {
+        std::ranges::transform(side, std::back_inserter(indexes), &AttributeEntry::name);
     }
     std::ranges::sort(indexes);
     std::vector<NSAttributeName> names;
@@ -126,12 +146,15 @@ void AttributeSet::insert(const NSAttributeName &name, const AttributeValue &val
         }
         if (to.has_value()) {
             m_shared = *to;
-            removeFromPlace(index);
+            removeFromPlaces(index);
             return;
         }
     }
+    const AttributeEntry entry{index, value}; // a copy, since the value may be one of this set
     removeFromShared(index);
-    insertIntoPlace(index, value);
+    const bool isObject = hasIdentity(value);
+    removeFromPlace(isObject ? m_place : m_objects, index);
+    insertIntoPlace(isObject ? m_objects : m_place, index, entry.value);
 }
 
 void AttributeSet::insert(const AttributeSet &other)
@@ -139,24 +162,39 @@ void AttributeSet::insert(const AttributeSet &other)
     if (other.m_shared != nullptr) {
         insertShared(other.m_shared);
     }
-    if (other.m_place == nullptr || other.m_place == m_place) {
+    if (other.hasNoPlace()) {
         return;
     }
-    // Held, since the other set may be this one's.
+    // Held, since the other set may be this one.
     const AttributeSet held(other);
-    for (const AttributeEntry &entry : held.m_place->content.entries) {
-        removeFromShared(entry.name);
+    for (Place *const added : {held.m_place, held.m_objects}) {
+        if (added == nullptr || added == m_place || added == m_objects) {
+            continue;
+        }
+        if (m_shared != nullptr && m_shared->names.intersects(added->names)) {
+            for (const AttributeEntry &entry : added->entries()) {
+                removeFromShared(entry.name);
+            }
+        }
+        Place *&otherKind = added == held.m_place ? m_objects : m_place;
+        if (otherKind != nullptr && otherKind->names.intersects(added->names)) {
+            for (const AttributeEntry &entry : added->entries()) {
+                removeFromPlace(otherKind, entry.name);
+            }
+        }
+        insertPlace(added == held.m_place ? m_place : m_objects, added);
     }
-    if (m_place == nullptr) {
-        m_place = held.m_place;
-        m_place->references.fetch_add(1, std::memory_order_relaxed);
+}
+
+void AttributeSet::insertPlace(Place *&place, Place *other)
+{
+    if (place == nullptr) {
+        place = retained(other);
         return;
     }
-    const std::vector<AttributeEntry> &added = held.m_place->content.entries;
-    std::vector<AttributeEntry> &entries = ownPlace().entries;
-    entries.reserve(entries.size() + added.size());
-    for (const AttributeEntry &entry : added) {
-        insertIntoPlace(entry.name, entry.value);
+    ownPlace(place, other->count);
+    for (const AttributeEntry &entry : other->entries()) {
+        insertIntoPlace(place, entry.name, entry.value);
     }
 }
 
@@ -164,7 +202,17 @@ void AttributeSet::remove(const NSAttributeName &name)
 {
     const quint16 index = name.index();
     removeFromShared(index);
-    removeFromPlace(index);
+    removeFromPlaces(index);
+}
+
+void AttributeSet::remove(const AttributeNameList &names)
+{
+    for (const NSAttributeName &name : names.names) {
+        if (m_shared != nullptr && m_shared->names.intersects(name.mask())) {
+            removeFromShared(name.index());
+        }
+    }
+    removeFromPlaces(names);
 }
 
 void AttributeSet::insertShared(const AttributeEntries *other)
@@ -176,16 +224,19 @@ void AttributeSet::insertShared(const AttributeEntries *other)
                          [&] { return AttributeTable::shared().inserting(m_shared, other); });
     if (to.has_value()) {
         m_shared = *to;
-        if (m_place != nullptr && m_place->content.names.intersects(other->names)) {
-            for (const AttributeEntry &entry : other->entries) {
-                removeFromPlace(entry.name);
+        for (Place **const place : {&m_place, &m_objects}) {
+            if (*place != nullptr && (*place)->names.intersects(other->names)) {
+                for (const AttributeEntry &entry : other->entries) {
+                    removeFromPlace(*place, entry.name);
+                }
             }
         }
         return;
     }
     for (const AttributeEntry &entry : other->entries) {
         removeFromShared(entry.name);
-        insertIntoPlace(entry.name, entry.value);
+        removeFromPlace(m_objects, entry.name);
+        insertIntoPlace(m_place, entry.name, entry.value);
     }
 }
 
@@ -204,115 +255,191 @@ void AttributeSet::removeFromShared(quint16 name)
     const AttributeEntries *before = std::exchange(m_shared, nullptr);
     for (const AttributeEntry &entry : before->entries) {
         if (entry.name != name) {
-            insertIntoPlace(entry.name, entry.value);
+            insertIntoPlace(m_place, entry.name, entry.value);
         }
     }
 }
 
-AttributeEntries &AttributeSet::ownPlace()
+AttributeSet::Place *AttributeSet::newPlace(size_t capacity)
 {
-    if (m_place == nullptr) {
-        m_place = new Place;
-    } else if (m_place->references.load(std::memory_order_acquire) != 1) {
-        auto *copy = new Place;
-        copy->content = m_place->content;
-        release(std::exchange(m_place, copy));
-    }
-    return m_place->content;
+    static_assert(sizeof(Place) % alignof(AttributeEntry) == 0 && alignof(Place) >= alignof(AttributeEntry));
+    auto *place = new (::operator new(sizeof(Place) + capacity * sizeof(AttributeEntry))) Place;
+    place->capacity = static_cast<quint16>(capacity);
+    return place;
 }
 
-void AttributeSet::insertIntoPlace(quint16 name, const AttributeValue &value)
+void AttributeSet::deletePlace(Place *place) noexcept
 {
-    AttributeEntries &place = ownPlace();
-    const auto entry = std::ranges::lower_bound(place.entries, name, {}, &AttributeEntry::name);
-    if (entry != place.entries.end() && entry->name == name) {
+    std::destroy_n(place->data(), place->count);
+    place->~Place();
+    ::operator delete(place);
+}
+
+void AttributeSet::ownPlace(Place *&place, size_t room)
+{
+    if (place == nullptr) {
+        place = newPlace(room);
+        return;
+    }
+    const bool isOwn = place->references.load(std::memory_order_acquire) == 1;
+    if (isOwn && size_t(place->capacity) - place->count >= room) {
+        return;
+    }
+    auto *other = newPlace(place->count + room);
+    if (isOwn) {
+        std::uninitialized_move_n(place->data(), place->count, other->data());
+    } else {
+        std::uninitialized_copy_n(place->data(), place->count, other->data());
+    }
+    other->count = place->count;
+    other->names = place->names;
+    release(std::exchange(place, other));
+}
+
+void AttributeSet::insertIntoPlace(Place *&place, quint16 name, const AttributeValue &value)
+{
+    const std::span<const AttributeEntry> before = entriesOf(place);
+    const auto index = std::ranges::lower_bound(before, name, {}, &AttributeEntry::name) - before.begin();
+    const bool isKnown = index < std::ssize(before) && before[static_cast<size_t>(index)].name == name;
+    ownPlace(place, isKnown ? 0 : 1);
+    AttributeEntry *const entry = place->data() + index;
+    if (isKnown) {
         // Another object's class may stay in the mask, which only has to hold what there is.
         entry->value = value;
-        place.names |= entry->mask();
     } else {
-        place.names |= place.entries.insert(entry, AttributeEntry{name, value})->mask();
+        AttributeEntry *const limit = place->data() + place->count;
+        new (limit) AttributeEntry{name, value};
+        ++place->count;
+        std::rotate(entry, limit, limit + 1);
+    }
+    place->names |= entry->mask();
+}
+
+template <typename Function> void AttributeSet::eraseEntries(Place *&place, const Function &isGone)
+{
+    const std::span<const AttributeEntry> entries = place->entries();
+    const auto gone = static_cast<size_t>(std::ranges::count_if(entries, isGone));
+    if (gone == 0) {
+        return;
+    }
+    if (gone == entries.size()) {
+        release(std::exchange(place, nullptr));
+        return;
+    }
+    if (place->references.load(std::memory_order_acquire) == 1) {
+        AttributeEntry *const limit = place->data() + place->count;
+        std::destroy(std::remove_if(place->data(), limit, isGone), limit);
+        place->count = static_cast<quint16>(place->count - gone);
+    } else {
+        auto *other = newPlace(entries.size() - gone);
+        for (const AttributeEntry &entry : entries) {
+            if (!isGone(entry)) {
+                new (other->data() + other->count++) AttributeEntry(entry);
+            }
+        }
+        release(std::exchange(place, other));
+    }
+    place->names = {};
+    for (const AttributeEntry &entry : place->entries()) {
+        place->names |= entry.mask();
     }
 }
 
-void AttributeSet::removeFromPlace(quint16 name)
+void AttributeSet::removeFromPlace(Place *&place, quint16 name)
 {
-    if (m_place == nullptr || m_place->content.find(name) == nullptr) {
-        return;
+    if (place != nullptr && place->names.intersects(AttributeNameMask::ofIndex(name))) {
+        eraseEntries(place, [name](const AttributeEntry &entry) { return entry.name == name; });
     }
-    if (m_place->content.entries.size() == 1) {
-        release(std::exchange(m_place, nullptr));
-        return;
+}
+
+void AttributeSet::removeFromPlaces(quint16 name)
+{
+    removeFromPlace(m_place, name);
+    removeFromPlace(m_objects, name);
+}
+
+void AttributeSet::removeFromPlaces(const AttributeNameList &names)
+{
+    for (Place **const place : {&m_place, &m_objects}) {
+        if (*place != nullptr && (*place)->names.intersects(names.mask)) {
+            eraseEntries(*place, [&names](const AttributeEntry &entry) { return names.contains(entry.name); });
+        }
     }
-    AttributeEntries &place = ownPlace();
-    std::erase_if(place.entries, [name](const AttributeEntry &entry) { return entry.name == name; });
-    place.names = {};
-    for (const AttributeEntry &entry : place.entries) {
-        place.names |= entry.mask();
+}
+
+bool AttributeSet::isEqualBut(const NSAttributeName &name, const AttributeSet &other) const
+{
+    const quint16 index = name.index();
+    if (m_shared == other.m_shared && m_place == other.m_place && other.m_objects == nullptr) {
+        const std::span<const AttributeEntry> objects = entriesOf(m_objects);
+        return objects.size() == 1 && objects.front().name == index;
     }
+    AttributeSet without(*this);
+    without.remove(name);
+    return contains(name) && without == other;
 }
 
 void AttributeSet::checkInvariants() const
 {
-    for (const AttributeEntries *side : sides()) {
-        if (side == nullptr) {
-            continue;
-        }
-        QUIB_REQUIRE(!side->entries.empty());
-        const auto repeated =
-            std::ranges::adjacent_find(side->entries, std::ranges::greater_equal(), &AttributeEntry::name);
-        QUIB_REQUIRE(repeated == side->entries.end());
+    const auto check = [](std::span<const AttributeEntry> entries, AttributeNameMask told) {
+        QUIB_REQUIRE(!entries.empty());
+        const auto repeated = std::ranges::adjacent_find(entries, std::ranges::greater_equal(), &AttributeEntry::name);
+        QUIB_REQUIRE(repeated == entries.end());
         AttributeNameMask names;
-        for (const AttributeEntry &entry : side->entries) {
+        for (const AttributeEntry &entry : entries) {
             names |= entry.mask();
-            QUIB_REQUIRE(m_shared == nullptr || side == m_shared || m_shared->find(entry.name) == nullptr);
         }
-        AttributeNameMask all = side->names;
+        AttributeNameMask all = told;
         all |= names;
-        QUIB_REQUIRE(all == side->names);
-        names.classes = side->names.classes;
-        QUIB_REQUIRE(names == side->names);
+        QUIB_REQUIRE(all == told);
+        names.classes = told.classes;
+        QUIB_REQUIRE(names == told);
+    };
+    if (m_shared != nullptr) {
+        check(m_shared->entries, m_shared->names);
+    }
+    for (const Place *const place : {m_place, m_objects}) {
+        if (place != nullptr) {
+            check(place->entries(), place->names);
+            QUIB_REQUIRE(place->count <= place->capacity);
+        }
+    }
+    for (const AttributeEntry &entry : entriesOf(m_place)) {
+        QUIB_REQUIRE(m_shared == nullptr || m_shared->find(entry.name) == nullptr);
+        QUIB_REQUIRE(!hasIdentity(entry.value));
+    }
+    for (const AttributeEntry &entry : entriesOf(m_objects)) {
+        QUIB_REQUIRE(m_shared == nullptr || m_shared->find(entry.name) == nullptr);
+        QUIB_REQUIRE(m_place == nullptr || m_place->find(entry.name) == nullptr);
+        QUIB_REQUIRE(hasIdentity(entry.value));
     }
 }
 
-void AttributeSet::release(Place *place) noexcept
+bool AttributeSet::hasSameEntries(const Place &a, const Place &b)
 {
-    if (place->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-        delete place;
-    }
-}
-
-bool AttributeSet::hasSamePlace(const AttributeSet &a, const AttributeSet &b)
-{
-    if (a.m_place == nullptr || b.m_place == nullptr) {
-        return false;
-    }
-    return std::ranges::equal(a.m_place->content.entries, b.m_place->content.entries,
-                              [](const AttributeEntry &first, const AttributeEntry &second) {
-                                  return first.name == second.name && first.value == second.value;
-                              });
+    return std::ranges::equal(a.entries(), b.entries(), [](const AttributeEntry &first, const AttributeEntry &second) {
+        return first.name == second.name && first.value == second.value;
+    });
 }
 
 bool AttributeSet::hasSameContent(const AttributeSet &a, const AttributeSet &b)
 {
     // Each shared content exists once, so two different ones can only be made equal by what stands beside them.
-    if ((a.m_place == nullptr && b.m_place == nullptr) || a.count() != b.count()) {
+    if (a.m_place == nullptr && b.m_place == nullptr) {
         return false;
     }
-    for (const AttributeEntries *side : a.sides()) {
-        if (side == nullptr) {
-            continue;
-        }
-        for (const AttributeEntry &entry : side->entries) {
-            const AttributeValue *other = b.m_shared != nullptr ? b.m_shared->find(entry.name) : nullptr;
-            if (other == nullptr && b.m_place != nullptr) {
-                other = b.m_place->content.find(entry.name);
-            }
-            if (other == nullptr || !(*other == entry.value)) {
-                return false;
-            }
-        }
+    const size_t count = a.sharedEntries().size() + entriesOf(a.m_place).size();
+    if (count != b.sharedEntries().size() + entriesOf(b.m_place).size()) {
+        return false;
     }
-    return true;
+    const auto isInOther = [&b](const AttributeEntry &entry) {
+        const AttributeValue *other = b.m_shared != nullptr ? b.m_shared->find(entry.name) : nullptr;
+        if (other == nullptr && b.m_place != nullptr) {
+            other = b.m_place->find(entry.name);
+        }
+        return other != nullptr && *other == entry.value;
+    };
+    return std::ranges::all_of(a.sharedEntries(), isInOther) && std::ranges::all_of(entriesOf(a.m_place), isInOther);
 }
 
 } // namespace quib

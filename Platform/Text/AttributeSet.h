@@ -8,6 +8,8 @@
 #include <array>
 #include <atomic>
 #include <initializer_list>
+#include <new>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -22,8 +24,7 @@ struct AttributeEntry
     [[nodiscard]] AttributeNameMask mask() const;
 };
 
-/// Entries in the order of their names. The table's sets are immutable and live as long as the process; those of one
-/// place are counted and change only while they have one owner.
+/// Entries in the order of their names, as the table keeps them: immutable, for the life of the process.
 struct AttributeEntries
 {
     AttributeNameMask names;
@@ -42,11 +43,24 @@ struct AttributeEntries
     }
 };
 
-/// The attributes of a stretch of text: a dictionary from names to values. A value of two pointers; any thread.
+/// Names that are taken away together. Holds a reference to them.
+struct AttributeNameList
+{
+    explicit AttributeNameList(std::span<const NSAttributeName> list = {});
+    [[nodiscard]] bool contains(quint16 name) const;
+
+    std::span<const NSAttributeName> names;
+    AttributeNameMask mask;
+    /// Whether the mask tells which of the first names are in the list, and no other is.
+    bool isMaskExact = true;
+};
+
+/// The attributes of a stretch of text: a dictionary from names to values. A value of three pointers; any thread.
 ///
 /// What many places have in common (numbers, colours, fonts, paragraph styles) stands in one table for the process, and
 /// the way from one set to the next by a value or a dictionary is remembered, so a change costs a look-up. What is
-/// unique to a place (texts, URLs, objects with identity, and whatever is too various for the table) hangs beside it.
+/// unique to a place (texts, URLs, and whatever is too various for the table) hangs beside it; and apart from that the
+/// objects with identity, which outlive most changes around them.
 class AttributeSet
 {
 public:
@@ -60,15 +74,14 @@ public:
     AttributeSet(std::initializer_list<Pair> pairs);
     AttributeSet(const AttributeSet &other)
         : m_shared(other.m_shared)
-        , m_place(other.m_place)
+        , m_place(retained(other.m_place))
+        , m_objects(retained(other.m_objects))
     {
-        if (m_place != nullptr) {
-            m_place->references.fetch_add(1, std::memory_order_relaxed);
-        }
     }
     AttributeSet(AttributeSet &&other) noexcept
         : m_shared(std::exchange(other.m_shared, nullptr))
         , m_place(std::exchange(other.m_place, nullptr))
+        , m_objects(std::exchange(other.m_objects, nullptr))
     {
     }
     AttributeSet &operator=(const AttributeSet &other)
@@ -84,17 +97,17 @@ public:
     }
     ~AttributeSet()
     {
-        if (m_place != nullptr) {
-            release(m_place);
-        }
+        release(m_place);
+        release(m_objects);
     }
     void swap(AttributeSet &other) noexcept
     {
         std::swap(m_shared, other.m_shared);
         std::swap(m_place, other.m_place);
+        std::swap(m_objects, other.m_objects);
     }
 
-    [[nodiscard]] bool isEmpty() const { return m_shared == nullptr && m_place == nullptr; }
+    [[nodiscard]] bool isEmpty() const { return m_shared == nullptr && hasNoPlace(); }
     [[nodiscard]] qint64 count() const;
     [[nodiscard]] bool contains(const NSAttributeName &name) const { return find(name) != nullptr; }
     /// Nothing where the set has no such name.
@@ -104,14 +117,20 @@ public:
     {
         const quint16 index = name.index();
         const AttributeValue *value = m_shared != nullptr ? m_shared->find(index) : nullptr;
-        return value == nullptr && m_place != nullptr ? m_place->content.find(index) : value;
+        if (value == nullptr && m_place != nullptr) {
+            value = m_place->find(index);
+        }
+        return value == nullptr && m_objects != nullptr ? m_objects->find(index) : value;
     }
     /// May hold names that the set does not, never the other way round.
     [[nodiscard]] AttributeNameMask names() const
     {
         AttributeNameMask names = m_shared != nullptr ? m_shared->names : AttributeNameMask();
         if (m_place != nullptr) {
-            names |= m_place->content.names;
+            names |= m_place->names;
+        }
+        if (m_objects != nullptr) {
+            names |= m_objects->names;
         }
         return names;
     }
@@ -123,41 +142,101 @@ public:
     /// Takes over every value of the other set.
     void insert(const AttributeSet &other);
     void remove(const NSAttributeName &name);
+    void remove(const AttributeNameList &names);
+    /// Whether the sets are equal but for a name that this one has and the other has not.
+    [[nodiscard]] bool isEqualBut(const NSAttributeName &name, const AttributeSet &other) const;
 
     friend bool operator==(const AttributeSet &a, const AttributeSet &b)
     {
-        return a.m_shared == b.m_shared ? a.m_place == b.m_place || hasSamePlace(a, b) : hasSameContent(a, b);
+        return (a.m_shared == b.m_shared ? isSamePlace(a.m_place, b.m_place) : hasSameContent(a, b)) &&
+               isSamePlace(a.m_objects, b.m_objects);
     }
 
     /// Requires that each name stands on one side only, in order, and that the masks are right; for tests.
     void checkInvariants() const;
 
 private:
+    friend class AttributeChange;
+
+    /// The entries of one place, in the order of their names: one block of memory, counted, changed only while it has
+    /// one owner.
     struct Place
     {
         std::atomic<int> references{1};
-        AttributeEntries content;
+        quint16 count = 0;
+        quint16 capacity = 0;
+        AttributeNameMask names;
+
+        [[nodiscard]] AttributeEntry *data() { return std::launder(reinterpret_cast<AttributeEntry *>(this + 1)); }
+        [[nodiscard]] std::span<const AttributeEntry> entries() const
+        {
+            return {std::launder(reinterpret_cast<const AttributeEntry *>(this + 1)), count};
+        }
+        [[nodiscard]] const AttributeValue *find(quint16 name) const
+        {
+            if (names.intersects(AttributeNameMask::ofIndex(name))) {
+                for (const AttributeEntry &entry : entries()) {
+                    if (entry.name == name) {
+                        return &entry.value;
+                    }
+                }
+            }
+            return nullptr;
+        }
     };
 
-    /// Either may be null.
-    [[nodiscard]] std::array<const AttributeEntries *, 2> sides() const
+    [[nodiscard]] bool hasNoPlace() const { return m_place == nullptr && m_objects == nullptr; }
+    [[nodiscard]] std::span<const AttributeEntry> sharedEntries() const
     {
-        return {m_shared, m_place != nullptr ? &m_place->content : nullptr};
+        return m_shared != nullptr ? std::span(m_shared->entries) : std::span<const AttributeEntry>();
     }
-    static void release(Place *place) noexcept;
-    [[nodiscard]] static bool hasSamePlace(const AttributeSet &a, const AttributeSet &b);
+    [[nodiscard]] static std::span<const AttributeEntry> entriesOf(const Place *place)
+    {
+        return place != nullptr ? place->entries() : std::span<const AttributeEntry>();
+    }
+    [[nodiscard]] static Place *newPlace(size_t capacity);
+    static void deletePlace(Place *place) noexcept;
+    [[nodiscard]] static Place *retained(Place *place)
+    {
+        if (place != nullptr) {
+            place->references.fetch_add(1, std::memory_order_relaxed);
+        }
+        return place;
+    }
+    static void release(Place *place) noexcept
+    {
+        if (place != nullptr && place->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+            deletePlace(place);
+        }
+    }
+    [[nodiscard]] static bool isSamePlace(const Place *a, const Place *b)
+    {
+        return a == b || (a != nullptr && b != nullptr && hasSameEntries(*a, *b));
+    }
+    [[nodiscard]] static bool hasSameEntries(const Place &a, const Place &b);
     [[nodiscard]] static bool hasSameContent(const AttributeSet &a, const AttributeSet &b);
-    void insertIntoPlace(quint16 name, const AttributeValue &value);
-    void removeFromPlace(quint16 name);
+
     void removeFromShared(quint16 name);
     void insertShared(const AttributeEntries *other);
-    /// The place's entries for writing: made, or copied where others see them.
-    [[nodiscard]] AttributeEntries &ownPlace();
+    void removeFromPlaces(quint16 name);
+    void removeFromPlaces(const AttributeNameList &names);
+
+    // Of one place, which may be null.
+
+    /// Makes it this set's own, with room for more entries than it has.
+    static void ownPlace(Place *&place, size_t room);
+    static void insertIntoPlace(Place *&place, quint16 name, const AttributeValue &value);
+    static void insertPlace(Place *&place, Place *other);
+    static void removeFromPlace(Place *&place, quint16 name);
+    /// Takes the entries away for which a function says so.
+    template <typename Function> static void eraseEntries(Place *&place, const Function &isGone);
 
     /// Null where nothing is shared; never an empty set.
     const AttributeEntries *m_shared = nullptr;
-    /// Null where the place has nothing of its own. No name stands on both sides.
+    /// Null where the place has nothing of its own. No name stands on two sides.
     Place *m_place = nullptr;
+    /// Null where it has no object with identity.
+    Place *m_objects = nullptr;
 };
 
 } // namespace quib

@@ -4,6 +4,7 @@
 
 #include <QHash>
 
+#include <array>
 #include <deque>
 #include <limits>
 #include <mutex>
@@ -47,6 +48,24 @@ NameTable &nameTable()
 }
 
 } // namespace
+
+quib::AttributeNameMask quib::AttributeNameMask::ofClass(const std::type_info &type)
+{
+    // One bit after the other, so that classes share theirs only when all are taken. Once written a bit's class stays.
+    static constinit std::array<std::atomic<const std::type_info *>, 64> s_classes{};
+    const size_t first = type.hash_code() % s_classes.size();
+    for (size_t step = 0; step < s_classes.size(); ++step) {
+        const size_t bit = (first + step) % s_classes.size();
+        const std::type_info *known = s_classes[bit].load(std::memory_order_acquire);
+        if (known == nullptr && s_classes[bit].compare_exchange_strong(known, &type, std::memory_order_acq_rel)) {
+            known = &type;
+        }
+        if (*known == type) {
+            return {0, 0, quint64(1) << bit};
+        }
+    }
+    return {0, 0, quint64(1) << first};
+}
 
 NSAttributeName::NSAttributeName(const QString &name)
     : NSAttributeName(nameOfIndex(static_cast<quint16>(nameTable().numberOf(name) - 1)))

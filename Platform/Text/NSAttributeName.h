@@ -13,6 +13,9 @@ namespace quib {
 /// classes the objects with identity among its values may be: one bit a class, which others may share. A value.
 struct AttributeNameMask
 {
+    /// So many names have bits of their own.
+    static constexpr quint16 kBitCount = 128;
+
     quint64 low = 0;
     quint64 high = 0;
     quint64 classes = 0;
@@ -22,10 +25,7 @@ struct AttributeNameMask
         const quint64 bit = quint64(1) << (index & 63);
         return (index & 64) == 0 ? AttributeNameMask{bit, 0, 0} : AttributeNameMask{0, bit, 0};
     }
-    [[nodiscard]] static AttributeNameMask ofClass(const std::type_info &type)
-    {
-        return {0, 0, quint64(1) << (type.hash_code() & 63)};
-    }
+    [[nodiscard]] static AttributeNameMask ofClass(const std::type_info &type);
     /// False only when no name and no class is in both.
     [[nodiscard]] constexpr bool intersects(AttributeNameMask other) const
     {

@@ -49,6 +49,26 @@ void NSMutableAttributedString::removeAttributes(std::span<const NSAttributeName
     m_runs.change(cutToText(range), AttributeChange::removing(names));
 }
 
+void NSMutableAttributedString::addAttributes(std::span<const Addition> additions)
+{
+    std::vector<AttributeRuns::Insertion> insertions;
+    insertions.reserve(additions.size());
+    for (const Addition &addition : additions) {
+        QUIB_ASSERT(insertions.empty() || insertions.back().range.limit() <= addition.range.location);
+        QUIB_ASSERT(addition.range.limit() <= length());
+        insertions.push_back({addition.range, &addition.attributes});
+    }
+    m_runs.insert(insertions);
+}
+
+void NSMutableAttributedString::removeAndAddAttributes(std::span<const NSAttributeName> names,
+                                                       const AttributeSet &attributes, NSRange range)
+{
+    // Held, since the set may be that of a run of this text.
+    const AttributeSet held = attributes;
+    m_runs.change(cutToText(range), AttributeChange::resetting(names, held));
+}
+
 void NSMutableAttributedString::setAttributes(const AttributeSet &attributes, NSRange range)
 {
     // Held, since the set may be that of a run of this text.

@@ -15,6 +15,12 @@ public:
         QString string;
         quib::AttributeSet attributes;
     };
+    /// A stretch of the text and what it gets.
+    struct Addition
+    {
+        NSRange range;
+        quib::AttributeSet attributes;
+    };
 
     NSMutableAttributedString() = default;
     explicit NSMutableAttributedString(const QString &string)
@@ -35,9 +41,15 @@ public:
     /// Nothing as value removes the attribute.
     void addAttribute(const NSAttributeName &name, const quib::AttributeValue &value, NSRange range);
     void addAttributes(const quib::AttributeSet &attributes, NSRange range);
+    /// Any number in one pass over the text.
+    /// Requires: the ranges lie in the text, in ascending order and apart from each other (they may touch).
+    void addAttributes(std::span<const Addition> additions);
     void removeAttribute(const NSAttributeName &name, NSRange range);
     /// Many in one pass.
     void removeAttributes(std::span<const NSAttributeName> names, NSRange range);
+    /// Removes names and adds a set, in one pass.
+    void removeAndAddAttributes(std::span<const NSAttributeName> names, const quib::AttributeSet &attributes,
+                                NSRange range);
     void setAttributes(const quib::AttributeSet &attributes, NSRange range);
     /// Makes attributes fit the text: an attachment stays on U+FFFC alone, and each paragraph that the range touches
     /// gets the paragraph style of its first unit throughout. Fonts are left alone.

@@ -107,6 +107,42 @@ TEST(AttributeSet, CopiesDoNotSeeLaterChanges)
     EXPECT_EQ(set.value(NSLinkAttributeName), AttributeValue(u"y"_s));
 }
 
+TEST(AttributeSet, IsEqualButForOneName)
+{
+    const auto object = std::make_shared<NSTextAttachment>();
+    const AttributeSet plain{{kOtherName, 1}, {NSLinkAttributeName, u"x"_s}};
+    AttributeSet with = plain;
+    EXPECT_FALSE(with.isEqualBut(NSAttachmentAttributeName, plain));
+    with.insert(NSAttachmentAttributeName, object);
+    EXPECT_TRUE(with.isEqualBut(NSAttachmentAttributeName, plain));
+    EXPECT_FALSE(with.isEqualBut(kOtherName, plain));
+    EXPECT_FALSE(with.isEqualBut(NSAttachmentAttributeName, with));
+    with.insert(NSLinkAttributeName, u"y"_s);
+    EXPECT_FALSE(with.isEqualBut(NSAttachmentAttributeName, plain));
+    EXPECT_TRUE((AttributeSet{{kOtherName, 1}, {NSLinkAttributeName, object}})
+                    .isEqualBut(NSLinkAttributeName, AttributeSet{{kOtherName, 1}}));
+}
+
+TEST(AttributeSet, AnObjectAndATextTakeEachOthersPlace)
+{
+    const auto object = std::make_shared<NSTextAttachment>();
+    const AttributeSet text{{kOtherName, u"x"_s}, {NSLinkAttributeName, u"y"_s}};
+    const AttributeSet objects{{kOtherName, object}, {kFloodName, object}};
+    AttributeSet both = text;
+    both.insert(objects);
+    both.checkInvariants();
+    EXPECT_EQ(both, (AttributeSet{{kOtherName, object}, {NSLinkAttributeName, u"y"_s}, {kFloodName, object}}));
+    AttributeSet back = objects;
+    back.insert(text);
+    back.checkInvariants();
+    EXPECT_EQ(back, (AttributeSet{{kOtherName, u"x"_s}, {NSLinkAttributeName, u"y"_s}, {kFloodName, object}}));
+    back.insert(kOtherName, 1);
+    back.checkInvariants();
+    back.insert(kFloodName, 2);
+    EXPECT_EQ(back, (AttributeSet{{kOtherName, 1}, {NSLinkAttributeName, u"y"_s}, {kFloodName, 2}}));
+    back.checkInvariants();
+}
+
 TEST(AttributeSet, TakesMoreValuesThanTheTable)
 {
     NSMutableParagraphStyle style;

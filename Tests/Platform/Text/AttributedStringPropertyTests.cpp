@@ -129,6 +129,36 @@ public:
             }
         });
     }
+    void removeAndAddAttributes(std::span<const NSAttributeName> removed, const AttributeSet &added, NSRange range)
+    {
+        text.removeAndAddAttributes(removed, added, range);
+        model.change(range, [&, dictionary = AttributedStringModel::dictionary(added)](auto &all) {
+            for (const NSAttributeName &name : removed) {
+                all.erase(name.index());
+            }
+            for (const auto &[name, value] : dictionary) {
+                all[name] = value;
+            }
+        });
+    }
+    void addMany(std::mt19937 &random)
+    {
+        std::vector<NSMutableAttributedString::Addition> additions;
+        for (qint64 location = 0; location < text.length();) {
+            const auto start = std::min(location + static_cast<qint64>(random() % 20), text.length());
+            const auto length = std::min(static_cast<qint64>(random() % 8), text.length() - start);
+            additions.push_back({{start, length}, randomSet(random)});
+            location = start + length;
+        }
+        text.addAttributes(additions);
+        for (const auto &[range, attributes] : additions) {
+            model.change(range, [dictionary = AttributedStringModel::dictionary(attributes)](auto &all) {
+                for (const auto &[name, value] : dictionary) {
+                    all[name] = value;
+                }
+            });
+        }
+    }
     void replace(NSRange range, QStringView string)
     {
         text.replaceCharactersInRange(range, string);
@@ -162,7 +192,7 @@ public:
     void step(std::mt19937 &random)
     {
         const NSRange range = randomRange(random, text.length());
-        switch (random() % 12) {
+        switch (random() % 14) {
         case 0:
             setAttributes(randomSet(random), range);
             break;
@@ -192,6 +222,14 @@ public:
             replace(randomRange(random, text.length()), text.attributedSubstringFromRange({range.location, 5}));
             break;
         }
+        case 11:
+            removeAndAddAttributes(std::span(names()).first(random() % 5), randomSet(random), range);
+            break;
+        case 12:
+            if (random() % 4 == 0) {
+                addMany(random);
+            }
+            break;
         default:
             if (random() % 20 == 0) {
                 replaceMany(random);
