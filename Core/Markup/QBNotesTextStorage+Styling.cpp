@@ -7,6 +7,7 @@
 #include <Markup/Stylers/QBNoteTextStylerCommonAttributes.h>
 #include <Markup/Syntax/SyntaxCharacters.h>
 #include <Text/NSStringHelpers.h>
+#include <Themes/QBNotesTextThemeManager.h>
 
 #include <QElapsedTimer>
 
@@ -254,7 +255,7 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
     NSRange local = text.fullRange();
     ProposedSelection selection(selectionRange);
     bool isChanged = false;
-    text.removeAttributes(QBNoteTextStylerCommonAttributes::constructsAttributesNames(), local);
+    resetAttributes(text, local);
 
     auto pending = m_noteStylersManager->textStylers();
     while (!pending.isEmpty()) {
@@ -290,11 +291,18 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
     return std::nullopt;
 }
 
+void QBNotesTextStorage::resetAttributes(NSMutableAttributedString &text, NSRange range) const
+{
+    const auto &theme = m_noteStylersManager->themeManager();
+    text.removeAndAddAttributes(QBNoteTextStylerCommonAttributes::attributesNamesToReset(),
+                                theme ? theme->defaultTextAttributes() : quib::AttributeSet(), range);
+}
+
 void QBNotesTextStorage::applyStylingInRange(NSRange range)
 {
     range = NSIntersectionRange(range, fullRange());
     NSRange styled = range;
-    contents().removeAttributes(QBNoteTextStylerCommonAttributes::constructsAttributesNames(), range);
+    resetAttributes(contents(), range);
     for (const auto &styler : m_noteStylersManager->textStylers()) {
         styler->styleTextInAttributedString(contents(), styled, this);
     }

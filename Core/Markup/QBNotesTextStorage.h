@@ -115,6 +115,9 @@ protected:
     void processEditing() override;
 
 private:
+    /// Takes a text back to plain text of the theme, with its attachments: the ground that the stylers begin on.
+    void resetAttributes(NSMutableAttributedString &text, NSRange range) const;
+
     std::shared_ptr<QBNoteStylersManager> m_noteStylersManager;
     NSRange m_previousEditedRange = kNotFoundRange;
     qint64 m_previousChangeInLength = 0;

@@ -1,5 +1,7 @@
 #include "DelimitedTextStyler.h"
 
+#include "AttributeAdditions.h"
+
 #include <optional>
 
 namespace quib {
@@ -14,21 +16,30 @@ void DelimitedTextStyler::applyStyleIn(NSMutableAttributedString &attributedStri
                                        NSTextStorage * /*textStorage*/)
 {
     std::optional<Attributes> set;
+    AttributeAdditions additions(attributedString);
     enumerateUnguardedMatches(*regularExpression(), attributedString, range, [&](const NSTextCheckingResult &match) {
         if (!set) {
             set = attributes();
+            // Markers and content are painted over the whole.
+            for (AttributeSet *const part : {&set->content, &set->markers}) {
+                AttributeSet both = set->whole;
+                both.insert(*part);
+                *part = both;
+            }
         }
-        if (!set->whole.isEmpty()) {
-            attributedString.addAttributes(set->whole, match.range());
-        }
-        if (match.rangeAtIndex(2).length == 0) {
-            attributedString.addAttributes(set->markers, match.range());
+        const NSRange opening = match.rangeAtIndex(1);
+        const NSRange content = match.rangeAtIndex(2);
+        const NSRange closing = match.rangeAtIndex(3);
+        if (content.length == 0) {
+            additions.add(match.range(), set->markers);
             return;
         }
-        attributedString.addAttributes(set->content, match.rangeAtIndex(2));
-        attributedString.addAttributes(set->markers, match.rangeAtIndex(1));
-        attributedString.addAttributes(set->markers, match.rangeAtIndex(3));
+        additions.add(opening, set->markers);
+        additions.add(content, set->content);
+        additions.add({content.limit(), closing.location - content.limit()}, set->whole);
+        additions.add(closing, set->markers);
     });
+    additions.flush();
 }
 
 } // namespace quib

@@ -11,6 +11,51 @@
 using quib::AttributeSet;
 using quib::AttributeValue;
 
+namespace {
+
+/// Calls take(value, range) for each attachment that is wanted, in order. It answers with where it put the range, which
+/// grows as long as the same attachment goes on.
+template <typename IsWanted, typename Take>
+void walkAttachments(const NSAttributedString &attributedString, NSRange range, quib::AttributeNameMask classes,
+                     const IsWanted &isWanted, const Take &take)
+{
+    const NSRange cut = NSIntersectionRange(range, attributedString.fullRange());
+    if (cut.length == 0) {
+        return;
+    }
+    const quib::AttributeRuns &runs = attributedString.runs();
+    const std::type_info *lastClass = nullptr;
+    bool isLastWanted = false;
+    const NSTextAttachment *last = nullptr;
+    NSRange *lastRange = nullptr;
+    auto position = runs.find(cut.location);
+    for (runs.advanceToNames(position, classes, cut.limit()); !runs.isAtEnd(position) && position.start < cut.limit();
+         runs.advance(position), runs.advanceToNames(position, classes, cut.limit())) {
+        const AttributeValue *const value = runs.attributes(position).find(NSAttachmentAttributeName);
+        const auto *attachment = value != nullptr ? value->as<NSTextAttachment>() : nullptr;
+        if (attachment == nullptr) {
+            continue;
+        }
+        if (const auto &itsClass = typeid(*attachment); lastClass == nullptr || itsClass != *lastClass) {
+            lastClass = &itsClass;
+            const auto *note = dynamic_cast<const QBNotesTextAttachment *>(attachment);
+            isLastWanted = note != nullptr && isWanted(*note);
+        }
+        if (!isLastWanted) {
+            continue;
+        }
+        const NSRange place = NSIntersectionRange(runs.range(position), cut);
+        if (attachment == last && lastRange->limit() == place.location) {
+            lastRange->length += place.length;
+        } else {
+            last = attachment;
+            lastRange = take(*value, place);
+        }
+    }
+}
+
+} // namespace
+
 void QBNoteAttachmentTextStyler::replaceTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString,
                                                                           NSRange &range,
                                                                           const ReplacementBlock &usingBlock)
@@ -213,40 +258,27 @@ void QBNoteAttachmentTextStyler::enumerateAttachments(
         NSRange range;
     };
     std::vector<Wanted> found;
-    const NSRange cut = NSIntersectionRange(range, attributedString.fullRange());
-    if (cut.length == 0) {
-        return;
-    }
-    const quib::AttributeRuns &runs = attributedString.runs();
-    const std::type_info *lastClass = nullptr;
-    bool isLastWanted = false;
-    auto position = runs.find(cut.location);
-    for (runs.advanceToNames(position, classes, cut.limit()); !runs.isAtEnd(position) && position.start < cut.limit();
-         runs.advance(position), runs.advanceToNames(position, classes, cut.limit())) {
-        const AttributeValue *const value = runs.attributes(position).find(NSAttachmentAttributeName);
-        const auto *attachment = value != nullptr ? value->as<NSTextAttachment>() : nullptr;
-        if (attachment == nullptr) {
-            continue;
-        }
-        if (const auto &itsClass = typeid(*attachment); lastClass == nullptr || itsClass != *lastClass) {
-            lastClass = &itsClass;
-            const auto *note = dynamic_cast<const QBNotesTextAttachment *>(attachment);
-            isLastWanted = note != nullptr && isWanted(*note);
-        }
-        if (!isLastWanted) {
-            continue;
-        }
-        const NSRange place = NSIntersectionRange(runs.range(position), cut);
-        if (!found.empty() && found.back().attachment.get() == attachment &&
-            found.back().range.limit() == place.location) {
-            found.back().range.length += place.length;
-        } else {
-            // The class is known: every wanted one is of the family.
-            found.push_back(
-                {std::static_pointer_cast<QBNotesTextAttachment>(value->sharedAs<NSTextAttachment>()), place});
-        }
-    }
+    walkAttachments(attributedString, range, classes, isWanted, [&found](const AttributeValue &value, NSRange place) {
+        // The class is known: every wanted one is of the family.
+        found.push_back({std::static_pointer_cast<QBNotesTextAttachment>(value.sharedAs<NSTextAttachment>()), place});
+        return &found.back().range;
+    });
     for (const Wanted &one : found) {
         usingBlock(one.attachment, one.range);
     }
+}
+
+std::vector<QBNoteAttachmentTextStyler::PlacedAttachment>
+QBNoteAttachmentTextStyler::ownAttachments(const NSAttributedString &attributedString, NSRange range) const
+{
+    std::vector<PlacedAttachment> found;
+    walkAttachments(
+        attributedString, range, ownTextAttachmentClasses(),
+        [this](const QBNotesTextAttachment &attachment) { return isOwnTextAttachment(attachment); },
+        [&found](const AttributeValue &value, NSRange place) {
+            // The class is known: every wanted one is of the family.
+            found.push_back({static_cast<const QBNotesTextAttachment *>(value.as<NSTextAttachment>()), place});
+            return &found.back().range;
+        });
+    return found;
 }

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class QBNoteTextAttachmentConfiguring;
 
@@ -26,8 +27,8 @@ public:
         std::function<void(const std::shared_ptr<QBNotesTextAttachment> &attachment, NSRange range)>;
 
     /// Takes out the attachments that nothing justifies any more, and puts in those that are missing.
-    void replaceTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString, NSRange &range,
-                                                  const ReplacementBlock &usingBlock);
+    virtual void replaceTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString, NSRange &range,
+                                                          const ReplacementBlock &usingBlock);
     /// The second half alone, for a text that was never styled.
     virtual void addTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString, NSRange &range,
                                                       const ReplacementBlock &usingBlock);
@@ -82,7 +83,16 @@ protected:
     /// The attachments of the styler's class in a range, in order. The block may change attributes but no characters.
     void enumerateOwnAttachments(const NSAttributedString &attributedString, NSRange range,
                                  const AttachmentBlock &usingBlock) const;
-    /// The same for those that are wanted, which is told by the class; none is of another class than those of the mask.
+    struct PlacedAttachment
+    {
+        const QBNotesTextAttachment *attachment = nullptr;
+        NSRange range;
+    };
+    /// The same as a list. Valid until the text's characters change or an attachment is taken from them.
+    [[nodiscard]] std::vector<PlacedAttachment> ownAttachments(const NSAttributedString &attributedString,
+                                                               NSRange range) const;
+    /// As enumerateOwnAttachments for those that are wanted, which is told by the class; none is of another class than
+    /// those of the mask.
     static void enumerateAttachments(const NSAttributedString &attributedString, NSRange range,
                                      quib::AttributeNameMask classes,
                                      const std::function<bool(const QBNotesTextAttachment &attachment)> &isWanted,

@@ -1,5 +1,6 @@
 #include "QBNoteCodeInlineTextStyler.h"
 
+#include "AttributeAdditions.h"
 #include "QBNoteTextStylerAttributes.h"
 #include "ThemeValues.h"
 
@@ -54,26 +55,35 @@ void QBNoteCodeInlineTextStyler::applyStyleIn(NSMutableAttributedString &attribu
         AttributeSet text;
         AttributeSet marker;
         AttributeSet kern;
+        AttributeSet lastOfText; ///< with the kern
     };
     std::optional<Attributes> set;
+    quib::AttributeAdditions additions(attributedString);
     enumerateUnguardedMatches(*regularExpression(), attributedString, range, [&](const NSTextCheckingResult &match) {
         if (!set) {
-            set = Attributes{textAttributes(), markerAttributes(), {}};
+            set = Attributes{textAttributes(), markerAttributes(), {}, {}};
             if (const auto &theme = themeManager()) {
                 set->text.insert(NSFontAttributeName, theme->monospaceFontAttribute());
                 set->kern.insert(NSKernAttributeName, theme->paragraphFontXHeight() / 2);
             }
+            set->marker.insert(set->kern);
+            set->lastOfText = set->text;
+            set->lastOfText.insert(set->kern);
         }
         const NSRange opening = match.rangeAtIndex(1);
-        const NSRange closing = match.rangeAtIndex(3);
-        attributedString.addAttributes(set->text, match.rangeAtIndex(2));
-        attributedString.addAttributes(set->marker, opening);
-        attributedString.addAttributes(set->marker, closing);
+        const NSRange text = match.rangeAtIndex(2);
         // Room for the background: the character before a marker widens as well.
-        const qint64 before = opening.location > 0 ? 1 : 0;
-        attributedString.addAttributes(set->kern, {opening.location - before, opening.length + before});
-        attributedString.addAttributes(set->kern, {closing.location - 1, closing.length + 1});
+        if (opening.location > 0) {
+            additions.add({opening.location - 1, 1}, set->kern);
+        }
+        additions.add(opening, set->marker);
+        if (text.length > 0) {
+            additions.add({text.location, text.length - 1}, set->text);
+            additions.add({text.limit() - 1, 1}, set->lastOfText);
+        }
+        additions.add(match.rangeAtIndex(3), set->marker);
     });
+    additions.flush();
 }
 
 AttributeSet QBNoteCodeInlineTextStyler::textAttributes() const

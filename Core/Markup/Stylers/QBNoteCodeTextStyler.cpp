@@ -1,5 +1,6 @@
 #include "QBNoteCodeTextStyler.h"
 
+#include "AttributeAdditions.h"
 #include "QBNoteTextStylerAttributes.h"
 
 #include <Foundation/Identifiers.h>
@@ -9,6 +10,7 @@
 #include <QSet>
 
 #include <array>
+#include <optional>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -97,35 +99,55 @@ void QBNoteCodeTextStyler::removeUnusedStyleIn(NSMutableAttributedString &attrib
 void QBNoteCodeTextStyler::applyStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
                                         NSTextStorage * /*textStorage*/)
 {
-    const AttributeSet block = blockAttributes();
-    const AttributeSet text = textAttributes();
-    const AttributeSet marker = markerAttributes();
+    struct Attributes
+    {
+        AttributeSet fence;
+        AttributeSet body;
+        AttributeSet language; ///< with some identifier
+    };
+    std::optional<Attributes> set;
+    // Mostly there are none yet: nothing to look up then, and nothing to take away.
+    const bool hasIdentifiers = attributedString.containsAttribute(QBNoteCodeTextStylerLanguageAttributeName, range);
     std::vector<NSRange> languages;
     QSet<QString> identifiers;
+    quib::AttributeAdditions additions(attributedString);
     enumerateUnguardedMatches(
         stylerRegularExpression(), attributedString, range, [&](const NSTextCheckingResult &match) {
-            const NSRange openingFence = match.rangeAtIndex(kOpeningFence);
-            const NSRange closingFence = match.rangeAtIndex(kClosingFence);
-            attributedString.addAttributes(block, NSUnionRange(openingFence, closingFence));
-            attributedString.addAttributes(text, match.rangeAtIndex(kBody));
-            attributedString.addAttributes(marker, openingFence);
-            attributedString.addAttributes(marker, closingFence);
+            if (!set) {
+                const AttributeSet block = blockAttributes();
+                set = Attributes{block, block, {}};
+                set->fence.insert(markerAttributes());
+                set->body.insert(textAttributes());
+                set->language = set->body;
+                set->language.insert(languageNameAttributesWithUUID(QString()));
+            }
+            additions.add(match.rangeAtIndex(kOpeningFence), set->fence);
             const NSRange language = match.rangeAtIndex(kLanguage);
-            if (!language.isFound() || language.length == 0) {
-                return;
+            if (language.isFound() && language.length > 0) {
+                QString identifier;
+                if (hasIdentifiers) {
+                    identifier =
+                        attributedString.attribute(QBNoteCodeTextStylerLanguageAttributeName, language.location)
+                            .stringValue();
+                    // A name that was cut in two by an edit left its identifier on both halves.
+                    if (identifiers.contains(identifier)) {
+                        identifier.clear();
+                    }
+                    identifiers.insert(identifier);
+                    languages.push_back(language);
+                }
+                AttributeSet name = set->language;
+                name.insert(QBNoteCodeTextStylerLanguageAttributeName,
+                            identifier.isEmpty() ? quib::uuidString() : identifier);
+                additions.add(language, name);
             }
-            QString identifier =
-                attributedString.attribute(QBNoteCodeTextStylerLanguageAttributeName, language.location).stringValue();
-            // A name that was cut in two by an edit left its identifier on both halves.
-            if (identifier.isEmpty() || identifiers.contains(identifier)) {
-                identifier = quib::uuidString();
-            }
-            identifiers.insert(identifier);
-            attributedString.addAttributes(text, language);
-            attributedString.addAttributes(languageNameAttributesWithUUID(identifier), language);
-            languages.push_back(language);
+            additions.add(match.rangeAtIndex(kBody), set->body);
+            additions.add(match.rangeAtIndex(kClosingFence), set->fence);
         });
-    removeStrayIdentifiers(attributedString, range, languages);
+    additions.flush();
+    if (hasIdentifiers) {
+        removeStrayIdentifiers(attributedString, range, languages);
+    }
 }
 
 AttributeSet QBNoteCodeTextStyler::blockAttributes() const

@@ -1,5 +1,6 @@
 #include "QBNoteMarkerTextStyler.h"
 
+#include "AttributeAdditions.h"
 #include "QBNoteTextStylerAttributes.h"
 #include "ThemeValues.h"
 
@@ -56,8 +57,7 @@ void QBNoteMarkerTextStyler::applyStyleIn(NSMutableAttributedString &attributedS
         AttributeSet marker;
     };
     std::optional<Attributes> set;
-    static const std::array textNames{QBNoteHighlighterTextStylerAttributeName,
-                                      QBNoteHighlighterTextStylerBackgroundAttributeName};
+    quib::AttributeAdditions additions(attributedString);
     regularExpression()->enumerateMatchesInString(
         attributedString.string(), 0, range, [&](const NSTextCheckingResult &match, bool * /*stop*/) {
             const NSRange opening = match.rangeAtIndex(1);
@@ -70,14 +70,15 @@ void QBNoteMarkerTextStyler::applyStyleIn(NSMutableAttributedString &attributedS
             if (!set) {
                 set = Attributes{textAttributes(), markerAttributes()};
             }
+            // The markers themselves are not painted as text.
+            const NSRange inner{opening.limit(), closing.location - opening.limit()};
+            additions.add(opening, set->marker);
             for (const NSRange piece : painted) {
-                attributedString.addAttributes(set->text, piece);
+                additions.add(NSIntersectionRange(piece, inner), set->text);
             }
-            for (const NSRange marker : {opening, closing}) {
-                attributedString.removeAttributes(textNames, marker);
-                attributedString.addAttributes(set->marker, marker);
-            }
+            additions.add(closing, set->marker);
         });
+    additions.flush();
 }
 
 AttributeSet QBNoteMarkerTextStyler::textAttributes() const

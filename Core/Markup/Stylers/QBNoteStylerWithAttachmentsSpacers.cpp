@@ -3,59 +3,196 @@
 #include <Markup/Attachments/QBSpacerTextAttachment.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
+#include <algorithm>
 #include <vector>
 
-using namespace Qt::StringLiterals;
+namespace {
+
+/// A text without some characters, and where its places are in the text.
+class TextWithout
+{
+public:
+    TextWithout(QStringView text, const std::vector<NSRange> &removed)
+        : m_removed(removed)
+        , m_text(text)
+    {
+        if (removed.empty()) {
+            return;
+        }
+        m_copy.reserve(text.size());
+        qint64 done = 0;
+        for (const NSRange &one : removed) {
+            m_copy.append(text.sliced(done, one.location - done));
+            done = one.limit();
+        }
+        m_copy.append(text.sliced(done));
+        m_text = m_copy;
+    }
+
+    [[nodiscard]] QStringView text() const { return m_text; }
+    /// The place in the text of a unit of this one. Requires: places are asked for in ascending order.
+    [[nodiscard]] qint64 placeInText(qint64 place)
+    {
+        while (m_next < m_removed.size() && m_removed[m_next].location - m_before <= place) {
+            m_before += m_removed[m_next].length;
+            ++m_next;
+        }
+        return place + m_before;
+    }
+
+private:
+    const std::vector<NSRange> &m_removed;
+    QStringView m_text;
+    QString m_copy;
+    size_t m_next = 0;
+    qint64 m_before = 0; ///< how many units are removed before the next
+};
+
+} // namespace
+
+void QBNoteStylerWithAttachmentsSpacers::replaceTextAttachmentsInAttributedString(
+    NSMutableAttributedString &attributedString, NSRange &range, const ReplacementBlock &usingBlock)
+{
+    auto removed = spacersToRemove(attributedString, range);
+    if (!removed) {
+        QBNoteAttachmentTextStyler::replaceTextAttachmentsInAttributedString(attributedString, range, usingBlock);
+        return;
+    }
+    if (usingBlock) {
+        bool isStopped = false;
+        auto told = removed->rbegin();
+        for (; told != removed->rend() && !isStopped; ++told) {
+            usingBlock(*told, {*told, QString(), quib::AttributeSet()}, &isStopped);
+        }
+        removed->erase(removed->begin(), told.base());
+    }
+    replaceSpacers(*removed, attributedString, range, usingBlock);
+}
 
 void QBNoteStylerWithAttachmentsSpacers::addTextAttachmentsInAttributedString(
     NSMutableAttributedString &attributedString, NSRange &range, const ReplacementBlock &usingBlock)
+{
+    replaceSpacers({}, attributedString, range, usingBlock);
+}
+
+std::optional<std::vector<NSRange>>
+QBNoteStylerWithAttachmentsSpacers::spacersToRemove(const NSAttributedString &attributedString, NSRange range) const
+{
+    std::vector<NSRange> valid;
+    enumerateValidAttachmentsInAttributedString(attributedString, range, [&](const auto &attachment, NSRange place) {
+        if (!shouldRemoveAttachment(*attachment, attributedString, place, range) &&
+            !shouldSkipAttachmentReplacementInAttributedString(attributedString, place)) {
+            valid.push_back(place);
+        }
+    });
+    std::vector<NSRange> found;
+    for (const auto &[spacer, place] : ownAttachments(attributedString, range)) {
+        if (!spacer->representedText().isEmpty()) {
+            return std::nullopt;
+        }
+        if (!std::ranges::binary_search(valid, place.location, {}, &NSRange::location)) {
+            found.push_back(place);
+        }
+    }
+    return found;
+}
+
+void QBNoteStylerWithAttachmentsSpacers::replaceSpacers(const std::vector<NSRange> &removed,
+                                                        NSMutableAttributedString &attributedString, NSRange &range,
+                                                        const ReplacementBlock &usingBlock)
 {
     const NSRegularExpression *expression = regularExpression();
     if (expression == nullptr) {
         return;
     }
+    TextWithout bare(attributedString.string(), removed);
+    NSRange searched = range;
+    for (const NSRange &one : removed) {
+        searched.length -= one.length;
+    }
+    const quib::AttributeSet common = commonAttributes();
+    const auto spacer = spacerTemplate();
+    const auto attributesOfNew = [&] {
+        quib::AttributeSet attributes = common;
+        attributes.insert(NSAttachmentAttributeName, spacer->copy());
+        return attributes;
+    };
+    const Replacement shown{{}, NSTextAttachment::placeholderString(), attributesOfNew()};
+    // Where spacers belong, as places of the bare text, in order: one in front of each match and one behind it.
+    std::vector<qint64> wanted;
+    expression->enumerateMatchesInString(bare.text(), 0, searched, [&](const NSTextCheckingResult &match, bool *stop) {
+        const NSRange matched = match.range();
+        if (shouldSkipAttachmentReplacementInAttributedString(attributedString,
+                                                              {bare.placeInText(matched.location), 1})) {
+            return;
+        }
+        if (usingBlock) {
+            // The one behind is told first, so that the place of the one in front still holds.
+            const qint64 start = matched.location + static_cast<qint64>(wanted.size());
+            usingBlock({start + matched.length, 0}, shown, stop);
+            usingBlock({start, 0}, shown, stop);
+        }
+        wanted.push_back(matched.location);
+        wanted.push_back(matched.limit());
+    });
+    // Both lists ascend: what stands where a spacer is wanted stays.
+    std::vector<Replacement> replacements;
+    qint64 before = 0; // removed units that were passed
+    auto next = removed.begin();
+    const auto remove = [&] {
+        replacements.push_back({*next, QString(), quib::AttributeSet()});
+        before += next->length;
+        ++next;
+    };
+    for (const qint64 place : wanted) {
+        while (next != removed.end() && next->location - before < place) {
+            remove();
+        }
+        if (next != removed.end() && next->location - before == place && next->length == 1) {
+            resetSpacer(attributedString, next->location, common);
+            ++before;
+            ++next;
+        } else {
+            replacements.push_back({{place + before, 0}, NSTextAttachment::placeholderString(), attributesOfNew()});
+        }
+    }
+    while (next != removed.end()) {
+        remove();
+    }
+    attributedString.replaceCharacters(replacements);
+    range.length = searched.length + static_cast<qint64>(wanted.size());
+}
+
+void QBNoteStylerWithAttachmentsSpacers::resetSpacer(NSMutableAttributedString &text, qint64 place,
+                                                     const quib::AttributeSet &common)
+{
+    const quib::AttributeRuns &runs = text.runs();
+    const quib::AttributeSet &attributes = runs.attributes(runs.find(place));
+    if (!attributes.isEqualBut(NSAttachmentAttributeName, common)) {
+        quib::AttributeSet fresh = common;
+        fresh.insert(NSAttachmentAttributeName, attributes.value(NSAttachmentAttributeName));
+        text.setAttributes(fresh, {place, 1});
+    }
+}
+
+quib::AttributeSet QBNoteStylerWithAttachmentsSpacers::commonAttributes() const
+{
     quib::AttributeSet common = themeManager() ? themeManager()->defaultTextAttributes() : quib::AttributeSet();
     if (const auto *name = spacerAttributeName()) {
         common.insert(*name, 1);
     }
-    std::vector<Replacement> replacements;
-    qint64 offset = 0;
-    const auto add = [&](qint64 place, qint64 shownPlace, bool *stop) {
-        replacements.push_back({{place, 0}, NSTextAttachment::placeholderString(), spacerAttributes(common)});
-        if (usingBlock) {
-            usingBlock({shownPlace, 0}, replacements.back(), stop);
-        }
-        ++offset;
-    };
-    expression->enumerateMatchesInString(
-        attributedString.string(), 0, range, [&](const NSTextCheckingResult &match, bool *stop) {
-            const NSRange matched = match.range();
-            if (shouldSkipAttachmentReplacementInAttributedString(attributedString, matched)) {
-                return;
-            }
-            // The one behind is told first, so that the place of the one in front still holds.
-            const qint64 start = matched.location + offset;
-            add(matched.limit(), start + matched.length, stop);
-            add(matched.location, start, stop);
-            std::swap(replacements[replacements.size() - 2], replacements.back());
-        });
-    if (!replacements.empty()) {
-        attributedString.replaceCharacters(replacements);
-        range.length += offset;
-    }
+    return common;
 }
 
-quib::AttributeSet QBNoteStylerWithAttachmentsSpacers::spacerAttributes(const quib::AttributeSet &common)
+std::shared_ptr<QBNotesTextAttachment> QBNoteStylerWithAttachmentsSpacers::spacerTemplate()
 {
-    static const QString key = u"SpacerTextAttachmentCacheKey"_s;
-    const auto *cached = m_stylerCache.object(key);
-    if (cached == nullptr) {
-        cached = new std::shared_ptr<QBNotesTextAttachment>(makeTextAttachment({}));
-        m_stylerCache.insert(key, const_cast<std::shared_ptr<QBNotesTextAttachment> *>(cached));
+    static const QString key = QStringLiteral("SpacerTextAttachmentCacheKey");
+    if (const auto *cached = m_stylerCache.object(key)) {
+        return *cached;
     }
-    quib::AttributeSet attributes = common;
-    attributes.insert(NSAttachmentAttributeName, (*cached)->copy());
-    return attributes;
+    auto made = makeTextAttachment({});
+    m_stylerCache.insert(key, new std::shared_ptr<QBNotesTextAttachment>(made));
+    return made;
 }
 
 std::shared_ptr<QBNotesTextAttachment>

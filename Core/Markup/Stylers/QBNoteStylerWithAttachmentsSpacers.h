@@ -2,10 +2,14 @@
 
 #include "QBNoteAttachmentTextStyler.h"
 
-/// A styler that puts an empty attachment before and behind its construct and replaces nothing.
+/// A styler that puts an empty attachment before and behind its construct and replaces nothing. Spacers that no pattern
+/// justifies go out and those of the matches come in; one that would come back to the very place it left stays, and is
+/// only told to have gone and come.
 class QBNoteStylerWithAttachmentsSpacers : public QBNoteAttachmentTextStyler
 {
 public:
+    void replaceTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString, NSRange &range,
+                                                  const ReplacementBlock &usingBlock) override;
     void addTextAttachmentsInAttributedString(NSMutableAttributedString &attributedString, NSRange &range,
                                               const ReplacementBlock &usingBlock) override;
 
@@ -22,5 +26,15 @@ protected:
                                                      const AttachmentBlock &usingBlock) const override;
 
 private:
-    [[nodiscard]] quib::AttributeSet spacerAttributes(const quib::AttributeSet &common);
+    /// The spacers that go out, in order; nullopt where one of them stands for a text.
+    [[nodiscard]] std::optional<std::vector<NSRange>> spacersToRemove(const NSAttributedString &attributedString,
+                                                                      NSRange range) const;
+    /// Puts spacers around the matches in the text without some of its characters, and takes those out.
+    void replaceSpacers(const std::vector<NSRange> &removed, NSMutableAttributedString &attributedString,
+                        NSRange &range, const ReplacementBlock &usingBlock);
+    /// What a spacer has beside its attachment.
+    [[nodiscard]] quib::AttributeSet commonAttributes() const;
+    [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> spacerTemplate();
+    /// Gives a spacer that stays those of a new one.
+    static void resetSpacer(NSMutableAttributedString &text, qint64 place, const quib::AttributeSet &common);
 };

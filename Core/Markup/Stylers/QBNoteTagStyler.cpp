@@ -10,7 +10,8 @@
 #include <QUrl>
 
 #include <array>
-#include <optional>
+#include <charconv>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 using quib::AttributeSet;
@@ -61,20 +62,23 @@ void QBNoteTagStyler::removeUnusedStyleIn(NSMutableAttributedString &attributedS
 void QBNoteTagStyler::applyStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
                                    NSTextStorage * /*textStorage*/)
 {
-    std::optional<Attributes> set;
-    NSRange pending = kNotFoundRange;
-    enumerateOwnAttachments(attributedString, range, [&](const auto & /*attachment*/, NSRange spacer) {
-        if (!pending.isFound()) {
-            pending = spacer;
-            return;
+    const std::vector<PlacedAttachment> spacers = ownAttachments(attributedString, range);
+    if (spacers.size() < 2) {
+        return;
+    }
+    Attributes set = attributes();
+    Additions additions;
+    additions.reserve(spacers.size() / 2 * kAdditionsOfTag);
+    const auto forEachTag = [&spacers](const auto &block) {
+        for (size_t closing = 1; closing < spacers.size(); closing += 2) {
+            block(NSUnionRange(spacers[closing - 1].range, spacers[closing].range));
         }
-        if (!set) {
-            set = attributes();
-            set->hasMarks = attributedString.containsAttribute(QBNoteBoundaryMarkerAttributeName, range);
-        }
-        styleTag(attributedString, NSUnionRange(pending, spacer), *set);
-        pending = kNotFoundRange;
-    });
+    };
+    forEachTag([&](NSRange tag) { addAttributesOfTag(attributedString, tag, set, additions); });
+    attributedString.addAttributes(additions);
+    if (attributedString.containsAttribute(QBNoteBoundaryMarkerAttributeName, range)) {
+        forEachTag([&](NSRange tag) { spreadMarks(attributedString, tag); });
+    }
 }
 
 QBNoteTagStyler::Attributes QBNoteTagStyler::attributes() const
@@ -91,45 +95,59 @@ QBNoteTagStyler::Attributes QBNoteTagStyler::attributes() const
     return set;
 }
 
-void QBNoteTagStyler::styleTag(NSMutableAttributedString &attributedString, NSRange range, Attributes &attributes)
+void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange range, Attributes &attributes,
+                                         Additions &additions)
 {
     // A spacer, a hash, one character of the name at least, a spacer.
-    if (range.length < 4) {
+    if (range.length < kShortestTag) {
         return;
     }
     const qint64 hash = range.location + 1;
     const qint64 last = range.limit() - 2;
-    QString name = attributedString.stringInRange({hash + 1, last - hash}).toString();
+    const QStringView written = text.stringInRange({hash + 1, last - hash});
     // Two tags of one name are told apart by where they stand.
-    const QString identity = QString(name % u'_' % QString::number(hash + 1));
-    const bool isClosed = name.endsWith(u'#');
-    if (isClosed) {
-        name.chop(1);
+    std::array<char, std::numeric_limits<qint64>::digits10 + 2> digits{};
+    char *const digitsLimit = std::to_chars(digits.data(), digits.data() + digits.size(), hash + 1).ptr;
+    const quib::AttributeValue identity(
+        QString(written % u'_' % QLatin1StringView(digits.data(), digitsLimit - digits.data())));
+    const bool isClosed = written.endsWith(u'#');
+    const QStringView name = isClosed ? written.chopped(1) : written;
+    if (attributes.name != name) {
+        attributes.name = name.toString();
+        attributes.named = attributes.tag;
+        attributes.named.insert(QBNoteTagStylerAttributeName, identity);
+        attributes.named.insert(QBNoteFullSelectionRangeAttributeName, identity);
+        if (const auto value = quib::percentEncoded(*attributes.name, quib::PlainCharacters::QueryValue)) {
+            attributes.named.insert(NSLinkAttributeName,
+                                    QUrl(QString(u"quib://x-callback-url/open-tag?name="_s % *value)));
+        }
     }
-    AttributeSet tag = attributes.tag;
+    AttributeSet tag = attributes.named;
     tag.insert(QBNoteTagStylerAttributeName, identity);
     tag.insert(QBNoteFullSelectionRangeAttributeName, identity);
-    if (attributes.name != name) {
-        const auto value = quib::percentEncoded(name, quib::PlainCharacters::QueryValue);
-        attributes.link = value ? quib::AttributeValue(QUrl(u"quib://x-callback-url/open-tag?name="_s + *value))
-                                : quib::AttributeValue();
-        attributes.name = name;
-    }
-    if (attributes.link) {
-        tag.insert(NSLinkAttributeName, attributes.link);
-    }
-    attributedString.addAttributes(tag, range);
-    attributedString.addAttributes(attributes.marker, {hash, 1});
+    AttributeSet marked = tag;
+    marked.insert(attributes.marker);
+    additions.push_back({{range.location, 1}, tag});
+    additions.push_back({{hash, 1}, marked});
     if (isClosed) {
-        attributedString.addAttributes(attributes.marker, {last, 1});
+        additions.push_back({{hash + 1, last - hash - 1}, tag});
+        additions.push_back({{last, 1}, marked});
+        additions.push_back({{last + 1, 1}, tag});
+    } else {
+        additions.push_back({{hash + 1, range.limit() - hash - 1}, tag});
     }
-    if (!attributes.hasMarks) {
+}
+
+void QBNoteTagStyler::spreadMarks(NSMutableAttributedString &text, NSRange range)
+{
+    if (range.length < kShortestTag) {
         return;
     }
     // A mark that covers an end of the tag covers its spacer: tags stay whole within it.
-    for (const auto &[place, spacer] : {std::pair(hash, range.location), std::pair(last, range.limit() - 1)}) {
-        if (const auto mark = attributedString.attribute(QBNoteBoundaryMarkerAttributeName, place)) {
-            attributedString.addAttribute(QBNoteBoundaryMarkerAttributeName, mark, {spacer, 1});
+    for (const auto &[place, spacer] :
+         {std::pair(range.location + 1, range.location), std::pair(range.limit() - 2, range.limit() - 1)}) {
+        if (const auto mark = text.attribute(QBNoteBoundaryMarkerAttributeName, place)) {
+            text.addAttribute(QBNoteBoundaryMarkerAttributeName, mark, {spacer, 1});
         }
     }
 }

@@ -5,9 +5,10 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
-/// Tags, `#tag` and `#a tag#`. Between a pair of spacers, which go out and come in again at each pass, so that no edit
-/// leaves one behind; guarded from all later stylers.
+/// Tags, `#tag` and `#a tag#`. Between a pair of spacers, none of which outlives its tag, so that no edit leaves one
+/// behind; guarded from all later stylers.
 class QBNoteTagStyler final : public QBNoteStylerWithAttachmentsSpacers
 {
 public:
@@ -32,10 +33,17 @@ private:
         quib::AttributeSet tag;
         quib::AttributeSet marker;
         std::optional<QString> name{}; ///< the last tag's; its neighbours often have the same
-        quib::AttributeValue link{};   ///< of that name; nothing where it has none
-        bool hasMarks = false;         ///< whether marks that go with tags stand in the range of the pass
+        quib::AttributeSet named{};    ///< what that one got, with its link and its identity
     };
+    using Additions = std::vector<NSMutableAttributedString::Addition>;
+    /// Spacer, hash, rest.
+    static constexpr size_t kAdditionsOfTag = 3;
+    /// Units: UTF-16 units, spacers included.
+    static constexpr qint64 kShortestTag = 4;
+
     [[nodiscard]] Attributes attributes() const;
-    /// Paints a tag with its two spacers.
-    static void styleTag(NSMutableAttributedString &attributedString, NSRange range, Attributes &attributes);
+    /// Adds what a tag with its two spacers gets.
+    static void addAttributesOfTag(const NSAttributedString &text, NSRange range, Attributes &attributes,
+                                   Additions &additions);
+    static void spreadMarks(NSMutableAttributedString &text, NSRange range);
 };

@@ -2,7 +2,10 @@
 
 #include "QBNoteTextStylerAttributes.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
+#include <vector>
 
 namespace QBNoteTextStylerCommonAttributes {
 
@@ -21,42 +24,69 @@ std::span<const NSAttributeName> customAttributesNames()
     return names;
 }
 
-std::span<const NSAttributeName> constructsAttributesNames()
+std::span<const NSAttributeName> attributesNamesOfNormalText()
 {
-    static const std::array names{
-        QBNoteBoldTextStylerAttributeName,
-        QBNoteBoldTextStylerMarkerAttributeName,
-        QBNoteItalicTextStylerAttributeName,
-        QBNoteItalicTextStylerMarkerAttributeName,
-        QBNoteUnderlineTextStylerAttributeName,
-        QBNoteUnderlineTextStylerMarkerAttributeName,
-        QBNoteStrikedTextStylerAttributeName,
-        QBNoteStrikedTextStylerMarkerAttributeName,
-        QBNoteHighlighterTextStylerAttributeName,
-        QBNoteHighlighterTextStylerMarkerAttributeName,
-        QBNoteHighlighterTextStylerBackgroundAttributeName,
-        QBNoteCodeInlineTextStylerAttributeName,
-        QBNoteCodeInlineTextStylerMarkerAttributeName,
-        QBNoteCodeInlineTextStylerBackgroundAttributeName,
-        QBHeaderTextStylerAttributeName,
-        QBHeaderTextStylerMarkerAttributeName,
-        QBNoteQuoteTextStylerAttributeName,
-        QBNoteQuoteTextStylerMarkerAttributeName,
-        QBNoteUnorderedListStylerAttributeName,
-        QBNoteUnorderedListStylerMarkerAttributeName,
-        QBNoteOrderedListTextStylerAttributeName,
-        QBNoteOrderedListStylerMArkerAttributeName,
-        QBNoteCheckboxStylerAttributeName,
-        QBNoteCheckboxStylerMarkerAttributeName,
-        QBNoteCheckboxStylerCheckedAttributeName,
-        QBNoteTagStylerAttributeName,
-        QBNoteTagStylerMarkerAttributeName,
-        QBNoteURLTextStylerAttributeName,
-        QBTitledUrlStylerAttributeName,
-        QBNoteWikiTextStylerAttributeName,
-        QBNoteWikiTextStylerMarkerAttributeName,
-        QBNoteColorStylerAttributeName,
-    };
+    static const std::vector<NSAttributeName> names = [] {
+        std::vector<NSAttributeName> made{
+            NSStrikethroughStyleAttributeName, NSLinkAttributeName, NSUnderlineStyleAttributeName,
+            NSBaselineOffsetAttributeName,     NSKernAttributeName, NSBackgroundColorAttributeName,
+        };
+        std::ranges::copy(customAttributesNames(), std::back_inserter(made));
+        return made;
+    }();
+    return names;
+}
+
+std::span<const NSAttributeName> attributesNamesToReset()
+{
+    static const std::vector<NSAttributeName> names = [] {
+        std::vector<NSAttributeName> made{
+            QBNoteBoldTextStylerAttributeName,
+            QBNoteBoldTextStylerMarkerAttributeName,
+            QBNoteItalicTextStylerAttributeName,
+            QBNoteItalicTextStylerMarkerAttributeName,
+            QBNoteUnderlineTextStylerAttributeName,
+            QBNoteUnderlineTextStylerMarkerAttributeName,
+            QBNoteStrikedTextStylerAttributeName,
+            QBNoteStrikedTextStylerMarkerAttributeName,
+            QBNoteHighlighterTextStylerAttributeName,
+            QBNoteHighlighterTextStylerMarkerAttributeName,
+            QBNoteHighlighterTextStylerBackgroundAttributeName,
+            QBNoteCodeInlineTextStylerAttributeName,
+            QBNoteCodeInlineTextStylerMarkerAttributeName,
+            QBNoteCodeInlineTextStylerBackgroundAttributeName,
+            QBHeaderTextStylerAttributeName,
+            QBHeaderTextStylerMarkerAttributeName,
+            QBNoteQuoteTextStylerAttributeName,
+            QBNoteQuoteTextStylerMarkerAttributeName,
+            QBNoteUnorderedListStylerAttributeName,
+            QBNoteUnorderedListStylerMarkerAttributeName,
+            QBNoteOrderedListTextStylerAttributeName,
+            QBNoteOrderedListStylerMArkerAttributeName,
+            QBNoteCheckboxStylerAttributeName,
+            QBNoteCheckboxStylerMarkerAttributeName,
+            QBNoteCheckboxStylerCheckedAttributeName,
+            QBNoteTagStylerAttributeName,
+            QBNoteTagStylerMarkerAttributeName,
+            QBNoteURLTextStylerAttributeName,
+            QBTitledUrlStylerAttributeName,
+            QBNoteWikiTextStylerAttributeName,
+            QBNoteWikiTextStylerMarkerAttributeName,
+            QBNoteColorStylerAttributeName,
+            QBNoteCodeTextStylerAttributeName,
+            QBNoteCodeTextStylerMarkerAttributeName,
+            QBNoteCodeTextStylerBackgroundAttributeName,
+            QBMarkdownImageStylerAttributeName,
+            QBMarkdownImageStylerAttributeMarker,
+            QBMarkdownImageStylerAttributeAlt,
+            QBMarkdownImageStylerAttributeUrl,
+            QBMarkdownImageStylerAttributeTitle,
+            NSUnderlineColorAttributeName,
+            NSStrikethroughColorAttributeName,
+        };
+        std::ranges::copy(attributesNamesOfNormalText(), std::back_inserter(made));
+        return made;
+    }();
     return names;
 }
 

@@ -10,9 +10,12 @@ namespace QBNoteTextStylerCommonAttributes {
 
 /// The attributes that every pass takes away before the stylers set them anew, in their fixed order.
 [[nodiscard]] std::span<const NSAttributeName> customAttributesNames();
-/// The names that one styler each, or one family, sets and takes away, and that nobody before it in the list reads. To
-/// take them away in one go before the stylers run changes nothing, and leaves their own removals nothing to do.
-[[nodiscard]] std::span<const NSAttributeName> constructsAttributesNames();
+/// All that the first styler takes away: those and what paints a text without being its default.
+[[nodiscard]] std::span<const NSAttributeName> attributesNamesOfNormalText();
+/// The names that go before the stylers run, in one pass: those that the first styler takes away, and those that one
+/// styler each, or one family, sets and takes away, and that nobody before it in the list reads. To take these away
+/// early changes nothing, and leaves the stylers' own removals nothing to do.
+[[nodiscard]] std::span<const NSAttributeName> attributesNamesToReset();
 /// Whether a guarded run touches the range anywhere.
 [[nodiscard]] bool shouldSkipStylingInAttributedString(const NSAttributedString &attributedString, NSRange range);
 /// Whether a change of the range is allowed: neither within a protected pair of characters, nor of exactly a protected

@@ -1,5 +1,6 @@
 #include "QBNoteTitledUrlStyler.h"
 
+#include "AttributeAdditions.h"
 #include "PercentEncoding.h"
 #include "QBNoteTextStylerAttributes.h"
 #include "ThemeValues.h"
@@ -168,52 +169,72 @@ void QBNoteTitledUrlStyler::applyStyleIn(NSMutableAttributedString &attributedSt
     struct Attributes
     {
         AttributeSet title;
-        AttributeSet bracket;
         AttributeSet kern;
-        AttributeSet opening; ///< a bracket's and the kern
+        AttributeSet opening;     ///< the bracket in front of the title
+        AttributeSet bracket;     ///< the one behind
+        AttributeSet parenthesis; ///< those around the attachment
+        AttributeSet attachment;
     };
     std::optional<Attributes> set;
+    const AttributeSet whole{{QBTitledUrlStylerAttributeName, 1}};
+    quib::AttributeAdditions additions(attributedString);
+    const auto makeSet = [&] {
+        Attributes made{
+            .title = {{QBNoteSkipAttachmentReplacementAttributeName, 1}, {QBNoteSkipStylingAttributeName, 1}},
+            .kern = {},
+            .opening = {},
+            .bracket = {},
+            .parenthesis = {},
+            .attachment = {{QBNoteSkipLineBreakByWordAttributeName, 1}}};
+        if (const auto &theme = themeManager()) {
+            made.title.insert(NSForegroundColorAttributeName, quib::colorValue(theme->linkTextColor()));
+            made.bracket.insert(NSForegroundColorAttributeName, quib::colorValue(theme->styleMarkerTextColor()));
+            made.kern.insert(NSKernAttributeName, theme->paragraphFontXHeight() / 5);
+        }
+        made.opening = made.bracket;
+        made.opening.insert(made.kern);
+        made.parenthesis = made.bracket;
+        made.parenthesis.insert(made.attachment);
+        return made;
+    };
+    const auto addWhole = [&](NSRange part, AttributeSet attributes) {
+        attributes.insert(whole);
+        additions.add(part, attributes);
+    };
     const auto style = [&](const QBNotesTextAttachment &attachment, NSRange place) {
         if (!set) {
-            set = Attributes{
-                .title = {{QBNoteSkipAttachmentReplacementAttributeName, 1}, {QBNoteSkipStylingAttributeName, 1}},
-                .bracket = {},
-                .kern = {},
-                .opening = {}};
-            if (const auto &theme = themeManager()) {
-                set->title.insert(NSForegroundColorAttributeName, quib::colorValue(theme->linkTextColor()));
-                set->bracket.insert(NSForegroundColorAttributeName, quib::colorValue(theme->styleMarkerTextColor()));
-                set->kern.insert(NSKernAttributeName, theme->paragraphFontXHeight() / 5);
-                set->opening = set->bracket;
-                set->opening.insert(set->kern);
-            }
+            set = makeSet();
         }
         const NSRange title = titleRangeForAttachmentAtIndex(place.location, attributedString);
         const bool isClosed = place.limit() < attributedString.length();
-        if (title.isFound()) {
-            AttributeSet linked = set->title;
-            if (const auto url = linkURL(attachment.representedText())) {
-                linked.insert(NSLinkAttributeName, *url);
+        if (!title.isFound()) {
+            if (place.location > 1 && isClosed) {
+                additions.add({place.location - 1, 1}, set->parenthesis);
+                additions.add(place, set->attachment);
+                additions.add({place.limit(), 1}, set->parenthesis);
             }
-            attributedString.addAttributes(linked, title);
-            attributedString.addAttributes(set->opening, {title.location - 1, 1});
-            attributedString.addAttributes(set->bracket, {title.limit(), 1});
-            attributedString.addAttributes(set->kern, {title.limit() - 1, 1});
+            return;
         }
-        if (place.location > 1 && isClosed) {
-            attributedString.addAttributes(set->bracket, {place.location - 1, 1});
-            attributedString.addAttributes(set->bracket, {place.limit(), 1});
-            attributedString.addAttribute(QBNoteSkipLineBreakByWordAttributeName, 1,
-                                          {place.location - 1, place.length + 2});
+        AttributeSet linked = set->title;
+        if (const auto url = linkURL(attachment.representedText())) {
+            linked.insert(NSLinkAttributeName, *url);
         }
-        if (title.isFound()) {
-            const qint64 limit = place.limit() + (isClosed ? 1 : 0);
-            attributedString.addAttribute(QBTitledUrlStylerAttributeName, 1,
-                                          {title.location - 1, limit - title.location + 1});
+        addWhole({title.location - 1, 1}, set->opening);
+        addWhole({title.location, title.length - 1}, linked);
+        linked.insert(set->kern);
+        addWhole({title.limit() - 1, 1}, linked);
+        addWhole({title.limit(), 1}, set->bracket);
+        if (isClosed) {
+            addWhole({place.location - 1, 1}, set->parenthesis);
+            addWhole(place, set->attachment);
+            addWhole({place.limit(), 1}, set->parenthesis);
+        } else {
+            additions.add({place.location - 1, place.length + 1}, whole);
         }
     };
     enumerateAttachments(
         attributedString, range, QBNoteTitledUrlStyler::ownTextAttachmentClasses(),
         [this](const QBNotesTextAttachment &attachment) { return isStyledTextAttachment(attachment); },
         [&](const auto &attachment, NSRange place) { style(*attachment, place); });
+    additions.flush();
 }

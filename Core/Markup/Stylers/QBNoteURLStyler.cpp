@@ -1,5 +1,6 @@
 #include "QBNoteURLStyler.h"
 
+#include "AttributeAdditions.h"
 #include "QBNoteTextStylerAttributes.h"
 #include "ThemeValues.h"
 
@@ -33,6 +34,7 @@ void QBNoteURLStyler::applyStyleIn(NSMutableAttributedString &attributedString, 
                                    NSTextStorage * /*textStorage*/)
 {
     std::optional<quib::AttributeValue> color;
+    quib::AttributeAdditions additions(attributedString);
     enumerateUnguardedMatches(*regularExpression(), attributedString, range, [&](const NSTextCheckingResult &match) {
         if (!color) {
             color = themeManager() ? quib::colorValue(themeManager()->linkTextColor()) : quib::AttributeValue();
@@ -40,6 +42,7 @@ void QBNoteURLStyler::applyStyleIn(NSMutableAttributedString &attributedString, 
         const quib::AttributeValue url(match.URL());
         quib::AttributeSet attributes{{NSLinkAttributeName, url}, {QBNoteURLTextStylerAttributeName, url}};
         attributes.insert(NSForegroundColorAttributeName, *color);
-        attributedString.addAttributes(attributes, match.range());
+        additions.add(match.range(), attributes);
     });
+    additions.flush();
 }

@@ -1,5 +1,6 @@
 #include "QBNoteWikiTextStyler.h"
 
+#include "AttributeAdditions.h"
 #include "PercentEncoding.h"
 #include "QBNoteTextStylerAttributes.h"
 #include "ThemeValues.h"
@@ -54,6 +55,7 @@ void QBNoteWikiTextStyler::applyStyleIn(NSMutableAttributedString &attributedStr
         AttributeSet marker;
     };
     std::optional<Attributes> set;
+    quib::AttributeAdditions additions(attributedString);
     enumerateUnguardedMatches(*regularExpression(), attributedString, range, [&](const NSTextCheckingResult &match) {
         const NSRange title = match.rangeAtIndex(2);
         const auto url = urlForTitle(attributedString.stringInRange(title).toString());
@@ -62,8 +64,10 @@ void QBNoteWikiTextStyler::applyStyleIn(NSMutableAttributedString &attributedStr
         }
         if (!set) {
             set = Attributes{
-                .title = {{QBNoteSkipAttachmentReplacementAttributeName, 1}, {QBNoteSkipStylingAttributeName, 1}},
-                .marker = {{QBNoteWikiTextStylerMarkerAttributeName, 1}}};
+                .title = {{QBNoteSkipAttachmentReplacementAttributeName, 1},
+                          {QBNoteSkipStylingAttributeName, 1},
+                          {QBNoteWikiTextStylerAttributeName, 1}},
+                .marker = {{QBNoteWikiTextStylerMarkerAttributeName, 1}, {QBNoteWikiTextStylerAttributeName, 1}}};
             if (const auto &theme = themeManager()) {
                 set->title.insert(NSForegroundColorAttributeName, quib::colorValue(theme->linkTextColor()));
                 set->marker.insert(NSForegroundColorAttributeName, quib::colorValue(theme->styleMarkerTextColor()));
@@ -71,11 +75,11 @@ void QBNoteWikiTextStyler::applyStyleIn(NSMutableAttributedString &attributedStr
         }
         AttributeSet linked = set->title;
         linked.insert(NSLinkAttributeName, *url);
-        attributedString.addAttributes(linked, title);
-        attributedString.addAttribute(QBNoteWikiTextStylerAttributeName, 1, match.range());
-        attributedString.addAttributes(set->marker, match.rangeAtIndex(1));
-        attributedString.addAttributes(set->marker, match.rangeAtIndex(3));
+        additions.add(match.rangeAtIndex(1), set->marker);
+        additions.add(title, linked);
+        additions.add(match.rangeAtIndex(3), set->marker);
     });
+    additions.flush();
 }
 
 std::optional<QUrl> QBNoteWikiTextStyler::urlForTitle(const QString &title)

@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QSet>
+
 using namespace Qt::StringLiterals;
 
 namespace quib::tests {
@@ -210,6 +212,80 @@ TEST(InlineAttachments, ATagMarksItselfWithItsSpacers)
     styled.load(u"#a*b*c #a*b*c"_s);
     EXPECT_EQ(styled.marked(QBNoteBoldTextStylerAttributeName), styled.shown());
     EXPECT_EQ(styled.marked(QBNoteFullSelectionRangeAttributeName), u"{¦#a*b*c¦} {¦#a*b*c¦}"_s);
+}
+
+TEST(InlineAttachments, SpacersThatAreStillWantedStayAndAreToldToHaveGoneAndCome)
+{
+    struct Edit
+    {
+        QString text;
+        NSRange replaced; ///< in the styled text
+        QString by;
+        qsizetype staying; ///< spacers
+    };
+    const QList<Edit> edits{
+        {u"#a #b c# d"_s, {14, 0}, u"x"_s, 4},   {u"#a #b c# d"_s, {0, 0}, u"x "_s, 4},
+        {u"#a #b c# d"_s, {0, 0}, u"x"_s, 2},    {u"#a #b c# d"_s, {10, 1}, {}, 3},
+        {u"#a #b c# d"_s, {2, 1}, {}, 2},        {u"#a##b# c"_s, {0, 0}, u"("_s, 4},
+        {u"#a#b# c"_s, {6, 0}, u"#"_s, 2},       {u"#a #b"_s, {0, 10}, u"none"_s, 0},
+        {u"#a"_s, {4, 0}, u" #b \uFFFC#c"_s, 2}, {u"#a/b #c"_s, {4, 0}, u" "_s, 3},
+        {u"#a"_s, {3, 1}, u"\uFFFC"_s, 1},
+    };
+    for (const Edit &edit : edits) {
+        SCOPED_TRACE(QString(edit.text % u" <- " % edit.by).toStdString());
+        QBNoteTagStyler styler;
+        styler.setThemeManager(inlineTheme());
+        NSMutableAttributedString text(edit.text);
+        NSRange range = text.fullRange();
+        styler.addTextAttachmentsInAttributedString(text, range, {});
+        styler.applyStyleIn(text, range, nullptr);
+        const auto spacers = [&text] {
+            QSet<const AttributeObject *> found;
+            for (qint64 place = 0; place < text.length(); ++place) {
+                found.insert(text.attribute(NSAttachmentAttributeName, place).objectValue().get());
+            }
+            found.remove(nullptr);
+            return found;
+        };
+        text.replaceCharactersInRange(edit.replaced, NSAttributedString(edit.by));
+        const QSet<const AttributeObject *> before = spacers();
+
+        QString told = text.string().toString();
+        range = text.fullRange();
+        bool isAdding = false;
+        styler.replaceTextAttachmentsInAttributedString(
+            text, range, [&](NSRange replaced, const auto &replacement, bool * /*stop*/) {
+                // All go, from the last to the first, before any comes.
+                EXPECT_FALSE(isAdding && replaced.length > 0);
+                isAdding = isAdding || replaced.length == 0;
+                told.replace(replaced.location, replaced.length, replacement.string);
+            });
+        EXPECT_EQ(told, text.string());
+        EXPECT_EQ(range, text.fullRange());
+        EXPECT_EQ((spacers() & before).size(), edit.staying);
+        styler.styleTextInAttributedString(text, range, nullptr);
+
+        // As if all had been placed anew.
+        QString plain = told;
+        NSMutableAttributedString bare = text;
+        bare.removeAttribute(NSAttachmentAttributeName, bare.fullRange());
+        for (qint64 place = text.length() - 1; place >= 0; --place) {
+            if (text.attribute(NSAttachmentAttributeName, place)) {
+                plain.remove(place, 1);
+            }
+        }
+        NSMutableAttributedString fresh(plain);
+        NSRange whole = fresh.fullRange();
+        styler.addTextAttachmentsInAttributedString(fresh, whole, {});
+        styler.applyStyleIn(fresh, whole, nullptr);
+        EXPECT_EQ(fresh.string(), text.string());
+        fresh.removeAttribute(NSAttachmentAttributeName, whole);
+        for (const NSAttributeName &name : {QBNoteTagStylerAttributeName, QBNoteTagSpacerAttributeName}) {
+            for (qint64 place = 0; place < fresh.length(); ++place) {
+                EXPECT_EQ(fresh.attribute(name, place), bare.attribute(name, place)) << place;
+            }
+        }
+    }
 }
 
 TEST(InlineAttachments, AMarkOverATagsEndTakesItsSpacer)
