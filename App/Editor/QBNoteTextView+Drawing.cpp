@@ -6,9 +6,10 @@
 
 #include <QPaintEvent>
 #include <QPainter>
-#include <QTextLayout>
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 using namespace quib;
 
@@ -31,18 +32,176 @@ const NSColor &currentHighlightColor()
 
 } // namespace
 
+void QBNoteTextView::updateAll()
+{
+    m_shown.isWhole = false;
+    viewport()->update();
+}
+
+double QBNoteTextView::overhang() const
+{
+    const auto &theme = *m_stack.themeManager();
+    return theme.paragraphSpacing() + theme.baseFontSize() / 2 + 4;
+}
+
+QRect QBNoteTextView::areaOfCaret(const QRectF &caret)
+{
+    return caret.isNull() ? QRect() : caret.adjusted(-kCaretWidth - 1, -1, kCaretWidth + 1, 1).toAlignedRect();
+}
+
+QBNoteTextView::ShownPicture QBNoteTextView::picture()
+{
+    ShownPicture now;
+    now.isWhole = true;
+    const double top = scrollY();
+    const NSRange selection = selectedRange();
+    const NSRange current = m_isFocusMode ? paragraphRange(selection) : NSRange();
+    for (const PlacedParagraph &paragraph : m_layout.paragraphsInHeights(top, top + viewport()->height())) {
+        const NSRange reached = {paragraph.range.location, paragraph.range.length + 1};
+        NSRange selected = selection.length > 0 ? NSIntersectionRange(selection, reached) : NSRange();
+        selected = selected.length > 0 ? NSRange{selected.location - reached.location, selected.length} : NSRange();
+        now.paragraphs.push_back({.number = paragraph.number,
+                                  .top = paragraph.origin.y() - top,
+                                  .height = paragraph.height,
+                                  .selected = selected,
+                                  .isVeiled = m_isFocusMode && isVeiled(paragraph, current)});
+    }
+    if (selection.length == 0) {
+        now.caret = caretRectInViewport(m_caret);
+    }
+    now.dropLocation = m_dropLocation;
+    if (const auto mark = spellingMarkAtLocation(m_caret); mark && isWordBeingWritten(*mark)) {
+        now.unmarkedWord = mark;
+    }
+    return now;
+}
+
+void QBNoteTextView::updateChanged()
+{
+    if (!m_isStale) {
+        return;
+    }
+    m_isStale = false;
+    if (m_hasMoved) {
+        m_hasMoved = false;
+        (void)fillLastPage();
+        updateScrollBar();
+    }
+    ShownPicture now = picture();
+    if (m_shown.isWhole) {
+        const QRegion area = areaOfChange(m_shown, now);
+        if (!area.isEmpty()) {
+            viewport()->update(area);
+        }
+        m_shown = std::move(now);
+    }
+}
+
+QRegion QBNoteTextView::areaOfChange(const ShownPicture &before, const ShownPicture &now)
+{
+    QRegion area;
+    const int width = viewport()->width();
+    const double around = overhang();
+    const auto add = [&](double top, double bottom) {
+        area += QRectF(0, top, width, bottom - top).toAlignedRect().intersected(viewport()->rect());
+    };
+    const auto addParagraph = [&](const ShownParagraph &paragraph) {
+        add(paragraph.top - around, paragraph.top + paragraph.height + around);
+    };
+    // Both go from top to bottom, and what is in both is in the same order.
+    auto old = before.paragraphs.begin();
+    for (const ShownParagraph &paragraph : now.paragraphs) {
+        const auto found = std::find_if(old, before.paragraphs.end(), [&paragraph](const ShownParagraph &each) {
+            return each.number == paragraph.number;
+        });
+        if (found == before.paragraphs.end() || std::abs(found->top - paragraph.top) > 0.01 ||
+            found->isVeiled != paragraph.isVeiled) {
+            addParagraph(paragraph);
+            continue;
+        }
+        std::for_each(old, found, addParagraph);
+        old = found + 1;
+        if (found->selected != paragraph.selected) {
+            addChangedLines(paragraph, found->selected, &area);
+        }
+    }
+    std::for_each(old, before.paragraphs.end(), addParagraph);
+    if (before.caret != now.caret) {
+        area += areaOfCaret(before.caret);
+        area += areaOfCaret(now.caret);
+    }
+    if (before.dropLocation != now.dropLocation) {
+        for (const qint64 location : {before.dropLocation, now.dropLocation}) {
+            area += location >= 0 ? areaOfCaret(caretRectInViewport(location)) : QRect();
+        }
+        area += areaOfCaret(now.caret); // hidden while something is dragged
+    }
+    if (before.unmarkedWord != now.unmarkedWord) {
+        for (const auto &word : {before.unmarkedWord, now.unmarkedWord}) {
+            if (word) {
+                updateRanges({&*word, 1});
+            }
+        }
+    }
+    return area;
+}
+
+void QBNoteTextView::addChangedLines(const ShownParagraph &paragraph, NSRange before, QRegion *area)
+{
+    // The lines of what only one of the two selections has; nothing before the first difference, nothing behind the
+    // last.
+    const NSRange now = paragraph.selected;
+    const auto placed = m_layout.paragraphAtHeight(scrollY() + paragraph.top + paragraph.height / 2);
+    const auto addLines = [&](qint64 start, qint64 end) {
+        const auto &lines = placed.layout->lines();
+        for (const auto &line : lines) {
+            const qint64 first = line.range.location + placed.shift - placed.range.location;
+            const bool isLast = &line == &lines.back();
+            if (start <= first + line.range.length && (end > first || isLast)) {
+                *area +=
+                    QRectF(0, paragraph.top + line.rect.top(), viewport()->width(), line.rect.height()).toAlignedRect();
+            }
+        }
+    };
+    if (before.length == 0 || now.length == 0) {
+        const NSRange only = before.length == 0 ? now : before;
+        addLines(only.location, only.limit());
+        return;
+    }
+    if (before.location != now.location) {
+        addLines(std::min(before.location, now.location), std::max(before.location, now.location));
+    }
+    if (before.limit() != now.limit()) {
+        addLines(std::min(before.limit(), now.limit()), std::max(before.limit(), now.limit()));
+    }
+}
+
 void QBNoteTextView::paintEvent(QPaintEvent *event)
+{
+    if (!m_shown.isWhole) {
+        // From here on only what changes is painted. What is asked for by then is painted here.
+        m_shown = picture();
+    }
+    QPainter painter(viewport());
+    for (const QRect &area : event->region()) {
+        paintArea(painter, area);
+    }
+    // What was laid out may be higher or lower than it was thought to be.
+    updateScrollBar();
+}
+
+void QBNoteTextView::paintArea(QPainter &painter, const QRectF &area)
 {
     const auto &theme = *m_stack.themeManager();
     const NSColor paper = theme.backgroundTextColor().value_or(NSColor::whiteColor());
     const double top = scrollY();
-    QPainter painter(viewport());
     GraphicsContext context(painter);
-    const QRectF dirty = event->rect();
-    context.fillRect(dirty, paper);
-    context.clipToRect(dirty);
+    context.saveState();
+    context.clipToRect(area);
+    context.fillRect(area, paper);
     context.translateBy(0, -top);
-    const auto paragraphs = m_layout.paragraphsInHeights(top + dirty.top(), top + dirty.bottom());
+    const double around = overhang();
+    const auto paragraphs = m_layout.paragraphsInHeights(top + area.top() - around, top + area.bottom() + around);
     const NotePainter notePainter(m_stack.noteTextStorage().attributedString(), theme, m_layout.columnLeft(),
                                   m_layout.columnWidth());
     notePainter.drawBackground(context, paragraphs);
@@ -53,16 +212,15 @@ void QBNoteTextView::paintEvent(QPaintEvent *event)
     if (m_isFocusMode) {
         drawVeil(context, paragraphs, paper);
     }
-    if (!m_preedit.isEmpty()) {
-        drawPreedit(painter);
-    } else if (hasFocus() && m_isCaretOn && m_anchor == m_caret && !m_isReadOnly && m_dropLocation < 0) {
+    const bool isCaretShown = hasFocus() && (m_isCaretOn || !m_preedit.string.isEmpty()) && m_anchor == m_caret &&
+                              !m_isReadOnly && m_dropLocation < 0;
+    if (isCaretShown) {
         drawCaret(context, m_caret, m_isUpstream);
     }
     if (m_dropLocation >= 0) {
         drawCaret(context, m_dropLocation, false);
     }
-    // What was laid out may be higher or lower than it was thought to be.
-    updateScrollBar();
+    context.restoreState();
 }
 
 void QBNoteTextView::drawSelection(GraphicsContext &context, const std::vector<PlacedParagraph> &paragraphs)
@@ -117,6 +275,12 @@ void QBNoteTextView::drawRanges(GraphicsContext &context, const std::vector<Plac
     }
 }
 
+bool QBNoteTextView::isVeiled(const PlacedParagraph &paragraph, NSRange current)
+{
+    return paragraph.range != current &&
+           (paragraph.range.limit() <= current.location || paragraph.range.location >= current.limit());
+}
+
 void QBNoteTextView::updateRanges(std::span<const NSRange> ranges)
 {
     if (ranges.empty()) {
@@ -151,36 +315,8 @@ void QBNoteTextView::drawVeil(GraphicsContext &context, const std::vector<Placed
     const NSRange current = paragraphRange(selectedRange());
     const NSColor veil = paper.colorWithAlphaComponent(kFocusVeil);
     for (const PlacedParagraph &paragraph : paragraphs) {
-        if (paragraph.range.limit() <= current.location || paragraph.range.location >= current.limit()) {
-            if (paragraph.range != current) {
-                context.fillRect(QRectF(0, paragraph.origin.y(), viewport()->width(), paragraph.height), veil);
-            }
+        if (isVeiled(paragraph, current)) {
+            context.fillRect(QRectF(0, paragraph.origin.y(), viewport()->width(), paragraph.height), veil);
         }
     }
-}
-
-void QBNoteTextView::drawPreedit(QPainter &painter)
-{
-    const auto &theme = *m_stack.themeManager();
-    const QRectF caret = m_layout.caretRect(m_caret, m_isUpstream);
-    const auto toColor = [](const std::optional<NSColor> &color, const QColor &otherwise) {
-        return color ? QColor::fromRgbF(float(color->redComponent()), float(color->greenComponent()),
-                                        float(color->blueComponent()), float(color->alphaComponent()))
-                     : otherwise;
-    };
-    QTextLayout layout(m_preedit, theme.paragraphFont().font());
-    QTextLayout::FormatRange underline;
-    underline.length = static_cast<int>(m_preedit.size());
-    underline.format.setUnderlineStyle(QTextCharFormat::SingleUnderline);
-    underline.format.setForeground(toColor(theme.baseTextColor(), Qt::black));
-    layout.setFormats({underline});
-    layout.beginLayout();
-    QTextLine line = layout.createLine();
-    line.setLineWidth(viewport()->width());
-    layout.endLayout();
-    const QPointF origin(caret.left(), caret.center().y() - line.height() / 2);
-    painter.fillRect(QRectF(origin, QSizeF(line.naturalTextWidth(), line.height())),
-                     toColor(theme.backgroundTextColor(), Qt::white));
-    layout.draw(&painter, origin);
-    layout.drawCursor(&painter, origin, m_preeditCaret, 2);
 }

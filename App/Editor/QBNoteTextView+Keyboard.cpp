@@ -1,6 +1,6 @@
 #include "QBNoteTextView.h"
 
-#include <Markup/Attachments/QBNotesTextAttachment.h>
+#include <Markup/Attachments/QBCheckBoxTextAttachment.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Text/NSAttributeName.h>
 #include <Text/NSStringHelpers.h>
@@ -190,7 +190,7 @@ void QBNoteTextView::moveVertically(bool up, bool isSelecting, double distance)
         location = y < 0                   ? 0
                    : y > m_layout.height() ? m_stack.noteTextStorage().length()
                                            : m_layout.locationAtPoint({x, y}, &upstream);
-        setScrollY(scrollY() + (up ? -distance : distance));
+        scrollBy(up ? -distance : distance);
     } else {
         location = up ? m_layout.locationAbove(m_caret, &upstream, x) : m_layout.locationBelow(m_caret, &upstream, x);
     }
@@ -425,6 +425,33 @@ void QBNoteTextView::deleteForward()
         beginTyping();
         deleteRange({m_caret, stepped(m_caret, true) - m_caret});
         m_typedLocation = m_caret;
+    }
+}
+
+std::optional<qint64> QBNoteTextView::checkBoxInParagraph(qint64 location) const
+{
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    std::optional<qint64> found;
+    text.enumerateAttribute(NSAttachmentAttributeName, text.paragraphRangeForRange({location, 0}),
+                            NSAttributedStringEnumerationOptions::Forward,
+                            [&](const AttributeValue &value, NSRange run, bool *stop) {
+                                const auto attachment = value.sharedAs<NSTextAttachment>();
+                                if (dynamic_cast<QBCheckBoxTextAttachment *>(attachment.get()) != nullptr) {
+                                    found = run.location;
+                                    *stop = true;
+                                }
+                            });
+    return found;
+}
+
+void QBNoteTextView::toggleCheckBox(qint64 location)
+{
+    const auto attachment = m_stack.noteTextStorage()
+                                .attributedString()
+                                .attribute(NSAttachmentAttributeName, location)
+                                .sharedAs<NSTextAttachment>();
+    if (m_delegate != nullptr && !m_isReadOnly && attachment != nullptr) {
+        m_delegate->qbNoteTextViewDidClickAttachment(*this, attachment, location);
     }
 }
 

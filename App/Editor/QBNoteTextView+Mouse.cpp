@@ -12,7 +12,6 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QStyleHints>
-#include <QVariantAnimation>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -186,18 +185,21 @@ bool QBNoteTextView::activateLink(QPointF point)
 void QBNoteTextView::wheelEvent(QWheelEvent *event)
 {
     if ((event->modifiers() & Qt::ControlModifier) != 0) {
-        event->ignore(); // the window zooms
+        m_zoomAngle += event->angleDelta().y();
+        const int steps = m_zoomAngle / static_cast<int>(kWheelStep);
+        m_zoomAngle -= steps * static_cast<int>(kWheelStep);
+        if (steps != 0) {
+            Q_EMIT zoomWasAsked(steps);
+        }
+        event->accept();
         return;
     }
+    m_zoomAngle = 0;
     if (!event->pixelDelta().isNull()) {
-        setScrollY(scrollY() - event->pixelDelta().y());
+        scrollBy(-event->pixelDelta().y());
     } else {
         const double lines = -event->angleDelta().y() / kWheelStep * kWheelLines;
-        const double from = m_scrolling != nullptr && m_scrolling->state() == QAbstractAnimation::Running
-                                ? m_scrolling->endValue().toDouble()
-                                : scrollY();
-        scrollSmoothlyTo(std::clamp(from + lines * verticalScrollBar()->singleStep(), 0.0,
-                                    static_cast<double>(verticalScrollBar()->maximum())));
+        scrollSmoothlyBy(lines * verticalScrollBar()->singleStep());
     }
     event->accept();
 }
@@ -221,7 +223,10 @@ void QBNoteTextView::showDropCaret(qint64 location)
 {
     if (m_dropLocation != location) {
         m_dropLocation = location;
-        viewport()->update();
+        setNeedsUpdate();
+    }
+    if (location < 0) {
+        m_autoscroll.stop();
     }
 }
 
@@ -242,7 +247,11 @@ void QBNoteTextView::dragMoveEvent(QDragMoveEvent *event)
         event->setDropAction(Qt::CopyAction);
     }
     event->accept();
-    showDropCaret(locationAtViewportPoint(event->position()));
+    m_mousePoint = event->position();
+    showDropCaret(locationAtViewportPoint(m_mousePoint));
+    if (!m_autoscroll.isActive()) {
+        m_autoscroll.start(kAutoscrollInterval, this);
+    }
 }
 
 void QBNoteTextView::dragLeaveEvent(QDragLeaveEvent * /*event*/)

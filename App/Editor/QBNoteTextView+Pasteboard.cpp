@@ -74,6 +74,19 @@ void QBNoteTextView::pasteAsPlainText()
     }
 }
 
+void QBNoteTextView::compose(const ParagraphLayout::Preedit &preedit)
+{
+    if (preedit.string.isEmpty() && m_preedit.string.isEmpty()) {
+        return;
+    }
+    // A line end would break the line that it is shown in.
+    m_preedit = preedit;
+    m_preedit.string.replace(u'\n', u' ');
+    m_layout.setPreedit(m_preedit);
+    ensureCaretVisible();
+    setNeedsUpdate();
+}
+
 void QBNoteTextView::inputMethodEvent(QInputMethodEvent *event)
 {
     if (m_isReadOnly) {
@@ -81,7 +94,7 @@ void QBNoteTextView::inputMethodEvent(QInputMethodEvent *event)
         return;
     }
     if (!event->commitString().isEmpty() || event->replacementLength() > 0) {
-        m_preedit.clear();
+        compose({});
         const NSRange selection = selectedRange();
         const NSRange replaced = event->replacementLength() > 0
                                      ? rangeCutToLength({std::max<qint64>(0, m_caret + event->replacementStart()),
@@ -93,14 +106,15 @@ void QBNoteTextView::inputMethodEvent(QInputMethodEvent *event)
         }
         typeText(event->commitString());
     }
-    m_preedit = event->preeditString();
-    m_preeditCaret = static_cast<int>(m_preedit.size());
+    ParagraphLayout::Preedit preedit = {.location = m_caret,
+                                        .string = event->preeditString(),
+                                        .caret = static_cast<int>(event->preeditString().size())};
     for (const QInputMethodEvent::Attribute &attribute : event->attributes()) {
         if (attribute.type == QInputMethodEvent::Cursor) {
-            m_preeditCaret = attribute.start;
+            preedit.caret = attribute.start;
         }
     }
-    viewport()->update();
+    compose(preedit);
     updateMicroFocus();
     event->accept();
 }

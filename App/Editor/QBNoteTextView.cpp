@@ -1,15 +1,16 @@
 #include "QBNoteTextView.h"
 
+#include "AccessibleNoteTextView.h"
+
 #include <Themes/QBNotesTextThemeManager.h>
 
 #include <QApplication>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QResizeEvent>
-#include <QScrollBar>
-#include <QStyle>
+#include <QScroller>
 #include <QStyleHints>
 #include <QTimerEvent>
-#include <QVariantAnimation>
 
 #include <algorithm>
 #include <cmath>
@@ -18,10 +19,14 @@ using namespace quib;
 
 namespace {
 
-constexpr int kAutoscrollInterval = 16;
-constexpr int kSmoothScrollDuration = 140;
-/// So much is left free above and below the caret when it is scrolled into view. Units: points.
-constexpr double kCaretMargin = 24;
+/// So much of the view at its upper and lower edge scrolls while something is dragged there. Units: points.
+constexpr double kDragScrollMargin = 28;
+
+QEvent::Type changedEventType()
+{
+    static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
+    return type;
+}
 
 } // namespace
 
@@ -33,6 +38,7 @@ QBNoteTextView::QBNoteTextView(QBNoteTextKitStack &textKitStack, QWidget *parent
     m_layout.setEditHandler(
         [this](NSRange editedRange, qint64 changeInLength) { textDidEdit(editedRange, changeInLength); });
     m_stack.themeManager()->registerStylableObject(*this);
+    AccessibleNoteTextView::install();
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_InputMethodEnabled);
@@ -42,6 +48,7 @@ QBNoteTextView::QBNoteTextView(QBNoteTextKitStack &textKitStack, QWidget *parent
     viewport()->setCursor(Qt::IBeamCursor);
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    QScroller::grabGesture(viewport(), QScroller::TouchGesture);
     setAccessibleName(tr("Note"));
     m_layout.setPageWidth(viewport()->width());
 }
@@ -69,13 +76,13 @@ void QBNoteTextView::loadString(const QString &string)
     m_undoManager->removeAllActions();
     m_highlights.clear();
     m_spellingMarks.clear();
-    m_preedit.clear();
+    m_preedit = {};
     m_stack.noteTextStorage().loadString(string);
     m_scroll = {};
     m_goalX = -1;
     moveSelection(0, 0, false);
     updateScrollBar();
-    viewport()->update();
+    updateAll();
     Q_EMIT undoAvailabilityChanged();
 }
 
@@ -83,7 +90,7 @@ void QBNoteTextView::setReadOnly(bool isReadOnly)
 {
     m_isReadOnly = isReadOnly;
     setAttribute(Qt::WA_InputMethodEnabled, !isReadOnly);
-    viewport()->update();
+    updateAll();
 }
 
 NSRange QBNoteTextView::selectedRange() const
@@ -115,7 +122,7 @@ void QBNoteTextView::moveSelection(qint64 anchor, qint64 caret, bool upstream)
         return;
     }
     restartBlinking();
-    viewport()->update();
+    setNeedsUpdate();
     if (hasFocus()) {
         updateMicroFocus();
     }
@@ -127,7 +134,10 @@ void QBNoteTextView::moveSelection(qint64 anchor, qint64 caret, bool upstream)
 
 void QBNoteTextView::setNeedsDisplay()
 {
-    viewport()->update();
+    Q_EMIT attachmentsMayLookDifferent();
+    m_hasMoved = true;
+    setNeedsUpdate();
+    updateAll();
 }
 
 void QBNoteTextView::didUndoOrRedo()
@@ -139,7 +149,10 @@ void QBNoteTextView::didUndoOrRedo()
 
 void QBNoteTextView::showChange()
 {
-    m_highlights.clear();
+    if (!m_highlights.isEmpty()) {
+        m_highlights.clear();
+        updateAll();
+    }
     m_goalX = -1;
     restartBlinking();
     ensureCaretVisible();
@@ -150,9 +163,17 @@ void QBNoteTextView::showChange()
 
 void QBNoteTextView::styleObjectWithThemeManager(QBThemeManager & /*manager*/)
 {
-    m_layout.invalidateLayout();
+    layOutAnew([this] { m_layout.invalidateLayout(); });
+}
+
+void QBNoteTextView::layOutAnew(const std::function<void()> &change)
+{
+    // The line at the top of the view stays there.
+    anchorAtLine();
+    change();
+    (void)fillLastPage();
     updateScrollBar();
-    viewport()->update();
+    updateAll();
 }
 
 void QBNoteTextView::textDidEdit(NSRange editedRange, qint64 changeInLength)
@@ -174,77 +195,16 @@ void QBNoteTextView::textDidEdit(NSRange editedRange, qint64 changeInLength)
     m_anchor = kept(m_anchor);
     m_caret = kept(m_caret);
     moveSpellingMarks(editedRange, changeInLength);
-    viewport()->update();
+    m_hasMoved = true;
+    setNeedsUpdate();
 }
 
-double QBNoteTextView::scrollY() const
+void QBNoteTextView::setNeedsUpdate()
 {
-    auto &layout = const_cast<QBNotesLayoutManager &>(m_layout); // what is known of it is looked up, nothing is made
-    return m_scroll.location == 0 && m_scroll.offset <= 0 ? 0
-                                                          : layout.topOfLocation(m_scroll.location) + m_scroll.offset;
-}
-
-void QBNoteTextView::updateScrollBar()
-{
-    QScrollBar *bar = verticalScrollBar();
-    const int page = viewport()->height();
-    const double total = m_layout.height() + (m_isTypewriter ? page / 2.0 : 0);
-    const int range = std::max(0, static_cast<int>(std::ceil(total)) - page);
-    m_isSettingScrollBar = true;
-    bar->setRange(0, range);
-    bar->setPageStep(page);
-    bar->setSingleStep(static_cast<int>(std::max(8.0, m_stack.themeManager()->paragraphLineHeight())));
-    bar->setValue(static_cast<int>(std::lround(scrollY())));
-    m_isSettingScrollBar = false;
-    if (scrollY() > range) {
-        setScrollY(range);
+    if (!m_isStale) {
+        m_isStale = true;
+        QCoreApplication::postEvent(this, new QEvent(changedEventType()), Qt::HighEventPriority);
     }
-}
-
-void QBNoteTextView::setScrollY(double y)
-{
-    const double total = m_layout.height() + (m_isTypewriter ? viewport()->height() / 2.0 : 0);
-    const double top = std::clamp(y, 0.0, std::max(0.0, total - viewport()->height()));
-    m_scroll.location = m_layout.locationOfParagraphAtHeight(top);
-    m_scroll.offset = top - m_layout.topOfLocation(m_scroll.location);
-    m_isSettingScrollBar = true;
-    verticalScrollBar()->setValue(static_cast<int>(std::lround(top)));
-    m_isSettingScrollBar = false;
-    viewport()->update();
-}
-
-void QBNoteTextView::scrollTo(ScrollPosition position)
-{
-    m_scroll = position;
-    m_scroll.location = std::clamp<qint64>(position.location, 0, m_stack.noteTextStorage().length());
-    updateScrollBar();
-    viewport()->update();
-}
-
-void QBNoteTextView::scrollContentsBy(int /*dx*/, int /*dy*/)
-{
-    if (!m_isSettingScrollBar) {
-        setScrollY(verticalScrollBar()->value());
-    }
-}
-
-void QBNoteTextView::scrollSmoothlyTo(double y)
-{
-    if (m_scrolling == nullptr) {
-        m_scrolling = new QVariantAnimation(this);
-        m_scrolling->setDuration(kSmoothScrollDuration);
-        m_scrolling->setEasingCurve(QEasingCurve::OutCubic);
-        connect(m_scrolling, &QVariantAnimation::valueChanged, this,
-                [this](const QVariant &value) { setScrollY(value.toDouble()); });
-    }
-    m_scrolling->stop();
-    if (style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) <= 0) {
-        setScrollY(y);
-        return;
-    }
-    m_scrolling->setStartValue(scrollY());
-    m_scrolling->setEndValue(y);
-    m_scrolling->start();
 }
 
 QRectF QBNoteTextView::caretRectInViewport(qint64 location)
@@ -257,42 +217,11 @@ qint64 QBNoteTextView::locationAtViewportPoint(QPointF point)
     return m_layout.locationAtPoint(point + QPointF(0, scrollY()));
 }
 
-void QBNoteTextView::ensureCaretVisible()
-{
-    // The caret's place is laid out first: that may move what is above or below it.
-    const QRectF caret = m_layout.caretRect(m_caret, m_isUpstream);
-    const double page = viewport()->height();
-    const double top = scrollY();
-    double wanted = top;
-    if (m_isTypewriter) {
-        wanted = caret.center().y() - page / 2;
-    } else if (caret.top() - kCaretMargin < top) {
-        wanted = caret.top() - kCaretMargin;
-    } else if (caret.bottom() + kCaretMargin > top + page) {
-        wanted = caret.bottom() + kCaretMargin - page;
-    }
-    updateScrollBar();
-    if (wanted != top) {
-        setScrollY(wanted);
-    }
-}
-
-void QBNoteTextView::scrollRangeToVisible(NSRange range)
-{
-    const QRectF first = m_layout.caretRect(range.location);
-    const double page = viewport()->height();
-    const double top = scrollY();
-    updateScrollBar();
-    if (first.top() < top || first.bottom() > top + page) {
-        setScrollY(first.top() - page / 3);
-    }
-}
-
 void QBNoteTextView::setSearchHighlights(QList<NSRange> ranges, qsizetype current)
 {
     m_highlights = std::move(ranges);
     m_currentHighlight = current;
-    viewport()->update();
+    updateAll();
 }
 
 void QBNoteTextView::setTypewriterScrolling(bool isOn)
@@ -305,7 +234,7 @@ void QBNoteTextView::setTypewriterScrolling(bool isOn)
 void QBNoteTextView::setFocusMode(bool isOn)
 {
     m_isFocusMode = isOn;
-    viewport()->update();
+    updateAll();
 }
 
 void QBNoteTextView::didChangeText()
@@ -319,8 +248,7 @@ void QBNoteTextView::didChangeText()
 void QBNoteTextView::resizeEvent(QResizeEvent *event)
 {
     QAbstractScrollArea::resizeEvent(event);
-    m_layout.setPageWidth(viewport()->width());
-    updateScrollBar();
+    layOutAnew([this] { m_layout.setPageWidth(viewport()->width()); });
 }
 
 void QBNoteTextView::restartBlinking()
@@ -334,25 +262,32 @@ void QBNoteTextView::restartBlinking()
     }
 }
 
-void QBNoteTextView::updateCaret()
-{
-    viewport()->update(caretRectInViewport(m_caret).adjusted(-3, -2, 3, 2).toAlignedRect());
-}
-
 void QBNoteTextView::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == m_blinking.timerId()) {
         m_isCaretOn = !m_isCaretOn;
-        updateCaret();
+        viewport()->update(areaOfCaret(m_shown.caret));
     } else if (event->timerId() == m_autoscroll.timerId()) {
-        const double page = viewport()->height();
-        const double beyond = m_mousePoint.y() < 0 ? m_mousePoint.y() : std::max(0.0, m_mousePoint.y() - page);
-        if (beyond != 0) {
-            setScrollY(scrollY() + beyond / 3);
-            extendSelectionTo(m_mousePoint);
-        }
+        autoscroll();
     } else {
         QAbstractScrollArea::timerEvent(event);
+    }
+}
+
+void QBNoteTextView::autoscroll()
+{
+    // Beyond the edges while text is selected, near them while something is dragged: the further, the faster.
+    const double margin = m_dropLocation >= 0 ? kDragScrollMargin : 0;
+    const double below = m_mousePoint.y() - (viewport()->height() - margin);
+    const double beyond = m_mousePoint.y() < margin ? m_mousePoint.y() - margin : std::max(0.0, below);
+    if (beyond == 0) {
+        return;
+    }
+    scrollBy(beyond < 0 ? std::min(-1.0, beyond / 3) : std::max(1.0, beyond / 3));
+    if (m_dropLocation >= 0) {
+        showDropCaret(locationAtViewportPoint(m_mousePoint));
+    } else {
+        extendSelectionTo(m_mousePoint);
     }
 }
 
@@ -360,7 +295,7 @@ void QBNoteTextView::focusInEvent(QFocusEvent *event)
 {
     QAbstractScrollArea::focusInEvent(event);
     restartBlinking();
-    viewport()->update();
+    updateAll();
 }
 
 void QBNoteTextView::focusOutEvent(QFocusEvent *event)
@@ -368,19 +303,23 @@ void QBNoteTextView::focusOutEvent(QFocusEvent *event)
     QAbstractScrollArea::focusOutEvent(event);
     breakUndoCoalescing();
     m_blinking.stop();
-    viewport()->update();
+    updateAll();
 }
 
 void QBNoteTextView::changeEvent(QEvent *event)
 {
     QAbstractScrollArea::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        viewport()->update();
+        updateAll();
     }
 }
 
 bool QBNoteTextView::event(QEvent *event)
 {
+    if (event->type() == changedEventType()) {
+        updateChanged();
+        return true;
+    }
     if (event->type() == QEvent::ShortcutOverride) {
         // Keys that edit belong to the text while it has the keyboard.
         auto *key = static_cast<QKeyEvent *>(event);

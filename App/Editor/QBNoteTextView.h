@@ -11,7 +11,9 @@
 #include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QList>
+#include <QRegion>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -19,6 +21,7 @@
 
 QT_BEGIN_NAMESPACE
 class QMimeData;
+class QPainter;
 class QVariantAnimation;
 QT_END_NAMESPACE
 
@@ -102,6 +105,10 @@ public:
     void paste();
     void pasteAsPlainText();
     void selectAll();
+    /// The place of the box in the paragraph of a place; nothing where there is none.
+    [[nodiscard]] std::optional<qint64> checkBoxInParagraph(qint64 location) const;
+    /// As a click on the box at a place does.
+    void toggleCheckBox(qint64 location);
     /// What is typed next is undone by itself.
     void breakUndoCoalescing();
     /// After something changed the text through quib::NoteTextView: tells the delegate and shows the caret.
@@ -113,6 +120,10 @@ Q_SIGNALS:
     void selectionChanged();
     void textChanged();
     void undoAvailabilityChanged();
+    /// Something that is drawn changed without the text: a box was ticked, a picture has come.
+    void attachmentsMayLookDifferent();
+    /// The wheel was turned with Ctrl held: up, to larger letters, where positive. Units: steps of the wheel.
+    void zoomWasAsked(int steps);
 
 protected:
     bool event(QEvent *event) override;
@@ -145,27 +156,79 @@ private:
         Paragraph,
     };
 
+    /// A paragraph as it is on the screen. Units: points of the viewport; the selection counts from the paragraph's
+    /// start and goes beyond its end where the next one is selected too.
+    struct ShownParagraph
+    {
+        quint64 number = 0;
+        double top = 0;
+        double height = 0;
+        NSRange selected;
+        bool isVeiled = false;
+        friend bool operator==(const ShownParagraph &a, const ShownParagraph &b) = default;
+    };
+    /// What is on the screen, or will be when the areas are painted that were asked for.
+    struct ShownPicture
+    {
+        /// False where all must be painted.
+        bool isWhole = false;
+        std::vector<ShownParagraph> paragraphs;
+        QRectF caret;
+        qint64 dropLocation = -1;
+        std::optional<NSRange> unmarkedWord;
+    };
+
     // QBNoteTextView.cpp
     void styleObjectWithThemeManager(QBThemeManager &manager) override;
     void textDidEdit(NSRange editedRange, qint64 changeInLength);
-    [[nodiscard]] double scrollY() const;
-    void updateScrollBar();
-    void setScrollY(double y);
-    void scrollSmoothlyTo(double y);
-    void ensureCaretVisible();
+    /// Something that is shown may have changed: what has is painted again, once all that is being done is done.
+    void setNeedsUpdate();
+    /// Does something after which everything must be laid out again, and keeps the line at the top of the view.
+    void layOutAnew(const std::function<void()> &change);
     void showChange();
     void restartBlinking();
-    void updateCaret();
+    void autoscroll();
     void moveSelection(qint64 anchor, qint64 caret, bool upstream);
 
+    // QBNoteTextView+Scrolling.cpp
+    /// The page's top where the first paragraph is the anchor.
+    [[nodiscard]] double topOfAnchor();
+    [[nodiscard]] double scrollY() const;
+    [[nodiscard]] double roomBelow() const;
+    void updateScrollBar();
+    /// Makes the anchor the paragraph that the top edge of the view is in.
+    void anchorAtParagraph();
+    /// Makes the anchor the line at the top edge, which is found again when it lies elsewhere.
+    void anchorAtLine();
+    /// Scrolls back where the text ends too soon, or begins below the top. Gives how far.
+    double fillLastPage();
+    [[nodiscard]] static bool isSameButMoved(const ShownPicture &before, const ShownPicture &now, double moved);
+    /// By whole points: what is seen already moves, and only what comes into view is painted.
+    void scrollBy(double distance);
+    void setScrollY(double y);
+    void scrollSmoothlyBy(double distance);
+    void ensureCaretVisible();
+
     // QBNoteTextView+Drawing.cpp
+    [[nodiscard]] ShownPicture picture();
+    /// All is painted again.
+    void updateAll();
+    /// Compares what is shown with what should be, and has the difference painted again.
+    void updateChanged();
+    [[nodiscard]] QRegion areaOfChange(const ShownPicture &before, const ShownPicture &now);
+    [[nodiscard]] static QRect areaOfCaret(const QRectF &caret);
+    /// How far around a paragraph something of it may be drawn.
+    [[nodiscard]] double overhang() const;
+    /// Adds the lines where a paragraph's selection is another one than before.
+    void addChangedLines(const ShownParagraph &paragraph, NSRange before, QRegion *area);
+    [[nodiscard]] static bool isVeiled(const quib::PlacedParagraph &paragraph, NSRange current);
+    void paintArea(QPainter &painter, const QRectF &area);
     void drawSelection(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs);
     void drawRanges(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs,
                     const QList<NSRange> &ranges, const NSColor &color, qsizetype current) const;
     /// Has the boxes of ranges painted again, where they are seen. Requires: sorted by place.
     void updateRanges(std::span<const NSRange> ranges);
     void drawCaret(quib::GraphicsContext &context, qint64 location, bool upstream);
-    void drawPreedit(QPainter &painter);
     void drawVeil(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs,
                   const NSColor &paper);
 
@@ -200,6 +263,7 @@ private:
     void showDropCaret(qint64 location);
 
     // QBNoteTextView+Pasteboard.cpp
+    void compose(const quib::ParagraphLayout::Preedit &preedit);
     [[nodiscard]] std::unique_ptr<QMimeData> mimeDataForRange(NSRange range);
     void insertMimeData(const QMimeData &mimeData, NSRange range, bool isPlain);
 
@@ -218,6 +282,14 @@ private:
     ScrollPosition m_scroll;
     bool m_isSettingScrollBar = false;
     QVariantAnimation *m_scrolling = nullptr;
+    /// How far it has come on its way. Units: points.
+    double m_scrolledWay = 0;
+
+    ShownPicture m_shown;
+    /// The picture may be another one by now; the event is on its way that finds out.
+    bool m_isStale = false;
+    /// The text was edited since: the anchor may have got into a paragraph.
+    bool m_hasMoved = false;
 
     QBasicTimer m_blinking;
     bool m_isCaretOn = true;
@@ -226,6 +298,7 @@ private:
     QPointF m_pressPoint;
     QElapsedTimer m_lastDoubleClick;
     Granularity m_granularity = Granularity::Character;
+    int m_zoomAngle = 0;
     NSRange m_granularAnchor;
     bool m_isSelecting = false;
     bool m_mayDrag = false;
@@ -234,8 +307,7 @@ private:
     bool m_isTyping = false;
     qint64 m_typedLocation = -1;
     int m_typedCount = 0;
-    QString m_preedit;
-    int m_preeditCaret = 0;
+    quib::ParagraphLayout::Preedit m_preedit;
 
     QList<NSRange> m_highlights;
     qsizetype m_currentHighlight = -1;

@@ -127,6 +127,7 @@ void ParagraphIndex::setLayout(const Place &place, std::unique_ptr<const Paragra
     const double gained = height - piece.height;
     piece.layout = std::move(layout);
     piece.layoutLocation = place.location;
+    piece.layoutNumber = ++m_lastNumber;
     piece.height = height;
     chunk->height += gained;
     m_height += gained;
@@ -147,6 +148,19 @@ void ParagraphIndex::invalidate(size_t first, size_t count)
             return;
         }
     }
+}
+
+void ParagraphIndex::invalidateAll(const std::function<double(qint64 length)> &estimatedHeight)
+{
+    for (Chunk &chunk : m_chunks) {
+        for (Piece &piece : chunk.pieces) {
+            piece.layout.reset();
+            piece.height = estimatedHeight(piece.length);
+        }
+        refresh(chunk);
+    }
+    m_layoutCount = 0;
+    refreshTotals();
 }
 
 void ParagraphIndex::forgetLayoutsOutside(size_t first, size_t count, size_t above)

@@ -4,6 +4,7 @@
 
 #include <QtGlobal>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -25,6 +26,8 @@ public:
         std::unique_ptr<const ParagraphLayout> layout;
         /// Where the text of the layout began when it was made; it counts its ranges from there.
         qint64 layoutLocation = 0;
+        /// Another one for each layout that was made.
+        quint64 layoutNumber = 0;
     };
     /// A piece where it lies. Valid until the next change.
     struct Place
@@ -52,6 +55,8 @@ public:
     void setLayout(const Place &place, std::unique_ptr<const ParagraphLayout> layout, double height);
     /// The pieces of a range of indexes must be laid out again; they keep their heights until then.
     void invalidate(size_t first, size_t count);
+    /// All pieces must be laid out again, and have estimated heights until then.
+    void invalidateAll(const std::function<double(qint64 length)> &estimatedHeight);
     /// Lets the layouts go but for those of a range of indexes, once there are more than a number of them.
     void forgetLayoutsOutside(size_t first, size_t count, size_t above);
     [[nodiscard]] size_t layoutCount() const { return m_layoutCount; }
@@ -71,6 +76,7 @@ private:
     std::vector<Chunk> m_chunks;
     size_t m_count = 0;
     size_t m_layoutCount = 0;
+    quint64 m_lastNumber = 0;
     qint64 m_length = 0;
     double m_height = 0;
 };

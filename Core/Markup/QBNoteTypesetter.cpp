@@ -1,6 +1,6 @@
 #include "QBNoteTypesetter.h"
 
-#include <Markup/Attachments/QBNotesTextAttachment.h>
+#include <Markup/Attachments/QBImageTextAttachment.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Text/NSStringHelpers.h>
 #include <Themes/QBNotesTextThemeManager.h>
@@ -42,6 +42,7 @@ void QBNoteTypesetter::themeDidChange()
 {
     const NSFont font = m_themeManager->paragraphFont();
     m_characterWidth = std::max(1.0, font.advanceOfText(u"the quick brown fox"_s) / 19);
+    m_indents = m_themeManager->paragraphHeadIndent() - m_themeManager->paragraphTailIndent();
     m_lineHeight = m_themeManager->paragraphLineHeight() + m_themeManager->paragraphLineSpacing();
     m_spacing = m_themeManager->paragraphSpacing();
 }
@@ -71,31 +72,33 @@ qint64 QBNoteTypesetter::endOfPiece(QStringView text, qint64 location)
     return location + rest.size();
 }
 
-std::unique_ptr<ParagraphLayout> QBNoteTypesetter::layoutOfPiece(const NSAttributedString &text, NSRange range) const
+std::unique_ptr<ParagraphLayout> QBNoteTypesetter::layoutOfPiece(const NSAttributedString &text, NSRange range,
+                                                                 const ParagraphLayout::Preedit *preedit) const
 {
     // A rule or a picture is no wider than the lines.
-    const double lineWidth =
-        std::max(1.0, m_columnWidth - m_themeManager->paragraphHeadIndent() + m_themeManager->paragraphTailIndent());
+    const double lineWidth = std::max(1.0, m_columnWidth - m_indents);
     const auto boxOfAttachment = [lineWidth](const NSTextAttachment &attachment) {
         const auto *placed = dynamic_cast<const QBNotesTextAttachment *>(&attachment);
         if (placed == nullptr) {
             return AttachmentBox();
         }
-        const QSizeF size = placed->cachedAttachmentSize();
-        return AttachmentBox{QSizeF(std::min(size.width(), lineWidth), size.height()),
-                             placed->cachedAttachmentBaselineOffset()};
+        QSizeF size = placed->cachedAttachmentSize();
+        if (size.width() > lineWidth) {
+            // A picture keeps its proportions.
+            const bool isPicture = dynamic_cast<const QBImageTextAttachment *>(&attachment) != nullptr;
+            size = {lineWidth, isPicture ? size.height() * lineWidth / size.width() : size.height()};
+        }
+        return AttachmentBox{size, placed->cachedAttachmentBaselineOffset()};
     };
     const ParagraphLayout::Part part = {
         .isFirst = range.location == 0 || isParagraphEnd(text.characterAtIndex(range.location - 1)),
         .isLast = range.limit() == text.length() || isParagraphEnd(text.characterAtIndex(range.limit() - 1))};
     return std::make_unique<ParagraphLayout>(text, range, m_columnWidth, boxOfAttachment, part,
-                                             &QBNoteSkipLineBreakByWordAttributeName);
+                                             &QBNoteSkipLineBreakByWordAttributeName, preedit);
 }
 
 double QBNoteTypesetter::estimatedHeight(qint64 length) const
 {
-    const double inLine =
-        std::max(1.0, (m_columnWidth - m_themeManager->paragraphHeadIndent() + m_themeManager->paragraphTailIndent()) /
-                          m_characterWidth);
+    const double inLine = std::max(1.0, (m_columnWidth - m_indents) / m_characterWidth);
     return std::max(1.0, std::ceil(static_cast<double>(length) / inLine)) * m_lineHeight + m_spacing;
 }

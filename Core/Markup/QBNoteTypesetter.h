@@ -26,9 +26,10 @@ public:
     /// Where the piece that begins at a location ends: behind the line end, or in a very long paragraph behind a space
     /// or at least a character.
     [[nodiscard]] static qint64 endOfPiece(QStringView text, qint64 location);
-    /// Requires: the range is a piece.
-    [[nodiscard]] std::unique_ptr<quib::ParagraphLayout> layoutOfPiece(const NSAttributedString &text,
-                                                                       NSRange range) const;
+    /// Requires: the range is a piece. Shape: what an input method composes is shown where it lies in the piece.
+    [[nodiscard]] std::unique_ptr<quib::ParagraphLayout>
+    layoutOfPiece(const NSAttributedString &text, NSRange range,
+                  const quib::ParagraphLayout::Preedit *preedit = nullptr) const;
     [[nodiscard]] double estimatedHeight(qint64 length) const;
     /// The theme, or its sizes, are other ones.
     void themeDidChange();
@@ -38,6 +39,7 @@ private:
     double m_columnWidth = 1;
     // Kept for estimates, which are made for every paragraph of a text.
     double m_characterWidth = 1;
+    double m_indents = 0;
     double m_lineHeight = 1;
     double m_spacing = 0;
 };

@@ -52,7 +52,15 @@ void QBNotesLayoutManager::invalidateLayout()
     m_inset = m_themeManager->textColumnTopBottomInset();
     m_typesetter.themeDidChange();
     m_typesetter.setColumnWidth(m_pageWidth - 2 * m_padding);
-    rebuild();
+    m_index.invalidateAll([this](qint64 length) { return m_typesetter.estimatedHeight(length); });
+}
+
+void QBNotesLayoutManager::setPreedit(const ParagraphLayout::Preedit &preedit)
+{
+    invalidateLayoutForRange({m_preedit.location, 0});
+    m_preedit = preedit;
+    m_preedit.location = std::clamp<qint64>(preedit.location, 0, m_storage.length());
+    invalidateLayoutForRange({m_preedit.location, 0});
 }
 
 void QBNotesLayoutManager::invalidateLayoutForRange(NSRange range)
@@ -92,11 +100,19 @@ std::vector<ParagraphIndex::Piece> QBNotesLayoutManager::piecesOfRange(NSRange r
 
 void QBNotesLayoutManager::storageDidEdit(quint32 mask, NSRange editedRange, qint64 changeInLength)
 {
+    if (!m_preedit.string.isEmpty()) {
+        // What is composed at a place of a text that becomes another one is not shown there any more.
+        invalidateLayoutForRange({m_preedit.location, 0});
+        m_preedit = {};
+    }
     const qint64 oldEnd = editedRange.limit() - changeInLength;
     ParagraphIndex::Place first = m_index.placeOfLocation(editedRange.location);
-    if (first.location == editedRange.location && first.index > 0) {
-        // What came in may belong to the line end before, or to a piece that was cut there.
-        first = m_index.placeAtIndex(first.index - 1);
+    if (first.location == editedRange.location && first.index > 0 && (mask & NSTextStorage::kEditedCharacters) != 0) {
+        // What came in may belong to a piece that was cut there, or be the second half of the line end before.
+        const char16_t before = m_storage.string()[first.location - 1].unicode();
+        if (!isParagraphEnd(before) || before == u'\r') {
+            first = m_index.placeAtIndex(first.index - 1);
+        }
     }
     const ParagraphIndex::Place last = m_index.placeOfLocation(oldEnd);
     if ((mask & NSTextStorage::kEditedCharacters) == 0) {
@@ -126,7 +142,11 @@ void QBNotesLayoutManager::storageDidEdit(quint32 mask, NSRange editedRange, qin
 PlacedParagraph QBNotesLayoutManager::laidOut(const ParagraphIndex::Place &place)
 {
     if (place.piece->layout == nullptr) {
-        auto layout = m_typesetter.layoutOfPiece(m_storage.attributedString(), {place.location, place.piece->length});
+        const qint64 limit = place.location + place.piece->length;
+        const bool isComposed = !m_preedit.string.isEmpty() && m_preedit.location >= place.location &&
+                                (m_preedit.location < limit || place.index + 1 == m_index.count());
+        auto layout = m_typesetter.layoutOfPiece(m_storage.attributedString(), {place.location, place.piece->length},
+                                                 isComposed ? &m_preedit : nullptr);
         const double height = layout->height();
         m_index.setLayout(place, std::move(layout), height);
     }
@@ -134,7 +154,8 @@ PlacedParagraph QBNotesLayoutManager::laidOut(const ParagraphIndex::Place &place
             .origin = {m_padding, m_inset + place.top},
             .height = place.piece->height,
             .layout = place.piece->layout.get(),
-            .shift = place.location - place.piece->layoutLocation};
+            .shift = place.location - place.piece->layoutLocation,
+            .number = place.piece->layoutNumber};
 }
 
 std::vector<PlacedParagraph> QBNotesLayoutManager::paragraphsInHeights(double top, double bottom)
@@ -158,6 +179,16 @@ PlacedParagraph QBNotesLayoutManager::paragraphOfLocation(qint64 location)
     return laidOut(m_index.placeOfLocation(std::max<qint64>(0, location)));
 }
 
+PlacedParagraph QBNotesLayoutManager::paragraphAtHeight(double y)
+{
+    return laidOut(m_index.placeAtHeight(y - m_inset));
+}
+
+bool QBNotesLayoutManager::isLaidOut(qint64 location)
+{
+    return m_index.placeOfLocation(std::max<qint64>(0, location)).piece->layout != nullptr;
+}
+
 double QBNotesLayoutManager::topOfLocation(qint64 location)
 {
     return m_inset + m_index.placeOfLocation(std::max<qint64>(0, location)).top;
@@ -175,13 +206,13 @@ QRectF QBNotesLayoutManager::caretRect(qint64 location, bool upstream)
 
 qint64 QBNotesLayoutManager::locationAtPoint(QPointF point, bool *upstream)
 {
-    const PlacedParagraph paragraph = laidOut(m_index.placeAtHeight(point.y() - m_inset));
+    const PlacedParagraph paragraph = paragraphAtHeight(point.y());
     return paragraph.layout->locationAtPoint(point - paragraph.origin, upstream) + paragraph.shift;
 }
 
 std::optional<QBNotesLayoutManager::AttachmentAtPoint> QBNotesLayoutManager::attachmentAtPoint(QPointF point)
 {
-    const PlacedParagraph paragraph = laidOut(m_index.placeAtHeight(point.y() - m_inset));
+    const PlacedParagraph paragraph = paragraphAtHeight(point.y());
     for (const ParagraphLayout::PlacedAttachment &placed : paragraph.layout->attachments()) {
         const QRectF rect = placed.rect.translated(paragraph.origin);
         if (rect.contains(point)) {

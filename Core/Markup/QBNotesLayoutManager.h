@@ -35,12 +35,16 @@ public:
     /// The free room on either side of the column.
     [[nodiscard]] double columnLeft() const { return m_padding; }
     [[nodiscard]] double columnWidth() const { return m_typesetter.columnWidth(); }
+    /// The free room above the text, and below it.
+    [[nodiscard]] double inset() const { return m_inset; }
     /// With the insets above and below the text.
     [[nodiscard]] double height() const;
     /// Everything must be laid out again, the theme or its sizes being other ones.
     void invalidateLayout();
     /// A place must be laid out again, an attachment there having another size.
     void invalidateLayoutForRange(NSRange range);
+    /// What an input method composes is shown in the line of its place; an empty string ends that.
+    void setPreedit(const quib::ParagraphLayout::Preedit &preedit);
     /// Told after each edit of the text, with the edited range. One handler.
     void setEditHandler(std::function<void(NSRange editedRange, qint64 changeInLength)> handler)
     {
@@ -53,6 +57,10 @@ public:
     [[nodiscard]] std::vector<quib::PlacedParagraph> paragraphsInHeights(double top, double bottom);
     /// The paragraph, or piece, of a place, laid out; the last one at the end of the text.
     [[nodiscard]] quib::PlacedParagraph paragraphOfLocation(qint64 location);
+    /// The paragraph, or piece, at a height, laid out; the first above the text, the last below it.
+    [[nodiscard]] quib::PlacedParagraph paragraphAtHeight(double y);
+    /// Whether the paragraph of a place need not be laid out any more.
+    [[nodiscard]] bool isLaidOut(qint64 location);
     /// The top of the paragraph that holds a place, by what is known.
     [[nodiscard]] double topOfLocation(qint64 location);
     /// Where the paragraph at a height begins.
@@ -94,6 +102,7 @@ private:
     std::shared_ptr<QBNotesTextThemeManager> m_themeManager;
     QBNoteTypesetter m_typesetter;
     quib::ParagraphIndex m_index;
+    quib::ParagraphLayout::Preedit m_preedit;
     double m_pageWidth = 0;
     double m_padding = 0;
     double m_inset = 0;

@@ -152,7 +152,7 @@ class ParagraphLayout::Layout
 {
 public:
     Layout(const NSAttributedString &text, NSRange range, double width, const BoxOfAttachment &boxOfAttachment,
-           Part part, const NSAttributeName *unbrokenBy)
+           Part part, const NSAttributeName *unbrokenBy, const Preedit *preedit)
         : m_range(rangeCutToLength(range, text.length()))
     {
         QString string = text.stringInRange(m_range).toString();
@@ -167,11 +167,14 @@ public:
         if (!part.isLast) {
             m_style.paragraphSpacing = 0;
         }
+        if (preedit != nullptr && !preedit->string.isEmpty()) {
+            insertPreedit(*preedit, &string);
+        }
         m_layout.setText(string);
         m_isRightToLeft = string.isRightToLeft();
         m_isBidirectional = m_isRightToLeft || holdsRightToLeft(string);
         m_layout.setFormats(m_formats);
-        if (unbrokenBy != nullptr) {
+        if (unbrokenBy != nullptr && m_preeditLength == 0) {
             readUnbroken(text, *unbrokenBy);
         }
         breakIntoLines(width);
@@ -204,9 +207,14 @@ public:
 
     [[nodiscard]] QRectF caretRect(qint64 location, bool upstream) const
     {
-        const size_t index = lineIndexOfLocation(location, upstream);
+        size_t index = lineIndexOfLocation(location, upstream);
+        int place = relative(location);
+        if (m_preeditLength > 0 && location - m_range.location == m_preeditStart) {
+            place = m_preeditStart + m_preeditCaret;
+            index = static_cast<size_t>(m_layout.lineForTextPosition(place).lineNumber());
+        }
         const Line &line = lines[index];
-        const double x = xOf(m_layout.lineAt(static_cast<int>(index)), m_range.location + relative(location));
+        const double x = m_layout.lineAt(static_cast<int>(index)).cursorToX(place) / kLayoutScale;
         return {x, line.baseline - line.ascent, 0, line.ascent + line.descent};
     }
 
@@ -232,7 +240,7 @@ public:
         if (upstream != nullptr) {
             *upstream = !isLast && nearest == end && line.range.length > 0;
         }
-        return m_range.location + nearest;
+        return locationOf(nearest);
     }
 
     [[nodiscard]] size_t lineIndexAtHeight(double y) const
@@ -244,19 +252,19 @@ public:
 
     [[nodiscard]] qint64 locationAfter(qint64 location) const
     {
-        return m_range.location + m_layout.nextCursorPosition(relative(location));
+        return locationOf(m_layout.nextCursorPosition(relative(location)));
     }
     [[nodiscard]] qint64 locationBefore(qint64 location) const
     {
-        return m_range.location + m_layout.previousCursorPosition(relative(location));
+        return locationOf(m_layout.previousCursorPosition(relative(location)));
     }
     [[nodiscard]] qint64 locationLeftOf(qint64 location) const
     {
-        return m_range.location + m_layout.leftCursorPosition(relative(location));
+        return locationOf(m_layout.leftCursorPosition(relative(location)));
     }
     [[nodiscard]] qint64 locationRightOf(qint64 location) const
     {
-        return m_range.location + m_layout.rightCursorPosition(relative(location));
+        return locationOf(m_layout.rightCursorPosition(relative(location)));
     }
     [[nodiscard]] bool isRightToLeft() const { return m_isRightToLeft; }
 
@@ -280,7 +288,7 @@ public:
         painter.save();
         painter.translate(origin);
         painter.scale(1 / kLayoutScale, 1 / kLayoutScale);
-        m_layout.draw(&painter, QPointF(0, 0));
+        m_layout.draw(&painter, QPointF(0, 0), {}, painter.hasClipping() ? painter.clipBoundingRect() : QRectF());
         painter.restore();
         std::for_each(m_strikes.begin(), m_strikes.end(), draw);
     }
@@ -308,6 +316,7 @@ private:
         m_fontAscent = font.ascender();
         m_fontDescent = -font.descender();
         m_layout.setFont(font.font(kLayoutScale));
+        m_firstColor = colorOf(colorIn(first, NSForegroundColorAttributeName, NSColor::blackColor()));
         text.enumerateAttributesInRange(
             {m_range.location, string->size()}, NSAttributedStringEnumerationOptions::Forward,
             [&](const AttributeSet &attributes, NSRange range, bool *) {
@@ -430,7 +439,8 @@ private:
             textLine.setLineWidth(lineWidth);
             keepUnbroken(&textLine, lineWidth);
             Line line;
-            line.range = {m_range.location + textLine.textStart(), textLine.textLength()};
+            line.range.location = locationOf(textLine.textStart());
+            line.range.length = locationOf(textLine.textStart() + textLine.textLength()) - line.range.location;
             double ascent = textLine.ascent() / kLayoutScale;
             double descent = textLine.descent() / kLayoutScale;
             // A line of attachments alone has next to no text; its caret is that of the paragraph's font.
@@ -471,10 +481,59 @@ private:
                                .rect = QRectF(QPointF(x, baseline - box.box.baselineOffset - size.height()), size)});
     }
 
-    /// A place within the paragraph as the layout counts.
+    /// A place within the paragraph as the layout counts: behind what is composed there.
     [[nodiscard]] int relative(qint64 location) const
     {
-        return static_cast<int>(std::clamp<qint64>(location - m_range.location, 0, m_layout.text().size()));
+        const qint64 place =
+            std::clamp<qint64>(location - m_range.location, 0, m_layout.text().size() - m_preeditLength);
+        return static_cast<int>(place) + (m_preeditLength > 0 && place >= m_preeditStart ? m_preeditLength : 0);
+    }
+    /// The same, but before what is composed there: where a range ends.
+    [[nodiscard]] int relativeEnd(qint64 location) const
+    {
+        return m_preeditLength > 0 && location - m_range.location == m_preeditStart ? m_preeditStart
+                                                                                    : relative(location);
+    }
+    [[nodiscard]] qint64 locationOf(int place) const
+    {
+        return m_range.location + (place <= m_preeditStart ? place : std::max(m_preeditStart, place - m_preeditLength));
+    }
+
+    /// Puts what is composed into the string, and the formats around it.
+    void insertPreedit(const Preedit &preedit, QString *string)
+    {
+        m_preeditStart = static_cast<int>(std::clamp<qint64>(preedit.location - m_range.location, 0, string->size()));
+        m_preeditLength = static_cast<int>(preedit.string.size());
+        m_preeditCaret = std::clamp(preedit.caret, 0, m_preeditLength);
+        string->insert(m_preeditStart, preedit.string);
+        QTextLayout::FormatRange composed;
+        QList<QTextLayout::FormatRange> formats;
+        for (QTextLayout::FormatRange run : std::as_const(m_formats)) {
+            if (run.start >= m_preeditStart) {
+                run.start += m_preeditLength;
+            } else {
+                const bool isBox = run.format.font().pixelSize() == 1;
+                composed.format = isBox && composed.format.isValid() ? composed.format : run.format;
+                if (run.start + run.length > m_preeditStart) {
+                    QTextLayout::FormatRange behind = run;
+                    behind.length = run.start + run.length - m_preeditStart;
+                    behind.start = m_preeditStart + m_preeditLength;
+                    run.length = m_preeditStart - run.start;
+                    formats.append(behind);
+                }
+            }
+            formats.append(run);
+        }
+        if (composed.format.font().pixelSize() == 1 || !composed.format.isValid()) {
+            composed.format = QTextCharFormat();
+            composed.format.setFont(m_layout.font());
+            composed.format.setForeground(m_firstColor);
+        }
+        composed.start = m_preeditStart;
+        composed.length = m_preeditLength;
+        composed.format.setUnderlineStyle(QTextCharFormat::SingleUnderline);
+        formats.append(composed);
+        m_formats = formats;
     }
 
     /// Adds the boxes of a part of one line.
@@ -485,15 +544,18 @@ private:
             rects->emplace_back(std::min(x1, x2), line.rect.top(), std::abs(x2 - x1), line.rect.height());
         };
         if (!m_isBidirectional) {
-            addBox(xOf(textLine, start), xOf(textLine, end));
+            addBox(xOf(textLine, start), textLine.cursorToX(relativeEnd(end)) / kLayoutScale);
             return;
         }
         // Character by character, since each may lie on either side of the one before; boxes that touch become one.
         std::vector<std::pair<double, double>> spans;
-        for (int unit = static_cast<int>(start - m_range.location); unit < static_cast<int>(end - m_range.location);) {
+        for (int unit = relative(start); unit < relativeEnd(end);) {
             const int next = std::max(unit + 1, m_layout.nextCursorPosition(unit));
             spans.push_back(spanOfCharacter(textLine, unit, next));
             unit = next;
+        }
+        if (spans.empty()) {
+            return;
         }
         std::sort(spans.begin(), spans.end());
         std::pair<double, double> box = spans.front();
@@ -533,10 +595,15 @@ private:
     /// Where the left or right edge of a unit lies that a caret before it would stand at.
     [[nodiscard]] double xOf(const QTextLine &textLine, qint64 location) const
     {
-        return textLine.cursorToX(static_cast<int>(location - m_range.location)) / kLayoutScale;
+        return textLine.cursorToX(relative(location)) / kLayoutScale;
     }
 
     NSRange m_range;
+    /// Where what is composed stands, as the layout counts, how long it is, and where its caret is.
+    int m_preeditStart = 0;
+    int m_preeditLength = 0;
+    int m_preeditCaret = 0;
+    QColor m_firstColor;
     double m_fontAscent = 0;
     double m_fontDescent = 0;
     bool m_isRightToLeft = false;
@@ -558,8 +625,9 @@ ParagraphLayout::ParagraphLayout(const NSAttributedString &text, NSRange range, 
 }
 
 ParagraphLayout::ParagraphLayout(const NSAttributedString &text, NSRange range, double width,
-                                 const BoxOfAttachment &boxOfAttachment, Part part, const NSAttributeName *unbrokenBy)
-    : m_layout(std::make_unique<const Layout>(text, range, width, boxOfAttachment, part, unbrokenBy))
+                                 const BoxOfAttachment &boxOfAttachment, Part part, const NSAttributeName *unbrokenBy,
+                                 const Preedit *preedit)
+    : m_layout(std::make_unique<const Layout>(text, range, width, boxOfAttachment, part, unbrokenBy, preedit))
 {
 }
 

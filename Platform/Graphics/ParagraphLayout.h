@@ -9,6 +9,7 @@
 #include <QPointF>
 #include <QRectF>
 #include <QSizeF>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -41,13 +42,22 @@ public:
         bool isLast = true;
     };
 
+    /// What an input method composes: shown in the line at a place, in the looks of the text before it and underlined,
+    /// without being text. Units: of the whole text; the caret within the composed text.
+    struct Preedit
+    {
+        qint64 location = 0;
+        QString string;
+        int caret = 0;
+    };
+
     /// Lays out a range that holds no line end but the one it may end in. Takes time in step with its length: very long
     /// paragraphs are better laid out in pieces. Shape: what carries the attribute unbrokenBy stays in one line where
     /// it fits into one and a blank stands not far before it.
     ParagraphLayout(const NSAttributedString &text, NSRange range, double width,
                     const BoxOfAttachment &boxOfAttachment = {});
     ParagraphLayout(const NSAttributedString &text, NSRange range, double width, const BoxOfAttachment &boxOfAttachment,
-                    Part part, const NSAttributeName *unbrokenBy = nullptr);
+                    Part part, const NSAttributeName *unbrokenBy = nullptr, const Preedit *preedit = nullptr);
     ParagraphLayout(const ParagraphLayout &) = delete;
     ParagraphLayout &operator=(const ParagraphLayout &) = delete;
     ~ParagraphLayout();
@@ -100,8 +110,8 @@ public:
     /// Whether the paragraph begins at the right.
     [[nodiscard]] bool isRightToLeft() const;
 
-    /// Draws backgrounds, text, underlines and strikes with the top left at a point. Attachments are the caller's to
-    /// draw, at the places told.
+    /// Draws backgrounds, text, underlines and strikes with the top left at a point, as far as the context's clip
+    /// reaches. Attachments are the caller's to draw, at the places told.
     void drawIn(GraphicsContext &context, QPointF origin) const;
 
 private:

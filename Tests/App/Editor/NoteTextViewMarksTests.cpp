@@ -2,60 +2,20 @@
 // painted again.
 
 #include "EditorFixture.h"
+#include "PaintRecorder.h"
 
 #include <Support/QtPrinters.h>
 #include <Support/TestSeed.h>
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QImage>
-#include <QPaintEvent>
 
 #include <algorithm>
-#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace quib::tests;
-
-namespace {
-
-/// Keeps what was painted of a viewport.
-class PaintRecorder : public QObject
-{
-public:
-    explicit PaintRecorder(EditorFixture &editor)
-        : m_viewport(editor.view().viewport())
-    {
-        settle();
-        m_viewport->installEventFilter(this);
-    }
-    bool eventFilter(QObject * /*watched*/, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint) {
-            m_painted += static_cast<QPaintEvent *>(event)->region();
-        }
-        return false;
-    }
-    /// What was painted since the last call.
-    QRegion take()
-    {
-        settle();
-        return std::exchange(m_painted, QRegion());
-    }
-
-private:
-    static void settle()
-    {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
-    }
-    QWidget *m_viewport;
-    QRegion m_painted;
-};
-
-} // namespace
 
 TEST(NoteTextViewMarks, GoWithTheTextThatTheyStandUnder)
 {

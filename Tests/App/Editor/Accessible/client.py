@@ -1,0 +1,112 @@
+"""Reads and changes the text of a note as a screen reader does.
+
+Usage: client.py PROGRAM
+"""
+
+import subprocess
+import sys
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+PATIENCE = 60  # seconds until something that does not come counts as missing
+TEXT = "heading 1 Groceries\nunchecked item milk\nchecked item bread\nsome *bold* words"
+
+
+def fail(message):
+    print(f"FAILED: {message}")
+    sys.exit(1)
+
+
+def wait_for(what, condition):
+    """Runs the event loop until a condition holds, and gives what it gave."""
+    context = GLib.MainContext.default()
+    expired = []
+    GLib.timeout_add_seconds(PATIENCE, lambda: expired.append(True))
+    ticks = GLib.timeout_add(20, lambda: True)  # looked at again even where no event comes
+    while not expired:
+        found = condition()
+        if found:
+            GLib.source_remove(ticks)
+            return found
+        context.iteration(True)
+    return fail(f"waited in vain for {what}")
+
+
+def expect(actual, expected, what):
+    if actual != expected:
+        fail(f"{what}: {actual!r} instead of {expected!r}")
+
+
+def children(accessible):
+    for index in range(accessible.get_child_count()):
+        child = accessible.get_child_at_index(index)
+        if child is not None:
+            yield child
+
+
+def note_below(accessible):
+    if accessible.get_role() == Atspi.Role.TEXT and accessible.get_name() == "Note":
+        return accessible
+    return next(filter(None, map(note_below, children(accessible))), None)
+
+
+def find_note():
+    try:
+        for application in children(Atspi.get_desktop(0)):
+            if application.get_name() == "note-text-view":
+                return note_below(application)
+    except GLib.Error:
+        pass  # it is still starting
+    return None
+
+
+def check(note):
+    text = note.get_text_iface()
+    expect(Atspi.Text.get_text(text, 0, -1), TEXT, "the text")
+    expect(Atspi.Text.get_character_count(text), len(TEXT), "its length")
+
+    heard = []
+    listener = Atspi.EventListener.new(lambda event: heard.append((event.type, event.detail1, event.any_data)))
+    listener.register("object:text-changed")
+    listener.register("object:text-caret-moved")
+
+    place = TEXT.index("milk") + 2
+    Atspi.Text.set_caret_offset(text, place)
+    wait_for("the caret to be told", lambda: [each for each in heard if "caret" in each[0] and each[1] == place])
+    expect(Atspi.Text.get_caret_offset(text), place, "the caret")
+    line = Atspi.Text.get_text_at_offset(text, place, Atspi.TextBoundaryType.LINE_START)
+    expect(line.content, "unchecked item milk\n", "the caret's line")
+    word = Atspi.Text.get_text_at_offset(text, place, Atspi.TextBoundaryType.WORD_START)
+    expect(word.content, "milk", "the caret's word")
+    box = Atspi.Text.get_character_extents(text, place, Atspi.CoordType.SCREEN)
+    if box.width <= 0 or box.height <= 0:
+        fail("a character has no room")
+
+    action = note.get_action_iface()
+    names = [Atspi.Action.get_action_name(action, i) for i in range(Atspi.Action.get_n_actions(action))]
+    Atspi.Action.do_action(action, names.index("Toggle"))
+    wait_for("the box to be told", lambda: [each for each in heard if "insert" in each[0] and each[2] == "checked item"])
+    if not [each for each in heard if "delete" in each[0] and each[2] == "unchecked item"]:
+        fail("the words of the old state were not taken back")
+    expect(Atspi.Text.get_text(text, 0, -1), TEXT.replace("unchecked", "checked"), "the text with the box ticked")
+
+    Atspi.EditableText.insert_text(note.get_editable_text_iface(), 0, "My ", 3)
+    wait_for("an insertion to be told", lambda: [each for each in heard if each[2] == "My "])
+
+
+def main():
+    program = subprocess.Popen([sys.argv[1]])
+    try:
+        Atspi.init()
+        check(wait_for("the note's text", find_note))
+    finally:
+        program.terminate()
+        program.wait()
+    print("read, moved, ticked and edited")
+
+
+if __name__ == "__main__":
+    main()
