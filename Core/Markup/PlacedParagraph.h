@@ -22,7 +22,8 @@ struct PlacedParagraph
     const ParagraphLayout *layout = nullptr;
     /// How far the text has moved since the layout was made: it counts from where the paragraph began then.
     qint64 shift = 0;
-    /// Another one for each layout that was made: paragraphs of one number look alike, but for what lies under the text.
+    /// Another one for each layout that was made: paragraphs of one number look alike, but for what lies under the
+    /// text.
     quint64 number = 0;
 
     [[nodiscard]] double bottom() const { return origin.y() + height; }
