@@ -8,6 +8,7 @@
 #include <Themes/QBNotesThemesManager.h>
 
 #include <QComboBox>
+#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -51,6 +52,14 @@ public:
     }
 
 protected:
+    void changeEvent(QEvent *event) override
+    {
+        if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
+            forget(); // another theme is in effect
+        }
+        QWidget::changeEvent(event);
+    }
+
     void paintEvent(QPaintEvent * /*event*/) override
     {
         const auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();

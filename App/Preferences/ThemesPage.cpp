@@ -9,6 +9,7 @@
 #include <Themes/QBNotesThemesManager.h>
 
 #include <QButtonGroup>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
@@ -100,6 +101,15 @@ void ThemesPage::showEvent(QShowEvent *event)
 {
     refresh();
     QWidget::showEvent(event);
+}
+
+void ThemesPage::changeEvent(QEvent *event)
+{
+    // The desktop's appearance has changed: no preference has, but another theme is in effect.
+    if ((event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) && isVisible()) {
+        refresh();
+    }
+    QWidget::changeEvent(event);
 }
 
 void ThemesPage::fontsDidChange()

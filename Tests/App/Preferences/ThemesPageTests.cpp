@@ -7,6 +7,7 @@
 #include <Preferences/ThemesPage.h>
 #include <Themes/QBNotesThemesManager.h>
 
+#include <QLabel>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -66,6 +67,23 @@ TEST_F(Themes, BeginAtTheAppearanceOfTheDesktop)
     EXPECT_TRUE(page().choosesForDark());
     choose(u"Cobalt"_s);
     EXPECT_EQ(preferences->currentAppThemeName(), u"Cobalt"_s);
+}
+
+TEST_F(Themes, TellOfTheDesktopWhenItTurnsDark)
+{
+    const auto explanation = [this] {
+        QString texts;
+        for (const auto *label : page().findChildren<QLabel *>()) {
+            texts += label->text();
+        }
+        return texts;
+    };
+    EXPECT_TRUE(explanation().contains(u"light"_s));
+    preferences->setHasDarkAppearance(true);
+    qApp->setStyleSheet(u"QMenu { padding: 1px; }"_s); // as the theme of the other appearance does
+    EXPECT_TRUE(explanation().contains(u"dark"_s));
+    EXPECT_FALSE(page().choosesForDark()) << "what the user is choosing for stays";
+    qApp->setStyleSheet({});
 }
 
 TEST_F(Themes, FollowWhatIsChosenElsewhere)
