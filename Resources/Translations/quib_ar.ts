@@ -306,10 +306,6 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>صار الوسم #%1 الآن #%2.</translation>
     </message>
     <message>
-        <source>Take the tag #%1 out of all its notes? The notes themselves stay.</source>
-        <translation>إزالة الوسم #%1 من كل ملاحظاته؟ تبقى الملاحظات نفسها.</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>إلغاء</translation>
     </message>
@@ -447,6 +443,49 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Redo %1</source>
         <translation>إعادة: %1</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>ملاحظة سريعة</translation>
+    </message>
+    <message>
+        <source>What Can Be Searched For…</source>
+        <translation>ما يمكن البحث عنه…</translation>
+    </message>
+    <message>
+        <source>Choose Symbol…</source>
+        <translation>اختيار رمز…</translation>
+    </message>
+    <message>
+        <source>Icon in the Tray</source>
+        <translation>أيقونة في شريط النظام</translation>
+    </message>
+    <message>
+        <source>Shortcuts from Everywhere…</source>
+        <translation>اختصارات من كل مكان…</translation>
+    </message>
+    <message>
+        <source>What can be searched for</source>
+        <translation>ما يمكن البحث عنه</translation>
+    </message>
+    <message numerus="yes">
+        <source>The tag #%1 was taken out of %n note(s).</source>
+        <translation>
+            <numerusform>لم يُزل الوسم #%1 من أي ملاحظة.</numerusform>
+            <numerusform>أُزيل الوسم #%1 من ملاحظة واحدة.</numerusform>
+            <numerusform>أُزيل الوسم #%1 من ملاحظتين.</numerusform>
+            <numerusform>أُزيل الوسم #%1 من %n ملاحظات.</numerusform>
+            <numerusform>أُزيل الوسم #%1 من %n ملاحظة.</numerusform>
+            <numerusform>أُزيل الوسم #%1 من %n ملاحظة.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Choose Symbol</source>
+        <translation>اختيار رمز</translation>
+    </message>
+    <message>
+        <source>“%1” could not be written.</source>
+        <translation>تعذّرت كتابة «%1».</translation>
     </message>
 </context>
 <context>
@@ -598,6 +637,90 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Picture</source>
         <translation>صورة</translation>
+    </message>
+    <message>
+        <source>Paste as Code Block</source>
+        <translation>لصق ككتلة شيفرة</translation>
+    </message>
+    <message>
+        <source>Copy as Text</source>
+        <translation>نسخ كنص</translation>
+    </message>
+    <message>
+        <source>Copy as Text Without Tags</source>
+        <translation>نسخ كنص بلا وسوم</translation>
+    </message>
+    <message>
+        <source>Note From Selection</source>
+        <translation>ملاحظة من التحديد</translation>
+    </message>
+    <message>
+        <source>Open Link</source>
+        <translation>فتح الرابط</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>تكبير</translation>
+    </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>تصغير</translation>
+    </message>
+    <message>
+        <source>Actual Size</source>
+        <translation>الحجم الفعلي</translation>
+    </message>
+    <message>
+        <source>Wider Lines</source>
+        <translation>أسطر أعرض</translation>
+    </message>
+    <message>
+        <source>Narrower Lines</source>
+        <translation>أسطر أضيق</translation>
+    </message>
+    <message>
+        <source>Copy As</source>
+        <translation>نسخ كـ</translation>
+    </message>
+    <message>
+        <source>Paste As</source>
+        <translation>لصق كـ</translation>
+    </message>
+    <message>
+        <source>Show Notes with #%1</source>
+        <translation>إظهار الملاحظات ذات الوسم #%1</translation>
+    </message>
+    <message>
+        <source>Open Note</source>
+        <translation>فتح الملاحظة</translation>
+    </message>
+    <message>
+        <source>Copy Link</source>
+        <translation>نسخ الرابط</translation>
+    </message>
+    <message>
+        <source>Edit Link</source>
+        <translation>تحرير الرابط</translation>
+    </message>
+    <message>
+        <source>Unfold</source>
+        <translation>بسط</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>فتح</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>حفظ باسم…</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>إظهار في المجلد</translation>
+    </message>
+    <message>
+        <source>Save Attachment</source>
+        <translation>حفظ المرفق</translation>
     </message>
 </context>
 <context>
@@ -795,6 +918,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::AccessibleNoteTextView</name>
+    <message>
+        <source>Checks or unchecks the item at the caret</source>
+        <translation>يشطب العنصر عند المؤشر أو يلغي شطبه</translation>
+    </message>
+</context>
+<context>
     <name>quib::AutomationPage</name>
     <message>
         <source>Actions</source>
@@ -905,6 +1035,57 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::DesktopIntegration</name>
+    <message>
+        <source>The desktop has Quib’s shortcuts now; its keyboard settings give them keys.</source>
+        <translation>يعرف سطح المكتب الآن اختصارات Quib، وتُعيَّن مفاتيحها في إعدادات لوحة المفاتيح.</translation>
+    </message>
+    <message>
+        <source>These keys reach Quib from everywhere: %1</source>
+        <translation>تصل هذه المفاتيح إلى Quib من كل مكان: %1</translation>
+    </message>
+    <message>
+        <source>The desktop has given Quib no shortcuts.</source>
+        <translation>لم يمنح سطح المكتب Quib أي اختصارات.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program take keys everywhere. Its keyboard settings can give a key to the command “%1”.</source>
+        <translation>لا يسمح سطح المكتب هذا لأي برنامج بتلقي المفاتيح من كل مكان. يمكن في إعدادات لوحة المفاتيح تعيين مفتاح للأمر «%1».</translation>
+    </message>
+    <message>
+        <source>Copy Command</source>
+        <translation>نسخ الأمر</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>ملاحظة سريعة</translation>
+    </message>
+    <message>
+        <source>New Note</source>
+        <translation>ملاحظة جديدة</translation>
+    </message>
+    <message>
+        <source>Search Notes</source>
+        <translation>البحث في الملاحظات</translation>
+    </message>
+    <message>
+        <source>Show Quib</source>
+        <translation>إظهار Quib</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>إنهاء</translation>
+    </message>
+    <message>
+        <source>Write a quick note</source>
+        <translation>كتابة ملاحظة سريعة</translation>
+    </message>
+    <message>
+        <source>Search the notes</source>
+        <translation>البحث في الملاحظات</translation>
+    </message>
+</context>
+<context>
     <name>quib::DetachedWindow</name>
     <message>
         <source>Close Window</source>
@@ -913,6 +1094,18 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Untitled note</source>
         <translation>ملاحظة بلا عنوان</translation>
+    </message>
+    <message>
+        <source>Keep Above Others</source>
+        <translation>إبقاء فوق النوافذ الأخرى</translation>
+    </message>
+    <message>
+        <source>All Commands…</source>
+        <translation>كل الأوامر…</translation>
+    </message>
+    <message>
+        <source>Find a command</source>
+        <translation>البحث عن أمر</translation>
     </message>
 </context>
 <context>
@@ -1376,6 +1569,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::OverlayScrollBar</name>
+    <message>
+        <source>Scroll bar</source>
+        <translation>شريط التمرير</translation>
+    </message>
+</context>
+<context>
     <name>quib::PreferencesWindow</name>
     <message>
         <source>Preferences</source>
@@ -1408,6 +1608,29 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>About</source>
         <translation>حول</translation>
+    </message>
+</context>
+<context>
+    <name>quib::QuickNoteWindow</name>
+    <message>
+        <source>Saved as you type. Escape closes.</source>
+        <translation>تُحفظ أثناء الكتابة. Escape للإغلاق.</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>ملاحظة سريعة</translation>
+    </message>
+    <message>
+        <source>Open in Quib</source>
+        <translation>فتح في Quib</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+Return)</source>
+        <translation>المتابعة في النافذة الرئيسية (Ctrl+Return)</translation>
+    </message>
+    <message>
+        <source>Close Window</source>
+        <translation>إغلاق النافذة</translation>
     </message>
 </context>
 <context>
@@ -1484,6 +1707,38 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>End the search</source>
         <translation>إنهاء البحث</translation>
     </message>
+    <message>
+        <source>word</source>
+        <translation>كلمة</translation>
+    </message>
+    <message>
+        <source>notes with the word, or with a word that has it in it</source>
+        <translation>ملاحظات فيها الكلمة أو كلمة تحتويها</translation>
+    </message>
+    <message>
+        <source>&quot;two words&quot;</source>
+        <translation>&quot;كلمتان معًا&quot;</translation>
+    </message>
+    <message>
+        <source>notes with just these words, one behind the other</source>
+        <translation>ملاحظات فيها هذه الكلمات بعينها متتالية</translation>
+    </message>
+    <message>
+        <source>-word</source>
+        <translation>-كلمة</translation>
+    </message>
+    <message>
+        <source>notes without the word</source>
+        <translation>ملاحظات ليست فيها الكلمة</translation>
+    </message>
+    <message>
+        <source>#tag</source>
+        <translation>#وسم</translation>
+    </message>
+    <message>
+        <source>notes with the tag in their text</source>
+        <translation>ملاحظات في نصها الوسم</translation>
+    </message>
 </context>
 <context>
     <name>quib::ShortcutsPage</name>
@@ -1536,6 +1791,184 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Lists and tags</source>
         <translation>القوائم والوسوم</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SpokenNoteText</name>
+    <message>
+        <source>checked item</source>
+        <translation>عنصر مشطوب</translation>
+    </message>
+    <message>
+        <source>unchecked item</source>
+        <translation>عنصر غير مشطوب</translation>
+    </message>
+    <message>
+        <source>heading %1</source>
+        <translation>عنوان %1</translation>
+    </message>
+    <message>
+        <source>picture %1</source>
+        <translation>صورة %1</translation>
+    </message>
+    <message>
+        <source>file %1</source>
+        <translation>ملف %1</translation>
+    </message>
+    <message>
+        <source>separator</source>
+        <translation>فاصل</translation>
+    </message>
+    <message>
+        <source>folded text</source>
+        <translation>نص مطوي</translation>
+    </message>
+    <message>
+        <source>link to a note</source>
+        <translation>رابط إلى ملاحظة</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>رابط</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SymbolPicker</name>
+    <message>
+        <source>Symbol of the tag</source>
+        <translation>رمز الوسم</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>الرموز</translation>
+    </message>
+    <message>
+        <source>By the Tag’s Name</source>
+        <translation>حسب اسم الوسم</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>وسم</translation>
+    </message>
+    <message>
+        <source>Animal</source>
+        <translation>حيوان</translation>
+    </message>
+    <message>
+        <source>Art</source>
+        <translation>فن</translation>
+    </message>
+    <message>
+        <source>Book</source>
+        <translation>كتاب</translation>
+    </message>
+    <message>
+        <source>Bug</source>
+        <translation>حشرة</translation>
+    </message>
+    <message>
+        <source>Calendar</source>
+        <translation>تقويم</translation>
+    </message>
+    <message>
+        <source>Car</source>
+        <translation>سيارة</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>شيفرة</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>فيلم</translation>
+    </message>
+    <message>
+        <source>Food</source>
+        <translation>طعام</translation>
+    </message>
+    <message>
+        <source>Game</source>
+        <translation>لعبة</translation>
+    </message>
+    <message>
+        <source>Gift</source>
+        <translation>هدية</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>صحة</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>منزل</translation>
+    </message>
+    <message>
+        <source>Idea</source>
+        <translation>فكرة</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>يوميات</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>رابط</translation>
+    </message>
+    <message>
+        <source>Money</source>
+        <translation>مال</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>موسيقى</translation>
+    </message>
+    <message>
+        <source>People</source>
+        <translation>أشخاص</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>صورة ضوئية</translation>
+    </message>
+    <message>
+        <source>Plant</source>
+        <translation>نبات</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>مشروع</translation>
+    </message>
+    <message>
+        <source>School</source>
+        <translation>مدرسة</translation>
+    </message>
+    <message>
+        <source>Science</source>
+        <translation>علوم</translation>
+    </message>
+    <message>
+        <source>Shopping</source>
+        <translation>تسوق</translation>
+    </message>
+    <message>
+        <source>Sport</source>
+        <translation>رياضة</translation>
+    </message>
+    <message>
+        <source>To-do</source>
+        <translation>مهمة</translation>
+    </message>
+    <message>
+        <source>Travel</source>
+        <translation>سفر</translation>
+    </message>
+    <message>
+        <source>Work</source>
+        <translation>عمل</translation>
+    </message>
+    <message>
+        <source>Writing</source>
+        <translation>كتابة</translation>
     </message>
 </context>
 <context>

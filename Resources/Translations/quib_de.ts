@@ -302,10 +302,6 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <translation>Das Schlagwort #%1 heißt jetzt #%2.</translation>
     </message>
     <message>
-        <source>Take the tag #%1 out of all its notes? The notes themselves stay.</source>
-        <translation>Das Schlagwort #%1 aus allen seinen Notizen entfernen? Die Notizen selbst bleiben.</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
@@ -435,6 +431,45 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>Redo %1</source>
         <translation>%1 wiederholen</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Schnelle Notiz</translation>
+    </message>
+    <message>
+        <source>What Can Be Searched For…</source>
+        <translation>Was man suchen kann …</translation>
+    </message>
+    <message>
+        <source>Choose Symbol…</source>
+        <translation>Symbol wählen …</translation>
+    </message>
+    <message>
+        <source>Icon in the Tray</source>
+        <translation>Symbol im Benachrichtigungsbereich</translation>
+    </message>
+    <message>
+        <source>Shortcuts from Everywhere…</source>
+        <translation>Tastenkürzel aus allen Programmen …</translation>
+    </message>
+    <message>
+        <source>What can be searched for</source>
+        <translation>Was man suchen kann</translation>
+    </message>
+    <message numerus="yes">
+        <source>The tag #%1 was taken out of %n note(s).</source>
+        <translation>
+            <numerusform>Das Schlagwort #%1 wurde aus %n Notiz entfernt.</numerusform>
+            <numerusform>Das Schlagwort #%1 wurde aus %n Notizen entfernt.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Choose Symbol</source>
+        <translation>Symbol wählen</translation>
+    </message>
+    <message>
+        <source>“%1” could not be written.</source>
+        <translation>„%1“ konnte nicht geschrieben werden.</translation>
     </message>
 </context>
 <context>
@@ -586,6 +621,90 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>Picture</source>
         <translation>Bild</translation>
+    </message>
+    <message>
+        <source>Paste as Code Block</source>
+        <translation>Als Codeblock einfügen</translation>
+    </message>
+    <message>
+        <source>Copy as Text</source>
+        <translation>Als Text kopieren</translation>
+    </message>
+    <message>
+        <source>Copy as Text Without Tags</source>
+        <translation>Als Text ohne Schlagwörter kopieren</translation>
+    </message>
+    <message>
+        <source>Note From Selection</source>
+        <translation>Notiz aus Auswahl</translation>
+    </message>
+    <message>
+        <source>Open Link</source>
+        <translation>Link öffnen</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>Actual Size</source>
+        <translation>Originalgröße</translation>
+    </message>
+    <message>
+        <source>Wider Lines</source>
+        <translation>Breitere Zeilen</translation>
+    </message>
+    <message>
+        <source>Narrower Lines</source>
+        <translation>Schmalere Zeilen</translation>
+    </message>
+    <message>
+        <source>Copy As</source>
+        <translation>Kopieren als</translation>
+    </message>
+    <message>
+        <source>Paste As</source>
+        <translation>Einfügen als</translation>
+    </message>
+    <message>
+        <source>Show Notes with #%1</source>
+        <translation>Notizen mit #%1 anzeigen</translation>
+    </message>
+    <message>
+        <source>Open Note</source>
+        <translation>Notiz öffnen</translation>
+    </message>
+    <message>
+        <source>Copy Link</source>
+        <translation>Link kopieren</translation>
+    </message>
+    <message>
+        <source>Edit Link</source>
+        <translation>Link bearbeiten</translation>
+    </message>
+    <message>
+        <source>Unfold</source>
+        <translation>Ausklappen</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>Speichern unter …</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>Im Ordner anzeigen</translation>
+    </message>
+    <message>
+        <source>Save Attachment</source>
+        <translation>Anhang speichern</translation>
     </message>
 </context>
 <context>
@@ -783,6 +902,13 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     </message>
 </context>
 <context>
+    <name>quib::AccessibleNoteTextView</name>
+    <message>
+        <source>Checks or unchecks the item at the caret</source>
+        <translation>Hakt den Eintrag an der Schreibmarke ab oder nicht ab</translation>
+    </message>
+</context>
+<context>
     <name>quib::AutomationPage</name>
     <message>
         <source>Actions</source>
@@ -893,6 +1019,57 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     </message>
 </context>
 <context>
+    <name>quib::DesktopIntegration</name>
+    <message>
+        <source>The desktop has Quib’s shortcuts now; its keyboard settings give them keys.</source>
+        <translation>Der Desktop kennt jetzt Quibs Tastenkürzel; Tasten erhalten sie in seinen Tastatureinstellungen.</translation>
+    </message>
+    <message>
+        <source>These keys reach Quib from everywhere: %1</source>
+        <translation>Diese Tasten erreichen Quib aus allen Programmen: %1</translation>
+    </message>
+    <message>
+        <source>The desktop has given Quib no shortcuts.</source>
+        <translation>Der Desktop hat Quib keine Tastenkürzel gegeben.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program take keys everywhere. Its keyboard settings can give a key to the command “%1”.</source>
+        <translation>Dieser Desktop lässt kein Programm überall Tasten entgegennehmen. In seinen Tastatureinstellungen kann der Befehl „%1“ eine Taste erhalten.</translation>
+    </message>
+    <message>
+        <source>Copy Command</source>
+        <translation>Befehl kopieren</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Schnelle Notiz</translation>
+    </message>
+    <message>
+        <source>New Note</source>
+        <translation>Neue Notiz</translation>
+    </message>
+    <message>
+        <source>Search Notes</source>
+        <translation>Notizen durchsuchen</translation>
+    </message>
+    <message>
+        <source>Show Quib</source>
+        <translation>Quib anzeigen</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Write a quick note</source>
+        <translation>Eine schnelle Notiz schreiben</translation>
+    </message>
+    <message>
+        <source>Search the notes</source>
+        <translation>Die Notizen durchsuchen</translation>
+    </message>
+</context>
+<context>
     <name>quib::DetachedWindow</name>
     <message>
         <source>Close Window</source>
@@ -901,6 +1078,18 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>Untitled note</source>
         <translation>Notiz ohne Titel</translation>
+    </message>
+    <message>
+        <source>Keep Above Others</source>
+        <translation>Im Vordergrund halten</translation>
+    </message>
+    <message>
+        <source>All Commands…</source>
+        <translation>Alle Befehle …</translation>
+    </message>
+    <message>
+        <source>Find a command</source>
+        <translation>Befehl suchen</translation>
     </message>
 </context>
 <context>
@@ -1356,6 +1545,13 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     </message>
 </context>
 <context>
+    <name>quib::OverlayScrollBar</name>
+    <message>
+        <source>Scroll bar</source>
+        <translation>Bildlaufleiste</translation>
+    </message>
+</context>
+<context>
     <name>quib::PreferencesWindow</name>
     <message>
         <source>Preferences</source>
@@ -1388,6 +1584,29 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>About</source>
         <translation>Info</translation>
+    </message>
+</context>
+<context>
+    <name>quib::QuickNoteWindow</name>
+    <message>
+        <source>Saved as you type. Escape closes.</source>
+        <translation>Wird beim Schreiben gespeichert. Esc schließt.</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Schnelle Notiz</translation>
+    </message>
+    <message>
+        <source>Open in Quib</source>
+        <translation>In Quib öffnen</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+Return)</source>
+        <translation>Im Hauptfenster weiterschreiben (Strg+Eingabe)</translation>
+    </message>
+    <message>
+        <source>Close Window</source>
+        <translation>Fenster schließen</translation>
     </message>
 </context>
 <context>
@@ -1464,6 +1683,38 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <source>End the search</source>
         <translation>Suche beenden</translation>
     </message>
+    <message>
+        <source>word</source>
+        <translation>Wort</translation>
+    </message>
+    <message>
+        <source>notes with the word, or with a word that has it in it</source>
+        <translation>Notizen mit dem Wort oder mit einem, das es enthält</translation>
+    </message>
+    <message>
+        <source>&quot;two words&quot;</source>
+        <translation>&quot;zwei Wörter&quot;</translation>
+    </message>
+    <message>
+        <source>notes with just these words, one behind the other</source>
+        <translation>Notizen mit genau diesen Wörtern hintereinander</translation>
+    </message>
+    <message>
+        <source>-word</source>
+        <translation>-Wort</translation>
+    </message>
+    <message>
+        <source>notes without the word</source>
+        <translation>Notizen ohne das Wort</translation>
+    </message>
+    <message>
+        <source>#tag</source>
+        <translation>#Schlagwort</translation>
+    </message>
+    <message>
+        <source>notes with the tag in their text</source>
+        <translation>Notizen mit dem Schlagwort im Text</translation>
+    </message>
 </context>
 <context>
     <name>quib::ShortcutsPage</name>
@@ -1512,6 +1763,184 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>Lists and tags</source>
         <translation>Listen und Schlagwörter</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SpokenNoteText</name>
+    <message>
+        <source>checked item</source>
+        <translation>abgehakter Eintrag</translation>
+    </message>
+    <message>
+        <source>unchecked item</source>
+        <translation>offener Eintrag</translation>
+    </message>
+    <message>
+        <source>heading %1</source>
+        <translation>Überschrift %1</translation>
+    </message>
+    <message>
+        <source>picture %1</source>
+        <translation>Bild %1</translation>
+    </message>
+    <message>
+        <source>file %1</source>
+        <translation>Datei %1</translation>
+    </message>
+    <message>
+        <source>separator</source>
+        <translation>Trennlinie</translation>
+    </message>
+    <message>
+        <source>folded text</source>
+        <translation>eingeklappter Text</translation>
+    </message>
+    <message>
+        <source>link to a note</source>
+        <translation>Link zu einer Notiz</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>Link</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SymbolPicker</name>
+    <message>
+        <source>Symbol of the tag</source>
+        <translation>Symbol des Schlagworts</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>Symbole</translation>
+    </message>
+    <message>
+        <source>By the Tag’s Name</source>
+        <translation>Nach dem Namen des Schlagworts</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>Schlagwort</translation>
+    </message>
+    <message>
+        <source>Animal</source>
+        <translation>Tier</translation>
+    </message>
+    <message>
+        <source>Art</source>
+        <translation>Kunst</translation>
+    </message>
+    <message>
+        <source>Book</source>
+        <translation>Buch</translation>
+    </message>
+    <message>
+        <source>Bug</source>
+        <translation>Käfer</translation>
+    </message>
+    <message>
+        <source>Calendar</source>
+        <translation>Kalender</translation>
+    </message>
+    <message>
+        <source>Car</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Food</source>
+        <translation>Essen</translation>
+    </message>
+    <message>
+        <source>Game</source>
+        <translation>Spiel</translation>
+    </message>
+    <message>
+        <source>Gift</source>
+        <translation>Geschenk</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Gesundheit</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Zuhause</translation>
+    </message>
+    <message>
+        <source>Idea</source>
+        <translation>Idee</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>Tagebuch</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>Money</source>
+        <translation>Geld</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>Musik</translation>
+    </message>
+    <message>
+        <source>People</source>
+        <translation>Leute</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>Foto</translation>
+    </message>
+    <message>
+        <source>Plant</source>
+        <translation>Pflanze</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>Projekt</translation>
+    </message>
+    <message>
+        <source>School</source>
+        <translation>Schule</translation>
+    </message>
+    <message>
+        <source>Science</source>
+        <translation>Wissenschaft</translation>
+    </message>
+    <message>
+        <source>Shopping</source>
+        <translation>Einkauf</translation>
+    </message>
+    <message>
+        <source>Sport</source>
+        <translation>Sport</translation>
+    </message>
+    <message>
+        <source>To-do</source>
+        <translation>Aufgabe</translation>
+    </message>
+    <message>
+        <source>Travel</source>
+        <translation>Reise</translation>
+    </message>
+    <message>
+        <source>Work</source>
+        <translation>Arbeit</translation>
+    </message>
+    <message>
+        <source>Writing</source>
+        <translation>Schreiben</translation>
     </message>
 </context>
 <context>

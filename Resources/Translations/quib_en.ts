@@ -27,6 +27,13 @@
             <numerusform>%n notes selected</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>The tag #%1 was taken out of %n note(s).</source>
+        <translation>
+            <numerusform>The tag #%1 was taken out of %n note.</numerusform>
+            <numerusform>The tag #%1 was taken out of %n notes.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quib::FindBar</name>

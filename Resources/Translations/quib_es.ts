@@ -302,10 +302,6 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <translation>La etiqueta #%1 ahora es #%2.</translation>
     </message>
     <message>
-        <source>Take the tag #%1 out of all its notes? The notes themselves stay.</source>
-        <translation>¿Quitar la etiqueta #%1 de todas sus notas? Las notas se conservan.</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>Cancelar</translation>
     </message>
@@ -435,6 +431,45 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>Redo %1</source>
         <translation>Rehacer: %1</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Nota rápida</translation>
+    </message>
+    <message>
+        <source>What Can Be Searched For…</source>
+        <translation>Qué se puede buscar…</translation>
+    </message>
+    <message>
+        <source>Choose Symbol…</source>
+        <translation>Elegir símbolo…</translation>
+    </message>
+    <message>
+        <source>Icon in the Tray</source>
+        <translation>Icono en la bandeja</translation>
+    </message>
+    <message>
+        <source>Shortcuts from Everywhere…</source>
+        <translation>Atajos desde cualquier programa…</translation>
+    </message>
+    <message>
+        <source>What can be searched for</source>
+        <translation>Qué se puede buscar</translation>
+    </message>
+    <message numerus="yes">
+        <source>The tag #%1 was taken out of %n note(s).</source>
+        <translation>
+            <numerusform>La etiqueta #%1 se quitó de %n nota.</numerusform>
+            <numerusform>La etiqueta #%1 se quitó de %n notas.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Choose Symbol</source>
+        <translation>Elegir símbolo</translation>
+    </message>
+    <message>
+        <source>“%1” could not be written.</source>
+        <translation>No se pudo escribir «%1».</translation>
     </message>
 </context>
 <context>
@@ -586,6 +621,90 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>Picture</source>
         <translation>Imagen</translation>
+    </message>
+    <message>
+        <source>Paste as Code Block</source>
+        <translation>Pegar como bloque de código</translation>
+    </message>
+    <message>
+        <source>Copy as Text</source>
+        <translation>Copiar como texto</translation>
+    </message>
+    <message>
+        <source>Copy as Text Without Tags</source>
+        <translation>Copiar como texto sin etiquetas</translation>
+    </message>
+    <message>
+        <source>Note From Selection</source>
+        <translation>Nota a partir de la selección</translation>
+    </message>
+    <message>
+        <source>Open Link</source>
+        <translation>Abrir el enlace</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>Ampliar</translation>
+    </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>Reducir</translation>
+    </message>
+    <message>
+        <source>Actual Size</source>
+        <translation>Tamaño real</translation>
+    </message>
+    <message>
+        <source>Wider Lines</source>
+        <translation>Líneas más anchas</translation>
+    </message>
+    <message>
+        <source>Narrower Lines</source>
+        <translation>Líneas más estrechas</translation>
+    </message>
+    <message>
+        <source>Copy As</source>
+        <translation>Copiar como</translation>
+    </message>
+    <message>
+        <source>Paste As</source>
+        <translation>Pegar como</translation>
+    </message>
+    <message>
+        <source>Show Notes with #%1</source>
+        <translation>Mostrar las notas con #%1</translation>
+    </message>
+    <message>
+        <source>Open Note</source>
+        <translation>Abrir la nota</translation>
+    </message>
+    <message>
+        <source>Copy Link</source>
+        <translation>Copiar el enlace</translation>
+    </message>
+    <message>
+        <source>Edit Link</source>
+        <translation>Editar el enlace</translation>
+    </message>
+    <message>
+        <source>Unfold</source>
+        <translation>Desplegar</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Abrir</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>Guardar como…</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>Mostrar en la carpeta</translation>
+    </message>
+    <message>
+        <source>Save Attachment</source>
+        <translation>Guardar el archivo adjunto</translation>
     </message>
 </context>
 <context>
@@ -783,6 +902,13 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     </message>
 </context>
 <context>
+    <name>quib::AccessibleNoteTextView</name>
+    <message>
+        <source>Checks or unchecks the item at the caret</source>
+        <translation>Marca o desmarca el elemento del cursor</translation>
+    </message>
+</context>
+<context>
     <name>quib::AutomationPage</name>
     <message>
         <source>Actions</source>
@@ -893,6 +1019,57 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     </message>
 </context>
 <context>
+    <name>quib::DesktopIntegration</name>
+    <message>
+        <source>The desktop has Quib’s shortcuts now; its keyboard settings give them keys.</source>
+        <translation>El escritorio ya conoce los atajos de Quib; las teclas se asignan en su configuración del teclado.</translation>
+    </message>
+    <message>
+        <source>These keys reach Quib from everywhere: %1</source>
+        <translation>Estas teclas llegan a Quib desde cualquier programa: %1</translation>
+    </message>
+    <message>
+        <source>The desktop has given Quib no shortcuts.</source>
+        <translation>El escritorio no ha dado atajos a Quib.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program take keys everywhere. Its keyboard settings can give a key to the command “%1”.</source>
+        <translation>Este escritorio no deja que los programas reciban teclas desde cualquier lugar. En su configuración del teclado se puede asignar una tecla al comando «%1».</translation>
+    </message>
+    <message>
+        <source>Copy Command</source>
+        <translation>Copiar el comando</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Nota rápida</translation>
+    </message>
+    <message>
+        <source>New Note</source>
+        <translation>Nota nueva</translation>
+    </message>
+    <message>
+        <source>Search Notes</source>
+        <translation>Buscar en las notas</translation>
+    </message>
+    <message>
+        <source>Show Quib</source>
+        <translation>Mostrar Quib</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Salir</translation>
+    </message>
+    <message>
+        <source>Write a quick note</source>
+        <translation>Escribir una nota rápida</translation>
+    </message>
+    <message>
+        <source>Search the notes</source>
+        <translation>Buscar en las notas</translation>
+    </message>
+</context>
+<context>
     <name>quib::DetachedWindow</name>
     <message>
         <source>Close Window</source>
@@ -901,6 +1078,18 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>Untitled note</source>
         <translation>Nota sin título</translation>
+    </message>
+    <message>
+        <source>Keep Above Others</source>
+        <translation>Mantener por encima</translation>
+    </message>
+    <message>
+        <source>All Commands…</source>
+        <translation>Todos los comandos…</translation>
+    </message>
+    <message>
+        <source>Find a command</source>
+        <translation>Buscar un comando</translation>
     </message>
 </context>
 <context>
@@ -1356,6 +1545,13 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     </message>
 </context>
 <context>
+    <name>quib::OverlayScrollBar</name>
+    <message>
+        <source>Scroll bar</source>
+        <translation>Barra de desplazamiento</translation>
+    </message>
+</context>
+<context>
     <name>quib::PreferencesWindow</name>
     <message>
         <source>Preferences</source>
@@ -1388,6 +1584,29 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>About</source>
         <translation>Acerca de</translation>
+    </message>
+</context>
+<context>
+    <name>quib::QuickNoteWindow</name>
+    <message>
+        <source>Saved as you type. Escape closes.</source>
+        <translation>Se guarda mientras escribe. Esc cierra.</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Nota rápida</translation>
+    </message>
+    <message>
+        <source>Open in Quib</source>
+        <translation>Abrir en Quib</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+Return)</source>
+        <translation>Continuar en la ventana principal (Ctrl+Intro)</translation>
+    </message>
+    <message>
+        <source>Close Window</source>
+        <translation>Cerrar la ventana</translation>
     </message>
 </context>
 <context>
@@ -1464,6 +1683,38 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <source>End the search</source>
         <translation>Terminar la búsqueda</translation>
     </message>
+    <message>
+        <source>word</source>
+        <translation>palabra</translation>
+    </message>
+    <message>
+        <source>notes with the word, or with a word that has it in it</source>
+        <translation>notas con la palabra, o con otra que la contenga</translation>
+    </message>
+    <message>
+        <source>&quot;two words&quot;</source>
+        <translation>&quot;dos palabras&quot;</translation>
+    </message>
+    <message>
+        <source>notes with just these words, one behind the other</source>
+        <translation>notas con justo estas palabras, una tras otra</translation>
+    </message>
+    <message>
+        <source>-word</source>
+        <translation>-palabra</translation>
+    </message>
+    <message>
+        <source>notes without the word</source>
+        <translation>notas sin la palabra</translation>
+    </message>
+    <message>
+        <source>#tag</source>
+        <translation>#etiqueta</translation>
+    </message>
+    <message>
+        <source>notes with the tag in their text</source>
+        <translation>notas con la etiqueta en el texto</translation>
+    </message>
 </context>
 <context>
     <name>quib::ShortcutsPage</name>
@@ -1512,6 +1763,184 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>Lists and tags</source>
         <translation>Listas y etiquetas</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SpokenNoteText</name>
+    <message>
+        <source>checked item</source>
+        <translation>elemento marcado</translation>
+    </message>
+    <message>
+        <source>unchecked item</source>
+        <translation>elemento sin marcar</translation>
+    </message>
+    <message>
+        <source>heading %1</source>
+        <translation>título %1</translation>
+    </message>
+    <message>
+        <source>picture %1</source>
+        <translation>imagen %1</translation>
+    </message>
+    <message>
+        <source>file %1</source>
+        <translation>archivo %1</translation>
+    </message>
+    <message>
+        <source>separator</source>
+        <translation>separador</translation>
+    </message>
+    <message>
+        <source>folded text</source>
+        <translation>texto plegado</translation>
+    </message>
+    <message>
+        <source>link to a note</source>
+        <translation>enlace a una nota</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>enlace</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SymbolPicker</name>
+    <message>
+        <source>Symbol of the tag</source>
+        <translation>Símbolo de la etiqueta</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>Símbolos</translation>
+    </message>
+    <message>
+        <source>By the Tag’s Name</source>
+        <translation>Según el nombre de la etiqueta</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>Etiqueta</translation>
+    </message>
+    <message>
+        <source>Animal</source>
+        <translation>Animal</translation>
+    </message>
+    <message>
+        <source>Art</source>
+        <translation>Arte</translation>
+    </message>
+    <message>
+        <source>Book</source>
+        <translation>Libro</translation>
+    </message>
+    <message>
+        <source>Bug</source>
+        <translation>Bicho</translation>
+    </message>
+    <message>
+        <source>Calendar</source>
+        <translation>Calendario</translation>
+    </message>
+    <message>
+        <source>Car</source>
+        <translation>Coche</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Código</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Película</translation>
+    </message>
+    <message>
+        <source>Food</source>
+        <translation>Comida</translation>
+    </message>
+    <message>
+        <source>Game</source>
+        <translation>Juego</translation>
+    </message>
+    <message>
+        <source>Gift</source>
+        <translation>Regalo</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Salud</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Casa</translation>
+    </message>
+    <message>
+        <source>Idea</source>
+        <translation>Idea</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>Diario</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Enlace</translation>
+    </message>
+    <message>
+        <source>Money</source>
+        <translation>Dinero</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>Música</translation>
+    </message>
+    <message>
+        <source>People</source>
+        <translation>Personas</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>Foto</translation>
+    </message>
+    <message>
+        <source>Plant</source>
+        <translation>Planta</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>Proyecto</translation>
+    </message>
+    <message>
+        <source>School</source>
+        <translation>Escuela</translation>
+    </message>
+    <message>
+        <source>Science</source>
+        <translation>Ciencia</translation>
+    </message>
+    <message>
+        <source>Shopping</source>
+        <translation>Compras</translation>
+    </message>
+    <message>
+        <source>Sport</source>
+        <translation>Deporte</translation>
+    </message>
+    <message>
+        <source>To-do</source>
+        <translation>Tarea</translation>
+    </message>
+    <message>
+        <source>Travel</source>
+        <translation>Viajes</translation>
+    </message>
+    <message>
+        <source>Work</source>
+        <translation>Trabajo</translation>
+    </message>
+    <message>
+        <source>Writing</source>
+        <translation>Escritura</translation>
     </message>
 </context>
 <context>

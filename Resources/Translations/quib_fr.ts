@@ -302,10 +302,6 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <translation>L’étiquette #%1 s’appelle désormais #%2.</translation>
     </message>
     <message>
-        <source>Take the tag #%1 out of all its notes? The notes themselves stay.</source>
-        <translation>Retirer l’étiquette #%1 de toutes ses notes&#x202f;? Les notes elles-mêmes restent.</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>Annuler</translation>
     </message>
@@ -435,6 +431,45 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>Redo %1</source>
         <translation>Rétablir&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Note rapide</translation>
+    </message>
+    <message>
+        <source>What Can Be Searched For…</source>
+        <translation>Ce qui peut être recherché…</translation>
+    </message>
+    <message>
+        <source>Choose Symbol…</source>
+        <translation>Choisir un symbole…</translation>
+    </message>
+    <message>
+        <source>Icon in the Tray</source>
+        <translation>Icône dans la zone de notification</translation>
+    </message>
+    <message>
+        <source>Shortcuts from Everywhere…</source>
+        <translation>Raccourcis depuis tous les programmes…</translation>
+    </message>
+    <message>
+        <source>What can be searched for</source>
+        <translation>Ce qui peut être recherché</translation>
+    </message>
+    <message numerus="yes">
+        <source>The tag #%1 was taken out of %n note(s).</source>
+        <translation>
+            <numerusform>L’étiquette #%1 a été retirée de %n note.</numerusform>
+            <numerusform>L’étiquette #%1 a été retirée de %n notes.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Choose Symbol</source>
+        <translation>Choisir un symbole</translation>
+    </message>
+    <message>
+        <source>“%1” could not be written.</source>
+        <translation>Impossible d’écrire «&#xa0;%1&#xa0;».</translation>
     </message>
 </context>
 <context>
@@ -586,6 +621,90 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>Picture</source>
         <translation>Image</translation>
+    </message>
+    <message>
+        <source>Paste as Code Block</source>
+        <translation>Coller comme bloc de code</translation>
+    </message>
+    <message>
+        <source>Copy as Text</source>
+        <translation>Copier en texte</translation>
+    </message>
+    <message>
+        <source>Copy as Text Without Tags</source>
+        <translation>Copier en texte sans étiquettes</translation>
+    </message>
+    <message>
+        <source>Note From Selection</source>
+        <translation>Note à partir de la sélection</translation>
+    </message>
+    <message>
+        <source>Open Link</source>
+        <translation>Ouvrir le lien</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>Zoom avant</translation>
+    </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>Zoom arrière</translation>
+    </message>
+    <message>
+        <source>Actual Size</source>
+        <translation>Taille réelle</translation>
+    </message>
+    <message>
+        <source>Wider Lines</source>
+        <translation>Lignes plus larges</translation>
+    </message>
+    <message>
+        <source>Narrower Lines</source>
+        <translation>Lignes plus étroites</translation>
+    </message>
+    <message>
+        <source>Copy As</source>
+        <translation>Copier en tant que</translation>
+    </message>
+    <message>
+        <source>Paste As</source>
+        <translation>Coller en tant que</translation>
+    </message>
+    <message>
+        <source>Show Notes with #%1</source>
+        <translation>Afficher les notes avec #%1</translation>
+    </message>
+    <message>
+        <source>Open Note</source>
+        <translation>Ouvrir la note</translation>
+    </message>
+    <message>
+        <source>Copy Link</source>
+        <translation>Copier le lien</translation>
+    </message>
+    <message>
+        <source>Edit Link</source>
+        <translation>Modifier le lien</translation>
+    </message>
+    <message>
+        <source>Unfold</source>
+        <translation>Déplier</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>Enregistrer sous…</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>Afficher dans le dossier</translation>
+    </message>
+    <message>
+        <source>Save Attachment</source>
+        <translation>Enregistrer la pièce jointe</translation>
     </message>
 </context>
 <context>
@@ -783,6 +902,13 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     </message>
 </context>
 <context>
+    <name>quib::AccessibleNoteTextView</name>
+    <message>
+        <source>Checks or unchecks the item at the caret</source>
+        <translation>Coche ou décoche l’élément au curseur</translation>
+    </message>
+</context>
+<context>
     <name>quib::AutomationPage</name>
     <message>
         <source>Actions</source>
@@ -893,6 +1019,57 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     </message>
 </context>
 <context>
+    <name>quib::DesktopIntegration</name>
+    <message>
+        <source>The desktop has Quib’s shortcuts now; its keyboard settings give them keys.</source>
+        <translation>Le bureau connaît maintenant les raccourcis de Quib&#x202f;; leurs touches se choisissent dans ses réglages du clavier.</translation>
+    </message>
+    <message>
+        <source>These keys reach Quib from everywhere: %1</source>
+        <translation>Ces touches atteignent Quib depuis tous les programmes&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>The desktop has given Quib no shortcuts.</source>
+        <translation>Le bureau n’a accordé aucun raccourci à Quib.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program take keys everywhere. Its keyboard settings can give a key to the command “%1”.</source>
+        <translation>Ce bureau ne laisse aucun programme recevoir des touches partout. Ses réglages du clavier peuvent donner une touche à la commande «&#xa0;%1&#xa0;».</translation>
+    </message>
+    <message>
+        <source>Copy Command</source>
+        <translation>Copier la commande</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Note rapide</translation>
+    </message>
+    <message>
+        <source>New Note</source>
+        <translation>Nouvelle note</translation>
+    </message>
+    <message>
+        <source>Search Notes</source>
+        <translation>Rechercher dans les notes</translation>
+    </message>
+    <message>
+        <source>Show Quib</source>
+        <translation>Afficher Quib</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <source>Write a quick note</source>
+        <translation>Écrire une note rapide</translation>
+    </message>
+    <message>
+        <source>Search the notes</source>
+        <translation>Rechercher dans les notes</translation>
+    </message>
+</context>
+<context>
     <name>quib::DetachedWindow</name>
     <message>
         <source>Close Window</source>
@@ -901,6 +1078,18 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>Untitled note</source>
         <translation>Note sans titre</translation>
+    </message>
+    <message>
+        <source>Keep Above Others</source>
+        <translation>Garder au-dessus des autres</translation>
+    </message>
+    <message>
+        <source>All Commands…</source>
+        <translation>Toutes les commandes…</translation>
+    </message>
+    <message>
+        <source>Find a command</source>
+        <translation>Trouver une commande</translation>
     </message>
 </context>
 <context>
@@ -1356,6 +1545,13 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     </message>
 </context>
 <context>
+    <name>quib::OverlayScrollBar</name>
+    <message>
+        <source>Scroll bar</source>
+        <translation>Barre de défilement</translation>
+    </message>
+</context>
+<context>
     <name>quib::PreferencesWindow</name>
     <message>
         <source>Preferences</source>
@@ -1388,6 +1584,29 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>About</source>
         <translation>À propos</translation>
+    </message>
+</context>
+<context>
+    <name>quib::QuickNoteWindow</name>
+    <message>
+        <source>Saved as you type. Escape closes.</source>
+        <translation>Enregistrée à mesure que vous écrivez. Échap ferme.</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Note rapide</translation>
+    </message>
+    <message>
+        <source>Open in Quib</source>
+        <translation>Ouvrir dans Quib</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+Return)</source>
+        <translation>Continuer dans la fenêtre principale (Ctrl+Entrée)</translation>
+    </message>
+    <message>
+        <source>Close Window</source>
+        <translation>Fermer la fenêtre</translation>
     </message>
 </context>
 <context>
@@ -1464,6 +1683,38 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <source>End the search</source>
         <translation>Terminer la recherche</translation>
     </message>
+    <message>
+        <source>word</source>
+        <translation>mot</translation>
+    </message>
+    <message>
+        <source>notes with the word, or with a word that has it in it</source>
+        <translation>notes avec le mot, ou un mot qui le contient</translation>
+    </message>
+    <message>
+        <source>&quot;two words&quot;</source>
+        <translation>&quot;deux mots&quot;</translation>
+    </message>
+    <message>
+        <source>notes with just these words, one behind the other</source>
+        <translation>notes avec exactement ces mots, l’un après l’autre</translation>
+    </message>
+    <message>
+        <source>-word</source>
+        <translation>-mot</translation>
+    </message>
+    <message>
+        <source>notes without the word</source>
+        <translation>notes sans le mot</translation>
+    </message>
+    <message>
+        <source>#tag</source>
+        <translation>#étiquette</translation>
+    </message>
+    <message>
+        <source>notes with the tag in their text</source>
+        <translation>notes avec l’étiquette dans leur texte</translation>
+    </message>
 </context>
 <context>
     <name>quib::ShortcutsPage</name>
@@ -1512,6 +1763,184 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>Lists and tags</source>
         <translation>Listes et étiquettes</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SpokenNoteText</name>
+    <message>
+        <source>checked item</source>
+        <translation>élément coché</translation>
+    </message>
+    <message>
+        <source>unchecked item</source>
+        <translation>élément non coché</translation>
+    </message>
+    <message>
+        <source>heading %1</source>
+        <translation>titre %1</translation>
+    </message>
+    <message>
+        <source>picture %1</source>
+        <translation>image %1</translation>
+    </message>
+    <message>
+        <source>file %1</source>
+        <translation>fichier %1</translation>
+    </message>
+    <message>
+        <source>separator</source>
+        <translation>séparateur</translation>
+    </message>
+    <message>
+        <source>folded text</source>
+        <translation>texte replié</translation>
+    </message>
+    <message>
+        <source>link to a note</source>
+        <translation>lien vers une note</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>lien</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SymbolPicker</name>
+    <message>
+        <source>Symbol of the tag</source>
+        <translation>Symbole de l’étiquette</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>Symboles</translation>
+    </message>
+    <message>
+        <source>By the Tag’s Name</source>
+        <translation>D’après le nom de l’étiquette</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>Étiquette</translation>
+    </message>
+    <message>
+        <source>Animal</source>
+        <translation>Animal</translation>
+    </message>
+    <message>
+        <source>Art</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>Book</source>
+        <translation>Livre</translation>
+    </message>
+    <message>
+        <source>Bug</source>
+        <translation>Insecte</translation>
+    </message>
+    <message>
+        <source>Calendar</source>
+        <translation>Calendrier</translation>
+    </message>
+    <message>
+        <source>Car</source>
+        <translation>Voiture</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Food</source>
+        <translation>Nourriture</translation>
+    </message>
+    <message>
+        <source>Game</source>
+        <translation>Jeu</translation>
+    </message>
+    <message>
+        <source>Gift</source>
+        <translation>Cadeau</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Santé</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Maison</translation>
+    </message>
+    <message>
+        <source>Idea</source>
+        <translation>Idée</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>Journal</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Lien</translation>
+    </message>
+    <message>
+        <source>Money</source>
+        <translation>Argent</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>Musique</translation>
+    </message>
+    <message>
+        <source>People</source>
+        <translation>Personnes</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>Photo</translation>
+    </message>
+    <message>
+        <source>Plant</source>
+        <translation>Plante</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>Projet</translation>
+    </message>
+    <message>
+        <source>School</source>
+        <translation>École</translation>
+    </message>
+    <message>
+        <source>Science</source>
+        <translation>Science</translation>
+    </message>
+    <message>
+        <source>Shopping</source>
+        <translation>Courses</translation>
+    </message>
+    <message>
+        <source>Sport</source>
+        <translation>Sport</translation>
+    </message>
+    <message>
+        <source>To-do</source>
+        <translation>Tâche</translation>
+    </message>
+    <message>
+        <source>Travel</source>
+        <translation>Voyages</translation>
+    </message>
+    <message>
+        <source>Work</source>
+        <translation>Travail</translation>
+    </message>
+    <message>
+        <source>Writing</source>
+        <translation>Écriture</translation>
     </message>
 </context>
 <context>

@@ -302,10 +302,6 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>L’etichetta #%1 ora è #%2.</translation>
     </message>
     <message>
-        <source>Take the tag #%1 out of all its notes? The notes themselves stay.</source>
-        <translation>Togliere l’etichetta #%1 da tutte le sue note? Le note restano.</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>Annulla</translation>
     </message>
@@ -435,6 +431,45 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Redo %1</source>
         <translation>Ripeti: %1</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Nota rapida</translation>
+    </message>
+    <message>
+        <source>What Can Be Searched For…</source>
+        <translation>Che cosa si può cercare…</translation>
+    </message>
+    <message>
+        <source>Choose Symbol…</source>
+        <translation>Scegli un simbolo…</translation>
+    </message>
+    <message>
+        <source>Icon in the Tray</source>
+        <translation>Icona nell’area di notifica</translation>
+    </message>
+    <message>
+        <source>Shortcuts from Everywhere…</source>
+        <translation>Scorciatoie da ogni programma…</translation>
+    </message>
+    <message>
+        <source>What can be searched for</source>
+        <translation>Che cosa si può cercare</translation>
+    </message>
+    <message numerus="yes">
+        <source>The tag #%1 was taken out of %n note(s).</source>
+        <translation>
+            <numerusform>L’etichetta #%1 è stata tolta da %n nota.</numerusform>
+            <numerusform>L’etichetta #%1 è stata tolta da %n note.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Choose Symbol</source>
+        <translation>Scegli un simbolo</translation>
+    </message>
+    <message>
+        <source>“%1” could not be written.</source>
+        <translation>Impossibile scrivere «%1».</translation>
     </message>
 </context>
 <context>
@@ -586,6 +621,90 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Picture</source>
         <translation>Immagine</translation>
+    </message>
+    <message>
+        <source>Paste as Code Block</source>
+        <translation>Incolla come blocco di codice</translation>
+    </message>
+    <message>
+        <source>Copy as Text</source>
+        <translation>Copia come testo</translation>
+    </message>
+    <message>
+        <source>Copy as Text Without Tags</source>
+        <translation>Copia come testo senza etichette</translation>
+    </message>
+    <message>
+        <source>Note From Selection</source>
+        <translation>Nota dalla selezione</translation>
+    </message>
+    <message>
+        <source>Open Link</source>
+        <translation>Apri il collegamento</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>Ingrandisci</translation>
+    </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>Riduci</translation>
+    </message>
+    <message>
+        <source>Actual Size</source>
+        <translation>Dimensione reale</translation>
+    </message>
+    <message>
+        <source>Wider Lines</source>
+        <translation>Righe più larghe</translation>
+    </message>
+    <message>
+        <source>Narrower Lines</source>
+        <translation>Righe più strette</translation>
+    </message>
+    <message>
+        <source>Copy As</source>
+        <translation>Copia come</translation>
+    </message>
+    <message>
+        <source>Paste As</source>
+        <translation>Incolla come</translation>
+    </message>
+    <message>
+        <source>Show Notes with #%1</source>
+        <translation>Mostra le note con #%1</translation>
+    </message>
+    <message>
+        <source>Open Note</source>
+        <translation>Apri la nota</translation>
+    </message>
+    <message>
+        <source>Copy Link</source>
+        <translation>Copia il collegamento</translation>
+    </message>
+    <message>
+        <source>Edit Link</source>
+        <translation>Modifica il collegamento</translation>
+    </message>
+    <message>
+        <source>Unfold</source>
+        <translation>Espandi</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Apri</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>Salva con nome…</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>Mostra nella cartella</translation>
+    </message>
+    <message>
+        <source>Save Attachment</source>
+        <translation>Salva l’allegato</translation>
     </message>
 </context>
 <context>
@@ -783,6 +902,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::AccessibleNoteTextView</name>
+    <message>
+        <source>Checks or unchecks the item at the caret</source>
+        <translation>Spunta la voce al cursore o ne toglie la spunta</translation>
+    </message>
+</context>
+<context>
     <name>quib::AutomationPage</name>
     <message>
         <source>Actions</source>
@@ -893,6 +1019,57 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::DesktopIntegration</name>
+    <message>
+        <source>The desktop has Quib’s shortcuts now; its keyboard settings give them keys.</source>
+        <translation>La scrivania conosce ora le scorciatoie di Quib; i tasti si assegnano nelle impostazioni della tastiera.</translation>
+    </message>
+    <message>
+        <source>These keys reach Quib from everywhere: %1</source>
+        <translation>Questi tasti raggiungono Quib da ogni programma: %1</translation>
+    </message>
+    <message>
+        <source>The desktop has given Quib no shortcuts.</source>
+        <translation>La scrivania non ha concesso scorciatoie a Quib.</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program take keys everywhere. Its keyboard settings can give a key to the command “%1”.</source>
+        <translation>Questa scrivania non permette ai programmi di ricevere tasti ovunque. Le sue impostazioni della tastiera possono assegnare un tasto al comando «%1».</translation>
+    </message>
+    <message>
+        <source>Copy Command</source>
+        <translation>Copia il comando</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Nota rapida</translation>
+    </message>
+    <message>
+        <source>New Note</source>
+        <translation>Nuova nota</translation>
+    </message>
+    <message>
+        <source>Search Notes</source>
+        <translation>Cerca nelle note</translation>
+    </message>
+    <message>
+        <source>Show Quib</source>
+        <translation>Mostra Quib</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Esci</translation>
+    </message>
+    <message>
+        <source>Write a quick note</source>
+        <translation>Scrivi una nota rapida</translation>
+    </message>
+    <message>
+        <source>Search the notes</source>
+        <translation>Cerca nelle note</translation>
+    </message>
+</context>
+<context>
     <name>quib::DetachedWindow</name>
     <message>
         <source>Close Window</source>
@@ -901,6 +1078,18 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Untitled note</source>
         <translation>Nota senza titolo</translation>
+    </message>
+    <message>
+        <source>Keep Above Others</source>
+        <translation>Tieni sopra le altre</translation>
+    </message>
+    <message>
+        <source>All Commands…</source>
+        <translation>Tutti i comandi…</translation>
+    </message>
+    <message>
+        <source>Find a command</source>
+        <translation>Trova un comando</translation>
     </message>
 </context>
 <context>
@@ -1356,6 +1545,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::OverlayScrollBar</name>
+    <message>
+        <source>Scroll bar</source>
+        <translation>Barra di scorrimento</translation>
+    </message>
+</context>
+<context>
     <name>quib::PreferencesWindow</name>
     <message>
         <source>Preferences</source>
@@ -1388,6 +1584,29 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>About</source>
         <translation>Informazioni</translation>
+    </message>
+</context>
+<context>
+    <name>quib::QuickNoteWindow</name>
+    <message>
+        <source>Saved as you type. Escape closes.</source>
+        <translation>Salvata mentre scrivi. Esc chiude.</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>Nota rapida</translation>
+    </message>
+    <message>
+        <source>Open in Quib</source>
+        <translation>Apri in Quib</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+Return)</source>
+        <translation>Continua nella finestra principale (Ctrl+Invio)</translation>
+    </message>
+    <message>
+        <source>Close Window</source>
+        <translation>Chiudi la finestra</translation>
     </message>
 </context>
 <context>
@@ -1464,6 +1683,38 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>End the search</source>
         <translation>Termina la ricerca</translation>
     </message>
+    <message>
+        <source>word</source>
+        <translation>parola</translation>
+    </message>
+    <message>
+        <source>notes with the word, or with a word that has it in it</source>
+        <translation>note con la parola, o con una parola che la contiene</translation>
+    </message>
+    <message>
+        <source>&quot;two words&quot;</source>
+        <translation>&quot;due parole&quot;</translation>
+    </message>
+    <message>
+        <source>notes with just these words, one behind the other</source>
+        <translation>note con proprio queste parole, una dopo l’altra</translation>
+    </message>
+    <message>
+        <source>-word</source>
+        <translation>-parola</translation>
+    </message>
+    <message>
+        <source>notes without the word</source>
+        <translation>note senza la parola</translation>
+    </message>
+    <message>
+        <source>#tag</source>
+        <translation>#etichetta</translation>
+    </message>
+    <message>
+        <source>notes with the tag in their text</source>
+        <translation>note con l’etichetta nel testo</translation>
+    </message>
 </context>
 <context>
     <name>quib::ShortcutsPage</name>
@@ -1512,6 +1763,184 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Lists and tags</source>
         <translation>Elenchi ed etichette</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SpokenNoteText</name>
+    <message>
+        <source>checked item</source>
+        <translation>voce spuntata</translation>
+    </message>
+    <message>
+        <source>unchecked item</source>
+        <translation>voce non spuntata</translation>
+    </message>
+    <message>
+        <source>heading %1</source>
+        <translation>titolo %1</translation>
+    </message>
+    <message>
+        <source>picture %1</source>
+        <translation>immagine %1</translation>
+    </message>
+    <message>
+        <source>file %1</source>
+        <translation>file %1</translation>
+    </message>
+    <message>
+        <source>separator</source>
+        <translation>separatore</translation>
+    </message>
+    <message>
+        <source>folded text</source>
+        <translation>testo compresso</translation>
+    </message>
+    <message>
+        <source>link to a note</source>
+        <translation>collegamento a una nota</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>collegamento</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SymbolPicker</name>
+    <message>
+        <source>Symbol of the tag</source>
+        <translation>Simbolo dell’etichetta</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>Simboli</translation>
+    </message>
+    <message>
+        <source>By the Tag’s Name</source>
+        <translation>Secondo il nome dell’etichetta</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>Etichetta</translation>
+    </message>
+    <message>
+        <source>Animal</source>
+        <translation>Animale</translation>
+    </message>
+    <message>
+        <source>Art</source>
+        <translation>Arte</translation>
+    </message>
+    <message>
+        <source>Book</source>
+        <translation>Libro</translation>
+    </message>
+    <message>
+        <source>Bug</source>
+        <translation>Insetto</translation>
+    </message>
+    <message>
+        <source>Calendar</source>
+        <translation>Calendario</translation>
+    </message>
+    <message>
+        <source>Car</source>
+        <translation>Auto</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Codice</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Food</source>
+        <translation>Cibo</translation>
+    </message>
+    <message>
+        <source>Game</source>
+        <translation>Gioco</translation>
+    </message>
+    <message>
+        <source>Gift</source>
+        <translation>Regalo</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>Salute</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Casa</translation>
+    </message>
+    <message>
+        <source>Idea</source>
+        <translation>Idea</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>Diario</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Collegamento</translation>
+    </message>
+    <message>
+        <source>Money</source>
+        <translation>Denaro</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>Musica</translation>
+    </message>
+    <message>
+        <source>People</source>
+        <translation>Persone</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>Foto</translation>
+    </message>
+    <message>
+        <source>Plant</source>
+        <translation>Pianta</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>Progetto</translation>
+    </message>
+    <message>
+        <source>School</source>
+        <translation>Scuola</translation>
+    </message>
+    <message>
+        <source>Science</source>
+        <translation>Scienza</translation>
+    </message>
+    <message>
+        <source>Shopping</source>
+        <translation>Spesa</translation>
+    </message>
+    <message>
+        <source>Sport</source>
+        <translation>Sport</translation>
+    </message>
+    <message>
+        <source>To-do</source>
+        <translation>Cosa da fare</translation>
+    </message>
+    <message>
+        <source>Travel</source>
+        <translation>Viaggi</translation>
+    </message>
+    <message>
+        <source>Work</source>
+        <translation>Lavoro</translation>
+    </message>
+    <message>
+        <source>Writing</source>
+        <translation>Scrittura</translation>
     </message>
 </context>
 <context>

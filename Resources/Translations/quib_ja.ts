@@ -301,10 +301,6 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>タグ #%1 の名前を #%2 に変更しました。</translation>
     </message>
     <message>
-        <source>Take the tag #%1 out of all its notes? The notes themselves stay.</source>
-        <translation>タグ #%1 をすべてのノートから外しますか？ノート自体は残ります。</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>キャンセル</translation>
     </message>
@@ -432,6 +428,44 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Redo %1</source>
         <translation>やり直す: %1</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>クイックノート</translation>
+    </message>
+    <message>
+        <source>What Can Be Searched For…</source>
+        <translation>検索できるもの…</translation>
+    </message>
+    <message>
+        <source>Choose Symbol…</source>
+        <translation>アイコンを選択…</translation>
+    </message>
+    <message>
+        <source>Icon in the Tray</source>
+        <translation>システムトレイのアイコン</translation>
+    </message>
+    <message>
+        <source>Shortcuts from Everywhere…</source>
+        <translation>どこでも使えるショートカット…</translation>
+    </message>
+    <message>
+        <source>What can be searched for</source>
+        <translation>検索できるもの</translation>
+    </message>
+    <message numerus="yes">
+        <source>The tag #%1 was taken out of %n note(s).</source>
+        <translation>
+            <numerusform>タグ #%1 を %n 件のノートから外しました。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Choose Symbol</source>
+        <translation>アイコンを選択</translation>
+    </message>
+    <message>
+        <source>“%1” could not be written.</source>
+        <translation>「%1」に書き込めませんでした。</translation>
     </message>
 </context>
 <context>
@@ -583,6 +617,90 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Picture</source>
         <translation>画像</translation>
+    </message>
+    <message>
+        <source>Paste as Code Block</source>
+        <translation>コードブロックとして貼り付け</translation>
+    </message>
+    <message>
+        <source>Copy as Text</source>
+        <translation>テキストとしてコピー</translation>
+    </message>
+    <message>
+        <source>Copy as Text Without Tags</source>
+        <translation>タグなしのテキストとしてコピー</translation>
+    </message>
+    <message>
+        <source>Note From Selection</source>
+        <translation>選択範囲からノートを作成</translation>
+    </message>
+    <message>
+        <source>Open Link</source>
+        <translation>リンクを開く</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>拡大</translation>
+    </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>縮小</translation>
+    </message>
+    <message>
+        <source>Actual Size</source>
+        <translation>実際のサイズ</translation>
+    </message>
+    <message>
+        <source>Wider Lines</source>
+        <translation>行を広げる</translation>
+    </message>
+    <message>
+        <source>Narrower Lines</source>
+        <translation>行を狭める</translation>
+    </message>
+    <message>
+        <source>Copy As</source>
+        <translation>形式を選択してコピー</translation>
+    </message>
+    <message>
+        <source>Paste As</source>
+        <translation>形式を選択して貼り付け</translation>
+    </message>
+    <message>
+        <source>Show Notes with #%1</source>
+        <translation>#%1 のあるノートを表示</translation>
+    </message>
+    <message>
+        <source>Open Note</source>
+        <translation>ノートを開く</translation>
+    </message>
+    <message>
+        <source>Copy Link</source>
+        <translation>リンクをコピー</translation>
+    </message>
+    <message>
+        <source>Edit Link</source>
+        <translation>リンクを編集</translation>
+    </message>
+    <message>
+        <source>Unfold</source>
+        <translation>展開</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>開く</translation>
+    </message>
+    <message>
+        <source>Save As…</source>
+        <translation>名前を付けて保存…</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>フォルダーで表示</translation>
+    </message>
+    <message>
+        <source>Save Attachment</source>
+        <translation>添付ファイルを保存</translation>
     </message>
 </context>
 <context>
@@ -780,6 +898,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::AccessibleNoteTextView</name>
+    <message>
+        <source>Checks or unchecks the item at the caret</source>
+        <translation>カーソル位置の項目のチェックを切り替えます</translation>
+    </message>
+</context>
+<context>
     <name>quib::AutomationPage</name>
     <message>
         <source>Actions</source>
@@ -890,6 +1015,57 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::DesktopIntegration</name>
+    <message>
+        <source>The desktop has Quib’s shortcuts now; its keyboard settings give them keys.</source>
+        <translation>Quib のショートカットをデスクトップに登録しました。キーはデスクトップのキーボード設定で割り当てます。</translation>
+    </message>
+    <message>
+        <source>These keys reach Quib from everywhere: %1</source>
+        <translation>どこからでも Quib を呼び出せるキー: %1</translation>
+    </message>
+    <message>
+        <source>The desktop has given Quib no shortcuts.</source>
+        <translation>デスクトップは Quib にショートカットを許可しませんでした。</translation>
+    </message>
+    <message>
+        <source>This desktop lets no program take keys everywhere. Its keyboard settings can give a key to the command “%1”.</source>
+        <translation>このデスクトップでは、どこからでもキーを受け取ることができません。キーボード設定でコマンド「%1」にキーを割り当てられます。</translation>
+    </message>
+    <message>
+        <source>Copy Command</source>
+        <translation>コマンドをコピー</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>クイックノート</translation>
+    </message>
+    <message>
+        <source>New Note</source>
+        <translation>新規ノート</translation>
+    </message>
+    <message>
+        <source>Search Notes</source>
+        <translation>ノートを検索</translation>
+    </message>
+    <message>
+        <source>Show Quib</source>
+        <translation>Quib を表示</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>終了</translation>
+    </message>
+    <message>
+        <source>Write a quick note</source>
+        <translation>クイックノートを書く</translation>
+    </message>
+    <message>
+        <source>Search the notes</source>
+        <translation>ノートを検索</translation>
+    </message>
+</context>
+<context>
     <name>quib::DetachedWindow</name>
     <message>
         <source>Close Window</source>
@@ -898,6 +1074,18 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Untitled note</source>
         <translation>無題のノート</translation>
+    </message>
+    <message>
+        <source>Keep Above Others</source>
+        <translation>最前面に表示</translation>
+    </message>
+    <message>
+        <source>All Commands…</source>
+        <translation>すべてのコマンド…</translation>
+    </message>
+    <message>
+        <source>Find a command</source>
+        <translation>コマンドを検索</translation>
     </message>
 </context>
 <context>
@@ -1351,6 +1539,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::OverlayScrollBar</name>
+    <message>
+        <source>Scroll bar</source>
+        <translation>スクロールバー</translation>
+    </message>
+</context>
+<context>
     <name>quib::PreferencesWindow</name>
     <message>
         <source>Preferences</source>
@@ -1383,6 +1578,29 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>About</source>
         <translation>情報</translation>
+    </message>
+</context>
+<context>
+    <name>quib::QuickNoteWindow</name>
+    <message>
+        <source>Saved as you type. Escape closes.</source>
+        <translation>入力と同時に保存されます。Esc で閉じます。</translation>
+    </message>
+    <message>
+        <source>Quick Note</source>
+        <translation>クイックノート</translation>
+    </message>
+    <message>
+        <source>Open in Quib</source>
+        <translation>Quib で開く</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+Return)</source>
+        <translation>メインウィンドウで続ける (Ctrl+Return)</translation>
+    </message>
+    <message>
+        <source>Close Window</source>
+        <translation>ウィンドウを閉じる</translation>
     </message>
 </context>
 <context>
@@ -1459,6 +1677,38 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>End the search</source>
         <translation>検索を終了</translation>
     </message>
+    <message>
+        <source>word</source>
+        <translation>単語</translation>
+    </message>
+    <message>
+        <source>notes with the word, or with a word that has it in it</source>
+        <translation>その単語、またはその単語を含む語のあるノート</translation>
+    </message>
+    <message>
+        <source>&quot;two words&quot;</source>
+        <translation>&quot;二つの 単語&quot;</translation>
+    </message>
+    <message>
+        <source>notes with just these words, one behind the other</source>
+        <translation>この語がこの順に並ぶノート</translation>
+    </message>
+    <message>
+        <source>-word</source>
+        <translation>-単語</translation>
+    </message>
+    <message>
+        <source>notes without the word</source>
+        <translation>その単語のないノート</translation>
+    </message>
+    <message>
+        <source>#tag</source>
+        <translation>#タグ</translation>
+    </message>
+    <message>
+        <source>notes with the tag in their text</source>
+        <translation>本文にそのタグのあるノート</translation>
+    </message>
 </context>
 <context>
     <name>quib::ShortcutsPage</name>
@@ -1506,6 +1756,184 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Lists and tags</source>
         <translation>一覧とタグ</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SpokenNoteText</name>
+    <message>
+        <source>checked item</source>
+        <translation>チェック済みの項目</translation>
+    </message>
+    <message>
+        <source>unchecked item</source>
+        <translation>未チェックの項目</translation>
+    </message>
+    <message>
+        <source>heading %1</source>
+        <translation>見出し %1</translation>
+    </message>
+    <message>
+        <source>picture %1</source>
+        <translation>画像 %1</translation>
+    </message>
+    <message>
+        <source>file %1</source>
+        <translation>ファイル %1</translation>
+    </message>
+    <message>
+        <source>separator</source>
+        <translation>区切り線</translation>
+    </message>
+    <message>
+        <source>folded text</source>
+        <translation>折りたたまれたテキスト</translation>
+    </message>
+    <message>
+        <source>link to a note</source>
+        <translation>ノートへのリンク</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>リンク</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SymbolPicker</name>
+    <message>
+        <source>Symbol of the tag</source>
+        <translation>タグのアイコン</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>アイコン</translation>
+    </message>
+    <message>
+        <source>By the Tag’s Name</source>
+        <translation>タグの名前に合わせる</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>タグ</translation>
+    </message>
+    <message>
+        <source>Animal</source>
+        <translation>動物</translation>
+    </message>
+    <message>
+        <source>Art</source>
+        <translation>アート</translation>
+    </message>
+    <message>
+        <source>Book</source>
+        <translation>本</translation>
+    </message>
+    <message>
+        <source>Bug</source>
+        <translation>虫</translation>
+    </message>
+    <message>
+        <source>Calendar</source>
+        <translation>カレンダー</translation>
+    </message>
+    <message>
+        <source>Car</source>
+        <translation>車</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>コード</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>映画</translation>
+    </message>
+    <message>
+        <source>Food</source>
+        <translation>食べ物</translation>
+    </message>
+    <message>
+        <source>Game</source>
+        <translation>ゲーム</translation>
+    </message>
+    <message>
+        <source>Gift</source>
+        <translation>プレゼント</translation>
+    </message>
+    <message>
+        <source>Health</source>
+        <translation>健康</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>家</translation>
+    </message>
+    <message>
+        <source>Idea</source>
+        <translation>アイデア</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>日記</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>リンク</translation>
+    </message>
+    <message>
+        <source>Money</source>
+        <translation>お金</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>音楽</translation>
+    </message>
+    <message>
+        <source>People</source>
+        <translation>人</translation>
+    </message>
+    <message>
+        <source>Photo</source>
+        <translation>写真</translation>
+    </message>
+    <message>
+        <source>Plant</source>
+        <translation>植物</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>プロジェクト</translation>
+    </message>
+    <message>
+        <source>School</source>
+        <translation>学校</translation>
+    </message>
+    <message>
+        <source>Science</source>
+        <translation>科学</translation>
+    </message>
+    <message>
+        <source>Shopping</source>
+        <translation>買い物</translation>
+    </message>
+    <message>
+        <source>Sport</source>
+        <translation>スポーツ</translation>
+    </message>
+    <message>
+        <source>To-do</source>
+        <translation>タスク</translation>
+    </message>
+    <message>
+        <source>Travel</source>
+        <translation>旅行</translation>
+    </message>
+    <message>
+        <source>Work</source>
+        <translation>仕事</translation>
+    </message>
+    <message>
+        <source>Writing</source>
+        <translation>文章</translation>
     </message>
 </context>
 <context>
