@@ -52,17 +52,17 @@ int toInt(qint64 offset)
 
 AccessibleNoteTextView::AccessibleNoteTextView(QBNoteTextView &view)
     : QAccessibleWidget(&view, QAccessible::EditableText)
-    , m_words(view.textStorage().attributedString())
-    , m_toldSelection(m_words.offsetsOfRange(view.selectedRange()))
     , m_edits(view.textStorage().observeEdits([this](quint32 /*mask*/, NSRange editedRange, qint64 changeInLength) {
-        if (const auto change = m_words.textDidEdit(editedRange, changeInLength)) {
+        if (const auto change = m_words ? m_words->textDidEdit(editedRange, changeInLength) : std::nullopt) {
             tellOfChange(*change);
         }
     }))
     , m_selections(QObject::connect(&view, &QBNoteTextView::selectionChanged, &view, [this] { tellOfSelection(); }))
     , m_attachments(QObject::connect(&view, &QBNoteTextView::attachmentsMayLookDifferent, &view, [this] {
-        for (const SpokenNoteText::Change &change : m_words.attachmentsDidChange()) {
-            tellOfChange(change);
+        if (m_words) {
+            for (const SpokenNoteText::Change &change : m_words->attachmentsDidChange()) {
+                tellOfChange(change);
+            }
         }
     }))
 {
@@ -104,9 +104,20 @@ void AccessibleNoteTextView::tellOfChange(const SpokenNoteText::Change &change)
     }
 }
 
+const SpokenNoteText &AccessibleNoteTextView::words() const
+{
+    if (!m_words) {
+        m_words = std::make_unique<SpokenNoteText>(view().textStorage().attributedString());
+    }
+    return *m_words;
+}
+
 void AccessibleNoteTextView::tellOfSelection()
 {
-    const NSRange selection = m_words.offsetsOfRange(view().selectedRange());
+    if (!m_words) {
+        return;
+    }
+    const NSRange selection = words().offsetsOfRange(view().selectedRange());
     QAccessibleTextCursorEvent moved(widget(), cursorPosition());
     tell(moved);
     if (selection != m_toldSelection && (selection.length > 0 || m_toldSelection.length > 0)) {
@@ -142,7 +153,7 @@ QAccessible::State AccessibleNoteTextView::state() const
 
 QString AccessibleNoteTextView::text(QAccessible::Text kind) const
 {
-    return kind == QAccessible::Value ? m_words.string() : QAccessibleWidget::text(kind);
+    return kind == QAccessible::Value ? words().string() : QAccessibleWidget::text(kind);
 }
 
 // QAccessibleTextInterface
@@ -150,21 +161,21 @@ QString AccessibleNoteTextView::text(QAccessible::Text kind) const
 qint64 AccessibleNoteTextView::locationOf(int offset) const
 {
     // Toolkits name the end by -1.
-    const qint64 count = m_words.string().size();
-    return m_words.locationOfOffset(offset < 0 ? count : std::min<qint64>(offset, count));
+    const qint64 count = words().string().size();
+    return words().locationOfOffset(offset < 0 ? count : std::min<qint64>(offset, count));
 }
 
 NSRange AccessibleNoteTextView::rangeOf(int startOffset, int endOffset) const
 {
-    const qint64 count = m_words.string().size();
+    const qint64 count = words().string().size();
     const qint64 end = endOffset < 0 ? count : std::min<qint64>(endOffset, count);
     const qint64 start = std::clamp<qint64>(startOffset, 0, end);
-    return m_words.rangeOfOffsets({start, end - start});
+    return words().rangeOfOffsets({start, end - start});
 }
 
 void AccessibleNoteTextView::selection(int selectionIndex, int *startOffset, int *endOffset) const
 {
-    const NSRange selected = m_words.offsetsOfRange(view().selectedRange());
+    const NSRange selected = words().offsetsOfRange(view().selectedRange());
     const bool isThere = selectionIndex == 0 && selected.length > 0;
     *startOffset = isThere ? toInt(selected.location) : 0;
     *endOffset = isThere ? toInt(selected.limit()) : 0;
@@ -197,7 +208,7 @@ void AccessibleNoteTextView::setSelection(int selectionIndex, int startOffset, i
 
 int AccessibleNoteTextView::cursorPosition() const
 {
-    return toInt(m_words.offsetOfLocation(view().caret()));
+    return toInt(words().offsetOfLocation(view().caret()));
 }
 
 void AccessibleNoteTextView::setCursorPosition(int position)
@@ -210,32 +221,32 @@ void AccessibleNoteTextView::setCursorPosition(int position)
 
 QString AccessibleNoteTextView::text(int startOffset, int endOffset) const
 {
-    const qint64 count = m_words.string().size();
+    const qint64 count = words().string().size();
     const qint64 end = endOffset < 0 ? count : std::min<qint64>(endOffset, count);
     const qint64 start = std::clamp<qint64>(startOffset, 0, end);
-    return m_words.string().mid(start, end - start);
+    return words().string().mid(start, end - start);
 }
 
 NSRange AccessibleNoteTextView::unitAround(qint64 offset, QAccessible::TextBoundaryType boundaryType) const
 {
-    const QString &words = m_words.string();
+    const QString &all = words().string();
     if (boundaryType == QAccessible::NoBoundary) {
-        return {0, words.size()};
+        return {0, all.size()};
     }
-    const NSRange paragraph = m_words.offsetsOfRange(
-        view().textStorage().attributedString().paragraphRangeForRange({m_words.locationOfOffset(offset), 0}));
+    const NSRange paragraph = words().offsetsOfRange(
+        view().textStorage().attributedString().paragraphRangeForRange({words().locationOfOffset(offset), 0}));
     if (boundaryType == QAccessible::ParagraphBoundary) {
         return paragraph;
     }
     if (boundaryType == QAccessible::LineBoundary) {
         const NSRange line =
-            m_words.offsetsOfRange(view().layoutManager().lineRange(m_words.locationOfOffset(offset), false));
+            words().offsetsOfRange(view().layoutManager().lineRange(words().locationOfOffset(offset), false));
         // The last line of a paragraph has its line end with it.
-        const bool isLast = line.limit() < paragraph.limit() && words[line.limit()] == u'\n';
+        const bool isLast = line.limit() < paragraph.limit() && all[line.limit()] == u'\n';
         return {line.location, line.length + (isLast ? 1 : 0)};
     }
     // Nothing smaller goes on beyond its paragraph.
-    const QString string = words.mid(paragraph.location, paragraph.length);
+    const QString string = all.mid(paragraph.location, paragraph.length);
     const auto type = boundaryType == QAccessible::CharBoundary   ? QTextBoundaryFinder::Grapheme
                       : boundaryType == QAccessible::WordBoundary ? QTextBoundaryFinder::Word
                                                                   : QTextBoundaryFinder::Sentence;
@@ -247,13 +258,13 @@ QString AccessibleNoteTextView::told(NSRange offsets, int *startOffset, int *end
 {
     *startOffset = toInt(offsets.location);
     *endOffset = toInt(offsets.limit());
-    return m_words.string().mid(offsets.location, offsets.length);
+    return words().string().mid(offsets.location, offsets.length);
 }
 
 QString AccessibleNoteTextView::textAtOffset(int offset, QAccessible::TextBoundaryType boundaryType, int *startOffset,
                                              int *endOffset) const
 {
-    const qint64 count = m_words.string().size();
+    const qint64 count = words().string().size();
     const qint64 place = offset == -1 ? count : offset == -2 ? cursorPosition() : offset;
     if (place < 0 || place > count) {
         *startOffset = *endOffset = -1;
@@ -277,7 +288,7 @@ QString AccessibleNoteTextView::textAfterOffset(int offset, QAccessible::TextBou
                                                 int *startOffset, int *endOffset) const
 {
     (void)textAtOffset(offset, boundaryType, startOffset, endOffset);
-    if (*endOffset < 0 || *endOffset >= m_words.string().size()) {
+    if (*endOffset < 0 || *endOffset >= words().string().size()) {
         *startOffset = *endOffset = -1;
         return {};
     }
@@ -286,7 +297,7 @@ QString AccessibleNoteTextView::textAfterOffset(int offset, QAccessible::TextBou
 
 int AccessibleNoteTextView::characterCount() const
 {
-    return toInt(m_words.string().size());
+    return toInt(words().string().size());
 }
 
 QRect AccessibleNoteTextView::characterRect(int offset) const
@@ -308,7 +319,7 @@ int AccessibleNoteTextView::offsetAtPoint(const QPoint &point) const
     if (!view().viewport()->rect().contains(local)) {
         return -1;
     }
-    return toInt(m_words.offsetOfLocation(view().locationAtViewportPoint(local)));
+    return toInt(words().offsetOfLocation(view().locationAtViewportPoint(local)));
 }
 
 void AccessibleNoteTextView::scrollToSubstring(int startIndex, int endIndex)
@@ -326,7 +337,7 @@ QString AccessibleNoteTextView::attributes(int offset, int *startOffset, int *en
     }
     NSRange run;
     const AttributeSet set = text.attributesAtIndex(location, &run);
-    const NSRange offsets = m_words.offsetsOfRange(run);
+    const NSRange offsets = words().offsetsOfRange(run);
     *startOffset = toInt(offsets.location);
     *endOffset = toInt(offsets.limit());
     QStringList pairs;

@@ -10,6 +10,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 class QBNoteTextView;
 
 namespace quib {
@@ -85,7 +87,10 @@ private:
     void tellOfChange(const SpokenNoteText::Change &change);
     void tellOfSelection();
 
-    SpokenNoteText m_words;
+    /// Made when the text is first read: who never asks costs nothing.
+    [[nodiscard]] const SpokenNoteText &words() const;
+
+    mutable std::unique_ptr<SpokenNoteText> m_words;
     NSRange m_toldSelection;
     ObservationToken m_edits;
     QMetaObject::Connection m_selections;

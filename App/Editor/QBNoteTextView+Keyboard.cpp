@@ -350,6 +350,10 @@ void QBNoteTextView::replaceText(NSRange range, const QString &text)
 void QBNoteTextView::insertNewLine(bool isShiftDown)
 {
     breakUndoCoalescing();
+    if (!m_stack.noteTextStorage().canEditTextInRange(selectedRange())) {
+        QApplication::beep();
+        return;
+    }
     m_undoManager->beginUndoGrouping();
     if (m_delegate == nullptr || m_delegate->qbNoteTextViewShouldInsertNewLine(*this, isShiftDown)) {
         insertText(u"\n"_s, selectedRange());
@@ -363,6 +367,10 @@ void QBNoteTextView::insertNewLine(bool isShiftDown)
 void QBNoteTextView::insertTab(bool backwards)
 {
     breakUndoCoalescing();
+    if (!m_stack.noteTextStorage().canEditTextInRange(selectedRange())) {
+        QApplication::beep();
+        return;
+    }
     m_undoManager->beginUndoGrouping();
     if ((m_delegate == nullptr || m_delegate->qbNoteTextViewShouldInsertTab(*this, backwards)) && !backwards) {
         insertText(u"\t"_s, selectedRange());

@@ -16,6 +16,12 @@ namespace {
 /// A very long piece ends behind the last space of its last so many units, where there is one.
 constexpr qint64 kSearchedForSpace = 500;
 
+/// False of nearly all units that end no paragraph: all of a text are looked at before it is shown.
+bool mayEndParagraph(char16_t unit)
+{
+    return unit < 0x20 || (unit & 0xFF00) == 0x2000 || unit == 0x85;
+}
+
 /// Whether a unit goes on with the character before it, so that no piece may begin there.
 bool continuesCharacter(QChar unit)
 {
@@ -50,8 +56,9 @@ void QBNoteTypesetter::themeDidChange()
 qint64 QBNoteTypesetter::endOfPiece(QStringView text, qint64 location)
 {
     const QStringView rest = text.sliced(location).first(std::min(kLongestPiece, text.size() - location));
+    const char16_t *units = rest.utf16();
     for (qsizetype i = 0; i < rest.size(); ++i) {
-        if (isParagraphEnd(rest[i].unicode())) {
+        if (mayEndParagraph(units[i]) && isParagraphEnd(units[i])) {
             const bool isPair = rest[i] == u'\r' && location + i + 1 < text.size() && text[location + i + 1] == u'\n';
             return location + i + (isPair ? 2 : 1);
         }

@@ -246,22 +246,30 @@ qint64 QBNotesLayoutManager::locationBefore(qint64 location)
 
 qint64 QBNotesLayoutManager::locationLeftOf(qint64 location)
 {
-    const PlacedParagraph paragraph = paragraphOfLocation(location);
-    const qint64 left = paragraph.layout->locationLeftOf(location - paragraph.shift) + paragraph.shift;
-    if (left != location) {
-        return left;
-    }
-    return paragraph.layout->isRightToLeft() ? locationAfter(location) : locationBefore(location);
+    return locationBeside(location, /*right=*/false);
 }
 
 qint64 QBNotesLayoutManager::locationRightOf(qint64 location)
 {
+    return locationBeside(location, /*right=*/true);
+}
+
+qint64 QBNotesLayoutManager::locationBeside(qint64 location, bool right)
+{
     const PlacedParagraph paragraph = paragraphOfLocation(location);
-    const qint64 right = paragraph.layout->locationRightOf(location - paragraph.shift) + paragraph.shift;
-    if (right != location) {
-        return right;
+    const qint64 inParagraph = location - paragraph.shift;
+    const qint64 beside =
+        (right ? paragraph.layout->locationRightOf(inParagraph) : paragraph.layout->locationLeftOf(inParagraph)) +
+        paragraph.shift;
+    if (beside != location) {
+        return beside;
     }
-    return paragraph.layout->isRightToLeft() ? locationBefore(location) : locationAfter(location);
+    // Where directions mix, what is at the edge need not be the first or the last of the paragraph.
+    if (right == paragraph.layout->isRightToLeft()) {
+        return locationBefore(paragraph.range.location);
+    }
+    const qint64 next = paragraph.range.limit();
+    return next < m_storage.length() || paragraphOfLocation(next).range.location == next ? next : location;
 }
 
 qint64 QBNotesLayoutManager::locationAbove(qint64 location, bool *upstream, double x)

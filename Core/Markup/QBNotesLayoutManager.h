@@ -94,6 +94,7 @@ public:
 private:
     void storageDidEdit(quint32 mask, NSRange editedRange, qint64 changeInLength);
     void rebuild();
+    [[nodiscard]] qint64 locationBeside(qint64 location, bool right);
     /// Pieces for a stretch of the text that begins a piece and ends one, or the text.
     [[nodiscard]] std::vector<quib::ParagraphIndex::Piece> piecesOfRange(NSRange range) const;
     [[nodiscard]] quib::PlacedParagraph laidOut(const quib::ParagraphIndex::Place &place);

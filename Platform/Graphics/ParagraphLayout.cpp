@@ -19,6 +19,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -260,11 +262,13 @@ public:
     }
     [[nodiscard]] qint64 locationLeftOf(qint64 location) const
     {
-        return locationOf(m_layout.leftCursorPosition(relative(location)));
+        return m_isBidirectional ? locationBeside(location, /*right=*/false)
+                                 : locationOf(m_layout.leftCursorPosition(relative(location)));
     }
     [[nodiscard]] qint64 locationRightOf(qint64 location) const
     {
-        return locationOf(m_layout.rightCursorPosition(relative(location)));
+        return m_isBidirectional ? locationBeside(location, /*right=*/true)
+                                 : locationOf(m_layout.rightCursorPosition(relative(location)));
     }
     [[nodiscard]] bool isRightToLeft() const { return m_isRightToLeft; }
 
@@ -479,6 +483,32 @@ private:
         attachments.push_back({.location = box.location,
                                .attachment = box.attachment,
                                .rect = QRectF(QPointF(x, baseline - box.box.baselineOffset - size.height()), size)});
+    }
+
+    /// The place whose caret is the next one on the line, whatever the directions of writing; beyond the line's edge on
+    /// the line that is read before or after.
+    [[nodiscard]] qint64 locationBeside(qint64 location, bool right) const
+    {
+        const size_t index = lineIndexOfLocation(location, /*upstream=*/false);
+        const QTextLine textLine = m_layout.lineAt(static_cast<int>(index));
+        const double x = xOf(textLine, location);
+        const int start = textLine.textStart();
+        const bool isLast = index + 1 == lines.size();
+        const int end = start + textLine.textLength() - (isLast ? 0 : 1);
+        std::optional<std::pair<double, int>> nearest;
+        for (int place = start; place <= end; place = std::max(place + 1, m_layout.nextCursorPosition(place))) {
+            const double away = (textLine.cursorToX(place) / kLayoutScale - x) * (right ? 1 : -1);
+            if (away > kTouching && (!nearest || away < nearest->first)) {
+                nearest = {away, place};
+            }
+        }
+        if (nearest) {
+            return locationOf(nearest->second);
+        }
+        if (right != m_isRightToLeft) {
+            return isLast ? location : lines[index + 1].range.location;
+        }
+        return index == 0 ? location : locationOf(m_layout.previousCursorPosition(start));
     }
 
     /// A place within the paragraph as the layout counts: behind what is composed there.

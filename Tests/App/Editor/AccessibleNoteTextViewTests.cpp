@@ -26,6 +26,7 @@ public:
     explicit Recorder(EditorFixture &editor)
         : AccessibleNoteTextView(editor.view())
     {
+        (void)text(0, 1); // who listens has read before
     }
     QStringList take() { return std::exchange(m_told, {}); }
 

@@ -3,7 +3,6 @@
 #include "EditorFixture.h"
 
 #include <Support/QtPrinters.h>
-#include <Support/TestSeed.h>
 
 #include <gtest/gtest.h>
 
@@ -12,7 +11,10 @@
 #include <QImage>
 #include <QInputMethodEvent>
 #include <QMimeData>
-#include <QScrollBar>
+
+#include <algorithm>
+#include <cstdlib>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace quib::tests;
@@ -158,49 +160,92 @@ TEST(NoteTextViewKeys, AReadOnlyTextStaysAsItIs)
     EXPECT_EQ(editor.view().caret(), 1);
 }
 
-TEST(NoteTextViewKeys, RandomKeysLeaveTheTextThatAModelHas)
+TEST(NoteTextViewKeys, WhatIsComposedStandsInItsLineAndIsNoText)
 {
-    auto random = TestSeed().generator();
-    const int rounds = qEnvironmentVariableIntValue("QUIB_LONG_TESTS") > 0 ? 100'000 : 3'000;
-    EditorFixture editor;
-    QString model;
-    for (int round = 0; round < rounds; ++round) {
-        const NSRange selection = editor.view().selectedRange();
-        const auto inText = [&](qint64 place) {
-            return editor.view().textStorage().stringWithExpandedTextAttachmentsWithRange({0, place}).size();
-        };
-        const qint64 start = inText(selection.location);
-        const qint64 end = inText(selection.limit());
-        if (random() % 3 != 0) {
-            constexpr QStringView kTyped = u"ab #*/_-+1. `[]!:~<>";
-            const QString typed = random() % 12 == 0 ? u"\n"_s : QString(kTyped[qsizetype(random() % 20)]);
-            if (typed == u"\n") {
-                editor.press(Qt::Key_Return);
-            } else {
-                editor.type(typed);
+    EditorFixture editor(0, u"before after"_s);
+    editor.view().setSelectedRange({7, 0});
+    const double line = editor.view().caretRectInViewport(0).top();
+    const double after = editor.view().caretRectInViewport(8).left();
+    const QImage plain = editor.painted();
+    QInputMethodEvent composing(u"nihongo"_s, {{QInputMethodEvent::Cursor, 2, 1, {}}});
+    QCoreApplication::sendEvent(&editor.view(), &composing);
+    EXPECT_EQ(editor.text(), u"before after"_s);
+    EXPECT_GT(editor.view().caretRectInViewport(8).left(), after + 20) << "the text behind makes room";
+    const QRectF caret = editor.view().caretRectInViewport(7);
+    EXPECT_GT(caret.left(), editor.view().caretRectInViewport(6).left());
+    EXPECT_LT(caret.left(), editor.view().caretRectInViewport(8).left()) << "the caret is within what is composed";
+    EXPECT_EQ(editor.view().caretRectInViewport(0).top(), line);
+    EXPECT_NE(editor.painted(), plain);
+    // A click in what is composed, and behind it, finds places of the text.
+    EXPECT_EQ(editor.view().locationAtViewportPoint(caret.center()), 7);
+    EXPECT_EQ(editor.view().locationAtViewportPoint(editor.view().caretRectInViewport(12).center()), 12);
+    QInputMethodEvent dropped;
+    QCoreApplication::sendEvent(&editor.view(), &dropped);
+    EXPECT_EQ(editor.painted(), plain);
+    // Longer than a line, it is wrapped.
+    QInputMethodEvent wrapped(u"many words to compose "_s.repeated(12), {});
+    QCoreApplication::sendEvent(&editor.view(), &wrapped);
+    EXPECT_GT(editor.view().caretRectInViewport(8).top(), line + 20);
+    QInputMethodEvent committed;
+    committed.setCommitString(u"x"_s);
+    QCoreApplication::sendEvent(&editor.view(), &committed);
+    EXPECT_EQ(editor.text(), u"before xafter"_s);
+    EXPECT_EQ(editor.view().caretRectInViewport(8).top(), line);
+}
+
+TEST(NoteTextViewKeys, ArrowsGoWhereTheyPointInAnyDirectionOfWriting)
+{
+    const QString texts[] = {u"abc \u05D0\u05D1\u05D2 def"_s, u"\u05D0\u05D1\u05D2 abc \u05D3\u05D4"_s,
+                             u"\u0645\u0631\u062D\u0628\u0627 12 abc"_s, u"abc"_s,
+                             u"x\u05D0\u05D1"_s + u" word"_s.repeated(30) + u"\u05D2"_s};
+    for (const QString &text : texts) {
+        EditorFixture editor(0, u"first\n"_s + text + u"\nlast"_s);
+        const qint64 start = 6;
+        const qint64 end = start + text.size();
+        const bool isRightToLeft = editor.view().layoutManager().isRightToLeft(start);
+        const int forwards = isRightToLeft ? Qt::Key_Left : Qt::Key_Right;
+        const int backwards = isRightToLeft ? Qt::Key_Right : Qt::Key_Left;
+        for (const bool isForwards : {true, false}) {
+            editor.view().setSelectedRange({isForwards ? start : end, 0});
+            QRectF before = editor.view().caretRectInViewport(editor.view().caret());
+            int steps = 0;
+            for (; editor.view().caret() >= start && editor.view().caret() <= end; ++steps) {
+                ASSERT_LE(steps, 2 * text.size() + 2) << "goes round in circles in " << text.toStdString();
+                editor.press(isForwards ? forwards : backwards);
+                const QRectF now = editor.view().caretRectInViewport(editor.view().caret());
+                if (std::abs(now.top() - before.top()) < 1) {
+                    EXPECT_EQ(now.left() > before.left(), isForwards != isRightToLeft)
+                        << text.toStdString() << ", step " << steps;
+                }
+                before = now;
             }
-            model.replace(start, end - start, typed);
-        } else if (random() % 2 != 0) {
-            constexpr int kKeys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_End};
-            editor.press(kKeys[random() % std::size(kKeys)], random() % 4 == 0 ? Qt::ShiftModifier : Qt::NoModifier);
-        } else {
-            editor.press(Qt::Key_Backspace);
-            // How much goes with an attachment is the view's to say; it is one stretch, and it is where the caret was.
-            const QString now = editor.text();
-            EXPECT_LE(now.size(), model.size());
-            const auto same = std::mismatch(now.begin(), now.end(), model.begin(), model.end());
-            const qsizetype kept = same.first - now.begin();
-            EXPECT_TRUE(model.endsWith(QStringView(now).sliced(kept))) << "round " << round;
-            EXPECT_LE(std::min<qint64>(kept, start), end);
-            model = now;
+            EXPECT_EQ(editor.view().caret(), isForwards ? end + 1 : start - 1);
+            EXPECT_GE(steps, 3);
         }
-        if (round % 97 == 0) {
-            (void)editor.painted();
-        }
-        ASSERT_EQ(editor.text(), model) << "round " << round;
     }
-    while (editor.view().undoManager().canUndo()) {
-        editor.view().undo();
+}
+
+TEST(NoteTextViewKeys, PageKeysGoByWhatIsSeenAndBack)
+{
+    EditorFixture editor(0, u"line of words\n"_s.repeated(300));
+    std::vector<qint64> places = {0};
+    for (int page = 0; page < 4; ++page) {
+        editor.press(Qt::Key_PageDown);
+        EXPECT_GT(editor.view().caret(), places.back() + 14 * 5);
+        const QRectF caret = editor.view().caretRectInViewport(editor.view().caret());
+        EXPECT_TRUE(editor.view().viewport()->rect().contains(caret.center().toPoint()));
+        places.push_back(editor.view().caret());
     }
-    EXPECT_EQ(editor.text(), u""_s);
+    for (int page = 0; page < 3; ++page) {
+        places.pop_back();
+        editor.press(Qt::Key_PageUp);
+        EXPECT_LE(std::abs(editor.view().caret() - places.back()), 3 * 14) << "a few lines off at most";
+    }
+    editor.press(Qt::Key_PageUp);
+    editor.press(Qt::Key_PageUp);
+    EXPECT_EQ(editor.view().caret(), 0);
+    for (int page = 0; page < 40; ++page) {
+        editor.press(Qt::Key_PageDown, Qt::ShiftModifier);
+    }
+    EXPECT_EQ(editor.view().selectedRange(), (NSRange{0, editor.buffer().size()}));
 }

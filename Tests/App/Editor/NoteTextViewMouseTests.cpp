@@ -3,6 +3,7 @@
 #include "EditorFixture.h"
 
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
+#include <Markup/Attachments/QBImageTextAttachment.h>
 #include <Support/QtPrinters.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
@@ -60,6 +61,67 @@ TEST(NoteTextViewMouse, ADragSelectsAndScrollsBeyondTheEdge)
     QCoreApplication::sendEvent(viewport, &move);
     EXPECT_EQ(editor.view().selectedRange(), (NSRange{2, 10}));
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, pointOf(editor, 12));
+}
+
+TEST(NoteTextViewMouse, ADragAfterADoubleClickTakesWholeWords)
+{
+    EditorFixture editor(0, u"one two three four five"_s);
+    QWidget *viewport = editor.view().viewport();
+    const auto dragTo = [&](qint64 location) {
+        const QPointF at = pointOf(editor, location);
+        QMouseEvent move(QEvent::MouseMove, at, viewport->mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &move);
+    };
+    const QPointF press = pointOf(editor, 9);
+    QMouseEvent doubleClick(QEvent::MouseButtonDblClick, press, viewport->mapToGlobal(press), Qt::LeftButton,
+                            Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &doubleClick);
+    EXPECT_EQ(editor.view().selectedRange(), (NSRange{8, 5}));
+    dragTo(15);
+    EXPECT_EQ(editor.view().selectedRange(), (NSRange{8, 10})) << "three four";
+    dragTo(5);
+    EXPECT_EQ(editor.view().selectedRange(), (NSRange{4, 9})) << "two three";
+    EXPECT_EQ(editor.view().caret(), 4);
+    dragTo(10);
+    EXPECT_EQ(editor.view().selectedRange(), (NSRange{8, 5}));
+}
+
+TEST(NoteTextViewMouse, ADropNearTheEdgeScrolls)
+{
+    EditorFixture editor(0, u"line of words\n"_s.repeated(200));
+    QMimeData text;
+    text.setText(u"new"_s);
+    const QPoint low(80, editor.view().viewport()->height() - 4);
+    QDragEnterEvent enter(low, Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(editor.view().viewport(), &enter);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return editor.view().verticalScrollBar()->value() > 60; }));
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(editor.view().viewport(), &leave);
+    const int left = editor.view().verticalScrollBar()->value();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(editor.view().verticalScrollBar()->value(), left);
+    EXPECT_FALSE(editor.text().contains(u"new"_s));
+}
+
+TEST(NoteTextViewMouse, APictureIsAsWideAsTheColumnAtMostAndKeepsItsProportions)
+{
+    EditorFixture editor(0, u"[image:1/cat.png]\nbelow"_s);
+    const auto placed = [&] {
+        return editor.view().layoutManager().paragraphOfLocation(0).layout->attachments().at(0);
+    };
+    auto &image = dynamic_cast<QBImageTextAttachment &>(*placed().attachment);
+    image.setAttachmentImageSize({2000, 1000});
+    editor.view().layoutManager().invalidateLayoutForRange({0, 1});
+    editor.view().setNeedsDisplay();
+    const QRectF wide = placed().rect;
+    const double below = editor.view().caretRectInViewport(editor.buffer().size()).top();
+    EXPECT_LE(wide.width(), editor.view().layoutManager().columnWidth());
+    EXPECT_NEAR(wide.width(), 2 * wide.height(), 1);
+    editor.view().resize(320, 480);
+    EXPECT_LT(placed().rect.width(), wide.width());
+    EXPECT_NEAR(placed().rect.width(), 2 * placed().rect.height(), 1);
+    EXPECT_LT(editor.view().caretRectInViewport(editor.buffer().size()).top(), below) << "what is below moves up";
 }
 
 TEST(NoteTextViewMouse, ACheckboxIsToggledAndTheTextSaysSo)
