@@ -151,6 +151,7 @@ void measureNoteView(QBNoteTextKitStack &stack, const QString &text, Series *ser
 {
     const NSAttributedString styled = stack.noteTextStorage().attributedSubstringFromRange(
         stack.noteTextStorage().fullRange(), /*expandTextAttachment=*/false);
+    stack.noteTextStorage().setAttributedString({});
     StylingDelegate delegate;
     std::unique_ptr<QBNoteTextView> view;
     series->open.push_back(timeOf([&] {
