@@ -26,7 +26,7 @@ namespace {
 constexpr int kListWidth = 190;
 constexpr int kEntryHeight = 36;
 constexpr QSize kSize{880, 640};
-constexpr QSize kLeastSize{660, 420};
+constexpr QSize kLeastSize{800, 440};
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "PreferencesFixture.h"
 
 #include <Preferences/InlineQuestion.h>
+#include <Preferences/InterfaceLanguage.h>
 #include <Preferences/ShortcutsPage.h>
 #include <Preferences/Switch.h>
 #include <URL/QBXurlTokenController.h>
@@ -16,9 +17,13 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTextBoundaryFinder>
 #include <QTextBrowser>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -128,6 +133,51 @@ TEST_F(Preferences, TabReachesEveryControlOfAPage)
                           << widget->accessibleName().toStdString();
         }
     }
+}
+
+TEST_F(Preferences, HaveRoomForTheirTextsInEveryLanguage)
+{
+    static_cast<void>(QBXurlTokenController().generateToken());
+    preferences->setAppThemeName(u"Solarized Light"_s); // none has a longer name
+    preferences->setAppDarkThemeName(u"Solarized Light"_s);
+    for (const QString &name : InterfaceLanguage::availableNames()) {
+        const InterfaceLanguage language({name});
+        owner = std::make_unique<QMainWindow>();
+        for (int page = 0; page < PreferencesWindow::kPages; ++page) {
+            PreferencesWindow &window = show(Page(page));
+            window.resize(window.minimumSize());
+            QCoreApplication::processEvents();
+            const auto *area = qobject_cast<QScrollArea *>(window.pageWidget(Page(page)));
+            if (area != nullptr) {
+                EXPECT_LE(area->widget()->width(), area->viewport()->width()) << name.toStdString() << ' ' << page;
+            }
+            for (const QWidget *widget : window.pageWidget(Page(page))->findChildren<QWidget *>()) {
+                const auto *label = qobject_cast<const QLabel *>(widget);
+                const bool hasText = qobject_cast<const QPushButton *>(widget) != nullptr ||
+                                     qobject_cast<const QComboBox *>(widget) != nullptr || label != nullptr;
+                if (!hasText || !widget->isVisible()) {
+                    continue;
+                }
+                const bool isHigh = label != nullptr && label->wordWrap();
+                int width = widget->minimumSizeHint().width();
+                if (isHigh) {
+                    width = 0;
+                    QTextBoundaryFinder places(QTextBoundaryFinder::Line, label->text());
+                    for (qsizetype from = 0, to = 0; (to = places.toNextBoundary()) >= 0; from = to) {
+                        const QString piece = label->text().sliced(from, to - from).trimmed();
+                        width = std::max(width, label->fontMetrics().horizontalAdvance(piece));
+                    }
+                }
+                EXPECT_GE(widget->width(), width)
+                    << name.toStdString() << ' ' << page << ' ' << widget->accessibleName().toStdString();
+                EXPECT_GE(widget->height(), isHigh ? label->heightForWidth(widget->width()) : 10)
+                    << name.toStdString() << ' ' << page << ' '
+                    << (label != nullptr ? label->text().toStdString() : "");
+            }
+        }
+        owner.reset();
+    }
+    owner = std::make_unique<QMainWindow>();
 }
 
 TEST_F(Preferences, SwitchesChangeThemAtOnceAndFollowThem)
