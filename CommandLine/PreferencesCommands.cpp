@@ -132,6 +132,7 @@ QList<Preference> makePreferences()
         text(u"tagsListSortBy"_s, &M::tagsListSortBy, &M::setTagsListSortBy, tagKeys),
         flag(u"tagsListSortAscending"_s, &M::tagsListSortAscending, &M::setTagsListSortAscending),
         flag(u"autocompleteEnabled"_s, &M::autocompleteEnabled, &M::setAutocompleteEnabled),
+        flag(u"spellCheckingEnabled"_s, &M::spellCheckingEnabled, &M::setSpellCheckingEnabled),
         flag(u"editorTypewriterScrolling"_s, &M::editorTypewriterScrolling, &M::setEditorTypewriterScrolling),
         flag(u"editorFocusMode"_s, &M::editorFocusMode, &M::setEditorFocusMode),
         flag(u"editorFormatBar"_s, &M::editorFormatBar, &M::setEditorFormatBar),

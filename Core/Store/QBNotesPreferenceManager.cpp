@@ -47,6 +47,7 @@ constexpr Accessor kAccessors[] = {
     {"tagsListSortBy", "QBTagsListSortBy"},
     {"tagsListSortAscending", "QBTagsListSortAscending"},
     {"autocompleteEnabled", "QBAutoCompleteEnabled"},
+    {"spellCheckingEnabled", "QBSpellCheckingEnabled"},
     {"editorTypewriterScrolling", "QBEditorTypewriterScrolling"},
     {"editorFocusMode", "QBEditorFocusMode"},
     {"editorFormatBar", "QBEditorFormatBar"},
@@ -260,6 +261,7 @@ void QBNotesPreferenceManager::resetToDefaultPreferences()
     setEditorParagraphSpacingMultiplier(std::nullopt);
     setEditorShowImagesAsThumbnails(std::nullopt);
     setAutocompleteEnabled(std::nullopt);
+    setSpellCheckingEnabled(std::nullopt);
     setTagsListUsesCustomTagsIcons(std::nullopt);
     setAppIconMatchesTheme(false);
     setMarkdownCompatibilityMode(false);

@@ -71,6 +71,8 @@ public:
     void setEnableTextExpander(std::optional<bool> enabled) { save(enabled, u"QBEnableTextExpander"); }
     [[nodiscard]] bool autocompleteEnabled() const { return flag(u"QBAutoCompleteEnabled"); }
     void setAutocompleteEnabled(std::optional<bool> enabled) { save(enabled, u"QBAutoCompleteEnabled"); }
+    [[nodiscard]] bool spellCheckingEnabled() const { return flagIfAny(u"QBSpellCheckingEnabled").value_or(true); }
+    void setSpellCheckingEnabled(std::optional<bool> enabled) { save(enabled, u"QBSpellCheckingEnabled"); }
     /// The line with the caret stays at one height, and the text moves.
     [[nodiscard]] bool editorTypewriterScrolling() const { return flag(u"QBEditorTypewriterScrolling"); }
     void setEditorTypewriterScrolling(std::optional<bool> isOn) { save(isOn, u"QBEditorTypewriterScrolling"); }
