@@ -1,6 +1,7 @@
 #include "QBNoteEditorViewController.h"
 
 #include "FileManager.h"
+#include "NoteTextViewSpelling.h"
 
 #include <Logging/QBLogger.h>
 #include <Markup/Attachments/QBFoldTextAttachment.h>
@@ -102,6 +103,7 @@ void QBNoteEditorViewController::fillContextMenu(QBNoteTextView & /*view*/, QMen
         return;
     }
     updateCommands();
+    m_spelling->fillContextMenu(menu, location);
     addLinkEntries(menu, location);
     addAttachmentEntries(menu, location);
     const NSRange lines = m_stack.noteTextStorage().attributedString().paragraphRangeForRange(m_view->selectedRange());

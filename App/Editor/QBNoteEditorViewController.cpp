@@ -4,6 +4,7 @@
 #include "FindBar.h"
 #include "FormatBar.h"
 #include "InformationPanel.h"
+#include "NoteTextViewSpelling.h"
 
 #include <Code/QBCodeLanguageDetector.h>
 #include <Foundation/Clock.h>
@@ -72,6 +73,7 @@ QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
     m_view->setDelegate(this);
     m_view->installEventFilter(this);
     m_view->viewport()->installEventFilter(this);
+    m_spelling = new NoteTextViewSpelling(*m_view);
     setFocusProxy(m_view);
     makeWidgets();
     makeActions();
@@ -157,6 +159,7 @@ void QBNoteEditorViewController::loadNote()
     m_baseText = m_note ? m_note->text() : QString();
     showText(m_baseText);
     m_view->setReadOnly(!m_note || !m_note->isEditable());
+    m_spelling->textWasLoaded();
     restoreState();
     m_view->setUndoManager(m_undoManager.get());
     if (m_note) {

@@ -38,6 +38,7 @@ class FindBar;
 class FormatBar;
 class InformationPanel;
 class NoteTextSearch;
+class NoteTextViewSpelling;
 class UnsavedTextJournal;
 } // namespace quib
 
@@ -255,6 +256,7 @@ private:
     QBNoteEditorCoreController m_core;
     QBNoteTextAttachmentConfigurator m_configurator;
     QBNoteTextView *m_view = nullptr;
+    quib::NoteTextViewSpelling *m_spelling = nullptr;
     quib::FindBar *m_findBar = nullptr;
     quib::FormatBar *m_formatBar = nullptr;
     quib::CompletionPopup *m_popup = nullptr;
