@@ -224,6 +224,10 @@ void EditorPage::addWriting()
         {u"autocompleteEnabled"_s}, [preferences] { return preferences->autocompleteEnabled(); },
         [preferences](bool isOn) { preferences->setAutocompleteEnabled(isOn); });
     addSwitch(
+        tr("Check the spelling"), tr("Misspelt words get a wavy line, in the languages of your dictionaries."),
+        {u"spellCheckingEnabled"_s}, [preferences] { return preferences->spellCheckingEnabled(); },
+        [preferences](bool isOn) { preferences->setSpellCheckingEnabled(isOn); });
+    addSwitch(
         tr("Fold completed to-dos"), tr("What is ticked off takes one short line until you open it."),
         {u"foldCompletedTodo"_s}, [preferences] { return preferences->foldCompletedTodo(); },
         [preferences](bool isOn) { preferences->setFoldCompletedTodo(isOn); });

@@ -14,6 +14,7 @@
 #include <Preferences/InterfaceLanguage.h>
 #include <Process/DesktopOpener.h>
 #include <Process/QuibProcess.h>
+#include <Spelling/SpellingService.h>
 #include <Store/QBNotesPreferenceManager.h>
 
 #include <QApplication>
@@ -41,7 +42,9 @@ void openOrLog(const QUrl &url)
 
 WindowInterface::WindowInterface()
     : m_appearance(std::make_unique<DesktopAppearance>())
+    , m_spelling(std::make_unique<SpellingService>(SpellingService::standardOptions()))
 {
+    SpellingService::setSharedService(m_spelling.get());
 }
 
 WindowInterface::~WindowInterface() = default;

@@ -12,6 +12,7 @@ namespace quib {
 class DesktopAppearance;
 class DesktopIntegration;
 class InterfaceLanguage;
+class SpellingService;
 class WindowStyle;
 
 /// The windows as the application's life cycle sees them: makes the main window when it is first asked for, dresses it
@@ -49,6 +50,7 @@ public:
 
 private:
     std::unique_ptr<DesktopAppearance> m_appearance;
+    std::unique_ptr<SpellingService> m_spelling;
     std::unique_ptr<WindowStyle> m_style;
     std::unique_ptr<QBMainWindowController> m_window;
     std::unique_ptr<DesktopIntegration> m_integration;
