@@ -48,9 +48,9 @@ struct Library
 
 /// What the program is linked with. Names of licences are names in every language.
 constexpr Library kLibraries[] = {
-    {"Qt", "LGPL 3"},  {"ICU", "Unicode License"}, {"SQLite", "Public Domain"},  {"libxml2", "MIT"},
-    {"libpsl", "MIT"}, {"libheif", "LGPL 3"},      {"OpenJPEG", "BSD 2-Clause"}, {"LibTIFF", "libtiff"},
-    {"zlib", "zlib"},
+    {"Qt", "LGPL 3"},       {"ICU", "Unicode License"}, {"SQLite", "Public Domain"}, {"libxml2", "MIT"},
+    {"libpsl", "MIT"},      {"Hunspell", "MPL 1.1"},    {"libheif", "LGPL 3"},       {"OpenJPEG", "BSD 2-Clause"},
+    {"LibTIFF", "libtiff"}, {"zlib", "zlib"},
 };
 
 } // namespace
