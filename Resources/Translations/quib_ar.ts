@@ -1258,6 +1258,14 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Show the format bar</source>
         <translation>إظهار شريط التنسيق</translation>
     </message>
+    <message>
+        <source>Check the spelling</source>
+        <translation>تدقيق الإملاء</translation>
+    </message>
+    <message>
+        <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
+        <translation>توضع تحت الكلمات الخاطئة خطوط متموجة، بلغات قواميسك.</translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>
@@ -1566,6 +1574,25 @@ We highly suggest not to exit from Quib during the whole process.</source>
             <numerusform>%n ملاحظة</numerusform>
             <numerusform>%n ملاحظة</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quib::NoteTextViewSpelling</name>
+    <message>
+        <source>Looking for Words…</source>
+        <translation>البحث عن كلمات…</translation>
+    </message>
+    <message>
+        <source>Add “%1” to the Dictionary</source>
+        <translation>إضافة «%1» إلى القاموس</translation>
+    </message>
+    <message>
+        <source>Ignore “%1”</source>
+        <translation>تجاهل «%1»</translation>
+    </message>
+    <message>
+        <source>No Other Words Found</source>
+        <translation>لم يُعثر على كلمات أخرى</translation>
     </message>
 </context>
 <context>

@@ -1242,6 +1242,14 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <source>Show the format bar</source>
         <translation>Formatleiste anzeigen</translation>
     </message>
+    <message>
+        <source>Check the spelling</source>
+        <translation>Rechtschreibung prüfen</translation>
+    </message>
+    <message>
+        <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
+        <translation>Falsch geschriebene Wörter erhalten eine Wellenlinie, in den Sprachen Ihrer Wörterbücher.</translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>
@@ -1542,6 +1550,25 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
             <numerusform>%n Notiz</numerusform>
             <numerusform>%n Notizen</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quib::NoteTextViewSpelling</name>
+    <message>
+        <source>Looking for Words…</source>
+        <translation>Wörter werden gesucht …</translation>
+    </message>
+    <message>
+        <source>Add “%1” to the Dictionary</source>
+        <translation>„%1“ zum Wörterbuch hinzufügen</translation>
+    </message>
+    <message>
+        <source>Ignore “%1”</source>
+        <translation>„%1“ ignorieren</translation>
+    </message>
+    <message>
+        <source>No Other Words Found</source>
+        <translation>Keine anderen Wörter gefunden</translation>
     </message>
 </context>
 <context>

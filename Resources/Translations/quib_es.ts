@@ -1242,6 +1242,14 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <source>Show the format bar</source>
         <translation>Mostrar la barra de formato</translation>
     </message>
+    <message>
+        <source>Check the spelling</source>
+        <translation>Revisar la ortografía</translation>
+    </message>
+    <message>
+        <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
+        <translation>Las palabras mal escritas reciben una línea ondulada, en los idiomas de sus diccionarios.</translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>
@@ -1542,6 +1550,25 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
             <numerusform>%n nota</numerusform>
             <numerusform>%n notas</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quib::NoteTextViewSpelling</name>
+    <message>
+        <source>Looking for Words…</source>
+        <translation>Buscando palabras…</translation>
+    </message>
+    <message>
+        <source>Add “%1” to the Dictionary</source>
+        <translation>Añadir «%1» al diccionario</translation>
+    </message>
+    <message>
+        <source>Ignore “%1”</source>
+        <translation>Ignorar «%1»</translation>
+    </message>
+    <message>
+        <source>No Other Words Found</source>
+        <translation>No se encontraron otras palabras</translation>
     </message>
 </context>
 <context>

@@ -1242,6 +1242,14 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <source>Show the format bar</source>
         <translation>Afficher la barre de mise en forme</translation>
     </message>
+    <message>
+        <source>Check the spelling</source>
+        <translation>Vérifier l’orthographe</translation>
+    </message>
+    <message>
+        <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
+        <translation>Les mots mal orthographiés reçoivent une ligne ondulée, dans les langues de vos dictionnaires.</translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>
@@ -1542,6 +1550,25 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
             <numerusform>%n note</numerusform>
             <numerusform>%n notes</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quib::NoteTextViewSpelling</name>
+    <message>
+        <source>Looking for Words…</source>
+        <translation>Recherche de mots…</translation>
+    </message>
+    <message>
+        <source>Add “%1” to the Dictionary</source>
+        <translation>Ajouter «&#xa0;%1&#xa0;» au dictionnaire</translation>
+    </message>
+    <message>
+        <source>Ignore “%1”</source>
+        <translation>Ignorer «&#xa0;%1&#xa0;»</translation>
+    </message>
+    <message>
+        <source>No Other Words Found</source>
+        <translation>Aucun autre mot trouvé</translation>
     </message>
 </context>
 <context>

@@ -1242,6 +1242,14 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Show the format bar</source>
         <translation>Mostra la barra di formattazione</translation>
     </message>
+    <message>
+        <source>Check the spelling</source>
+        <translation>Controlla l’ortografia</translation>
+    </message>
+    <message>
+        <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
+        <translation>Le parole errate sono sottolineate da una linea ondulata, nelle lingue dei tuoi dizionari.</translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>
@@ -1542,6 +1550,25 @@ We highly suggest not to exit from Quib during the whole process.</source>
             <numerusform>%n nota</numerusform>
             <numerusform>%n note</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quib::NoteTextViewSpelling</name>
+    <message>
+        <source>Looking for Words…</source>
+        <translation>Ricerca di parole…</translation>
+    </message>
+    <message>
+        <source>Add “%1” to the Dictionary</source>
+        <translation>Aggiungi «%1» al dizionario</translation>
+    </message>
+    <message>
+        <source>Ignore “%1”</source>
+        <translation>Ignora «%1»</translation>
+    </message>
+    <message>
+        <source>No Other Words Found</source>
+        <translation>Nessun’altra parola trovata</translation>
     </message>
 </context>
 <context>

@@ -1238,6 +1238,14 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Show the format bar</source>
         <translation>書式バーを表示</translation>
     </message>
+    <message>
+        <source>Check the spelling</source>
+        <translation>スペルチェック</translation>
+    </message>
+    <message>
+        <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
+        <translation>インストール済みの辞書の言語で、つづりの誤りに波線を付けます。</translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>
@@ -1536,6 +1544,25 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>
             <numerusform>ノート %n 件</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>quib::NoteTextViewSpelling</name>
+    <message>
+        <source>Looking for Words…</source>
+        <translation>候補を検索中…</translation>
+    </message>
+    <message>
+        <source>Add “%1” to the Dictionary</source>
+        <translation>「%1」を辞書に追加</translation>
+    </message>
+    <message>
+        <source>Ignore “%1”</source>
+        <translation>「%1」を無視</translation>
+    </message>
+    <message>
+        <source>No Other Words Found</source>
+        <translation>他の候補はありません</translation>
     </message>
 </context>
 <context>
