@@ -1,13 +1,15 @@
 #include <Code/QBCodeLanguageDetector.h>
 
+#include "DefinedResults.h"
+
 #include <Support/TestSeed.h>
-#include <Text/NSRegularExpression.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+using quib::tests::definedResults;
 using quib::tests::TestSeed;
 
 namespace {
@@ -315,35 +317,6 @@ TEST(CodeLanguageDetector, CorrectsObjectiveCToSwift)
     EXPECT_EQ(languageOf(code + u"let x"_s), u"swift"_s);
     EXPECT_EQ(languageOf(code + u"func x()"_s), u"swift"_s);
     EXPECT_EQ(languageOf(code + u"LET x"_s), u"objective-c"_s);
-}
-
-/// The points as the expression engine gives them, checker by checker and line by line.
-QBCodeLanguageDetector::ResultArray definedResults(const QList<QStringView> &lines)
-{
-    static const auto expressions = [] {
-        QHash<QString, std::shared_ptr<const NSRegularExpression>> built;
-        for (const QBCodeLanguage &language : QBCodeLanguageDetector::languages()) {
-            for (const QBCodeLanguageChecker &checker : language.checkers) {
-                built.insert(checker.pattern, NSRegularExpression::regularExpressionWithPattern(
-                                                  checker.pattern, NSRegularExpression::CaseInsensitive));
-            }
-        }
-        return built;
-    }();
-    auto results = QBCodeLanguageDetector::buildResultsArray();
-    for (const QBCodeLanguage &language : QBCodeLanguageDetector::languages()) {
-        qint64 sum = language.language == u"Unknown" ? 1 : 0;
-        for (const QBCodeLanguageChecker &checker : language.checkers) {
-            for (qsizetype index = 0; index < lines.size(); ++index) {
-                if ((!checker.neartop || QBCodeLanguageDetector::isNearTop(index, lines)) &&
-                    expressions[checker.pattern]->firstMatchInString(lines[index], 0, {0, lines[index].size()})) {
-                    sum += checker.points;
-                }
-            }
-        }
-        QBCodeLanguageDetector::updateResultArray(results, language.language, sum);
-    }
-    return results;
 }
 
 /// Pieces of which every pattern of the table is made.
