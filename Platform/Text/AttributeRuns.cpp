@@ -15,8 +15,9 @@ constexpr qsizetype kBuiltLeafSize = 112;
 /// A leaf below the first joins a neighbour when both have at most the second.
 constexpr qsizetype kSmallLeafSize = 16;
 constexpr qsizetype kJoinedLeafSize = 96;
-/// Fewer changes than the first, and one more for so many leaves, are made one by one.
-constexpr qsizetype kFewChanges = 8;
+/// Up to so many changes a leaf are made one by one.
+constexpr qsizetype kFewChangesOfLeaf = 8;
+/// As many untouched leaves are passed in the time of one change.
 constexpr qsizetype kLeavesForAChange = 16;
 
 } // namespace
@@ -77,7 +78,7 @@ void AttributeChange::apply(AttributeSet &attributes) const
         attributes = *m_set;
         break;
     case Kind::Remove:
-        if (attributes.names().intersects(m_removed.mask)) {
+        if (attributes.mayHave(m_removed.mask)) {
             applyRemembering(attributes);
         }
         break;
@@ -97,13 +98,13 @@ void AttributeChange::applyToEntries(AttributeSet &attributes) const
 
 void AttributeChange::applyRemembering(AttributeSet &attributes) const
 {
+    if (m_known == nullptr) {
+        m_known = std::make_unique<KnownSets>();
+    }
     const AttributeEntries *const from = attributes.m_shared;
-    const auto known = std::find_if(m_known.begin(), m_known.begin() + m_knownCount,
-                                    [from](const Known &one) { return one.from == from; });
-    const AttributeEntries *to = nullptr;
-    if (known != m_known.begin() + m_knownCount) {
-        to = known->to;
-    } else {
+    const size_t hash = static_cast<size_t>(reinterpret_cast<quintptr>(from) * 0x9E3779B97F4A7C15U >> 32);
+    Known &known = (*m_known)[hash % m_known->size()];
+    if (!known.isKnown || known.from != from) {
         AttributeSet shared;
         shared.m_shared = from;
         applyToEntries(shared);
@@ -111,12 +112,9 @@ void AttributeChange::applyRemembering(AttributeSet &attributes) const
             applyToEntries(attributes); // the table has no room for it, or the new set has a place
             return;
         }
-        to = shared.m_shared;
-        m_known[m_nextKnown] = {from, to};
-        m_nextKnown = (m_nextKnown + 1) % m_known.size();
-        m_knownCount = std::min(m_knownCount + 1, m_known.size());
+        known = {from, shared.m_shared, true};
     }
-    attributes.m_shared = to;
+    attributes.m_shared = known.to;
     if (attributes.hasNoPlace()) {
         return;
     }
@@ -255,7 +253,7 @@ void AttributeRuns::advanceToNames(Position &position, AttributeNameMask names, 
         const Run *const runs = leaf.runs.constData();
         const qsizetype count = leaf.runs.size();
         for (; position.run < count; ++position.run) {
-            if (position.start >= limit || runs[position.run].attributes.names().intersects(names)) {
+            if (position.start >= limit || runs[position.run].attributes.mayHave(names)) {
                 return;
             }
             position.start += runs[position.run].length;
@@ -704,7 +702,14 @@ void AttributeRuns::replace(std::span<const Replacement> replacements)
 
 void AttributeRuns::insert(std::span<const Insertion> insertions)
 {
-    if (static_cast<qsizetype>(insertions.size()) < kFewChanges + m_leaves.size() / kLeavesForAChange) {
+    if (insertions.empty()) {
+        return;
+    }
+    const auto count = static_cast<qsizetype>(insertions.size());
+    const auto leafOf = [this](qint64 location) { return find(std::min(location, m_length - 1)).leaf; };
+    const qsizetype leaves =
+        m_length == 0 ? 0 : leafOf(insertions.back().range.location) - leafOf(insertions.front().range.location) + 1;
+    if (count < kFewChangesOfLeaf * leaves || count < m_leaves.size() / kLeavesForAChange) {
         for (const Insertion &insertion : insertions) {
             change(insertion.range, AttributeChange::insertingSet(*insertion.attributes));
         }

@@ -7,6 +7,7 @@
 #include <QList>
 
 #include <array>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -41,12 +42,14 @@ private:
         Remove,
         Reset,
     };
-    /// What a set without a place of its own became. A text has few of those, and many runs of each.
+    /// What the shared part of a set became. A text has few of those, and many runs of each.
     struct Known
     {
         const AttributeEntries *from = nullptr;
         const AttributeEntries *to = nullptr;
+        bool isKnown = false;
     };
+    using KnownSets = std::array<Known, 64>;
 
     void applyToEntries(AttributeSet &attributes) const;
     void applyRemembering(AttributeSet &attributes) const;
@@ -57,9 +60,8 @@ private:
     const AttributeValue *m_value = nullptr;
     const AttributeSet *m_set = nullptr;
     AttributeNameList m_removed;
-    mutable std::array<Known, 8> m_known;
-    mutable size_t m_knownCount = 0;
-    mutable size_t m_nextKnown = 0;
+    /// Null until the first set is changed by a removal or a reset.
+    mutable std::unique_ptr<KnownSets> m_known;
 };
 
 struct AttributeRun

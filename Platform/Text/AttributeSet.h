@@ -134,6 +134,14 @@ public:
         }
         return names;
     }
+    /// False only when the set has none of the names.
+    [[nodiscard]] bool mayHave(AttributeNameMask names) const
+    {
+        // OPTIMIZATION: classes are told by the objects alone, which most sets have none of.
+        return (m_objects != nullptr && m_objects->names.intersects(names)) ||
+               (!names.hasClassesOnly() && ((m_shared != nullptr && m_shared->names.intersects(names)) ||
+                                            (m_place != nullptr && m_place->names.intersects(names))));
+    }
     /// The names in no order that means anything, but the same in every equal set.
     [[nodiscard]] std::vector<NSAttributeName> allNames() const;
 

@@ -26,6 +26,7 @@ struct AttributeNameMask
         return (index & 64) == 0 ? AttributeNameMask{bit, 0, 0} : AttributeNameMask{0, bit, 0};
     }
     [[nodiscard]] static AttributeNameMask ofClass(const std::type_info &type);
+    [[nodiscard]] constexpr bool hasClassesOnly() const { return (low | high) == 0; }
     /// False only when no name and no class is in both.
     [[nodiscard]] constexpr bool intersects(AttributeNameMask other) const
     {

@@ -211,19 +211,21 @@ void NSMutableAttributedString::replaceCharacters(std::span<const Replacement> r
         newLength += replacement.string.size() - replacement.range.length;
     }
     const QStringView before = string();
-    QString text;
-    text.reserve(newLength);
+    // OPTIMIZATION: written unit by unit, since most pieces are shorter than a call.
+    QString text(newLength, Qt::Uninitialized);
+    QChar *out = text.data();
+    const auto write = [&out](QStringView piece) { out = std::copy(piece.begin(), piece.end(), out); };
     std::vector<AttributeRuns::Replacement> runs;
     runs.reserve(replacements.size());
     qint64 done = 0;
     for (const Replacement &replacement : replacements) {
         QUIB_ASSERT(done <= replacement.range.location && replacement.range.limit() <= before.size());
-        text.append(before.sliced(done, replacement.range.location - done));
-        text.append(replacement.string);
+        write(before.sliced(done, replacement.range.location - done));
+        write(replacement.string);
         runs.push_back({replacement.range, replacement.string.size(), &replacement.attributes});
         done = replacement.range.limit();
     }
-    text.append(before.sliced(done));
+    write(before.sliced(done));
     m_text = quib::GapText(std::move(text));
     m_runs.replace(runs);
 }

@@ -236,8 +236,8 @@ void NSRegularExpression::enumeratePatternMatches(QStringView string, NSRange ra
     const auto groups = static_cast<int32_t>(m_compiled->groupCount);
     bool stop = false;
     while (!stop && U_SUCCESS(status) && uregex_findNext(matcher.get(), &status) != 0 && U_SUCCESS(status)) {
-        std::vector<NSRange> ranges;
-        ranges.reserve(static_cast<size_t>(groups) + 1);
+        NSTextCheckingResult::Ranges ranges;
+        ranges.reserve(qsizetype(groups) + 1);
         for (int32_t group = 0; group <= groups; ++group) {
             const int32_t start = uregex_start(matcher.get(), group, &status);
             const int32_t limit = uregex_end(matcher.get(), group, &status);

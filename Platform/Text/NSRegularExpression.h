@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringView>
 #include <QUrl>
+#include <QVarLengthArray>
 
 #include <functional>
 #include <memory>
@@ -19,12 +20,15 @@
 class NSTextCheckingResult
 {
 public:
+    /// Enough for all patterns of the markup without a block of memory.
+    using Ranges = QVarLengthArray<NSRange, 5>;
+
     NSTextCheckingResult() = default;
-    explicit NSTextCheckingResult(std::vector<NSRange> ranges)
+    explicit NSTextCheckingResult(Ranges ranges)
         : m_ranges(std::move(ranges))
     {
     }
-    NSTextCheckingResult(std::vector<NSRange> ranges, QUrl url)
+    NSTextCheckingResult(Ranges ranges, QUrl url)
         : m_ranges(std::move(ranges))
         , m_url(std::move(url))
     {
@@ -32,18 +36,17 @@ public:
 
     /// What a link leads to; empty for any other match.
     [[nodiscard]] const QUrl &URL() const { return m_url; }
-    [[nodiscard]] NSRange range() const { return m_ranges.empty() ? kNotFoundRange : m_ranges.front(); }
+    [[nodiscard]] NSRange range() const { return m_ranges.isEmpty() ? kNotFoundRange : m_ranges.front(); }
     /// kNotFoundRange also for an index that the expression does not have.
     [[nodiscard]] NSRange rangeAtIndex(qint64 index) const
     {
-        return index >= 0 && static_cast<size_t>(index) < m_ranges.size() ? m_ranges[static_cast<size_t>(index)]
-                                                                          : kNotFoundRange;
+        return index >= 0 && index < m_ranges.size() ? m_ranges[index] : kNotFoundRange;
     }
-    [[nodiscard]] qint64 numberOfRanges() const { return static_cast<qint64>(m_ranges.size()); }
+    [[nodiscard]] qint64 numberOfRanges() const { return m_ranges.size(); }
     friend bool operator==(const NSTextCheckingResult &a, const NSTextCheckingResult &b) = default;
 
 private:
-    std::vector<NSRange> m_ranges;
+    Ranges m_ranges;
     QUrl m_url;
 };
 
