@@ -280,13 +280,13 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
         }
         styler->styleTextInAttributedString(text, local, this);
     }
-    text.fixAttributesInRange(text.fullRange());
     if (isChanged) {
+        text.fixAttributesInRange(text.fullRange());
         *proposedSelectionRange = selection.range();
         return text;
     }
     contents().replaceCharactersInRange(range, text);
-    edited(kEditedAttributes, range, 0);
+    edited(kEditedAttributes, range, 0); // which fixes the attributes
     *proposedSelectionRange = kNotFoundRange;
     return std::nullopt;
 }
@@ -306,6 +306,5 @@ void QBNotesTextStorage::applyStylingInRange(NSRange range)
     for (const auto &styler : m_noteStylersManager->textStylers()) {
         styler->styleTextInAttributedString(contents(), styled, this);
     }
-    contents().fixAttributesInRange(range);
-    edited(kEditedAttributes, range, 0);
+    edited(kEditedAttributes, range, 0); // which fixes the attributes
 }

@@ -2,6 +2,7 @@
 
 #include <Text/NSMutableAttributedString.h>
 
+#include <utility>
 #include <vector>
 
 namespace quib {
@@ -20,15 +21,16 @@ public:
     ~AttributeAdditions() = default;
 
     /// Later additions win over earlier ones. Cheapest in ascending order.
-    void add(NSRange range, const AttributeSet &attributes)
+    void add(NSRange range, AttributeSet attributes)
     {
         if (range.length <= 0 || attributes.isEmpty()) {
             return;
         }
-        if (!m_pending.empty() && m_pending.back().range.limit() > range.location) {
+        if (m_pending.size() == kMostPending ||
+            (!m_pending.empty() && m_pending.back().range.limit() > range.location)) {
             flush();
         }
-        m_pending.push_back({range, attributes});
+        m_pending.push_back({range, std::move(attributes)});
     }
     void flush()
     {
@@ -37,6 +39,9 @@ public:
     }
 
 private:
+    /// As many as stay in the processor's cache until they are flushed.
+    static constexpr size_t kMostPending = 8192;
+
     NSMutableAttributedString &m_text;
     std::vector<NSMutableAttributedString::Addition> m_pending;
 };

@@ -84,14 +84,20 @@ std::shared_ptr<NSParagraphStyle> MarkerParagraphStyles::attachmentParagraphStyl
         m_cacheGeneration = themeManager.cacheGeneration();
     }
     const NSRange indentation{paragraphRange.location, attributeRange.location - paragraphRange.location};
+    const QStringView indentationText = attributedString.stringInRange(indentation);
+    if (m_lastStyle != nullptr && indentationText == m_lastIndentation) {
+        return m_lastStyle;
+    }
     const bool isKept = indentation.length <= kLongestKeptIndentation &&
-                        std::ranges::all_of(attributedString.stringInRange(indentation),
-                                            [](QChar unit) { return unit == u' ' || unit == u'\t'; });
-    const QString key =
-        isKept ? QString(QStringLiteral("attachmentParagraphStyleCache") % attributedString.stringInRange(indentation))
-               : QString();
+                        std::ranges::all_of(indentationText, [](QChar unit) { return unit == u' ' || unit == u'\t'; });
+    const auto keep = [&](const std::shared_ptr<NSParagraphStyle> &style) {
+        m_lastStyle = style;
+        m_lastIndentation = attributedString.stringInRange(indentation).toString();
+        return style;
+    };
+    const QString key = isKept ? QString(QStringLiteral("attachmentParagraphStyleCache") % indentationText) : QString();
     if (const auto *kept = isKept ? m_styles.object(key) : nullptr) {
-        return *kept;
+        return keep(*kept);
     }
     const double markerWidth = widthOfText(attributedString, attributeRange, themeManager, kMarkerBoxWidth);
     const double indentationWidth = widthOfText(attributedString, indentation, themeManager, kIndentationBoxWidth);
@@ -103,6 +109,7 @@ std::shared_ptr<NSParagraphStyle> MarkerParagraphStyles::attachmentParagraphStyl
     auto made = style.copy();
     if (isKept) {
         m_styles.insert(key, new std::shared_ptr<NSParagraphStyle>(made));
+        return keep(made);
     }
     return made;
 }

@@ -34,7 +34,11 @@ public:
     /// is in step with what has no marker.
     [[nodiscard]] static QList<NSTextTab> tabStopsForAttachmentRect(QSizeF rect,
                                                                     const QBNotesTextThemeManager &themeManager);
-    void clear() { m_styles.clear(); }
+    void clear()
+    {
+        m_styles.clear();
+        m_lastStyle.reset();
+    }
 
 private:
     static constexpr int kCachedStyles = 256;
@@ -43,6 +47,9 @@ private:
     static constexpr qint64 kLongestKeptIndentation = 256;
 
     QCache<QString, std::shared_ptr<NSParagraphStyle>> m_styles{kCachedStyles};
+    /// The one asked for last, mostly that of the next line too; null for none.
+    std::shared_ptr<NSParagraphStyle> m_lastStyle;
+    QString m_lastIndentation;
     const QBNotesTextThemeManager *m_themeManager = nullptr; ///< compared only
     quint64 m_cacheGeneration = 0;
 };

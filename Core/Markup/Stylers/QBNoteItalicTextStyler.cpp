@@ -103,6 +103,9 @@ bool QBNoteItalicTextStyler::mayBeMarker(NSRange range) const
         return true;
     }
     return std::ranges::none_of(refusedMarkerAttributeNames(), [&](const NSAttributeName &name) {
+        if (range.length == 1) {
+            return m_currentAttributedString->containsAttribute(name, range);
+        }
         NSRange run;
         return m_currentAttributedString->attribute(name, range.location, &run, range) || run != range;
     });

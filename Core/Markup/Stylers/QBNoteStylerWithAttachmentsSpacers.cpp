@@ -19,14 +19,15 @@ public:
         if (removed.empty()) {
             return;
         }
-        m_copy.reserve(text.size());
+        m_copy.resize(text.size());
+        QChar *out = m_copy.data();
         qint64 done = 0;
         for (const NSRange &one : removed) {
-            m_copy.append(text.sliced(done, one.location - done));
+            out = std::copy(text.begin() + done, text.begin() + one.location, out);
             done = one.limit();
         }
-        m_copy.append(text.sliced(done));
-        m_text = m_copy;
+        out = std::copy(text.begin() + done, text.end(), out);
+        m_text = QStringView(m_copy.constData(), out);
     }
 
     [[nodiscard]] QStringView text() const { return m_text; }

@@ -1,5 +1,6 @@
 #include "QBNoteTagStyler.h"
 
+#include "AttributeAdditions.h"
 #include "PercentEncoding.h"
 #include "QBNoteTextStylerAttributes.h"
 #include "ThemeValues.h"
@@ -67,15 +68,14 @@ void QBNoteTagStyler::applyStyleIn(NSMutableAttributedString &attributedString, 
         return;
     }
     Attributes set = attributes();
-    Additions additions;
-    additions.reserve(spacers.size() / 2 * kAdditionsOfTag);
+    quib::AttributeAdditions additions(attributedString);
     const auto forEachTag = [&spacers](const auto &block) {
         for (size_t closing = 1; closing < spacers.size(); closing += 2) {
             block(NSUnionRange(spacers[closing - 1].range, spacers[closing].range));
         }
     };
     forEachTag([&](NSRange tag) { addAttributesOfTag(attributedString, tag, set, additions); });
-    attributedString.addAttributes(additions);
+    additions.flush();
     if (attributedString.containsAttribute(QBNoteBoundaryMarkerAttributeName, range)) {
         forEachTag([&](NSRange tag) { spreadMarks(attributedString, tag); });
     }
@@ -96,7 +96,7 @@ QBNoteTagStyler::Attributes QBNoteTagStyler::attributes() const
 }
 
 void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange range, Attributes &attributes,
-                                         Additions &additions)
+                                         quib::AttributeAdditions &additions)
 {
     // A spacer, a hash, one character of the name at least, a spacer.
     if (range.length < kShortestTag) {
@@ -127,14 +127,15 @@ void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange
     tag.insert(QBNoteFullSelectionRangeAttributeName, identity);
     AttributeSet marked = tag;
     marked.insert(attributes.marker);
-    additions.push_back({{range.location, 1}, tag});
-    additions.push_back({{hash, 1}, marked});
+    additions.add({range.location, 1}, tag);
     if (isClosed) {
-        additions.push_back({{hash + 1, last - hash - 1}, tag});
-        additions.push_back({{last, 1}, marked});
-        additions.push_back({{last + 1, 1}, tag});
+        additions.add({hash, 1}, marked);
+        additions.add({hash + 1, last - hash - 1}, tag);
+        additions.add({last, 1}, std::move(marked));
+        additions.add({last + 1, 1}, std::move(tag));
     } else {
-        additions.push_back({{hash + 1, range.limit() - hash - 1}, tag});
+        additions.add({hash, 1}, std::move(marked));
+        additions.add({hash + 1, range.limit() - hash - 1}, std::move(tag));
     }
 }
 

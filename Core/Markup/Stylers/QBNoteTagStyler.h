@@ -5,7 +5,10 @@
 #include <QString>
 
 #include <optional>
-#include <vector>
+
+namespace quib {
+class AttributeAdditions;
+}
 
 /// Tags, `#tag` and `#a tag#`. Between a pair of spacers, none of which outlives its tag, so that no edit leaves one
 /// behind; guarded from all later stylers.
@@ -35,15 +38,12 @@ private:
         std::optional<QString> name{}; ///< the last tag's; its neighbours often have the same
         quib::AttributeSet named{};    ///< what that one got, with its link and its identity
     };
-    using Additions = std::vector<NSMutableAttributedString::Addition>;
-    /// Spacer, hash, rest.
-    static constexpr size_t kAdditionsOfTag = 3;
     /// Units: UTF-16 units, spacers included.
     static constexpr qint64 kShortestTag = 4;
 
     [[nodiscard]] Attributes attributes() const;
     /// Adds what a tag with its two spacers gets.
     static void addAttributesOfTag(const NSAttributedString &text, NSRange range, Attributes &attributes,
-                                   Additions &additions);
+                                   quib::AttributeAdditions &additions);
     static void spreadMarks(NSMutableAttributedString &text, NSRange range);
 };

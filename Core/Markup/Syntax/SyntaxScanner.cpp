@@ -10,8 +10,7 @@ bool SyntaxScanner::Sink::match(std::initializer_list<Group> groups)
     if (m_callback == nullptr) {
         return true;
     }
-    std::vector<NSRange> ranges;
-    ranges.reserve(groups.size());
+    NSTextCheckingResult::Ranges ranges;
     for (const Group &group : groups) {
         ranges.push_back({m_offset + group.start, group.limit - group.start});
     }
