@@ -102,25 +102,29 @@ void sendKey(QWidget &widget, int key, const QString &text = {}, Qt::KeyboardMod
     QCoreApplication::sendEvent(&widget, &press);
 }
 
-double timeOf(const std::function<void()> &work)
+Timing timeOf(const std::function<void()> &work)
 {
-    return measure(work, {.fewestRuns = 1, .mostRuns = 1, .seconds = 0, .warmUps = 0}).median;
+    return measure(work, {.fewestRuns = 1, .mostRuns = 1, .seconds = 0, .warmUps = 0});
 }
 
 /// What several runs took, together.
-Timing timingOf(std::vector<double> seconds)
+Timing timingOf(std::vector<Timing> runs)
 {
-    std::sort(seconds.begin(), seconds.end());
-    return {seconds.front(), seconds[seconds.size() / 2], seconds.back(), qsizetype(seconds.size())};
+    std::ranges::sort(runs, {}, &Timing::median);
+    return {.minimum = runs.front().median,
+            .median = runs[runs.size() / 2].median,
+            .maximum = runs.back().median,
+            .runs = qsizetype(runs.size()),
+            .processor = std::ranges::min(runs, {}, &Timing::processor).processor};
 }
 
 struct Series
 {
-    std::vector<double> open;
-    std::vector<double> openStyled;
-    std::vector<double> jump;
-    std::vector<double> resize;
-    std::vector<double> keys;
+    std::vector<Timing> open;
+    std::vector<Timing> openStyled;
+    std::vector<Timing> jump;
+    std::vector<Timing> resize;
+    std::vector<Timing> keys;
 };
 
 template <typename View> void resizeAtEnd(View &view, Series *series)
@@ -242,6 +246,7 @@ int main(int argc, char **argv)
         measureNoteView(stack, text, &note);
     }
     Report report(u"a note of a million units: from what is done to what is seen"_s);
+    report.judgeByProcessorTime();
     report.addTime(u"open"_s, timingOf(note.open), timingOf(edit.open), 1.0 / 5);
     report.addTime(u"open, styling it too"_s, timingOf(note.openStyled), timingOf(edit.open), 0);
     report.addTime(u"key"_s, timingOf(note.keys), timingOf(edit.keys), 1.0 / 4);

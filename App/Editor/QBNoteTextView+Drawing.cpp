@@ -30,6 +30,26 @@ const NSColor &currentHighlightColor()
     return color;
 }
 
+/// Has an area of the viewport painted.
+void updateArea(QWidget &viewport, const QRegion &area)
+{
+    const double ratio = viewport.devicePixelRatioF();
+    if (ratio == std::round(ratio)) {
+        viewport.update(area);
+        return;
+    }
+    // At the usual fractions so many points are whole pixels: an area that ends within one would leave it half painted.
+    constexpr int kWholePoints = 4;
+    const QPoint origin = viewport.mapTo(viewport.window(), QPoint(0, 0));
+    const auto floored = [](int place) { return place - ((place % kWholePoints) + kWholePoints) % kWholePoints; };
+    for (const QRect &rect : area) {
+        const QRect inWindow = rect.translated(origin);
+        const QPoint topLeft(floored(inWindow.left()), floored(inWindow.top()));
+        const QPoint end(floored(inWindow.right() + kWholePoints), floored(inWindow.bottom() + kWholePoints));
+        viewport.update(QRect(topLeft, end - QPoint(1, 1)).translated(-origin));
+    }
+}
+
 } // namespace
 
 void QBNoteTextView::updateAll()
@@ -89,10 +109,7 @@ void QBNoteTextView::updateChanged()
     }
     ShownPicture now = picture();
     if (m_shown.isWhole) {
-        const QRegion area = areaOfChange(m_shown, now);
-        if (!area.isEmpty()) {
-            viewport()->update(area);
-        }
+        updateArea(*viewport(), areaOfChange(m_shown, now));
         m_shown = std::move(now);
     }
 }
@@ -183,8 +200,17 @@ void QBNoteTextView::paintEvent(QPaintEvent *event)
         m_shown = picture();
     }
     QPainter painter(viewport());
-    for (const QRect &area : event->region()) {
-        paintArea(painter, area);
+    const double ratio = viewport()->devicePixelRatioF();
+    if (ratio == std::round(ratio)) {
+        for (const QRect &area : event->region()) {
+            painter.save();
+            painter.setClipRect(area);
+            paintArea(painter, area);
+            painter.restore();
+        }
+    } else {
+        // The edges of areas lie within pixels, which only the window system's own clip takes whole.
+        paintArea(painter, event->region().boundingRect().adjusted(-1, -1, 1, 1));
     }
     // What was laid out may be higher or lower than it was thought to be.
     updateScrollBar();
@@ -197,7 +223,6 @@ void QBNoteTextView::paintArea(QPainter &painter, const QRectF &area)
     const double top = scrollY();
     GraphicsContext context(painter);
     context.saveState();
-    context.clipToRect(area);
     context.fillRect(area, paper);
     context.translateBy(0, -top);
     const double around = overhang();
@@ -294,7 +319,7 @@ void QBNoteTextView::updateRanges(std::span<const NSRange> ranges)
     for (; range != ranges.end() && range->location < end; ++range) {
         for (const PlacedParagraph &paragraph : paragraphs) {
             for (const QRectF &rect : paragraph.rectsForRange(NSIntersectionRange(*range, paragraph.range))) {
-                viewport()->update(rect.translated(0, -top).adjusted(-3, -3, 3, 3).toAlignedRect());
+                updateArea(*viewport(), rect.translated(0, -top).adjusted(-3, -3, 3, 3).toAlignedRect());
             }
         }
     }

@@ -11,6 +11,7 @@
 #include <QImage>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTest>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -192,14 +193,14 @@ TEST(NoteTextViewRepaint, ScrollingPaintsWhatComesIntoView)
 {
     EditorFixture editor(0, longText());
     PaintRecorder recorder(editor);
-    turnWheel(editor, {0, -10});
-    EXPECT_EQ(editor.view().verticalScrollBar()->value(), 10) << "the room above the text scrolls too";
+    turnWheel(editor, {0, -20});
+    EXPECT_EQ(editor.view().verticalScrollBar()->value(), 20) << "the room above the text scrolls too";
     const QRegion strip = recorder.take();
     EXPECT_EQ(strip.boundingRect().bottom(), editor.view().viewport()->height() - 1);
-    EXPECT_LE(strip.boundingRect().height(), 12);
+    EXPECT_LE(strip.boundingRect().height(), 24);
     turnWheel(editor, {0, 200});
     EXPECT_EQ(editor.view().verticalScrollBar()->value(), 0);
-    EXPECT_LE(recorder.take().boundingRect().height(), 12);
+    EXPECT_LE(recorder.take().boundingRect().height(), 24);
 }
 
 TEST(NoteTextViewRepaint, WhatIsSeenMovesByJustAsMuchAsIsScrolled)
@@ -209,13 +210,38 @@ TEST(NoteTextViewRepaint, WhatIsSeenMovesByJustAsMuchAsIsScrolled)
     editor.press(Qt::Key_End, Qt::ControlModifier);
     QImage before = seen(editor);
     for (int step = 0; step < 60; ++step) {
-        turnWheel(editor, {0, 47});
+        turnWheel(editor, {0, 48});
         const QImage now = seen(editor);
-        const auto rows = differingRows(now.copy(0, 47, now.width(), now.height() - 47),
-                                        before.copy(0, 0, now.width(), now.height() - 47));
+        const int moved = qRound(48 * editor.view().devicePixelRatioF());
+        const auto rows = differingRows(now.copy(0, moved, now.width(), now.height() - moved),
+                                        before.copy(0, 0, now.width(), now.height() - moved));
         ASSERT_FALSE(rows) << "step " << step << ", rows " << rows->first << " to " << rows->second;
         before = now;
     }
+}
+
+TEST(NoteTextViewRepaint, AWheelOfStepsComesSmoothlyToItsPlace)
+{
+    EditorFixture editor(0, longText());
+    const auto turn = [&](int steps) {
+        const QPointF at(50, 50);
+        QWheelEvent wheel(at, editor.view().viewport()->mapToGlobal(at), QPoint(), QPoint(0, 120 * steps), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(editor.view().viewport(), &wheel);
+    };
+    const QScrollBar &bar = *editor.view().verticalScrollBar();
+    const int step = 3 * bar.singleStep();
+    turn(-1);
+    turn(-1); // what is left of the way is added to
+    ASSERT_TRUE(QTest::qWaitFor([&] { return bar.value() == 2 * step; })) << bar.value();
+    turn(-1);
+    turn(1); // back at once, whatever is left of the way
+    ASSERT_TRUE(QTest::qWaitFor([&] { return bar.value() <= 2 * step; })) << bar.value();
+    for (int turns = 0; turns < 5; ++turns) {
+        turn(1);
+    }
+    ASSERT_TRUE(QTest::qWaitFor([&] { return bar.value() == 0; })) << bar.value();
+    EXPECT_EQ(differingRows(seen(editor), paintedWhole(editor)), std::nullopt);
 }
 
 TEST(NoteTextViewRepaint, TheLineAtTheTopStaysThereWhenTheWidthChanges)
