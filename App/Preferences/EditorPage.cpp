@@ -1,17 +1,21 @@
 #include "EditorPage.h"
 
+#include "SpellingLanguages.h"
 #include "Switch.h"
 #include "ThemePreview.h"
 
+#include <Spelling/SpellingDictionaries.h>
 #include <Store/QBNotesPreferenceManager.h>
 #include <Themes/QBNotesTextThemeManager.h>
 #include <Themes/QBNotesThemesManager.h>
 
+#include <QAction>
 #include <QComboBox>
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
@@ -227,6 +231,7 @@ void EditorPage::addWriting()
         tr("Check the spelling"), tr("Misspelt words get a wavy line, in the languages of your dictionaries."),
         {u"spellCheckingEnabled"_s}, [preferences] { return preferences->spellCheckingEnabled(); },
         [preferences](bool isOn) { preferences->setSpellCheckingEnabled(isOn); });
+    addSpellingLanguages();
     addSwitch(
         tr("Fold completed to-dos"), tr("What is ticked off takes one short line until you open it."),
         {u"foldCompletedTodo"_s}, [preferences] { return preferences->foldCompletedTodo(); },
@@ -242,6 +247,58 @@ void EditorPage::addWriting()
     addSwitch(
         tr("Show the format bar"), {}, {u"editorFormatBar"_s}, [preferences] { return preferences->editorFormatBar(); },
         [preferences](bool isOn) { preferences->setEditorFormatBar(isOn); });
+}
+
+void EditorPage::addSpellingLanguages()
+{
+    auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+    const auto dictionaries = spellingDictionariesInFolders(standardSpellingFolders());
+    if (dictionaries.isEmpty()) {
+        addParagraph(tr("There is no dictionary on this computer. Packages of dictionaries are named %1.")
+                         .arg(u"\u2066hunspell-…\u2069"_s));
+        return;
+    }
+    auto *button = new QPushButton(widget());
+    auto *menu = new QMenu(button);
+    button->setMenu(menu);
+    addRow(tr("Languages of the spelling"), tr("Which of them a paragraph is in is told by its words."), button);
+    QAction *ofDesktop = menu->addAction(tr("As the Desktop"));
+    ofDesktop->setCheckable(true);
+    menu->addSeparator();
+    QList<QAction *> choices;
+    for (const SpellingDictionaryFile &dictionary : dictionaries) {
+        QAction *choice = menu->addAction(titleOfSpellingLanguage(dictionary.language));
+        choice->setCheckable(true);
+        choice->setData(dictionary.language);
+        choices.append(choice);
+    }
+    const auto show = [preferences, button, ofDesktop, choices] {
+        const QStringList chosen = chosenSpellingLanguages(*preferences);
+        QStringList titles;
+        for (QAction *choice : choices) {
+            choice->setChecked(chosen.contains(choice->data().toString()));
+            if (choice->isChecked()) {
+                titles.append(choice->text());
+            }
+        }
+        ofDesktop->setChecked(titles.isEmpty());
+        button->setText(titles.isEmpty()     ? ofDesktop->text()
+                        : titles.size() == 1 ? titles.constFirst()
+                                             : tr("%n languages", nullptr, int(titles.size())));
+        button->setAccessibleDescription(titles.isEmpty() ? ofDesktop->text() : titles.join(u", "_s));
+    };
+    show();
+    connect(menu, &QMenu::aboutToShow, button, show);
+    connect(menu, &QMenu::triggered, button, [preferences, ofDesktop, choices, show](const QAction *chosen) {
+        QStringList languages;
+        for (const QAction *choice : choices) {
+            if (choice->isChecked() && chosen != ofDesktop) {
+                languages.append(choice->data().toString());
+            }
+        }
+        setChosenSpellingLanguages(*preferences, languages);
+        show();
+    });
 }
 
 } // namespace quib

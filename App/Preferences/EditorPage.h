@@ -20,6 +20,7 @@ private:
     void addFonts();
     void addMarkup();
     void addWriting();
+    void addSpellingLanguages();
 };
 
 } // namespace quib

@@ -1,6 +1,7 @@
 #include "GeneralPage.h"
 
 #include "InlineQuestion.h"
+#include "SpellingLanguages.h"
 #include "Switch.h"
 
 #include <Files/Profile.h>
@@ -108,6 +109,7 @@ void GeneralPage::addReset()
     question->setQuestion(tr("Reset all preferences?"), tr("Reset"), [] {
         if (auto *manager = QBNotesPreferenceManager::sharedPreferenceManager(); manager != nullptr) {
             manager->resetToDefaultPreferences();
+            setChosenSpellingLanguages(*manager, {});
             // The themes in force are told of by this name alone.
             manager->setCurrentAppThemeName(QString());
         }

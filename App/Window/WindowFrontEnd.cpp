@@ -12,6 +12,7 @@
 #include <Delegate/QBAppDelegate.h>
 #include <Logging/QBLogger.h>
 #include <Preferences/InterfaceLanguage.h>
+#include <Preferences/SpellingLanguages.h>
 #include <Process/DesktopOpener.h>
 #include <Process/QuibProcess.h>
 #include <Spelling/SpellingService.h>
@@ -54,6 +55,7 @@ QBMainWindowInterface *WindowInterface::mainWindow()
     if (!m_window) {
         if (auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager(); preferences != nullptr) {
             preferences->setHasDarkAppearance(m_appearance->isDark());
+            applySpellingLanguages(*preferences);
         }
         m_style = std::make_unique<WindowStyle>();
         m_window = std::make_unique<QBMainWindowController>();

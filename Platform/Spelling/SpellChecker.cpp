@@ -79,14 +79,26 @@ SpellChecker::SpellChecker(Options options)
 
 SpellChecker::~SpellChecker() = default;
 
+void SpellChecker::setLanguages(const QStringList &languages, bool hasOnlyLanguages)
+{
+    m_options.languages = languages;
+    m_options.hasOnlyLanguages = hasOnlyLanguages;
+    m_languages.clear();
+    m_isPrepared = false;
+}
+
 void SpellChecker::prepare()
 {
     if (m_isPrepared) {
         return;
     }
     m_isPrepared = true;
-    const auto files =
-        spellingDictionariesForLanguages(spellingDictionariesInFolders(m_options.folders), m_options.languages);
+    auto found = spellingDictionariesInFolders(m_options.folders);
+    if (m_options.hasOnlyLanguages) {
+        found.removeIf(
+            [this](const SpellingDictionaryFile &file) { return !m_options.languages.contains(file.language); });
+    }
+    const auto files = spellingDictionariesForLanguages(found, m_options.languages);
     for (const SpellingDictionaryFile &file : files.first(std::min(files.size(), kMostLanguages))) {
         m_languages.emplace_back().file = file;
     }

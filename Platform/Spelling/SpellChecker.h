@@ -32,6 +32,8 @@ public:
         QStringList languages; ///< of the user, the preferred first
         /// The words that the user added: one a line, UTF-8, nothing else. Need not be there.
         QString ownWordsPath;
+        /// Dictionaries of other languages than the user's are left alone.
+        bool hasOnlyLanguages = false;
     };
 
     /// So many words of a paragraph are read to guess its language.
@@ -46,6 +48,9 @@ public:
     ~SpellChecker();
     SpellChecker(const SpellChecker &) = delete;
     SpellChecker &operator=(const SpellChecker &) = delete;
+
+    /// Other languages from now on; words that were ignored stay so.
+    void setLanguages(const QStringList &languages, bool hasOnlyLanguages);
 
     /// The misspelt words of a paragraph, in their order.
     /// Shape: skipped is sorted; words that touch it are not looked at. Single letters are right; words with digits, in

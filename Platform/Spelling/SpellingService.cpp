@@ -68,6 +68,17 @@ void SpellingService::setSharedService(SpellingService *service)
     s_sharedService = service;
 }
 
+void SpellingService::setLanguages(const QStringList &languages)
+{
+    m_state->workQueue->async([state = m_state, languages] {
+        if (!state->isClosed) {
+            state->checker.setLanguages(languages.isEmpty() ? desktopSpellingLanguages() : languages,
+                                        /*hasOnlyLanguages=*/!languages.isEmpty());
+            state->answerQueue->async([state] { state->observers.notify(); });
+        }
+    });
+}
+
 void SpellingService::findMisspelt(std::vector<Paragraph> paragraphs,
                                    std::function<void(const Misspelt &misspelt)> completion)
 {

@@ -44,6 +44,10 @@ public:
     [[nodiscard]] static SpellingService *sharedService();
     static void setSharedService(SpellingService *service);
 
+    /// The dictionaries of these languages, as their files are named, and no others; of none, those of the desktop's
+    /// languages and then whichever there are. Observers of the words are told.
+    void setLanguages(const QStringList &languages);
+
     /// The misspelt words of each paragraph.
     void findMisspelt(std::vector<Paragraph> paragraphs, std::function<void(const Misspelt &misspelt)> completion);
     /// Words to put in the place of one.

@@ -1266,6 +1266,33 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
         <translation>توضع تحت الكلمات الخاطئة خطوط متموجة، بلغات قواميسك.</translation>
     </message>
+    <message>
+        <source>There is no dictionary on this computer. Packages of dictionaries are named %1.</source>
+        <translation>لا يوجد قاموس على هذا الحاسوب. تُسمى حزم القواميس %1.</translation>
+    </message>
+    <message>
+        <source>Languages of the spelling</source>
+        <translation>لغات التدقيق الإملائي</translation>
+    </message>
+    <message>
+        <source>Which of them a paragraph is in is told by its words.</source>
+        <translation>تُعرف لغة كل فقرة من كلماتها.</translation>
+    </message>
+    <message>
+        <source>As the Desktop</source>
+        <translation>كسطح المكتب</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n languages</source>
+        <translation>
+            <numerusform>بلا لغات</numerusform>
+            <numerusform>لغة واحدة</numerusform>
+            <numerusform>لغتان</numerusform>
+            <numerusform>%n لغات</numerusform>
+            <numerusform>%n لغة</numerusform>
+            <numerusform>%n لغة</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>

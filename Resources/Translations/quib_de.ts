@@ -1250,6 +1250,29 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
         <translation>Falsch geschriebene Wörter erhalten eine Wellenlinie, in den Sprachen Ihrer Wörterbücher.</translation>
     </message>
+    <message>
+        <source>There is no dictionary on this computer. Packages of dictionaries are named %1.</source>
+        <translation>Auf diesem Computer gibt es kein Wörterbuch. Pakete mit Wörterbüchern heißen %1.</translation>
+    </message>
+    <message>
+        <source>Languages of the spelling</source>
+        <translation>Sprachen der Rechtschreibung</translation>
+    </message>
+    <message>
+        <source>Which of them a paragraph is in is told by its words.</source>
+        <translation>In welcher davon ein Absatz steht, zeigen seine Wörter.</translation>
+    </message>
+    <message>
+        <source>As the Desktop</source>
+        <translation>Wie der Desktop</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n languages</source>
+        <translation>
+            <numerusform>%n Sprache</numerusform>
+            <numerusform>%n Sprachen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>

@@ -36,6 +36,16 @@
     </message>
 </context>
 <context>
+    <name>quib::EditorPage</name>
+    <message numerus="yes">
+        <source>%n languages</source>
+        <translation>
+            <numerusform>%n language</numerusform>
+            <numerusform>%n languages</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>quib::FindBar</name>
     <message numerus="yes">
         <source>%n replaced</source>

@@ -1250,6 +1250,29 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
         <translation>Las palabras mal escritas reciben una línea ondulada, en los idiomas de sus diccionarios.</translation>
     </message>
+    <message>
+        <source>There is no dictionary on this computer. Packages of dictionaries are named %1.</source>
+        <translation>No hay ningún diccionario en este equipo. Los paquetes de diccionarios se llaman %1.</translation>
+    </message>
+    <message>
+        <source>Languages of the spelling</source>
+        <translation>Idiomas de la ortografía</translation>
+    </message>
+    <message>
+        <source>Which of them a paragraph is in is told by its words.</source>
+        <translation>El idioma de cada párrafo se reconoce por sus palabras.</translation>
+    </message>
+    <message>
+        <source>As the Desktop</source>
+        <translation>Como el escritorio</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n languages</source>
+        <translation>
+            <numerusform>%n idioma</numerusform>
+            <numerusform>%n idiomas</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>

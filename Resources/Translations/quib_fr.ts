@@ -1250,6 +1250,29 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
         <translation>Les mots mal orthographiés reçoivent une ligne ondulée, dans les langues de vos dictionnaires.</translation>
     </message>
+    <message>
+        <source>There is no dictionary on this computer. Packages of dictionaries are named %1.</source>
+        <translation>Il n’y a pas de dictionnaire sur cet ordinateur. Les paquets de dictionnaires s’appellent %1.</translation>
+    </message>
+    <message>
+        <source>Languages of the spelling</source>
+        <translation>Langues de l’orthographe</translation>
+    </message>
+    <message>
+        <source>Which of them a paragraph is in is told by its words.</source>
+        <translation>La langue d’un paragraphe se reconnaît à ses mots.</translation>
+    </message>
+    <message>
+        <source>As the Desktop</source>
+        <translation>Comme le bureau</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n languages</source>
+        <translation>
+            <numerusform>%n langue</numerusform>
+            <numerusform>%n langues</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>

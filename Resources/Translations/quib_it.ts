@@ -1250,6 +1250,29 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
         <translation>Le parole errate sono sottolineate da una linea ondulata, nelle lingue dei tuoi dizionari.</translation>
     </message>
+    <message>
+        <source>There is no dictionary on this computer. Packages of dictionaries are named %1.</source>
+        <translation>Su questo computer non ci sono dizionari. I pacchetti dei dizionari si chiamano %1.</translation>
+    </message>
+    <message>
+        <source>Languages of the spelling</source>
+        <translation>Lingue dell’ortografia</translation>
+    </message>
+    <message>
+        <source>Which of them a paragraph is in is told by its words.</source>
+        <translation>La lingua di un paragrafo si riconosce dalle sue parole.</translation>
+    </message>
+    <message>
+        <source>As the Desktop</source>
+        <translation>Come la scrivania</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n languages</source>
+        <translation>
+            <numerusform>%n lingua</numerusform>
+            <numerusform>%n lingue</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>

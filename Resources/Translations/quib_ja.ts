@@ -1246,6 +1246,28 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Misspelt words get a wavy line, in the languages of your dictionaries.</source>
         <translation>インストール済みの辞書の言語で、つづりの誤りに波線を付けます。</translation>
     </message>
+    <message>
+        <source>There is no dictionary on this computer. Packages of dictionaries are named %1.</source>
+        <translation>このコンピューターには辞書がありません。辞書のパッケージ名は %1 です。</translation>
+    </message>
+    <message>
+        <source>Languages of the spelling</source>
+        <translation>スペルチェックの言語</translation>
+    </message>
+    <message>
+        <source>Which of them a paragraph is in is told by its words.</source>
+        <translation>段落ごとに、使われている単語から言語を判断します。</translation>
+    </message>
+    <message>
+        <source>As the Desktop</source>
+        <translation>デスクトップに合わせる</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n languages</source>
+        <translation>
+            <numerusform>%n 言語</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPane</name>

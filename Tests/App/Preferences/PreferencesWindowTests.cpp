@@ -5,6 +5,7 @@
 #include <Preferences/InlineQuestion.h>
 #include <Preferences/InterfaceLanguage.h>
 #include <Preferences/ShortcutsPage.h>
+#include <Preferences/SpellingLanguages.h>
 #include <Preferences/Switch.h>
 #include <URL/QBXurlTokenController.h>
 
@@ -16,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSlider>
@@ -252,6 +254,38 @@ TEST_F(Preferences, ChoicesChangeThemAtOnceAndFollowThem)
     auto *font = control<QComboBox>(Page::Editor, u"Font"_s);
     font->setCurrentText(u"Georgia"_s);
     EXPECT_EQ(preferences->fontThemeName(), u"Georgia"_s);
+}
+
+TEST_F(Preferences, TheLanguagesOfTheSpellingAreThoseOfTheDictionaries)
+{
+    for (const auto &name : {u"de_CH"_s, u"it_IT"_s}) {
+        folder.write(QString(u"dictionaries/"_s % name % u".aff"_s), "SET UTF-8\n");
+        folder.write(QString(u"dictionaries/"_s % name % u".dic"_s), "1\nx\n");
+    }
+    qputenv("DICPATH", folder.path(u"dictionaries"_s).toUtf8());
+    auto *button = control<QPushButton>(Page::Editor, u"Languages of the spelling"_s);
+    qunsetenv("DICPATH");
+    ASSERT_NE(button, nullptr);
+    const auto choose = [button](const QString &title) {
+        for (QAction *choice : button->menu()->actions()) {
+            if (choice->text() == title) {
+                choice->trigger();
+                return;
+            }
+        }
+        ADD_FAILURE() << "there is no " << title.toStdString();
+    };
+    EXPECT_EQ(button->text(), u"As the Desktop"_s);
+    choose(u"Schweizer Hochdeutsch"_s);
+    EXPECT_EQ(chosenSpellingLanguages(*preferences), QStringList{u"de_CH"_s});
+    EXPECT_EQ(button->text(), u"Schweizer Hochdeutsch"_s);
+    choose(u"Italiano (Italia)"_s);
+    EXPECT_EQ(chosenSpellingLanguages(*preferences), (QStringList{u"de_CH"_s, u"it_IT"_s}));
+    choose(u"Schweizer Hochdeutsch"_s);
+    EXPECT_EQ(chosenSpellingLanguages(*preferences), QStringList{u"it_IT"_s});
+    choose(u"As the Desktop"_s);
+    EXPECT_EQ(chosenSpellingLanguages(*preferences), QStringList());
+    EXPECT_EQ(button->text(), u"As the Desktop"_s);
 }
 
 TEST_F(Preferences, SizesAreTheFontsOwnUntilTheyAreSet)

@@ -74,6 +74,24 @@ TEST_F(Spelling, GuessesTheLanguageOfAParagraph)
     EXPECT_EQ(misspelt(checker, u"fualen"_s), u"fualen"_s);
 }
 
+TEST_F(Spelling, IsCheckedInTheChosenLanguagesAlone)
+{
+    SpellChecker checker(options());
+    const QString german = u"der schnele braune Fuchs springt über den Hund"_s;
+    const QString english = u"the quick brwon fox jumps over the lazy dog"_s;
+    checker.ignoreWord(u"xqzw"_s);
+    EXPECT_EQ(misspelt(checker, german), u"schnele"_s);
+    checker.setLanguages({u"en_US"_s}, /*hasOnlyLanguages=*/true);
+    EXPECT_EQ(misspelt(checker, german), u""_s) << "in none of the languages";
+    EXPECT_EQ(misspelt(checker, english), u"brwon"_s);
+    EXPECT_EQ(misspelt(checker, u"the quick xqzw fox jumps"_s), u""_s) << "ignored words stay so";
+    checker.setLanguages({u"fr_FR"_s}, /*hasOnlyLanguages=*/true);
+    EXPECT_EQ(misspelt(checker, english), u""_s);
+    checker.setLanguages({u"fr_FR"_s}, /*hasOnlyLanguages=*/false);
+    EXPECT_EQ(misspelt(checker, german), u"schnele"_s);
+    EXPECT_EQ(misspelt(checker, english), u"brwon"_s);
+}
+
 TEST_F(Spelling, MarksNothingWithoutDictionaries)
 {
     const quib::tests::TemporaryFolder empty;
