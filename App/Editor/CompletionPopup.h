@@ -3,11 +3,13 @@
 #include <Markup/Editing/QBEditorAutoCompleteItemsProvider.h>
 
 #include <QListWidget>
+#include <QString>
 
 namespace quib {
 
-/// The list of completions below the caret. The text keeps the keyboard; its keys that choose are handed to keyPress.
-/// Owned by the editor's pane, in whose coordinates it is placed; main queue.
+/// The list of completions below the caret. The text keeps the keyboard; its keys that choose are handed to keyPress,
+/// and assistive programs are told of each choice as if the list had it. Owned by the editor's pane, in whose
+/// coordinates it is placed; main queue.
 class CompletionPopup final : public QListWidget
 {
     Q_OBJECT
@@ -15,8 +17,10 @@ class CompletionPopup final : public QListWidget
 public:
     explicit CompletionPopup(QWidget *parent);
 
-    /// Shows entries, the first one chosen, below a caret or above it where there is more room. None hide the list.
-    void open(const QBEditorAutoCompleteItemsProvider::Items &items, const QRect &caret);
+    /// Shows entries, the first one chosen, below a caret or above it where there is more room, with a symbol and with
+    /// what was typed of them standing out. None hide the list.
+    void open(const QBEditorAutoCompleteItemsProvider::Items &items, const QString &symbol, const QString &typed,
+              const QRect &caret);
     void close();
     [[nodiscard]] bool isOpen() const { return isVisible(); }
     [[nodiscard]] QBEditorAutoCompleteItem::Ref chosenItem() const;
@@ -27,6 +31,8 @@ Q_SIGNALS:
     void itemWasChosen();
 
 private:
+    void tellOfChoice();
+
     QBEditorAutoCompleteItemsProvider::Items m_items;
 };
 

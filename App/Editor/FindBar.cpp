@@ -3,15 +3,18 @@
 #include "EditorSymbol.h"
 #include "QBNoteTextView.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
+#include <QShortcut>
 #include <QTimerEvent>
 #include <QToolButton>
-#include <QVBoxLayout>
 
 #include <algorithm>
+#include <initializer_list>
 
 using namespace Qt::StringLiterals;
 
@@ -22,6 +25,8 @@ namespace {
 /// While somebody types in the note, the marks follow when the typing rests. Units: milliseconds.
 constexpr int kUpdateDelay = 150;
 constexpr int kMargin = 6;
+constexpr int kFieldMargin = 9;
+constexpr int kLeastFieldWidth = 90;
 /// A longer selection is no text to look for. Units: UTF-16 code units.
 constexpr qint64 kLongestTaken = 200;
 
@@ -33,75 +38,115 @@ FindBar::FindBar(QBNoteTextView &view, QWidget *parent)
 {
     setObjectName(u"findBar"_s);
     setAccessibleName(tr("Find in Note"));
-    const auto makeButton = [this](const QString &name, const QString &text, bool isCheckable) {
-        auto *button = new QToolButton(this);
-        button->setObjectName(name);
-        button->setIcon(editorSymbol(name));
-        button->setToolTip(text);
-        button->setAccessibleName(text);
-        button->setCheckable(isCheckable);
-        button->setAutoRaise(true);
-        if (isCheckable) {
-            connect(button, &QToolButton::toggled, this, [this] { update(m_startLocation, /*showsCurrent=*/true); });
-        }
-        return button;
-    };
-    m_find = new QLineEdit(this);
-    m_find->setObjectName(u"findField"_s);
-    m_find->setPlaceholderText(tr("Find in note"));
-    m_find->setAccessibleName(tr("Find"));
-    m_find->setClearButtonEnabled(true);
+    // Where the keyboard is must be seen beside where the mouse is.
+    setStyleSheet(u"QToolButton:focus { border: 1px solid palette(highlight); padding: 3px; }"_s);
+    m_find = makeField(u"findField"_s, tr("Find in note"), tr("Find"));
     connect(m_find, &QLineEdit::textChanged, this, [this] { update(m_startLocation, /*showsCurrent=*/true); });
-    m_status = new QLabel(this);
+    m_status = new QLabel(m_find);
     m_status->setObjectName(u"findStatus"_s);
-    m_status->setMinimumWidth(m_status->fontMetrics().horizontalAdvance(u"00000 / 00000"_s));
-    m_status->setAlignment(Qt::AlignCenter);
-    m_matchCase = makeButton(u"match-case"_s, tr("Match Case"), true);
-    m_wholeWords = makeButton(u"whole-words"_s, tr("Whole Words"), true);
-    m_pattern = makeButton(u"pattern"_s, tr("Regular Expression"), true);
-    auto *previous = makeButton(u"find-previous"_s, tr("Find Previous"), false);
+    m_status->setForegroundRole(QPalette::PlaceholderText);
+    m_status->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_replace = makeField(u"replaceField"_s, tr("Replace with"), tr("Replace with"));
+    m_matchCase = makeOption(u"match-case"_s, tr("Match Case"), Qt::ALT | Qt::Key_C);
+    m_wholeWords = makeOption(u"whole-words"_s, tr("Whole Words"), Qt::ALT | Qt::Key_W);
+    m_pattern = makeOption(u"pattern"_s, tr("Regular Expression"), Qt::ALT | Qt::Key_R);
+    auto *previous = makeButton(u"find-previous"_s, tr("Find Previous"), Qt::SHIFT | Qt::Key_F3);
     connect(previous, &QToolButton::clicked, this, &FindBar::findPrevious);
-    auto *next = makeButton(u"find-next"_s, tr("Find Next"), false);
+    auto *next = makeButton(u"find-next"_s, tr("Find Next"), Qt::Key_F3);
     connect(next, &QToolButton::clicked, this, &FindBar::findNext);
-    auto *done = makeButton(u"close"_s, tr("Close"), false);
-    connect(done, &QToolButton::clicked, this, &FindBar::close);
-
-    m_replaceRow = new QWidget(this);
-    m_replace = new QLineEdit(m_replaceRow);
-    m_replace->setObjectName(u"replaceField"_s);
-    m_replace->setPlaceholderText(tr("Replace with"));
-    m_replace->setAccessibleName(tr("Replace with"));
-    auto *replaceOne = new QToolButton(m_replaceRow);
-    replaceOne->setText(tr("Replace"));
-    replaceOne->setAutoRaise(true);
+    m_done = makeButton(u"close"_s, tr("Close"), Qt::Key_Escape);
+    connect(m_done, &QToolButton::clicked, this, &FindBar::close);
+    m_replaceButtons = new QWidget(this);
+    auto *replaceOne = makeButton(u"replace"_s, tr("Replace"), Qt::Key_Return);
     connect(replaceOne, &QToolButton::clicked, this, &FindBar::replaceCurrent);
-    auto *replaceEach = new QToolButton(m_replaceRow);
-    replaceEach->setText(tr("Replace All"));
-    replaceEach->setAutoRaise(true);
+    auto *replaceEach = makeButton(u"replace-all"_s, tr("Replace All"), Qt::ALT | Qt::Key_Return);
     connect(replaceEach, &QToolButton::clicked, this, &FindBar::replaceAll);
 
-    auto *findRow = new QHBoxLayout;
-    findRow->setSpacing(2);
-    findRow->addWidget(m_find, 1);
-    for (QWidget *widget :
-         {static_cast<QWidget *>(m_status), static_cast<QWidget *>(m_matchCase), static_cast<QWidget *>(m_wholeWords),
-          static_cast<QWidget *>(m_pattern), static_cast<QWidget *>(previous), static_cast<QWidget *>(next),
-          static_cast<QWidget *>(done)}) {
-        findRow->addWidget(widget);
-    }
-    auto *replaceLayout = new QHBoxLayout(m_replaceRow);
-    replaceLayout->setContentsMargins(0, 0, 0, 0);
-    replaceLayout->setSpacing(2);
-    replaceLayout->addWidget(m_replace, 1);
-    replaceLayout->addWidget(replaceOne);
-    replaceLayout->addWidget(replaceEach);
-    auto *layout = new QVBoxLayout(this);
+    const auto addRow = [](QWidget *row, std::initializer_list<QWidget *> widgets) {
+        auto *layout = new QHBoxLayout(row);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setSpacing(2);
+        for (QWidget *widget : widgets) {
+            layout->addWidget(widget);
+        }
+        layout->addStretch(1);
+    };
+    auto *findButtons = new QWidget(this);
+    addRow(findButtons, {m_matchCase, m_wholeWords, m_pattern, previous, next, m_done});
+    addRow(m_replaceButtons, {replaceOne, replaceEach});
+    auto *layout = new QGridLayout(this);
     layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-    layout->setSpacing(kMargin / 2);
-    layout->addLayout(findRow);
-    layout->addWidget(m_replaceRow);
+    layout->setHorizontalSpacing(kMargin);
+    layout->setVerticalSpacing(kMargin / 2);
+    layout->setColumnStretch(0, 1);
+    layout->addWidget(m_find, 0, 0);
+    layout->addWidget(findButtons, 0, 1);
+    layout->addWidget(m_replace, 1, 0);
+    layout->addWidget(m_replaceButtons, 1, 1);
+    // From what is looked for to what takes its place, and then to the buttons.
+    QWidget *before = m_find;
+    for (QWidget *widget : std::initializer_list<QWidget *>{m_replace, m_matchCase, m_wholeWords, m_pattern, previous,
+                                                            next, replaceOne, replaceEach, m_done}) {
+        setTabOrder(before, widget);
+        before = widget;
+    }
     connect(&m_view, &QBNoteTextView::textChanged, this, &FindBar::textDidChange);
+    m_find->installEventFilter(this);
     hide();
+}
+
+QLineEdit *FindBar::makeField(const QString &name, const QString &placeholder, const QString &accessibleName)
+{
+    auto *field = new QLineEdit(this);
+    field->setObjectName(name);
+    field->setPlaceholderText(placeholder);
+    field->setAccessibleName(accessibleName);
+    field->setMinimumWidth(kLeastFieldWidth);
+    return field;
+}
+
+QToolButton *FindBar::makeButton(const QString &name, const QString &text, const QKeySequence &keys)
+{
+    auto *button = new QToolButton(this);
+    const QString shown = keys.toString(QKeySequence::NativeText);
+    button->setObjectName(name);
+    button->setText(text);
+    button->setIcon(editorSymbol(name));
+    button->setToolTip(text % u" ("_s % shown % u')');
+    button->setAccessibleName(text);
+    button->setAccessibleDescription(shown);
+    button->setAutoRaise(true);
+    return button;
+}
+
+QToolButton *FindBar::makeOption(const QString &name, const QString &text, const QKeySequence &keys)
+{
+    QToolButton *option = makeButton(name, text, keys);
+    option->setCheckable(true);
+    connect(option, &QToolButton::toggled, this, [this] { update(m_startLocation, /*showsCurrent=*/true); });
+    auto *shortcut = new QShortcut(keys, this);
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(shortcut, &QShortcut::activated, option, &QToolButton::toggle);
+    return option;
+}
+
+bool FindBar::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_find && event->type() == QEvent::Resize) {
+        placeStatus();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void FindBar::placeStatus()
+{
+    // It stands within the field, at its end, and the text keeps off it.
+    const int width = m_status->text().isEmpty() ? 0 : m_status->sizeHint().width();
+    const bool isRightToLeft = m_find->isRightToLeft();
+    const int left = isRightToLeft ? kFieldMargin : m_find->width() - width - kFieldMargin;
+    m_status->setGeometry(left, 0, width, m_find->height());
+    const int kept = width == 0 ? 0 : width + kFieldMargin;
+    m_find->setTextMargins(isRightToLeft ? kept : 0, 0, isRightToLeft ? 0 : kept, 0);
 }
 
 void FindBar::open(bool withReplacing)
@@ -110,7 +155,9 @@ void FindBar::open(bool withReplacing)
     const QString selected =
         m_view.textStorage().string().sliced(selection.location, std::min(selection.length, kLongestTaken)).toString();
     m_startLocation = selection.location;
-    m_replaceRow->setVisible(withReplacing && !m_view.isReadOnly());
+    const bool replaces = withReplacing && !m_view.isReadOnly();
+    m_replace->setVisible(replaces);
+    m_replaceButtons->setVisible(replaces);
     show();
     if (!selected.isEmpty() && selection.length < kLongestTaken && !selected.contains(u'\n') &&
         !selected.contains(QChar::ObjectReplacementCharacter)) {
@@ -185,23 +232,29 @@ void FindBar::goTo(qsizetype index)
 
 void FindBar::showStatus()
 {
+    m_find->setToolTip(m_finder.problem());
     if (!m_finder.problem().isEmpty()) {
-        m_status->setText(tr("No pattern"));
-        m_status->setToolTip(m_finder.problem());
-        return;
-    }
-    m_status->setToolTip({});
-    if (m_find->text().isEmpty()) {
-        m_status->clear();
+        say(tr("No pattern"));
+    } else if (m_find->text().isEmpty()) {
+        say({});
     } else if (m_matches.isEmpty()) {
-        m_status->setText(tr("Not found"));
+        say(tr("Not found"));
     } else {
-        m_status->setText(tr("%1 of %2").arg(m_current + 1).arg(m_matches.size()));
+        const bool isAll = m_matches.size() < NoteTextFinder::kMostMatches;
+        say((isAll ? tr("%1 of %2") : tr("%1 of more than %2")).arg(m_current + 1).arg(m_matches.size()));
     }
+}
+
+void FindBar::say(const QString &status)
+{
+    m_status->setText(status);
+    m_find->setAccessibleDescription(status);
+    placeStatus();
 }
 
 void FindBar::findNext()
 {
+    show(); // what is marked can be put away
     if (m_matches.isEmpty()) {
         update(m_view.selectedRange().limit(), /*showsCurrent=*/true);
         return;
@@ -216,6 +269,7 @@ void FindBar::findNext()
 
 void FindBar::findPrevious()
 {
+    show();
     if (m_matches.isEmpty()) {
         update(m_view.selectedRange().location, /*showsCurrent=*/true);
         return;
@@ -260,7 +314,7 @@ void FindBar::replaceAll()
     m_view.replaceText(replaced->range, replaced->text);
     m_isReplacing = false;
     update(replaced->range.location, /*showsCurrent=*/false);
-    m_status->setText(tr("%n replaced", nullptr, static_cast<int>(replaced->count)));
+    say(tr("%n replaced", nullptr, static_cast<int>(replaced->count)));
 }
 
 void FindBar::textDidChange()
@@ -286,6 +340,8 @@ void FindBar::keyPressEvent(QKeyEvent *event)
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->key() == Qt::Key_Escape) {
         close();
+    } else if (isReturn && (event->modifiers() & Qt::AltModifier) != 0 && m_replace->isVisible()) {
+        replaceAll();
     } else if (isReturn && m_replace->hasFocus()) {
         replaceCurrent();
     } else if (isReturn && (event->modifiers() & Qt::ShiftModifier) != 0) {

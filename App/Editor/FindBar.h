@@ -9,7 +9,7 @@
 class QBNoteTextView;
 
 QT_BEGIN_NAMESPACE
-class QCheckBox;
+class QKeySequence;
 class QLabel;
 class QLineEdit;
 class QToolButton;
@@ -37,6 +37,8 @@ public:
 
     [[nodiscard]] QLineEdit &findField() { return *m_find; }
     [[nodiscard]] QLineEdit &replaceField() { return *m_replace; }
+    /// Where Tab leaves the bar.
+    [[nodiscard]] QToolButton &lastButton() { return *m_done; }
     void setOptions(const FindOptions &options);
     [[nodiscard]] FindOptions options() const;
     /// "2 of 5", or what is wrong with a pattern.
@@ -50,8 +52,15 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    [[nodiscard]] QLineEdit *makeField(const QString &name, const QString &placeholder, const QString &accessibleName);
+    /// The keys are only named: somebody else takes them.
+    [[nodiscard]] QToolButton *makeButton(const QString &name, const QString &text, const QKeySequence &keys);
+    [[nodiscard]] QToolButton *makeOption(const QString &name, const QString &text, const QKeySequence &keys);
+    void placeStatus();
+    void say(const QString &status);
     /// Looks again; the current place is the first one at or behind a location.
     void update(qint64 location, bool showsCurrent);
     void goTo(qsizetype index);
@@ -65,7 +74,8 @@ private:
     QToolButton *m_matchCase = nullptr;
     QToolButton *m_wholeWords = nullptr;
     QToolButton *m_pattern = nullptr;
-    QWidget *m_replaceRow = nullptr;
+    QToolButton *m_done = nullptr;
+    QWidget *m_replaceButtons = nullptr;
     NoteTextFinder m_finder;
     QList<NSRange> m_matches;
     qsizetype m_current = -1;

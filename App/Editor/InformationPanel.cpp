@@ -9,9 +9,11 @@
 
 #include <QDateTime>
 #include <QFormLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QLocale>
+#include <QPainter>
 #include <QTimerEvent>
 #include <QVBoxLayout>
 
@@ -27,6 +29,9 @@ namespace {
 constexpr int kUpdateDelay = 400;
 constexpr int kWidth = 260;
 constexpr int kMargin = 14;
+constexpr int kSpacing = 6;
+/// How much of the text's colour the line beside the panel has.
+constexpr double kLineOpacity = 0.12;
 constexpr qsizetype kMostLinks = 100;
 constexpr qsizetype kMostHeaders = 1000;
 
@@ -86,20 +91,29 @@ InformationPanel::InformationPanel(const QBNotesTextStorage &storage, QWidget *p
     setObjectName(u"informationPanel"_s);
     setAccessibleName(tr("Note Information"));
     setFixedWidth(kWidth);
+    setStyleSheet(u"QListWidget { background: transparent; } "
+                  "QListWidget::item { padding: 4px 6px; border-radius: 5px; } "
+                  "QListWidget::item:hover { background: palette(midlight); } "
+                  "QListWidget::item:selected { background: transparent; color: palette(text); } "
+                  "QListWidget::item:selected:active:focus, QListWidget::item:focus { background: palette(highlight); "
+                  "color: palette(highlighted-text); }"_s);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    layout->setSpacing(kSpacing);
     auto *form = new QFormLayout;
     form->setHorizontalSpacing(kMargin);
+    form->setVerticalSpacing(kSpacing);
     m_words = addValue(*form, u"words"_s, tr("Words"));
     m_characters = addValue(*form, u"characters"_s, tr("Characters"));
     m_paragraphs = addValue(*form, u"paragraphs"_s, tr("Paragraphs"));
     m_readingTime = addValue(*form, u"readingTime"_s, tr("Reading time"));
-    m_changed = addValue(*form, u"changed"_s, tr("Changed"));
     m_created = addValue(*form, u"created"_s, tr("Created"));
+    m_changed = addValue(*form, u"changed"_s, tr("Changed"));
     layout->addLayout(form);
-    m_headers = addList(u"headers"_s, tr("Contents"));
-    m_links = addList(u"links"_s, tr("Notes That Link Here"));
-    layout->addStretch(0);
+    m_headers = addList(u"headers"_s, tr("Contents"), tr("Headings of the note stand here."));
+    m_links = addList(u"links"_s, tr("Notes That Link Here"), tr("No note links here yet."));
+    layout->addStretch(1);
+    // A click or Return; a double click opens nothing twice.
     const auto connectList = [this](QListWidget *list, auto chosen) {
         connect(list, &QListWidget::itemClicked, this, chosen);
         connect(list, &QListWidget::itemActivated, this, chosen);
@@ -115,30 +129,87 @@ QLabel *InformationPanel::addValue(QFormLayout &form, const QString &name, const
 {
     auto *value = new QLabel(this);
     value->setObjectName(name);
-    value->setAccessibleName(label);
     value->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto *title = new QLabel(label, this);
     title->setForegroundRole(QPalette::PlaceholderText);
+    title->setBuddy(value);
     form.addRow(title, value);
     return value;
 }
 
-QListWidget *InformationPanel::addList(const QString &name, const QString &title)
+void InformationPanel::showValue(QLabel &value, const QString &text)
+{
+    value.setText(text);
+    // Read out by itself, a number must say what it counts.
+    for (const auto *title : findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (title->buddy() == &value) {
+            value.setAccessibleName(title->text() % u": "_s % text);
+        }
+    }
+}
+
+QListWidget *InformationPanel::addList(const QString &name, const QString &title, const QString &whenEmpty)
 {
     auto *heading = new QLabel(title, this);
     QFont font = heading->font();
     font.setBold(true);
     heading->setFont(font);
     heading->setContentsMargins(0, kMargin, 0, 0);
+    auto *empty = new QLabel(whenEmpty, this);
+    empty->setObjectName(name % u"Empty"_s);
+    empty->setForegroundRole(QPalette::PlaceholderText);
+    empty->setWordWrap(true);
     auto *list = new QListWidget(this);
     list->setObjectName(name);
     list->setAccessibleName(title);
     list->setFrameShape(QFrame::NoFrame);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list->setTextElideMode(Qt::ElideRight);
     list->viewport()->setAutoFillBackground(false);
+    // As high as what it holds, and no higher than there is room.
+    list->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    list->setMinimumHeight(0);
     layout()->addWidget(heading);
-    static_cast<QVBoxLayout *>(layout())->addWidget(list, 1);
+    layout()->addWidget(empty);
+    static_cast<QVBoxLayout *>(layout())->addWidget(list, 100);
     return list;
+}
+
+void InformationPanel::didFillList(QListWidget &list)
+{
+    list.setVisible(list.count() > 0);
+    findChild<QLabel *>(list.objectName() % u"Empty"_s)->setVisible(list.count() == 0);
+    list.updateGeometry();
+}
+
+bool InformationPanel::focusList()
+{
+    for (QListWidget *list : {m_headers, m_links}) {
+        if (list->count() > 0) {
+            list->setCurrentRow(std::max(list->currentRow(), 0));
+            list->setFocus(Qt::TabFocusReason);
+            return true;
+        }
+    }
+    return false;
+}
+
+void InformationPanel::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        Q_EMIT didLeave();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void InformationPanel::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    QColor line = palette().color(QPalette::WindowText);
+    line.setAlphaF(static_cast<float>(kLineOpacity));
+    painter.fillRect(isRightToLeft() ? width() - 1 : 0, 0, 1, height(), line);
 }
 
 void InformationPanel::setNote(const Ref<QBNote> &note)
@@ -170,43 +241,61 @@ void InformationPanel::update()
     }
     const QLocale locale;
     const auto statistics = NoteStatistics::ofText(m_storage.string());
-    m_words->setText(locale.toString(statistics.words));
-    m_characters->setText(locale.toString(statistics.characters));
-    m_paragraphs->setText(locale.toString(statistics.paragraphs));
-    m_readingTime->setText(tr("%1 min").arg(locale.toString(statistics.readingTime())));
-    m_changed->setText(dateText(m_note->modificationDate()));
-    m_created->setText(dateText(m_note->creationDate()));
+    showValue(*m_words, locale.toString(statistics.words));
+    showValue(*m_characters, locale.toString(statistics.characters));
+    showValue(*m_paragraphs, locale.toString(statistics.paragraphs));
+    showValue(*m_readingTime, tr("%1 min").arg(locale.toString(statistics.readingTime())));
+    showValue(*m_created, dateText(m_note->creationDate()));
+    showValue(*m_changed, dateText(m_note->modificationDate()));
     updateHeaders();
     updateLinks();
 }
 
 void InformationPanel::updateHeaders()
 {
-    m_headers->clear();
-    m_storage.enumerateHeadersUsingBlock([this](const QBHeaderTextAttachment &attachment, NSRange range) {
+    struct Header
+    {
+        QString title;
+        int level = 1;
+        qint64 location = 0;
+    };
+    QList<Header> headers;
+    m_storage.enumerateHeadersUsingBlock([&](const QBHeaderTextAttachment &attachment, NSRange range) {
         const QString title = m_storage.attributedString()
                                   .stringInRange(range)
                                   .toString()
                                   .remove(QChar::ObjectReplacementCharacter)
                                   .simplified();
-        if (title.isEmpty() || m_headers->count() >= kMostHeaders) {
-            return;
+        if (!title.isEmpty() && headers.size() < kMostHeaders) {
+            headers.append({title, std::max(attachment.headerLevel(), 1), range.location});
         }
-        const int level = std::max(attachment.headerLevel(), 1);
-        auto *item = new QListWidgetItem(QString(2 * (level - 1), QChar(0x2003)) % title, m_headers);
-        item->setData(Qt::UserRole, QVariant::fromValue(static_cast<qlonglong>(range.location)));
-        item->setToolTip(title);
     });
+    // The one chosen stays so while one types.
+    const int row = m_headers->currentRow();
+    m_headers->clear();
+    const auto highest = std::ranges::min_element(headers, {}, &Header::level);
+    for (const Header &header : std::as_const(headers)) {
+        auto *item =
+            new QListWidgetItem(QString(header.level - highest->level, QChar(0x2003)) % header.title, m_headers);
+        item->setData(Qt::UserRole, QVariant::fromValue(static_cast<qlonglong>(header.location)));
+        item->setData(Qt::AccessibleTextRole, tr("%1, heading %2").arg(header.title).arg(header.level));
+        item->setToolTip(header.title);
+    }
+    m_headers->setCurrentRow(row < m_headers->count() ? row : -1);
+    didFillList(*m_headers);
 }
 
 void InformationPanel::updateLinks()
 {
+    const int row = m_links->currentRow();
     m_links->clear();
     for (const auto &note : notesThatLinkTo(*m_note, m_textSearch.get())) {
         auto *item = new QListWidgetItem(note->title(), m_links);
         item->setData(Qt::UserRole, note->uniqueIdentifier());
         item->setToolTip(note->title());
     }
+    m_links->setCurrentRow(row < m_links->count() ? row : -1);
+    didFillList(*m_links);
 }
 
 void InformationPanel::showEvent(QShowEvent *event)

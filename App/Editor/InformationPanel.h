@@ -43,18 +43,25 @@ public:
     void noteDidChange();
     /// Follows at once.
     void update();
+    /// Gives the keyboard to the first list that has something in it. False where none has.
+    bool focusList();
 
 Q_SIGNALS:
     void headerWasChosen(NSRange range);
     void noteWasChosen(const QString &identifier);
+    void didLeave();
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
 
 private:
     QLabel *addValue(QFormLayout &form, const QString &name, const QString &label);
-    QListWidget *addList(const QString &name, const QString &title);
+    QListWidget *addList(const QString &name, const QString &title, const QString &whenEmpty);
+    void showValue(QLabel &value, const QString &text);
+    void didFillList(QListWidget &list);
     void updateHeaders();
     void updateLinks();
 

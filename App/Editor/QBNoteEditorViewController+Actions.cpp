@@ -6,15 +6,19 @@
 #include "InformationPanel.h"
 
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
+#include <Markup/Attachments/QBHeaderTextAttachment.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Store/QBNotesPreferenceManager.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QFileDialog>
 #include <QKeySequence>
 #include <QSignalBlocker>
 
 #include <algorithm>
+#include <array>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +59,94 @@ std::vector<std::pair<QBCheckBoxTextAttachment *, NSRange>> boxesInRange(const N
 
 } // namespace
 
+void QBNoteEditorViewController::updateStyles()
+{
+    struct Style
+    {
+        QLatin1StringView command;
+        const NSAttributeName *attribute;
+        const NSAttributeName *marker; ///< that stands around a stretch, or null
+    };
+    static constexpr std::array kStyles{
+        Style{"bold"_L1, &QBNoteBoldTextStylerAttributeName, &QBNoteBoldTextStylerMarkerAttributeName},
+        Style{"italic"_L1, &QBNoteItalicTextStylerAttributeName, &QBNoteItalicTextStylerMarkerAttributeName},
+        Style{"underline"_L1, &QBNoteUnderlineTextStylerAttributeName, &QBNoteUnderlineTextStylerMarkerAttributeName},
+        Style{"strike"_L1, &QBNoteStrikedTextStylerAttributeName, &QBNoteStrikedTextStylerMarkerAttributeName},
+        Style{"marker"_L1, &QBNoteHighlighterTextStylerAttributeName, &QBNoteHighlighterTextStylerMarkerAttributeName},
+        Style{"inline-code"_L1, &QBNoteCodeInlineTextStylerAttributeName,
+              &QBNoteCodeInlineTextStylerMarkerAttributeName},
+        Style{"bullet-list"_L1, &QBNoteUnorderedListStylerAttributeName, nullptr},
+        Style{"numbered-list"_L1, &QBNoteOrderedListTextStylerAttributeName, nullptr},
+        Style{"todo"_L1, &QBNoteCheckboxStylerAttributeName, nullptr},
+        Style{"quote"_L1, &QBNoteQuoteTextStylerAttributeName, nullptr},
+        Style{"code-block"_L1, &QBNoteCodeTextStylerAttributeName, nullptr},
+    };
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    const NSRange selection = m_view->selectedRange();
+    const NSRange line = text.paragraphRangeForRange({selection.location, 0});
+    // How far an attribute reaches from a place on; the place itself where it is not there.
+    const auto limitOf = [&text](const NSAttributeName &name, qint64 place) {
+        NSRange run;
+        const bool isThere = place >= 0 && place < text.length() && text.attribute(name, place, &run, text.fullRange());
+        return isThere ? run.limit() : place;
+    };
+    const auto has = [&](const Style &style) {
+        qint64 start = selection.location;
+        if (selection.length == 0) {
+            // A caret at the end of a stretch is within it.
+            return limitOf(*style.attribute, start) > start ||
+                   (start > line.location && limitOf(*style.attribute, start - 1) >= start);
+        }
+        if (style.marker != nullptr) {
+            start = limitOf(*style.marker, start);
+        }
+        qint64 limit = limitOf(*style.attribute, start);
+        const bool isThere = limit > start;
+        if (style.marker != nullptr) {
+            limit = limitOf(*style.marker, limit);
+        }
+        return isThere && limit >= selection.limit();
+    };
+    for (const Style &style : kStyles) {
+        if (QAction *command = action(style.command); command != nullptr) {
+            command->setChecked(has(style));
+        }
+    }
+    int level = 0;
+    if (line.length > 0 && text.attribute(QBHeaderTextStylerAttributeName, line.location)) {
+        const auto badge = text.attribute(NSAttachmentAttributeName, line.location);
+        const auto *header = badge.as<QBHeaderTextAttachment>();
+        level = header != nullptr ? header->headerLevel() : 0;
+    }
+    for (int each = 1; each <= kLargestHeader; ++each) {
+        m_headerCommands[each - 1]->setChecked(each == level);
+    }
+}
+
+void QBNoteEditorViewController::focusNextPart(bool forward)
+{
+    constexpr int kParts = 3; // the text, the format bar, the information
+    const QWidget *focus = QApplication::focusWidget();
+    const int current = m_formatBar->isAncestorOf(focus) ? 1 : m_information->isAncestorOf(focus) ? 2 : 0;
+    // A part without anything to press is passed over.
+    const auto take = [this](int part) {
+        switch (part) {
+        case 1:
+            return m_formatBar->focusFirstButton();
+        case 2:
+            return m_information->isVisible() && m_information->focusList();
+        default:
+            focusEditor();
+            return true;
+        }
+    };
+    for (int step = 1; step < kParts; ++step) {
+        if (take((current + (forward ? step : kParts - step)) % kParts)) {
+            return;
+        }
+    }
+}
+
 QAction *QBNoteEditorViewController::action(const QString &name) const
 {
     return findChild<QAction *>(name, Qt::FindDirectChildrenOnly);
@@ -72,6 +164,7 @@ QAction *QBNoteEditorViewController::addCommand(const QString &name, const QStri
     connect(command, &QAction::triggered, this, [this, triggered = std::move(triggered)] {
         triggered();
         updateCommands();
+        updateStyles();
     });
     addAction(command);
     return command;
@@ -85,6 +178,7 @@ QAction *QBNoteEditorViewController::addStyleCommand(const QString &name, const 
         applyStyle((editor.*apply)(m_stack.noteTextStorage().attributedString(), m_view->selectedRange()));
     });
     m_editingCommands.append(command);
+    m_styleCommands.append(command);
     return command;
 }
 
@@ -222,6 +316,10 @@ void QBNoteEditorViewController::makeActions()
     m_headerCommands.append(addCommand(u"no-heading"_s, tr("No Heading"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_0),
                                        [this] { applyHeaderLevel(-1); }));
     m_editingCommands.append(m_headerCommands);
+    m_styleCommands.append(m_headerCommands);
+    for (QAction *command : std::as_const(m_styleCommands)) {
+        command->setCheckable(command->objectName() != u"separator" && command->objectName() != u"no-heading");
+    }
     // Lines and boxes
     const auto addEditing = [this](const QString &name, const QString &text, const QKeySequence &shortcut,
                                    std::function<void()> triggered) {
@@ -259,7 +357,7 @@ void QBNoteEditorViewController::makeActions()
                keys(Qt::CTRL | Qt::ALT | Qt::SHIFT | Qt::Key_C), [this] { copyAsText(/*andTags=*/false); });
     addCommand(u"note-from-selection"_s, tr("Note From Selection"), keys(Qt::CTRL | Qt::ALT | Qt::Key_S),
                [this] { makeNoteFromSelection(); });
-    addCommand(u"open-link"_s, tr("Open Link"), keys(Qt::CTRL | Qt::Key_Return), [this] { openLinkAtCaret(); });
+    addCommand(u"open-link"_s, tr("Open Link"), keys(Qt::CTRL | Qt::ALT | Qt::Key_O), [this] { openLinkAtCaret(); });
     // Looking
     addCommand(u"find"_s, tr("Find in Note…"), QKeySequence::Find,
                [this] { m_findBar->open(/*withReplacing=*/false); });
@@ -277,6 +375,10 @@ void QBNoteEditorViewController::makeActions()
                [this] { changeLineWidth(kLineWidthStep); });
     addCommand(u"narrower-lines"_s, tr("Narrower Lines"), keys(Qt::CTRL | Qt::ALT | Qt::Key_Minus),
                [this] { changeLineWidth(-kLineWidthStep); });
+    addCommand(u"next-part"_s, tr("Keyboard to Next Part"), keys(Qt::Key_F6),
+               [this] { focusNextPart(/*forward=*/true); });
+    addCommand(u"previous-part"_s, tr("Keyboard to Previous Part"), keys(Qt::SHIFT | Qt::Key_F6),
+               [this] { focusNextPart(/*forward=*/false); });
     makeOptions();
     fillFormatBar();
     updateCommands();

@@ -6,9 +6,30 @@
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNotesPreferenceManager.h>
 
+#include <QAccessible>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
 using namespace quib;
+
+namespace {
+
+QString symbolOfType(QBAutoCompleteType type)
+{
+    switch (type) {
+    case QBAutoCompleteType::Tag:
+        return u"tag"_s;
+    case QBAutoCompleteType::Note:
+        return u"note-link"_s;
+    case QBAutoCompleteType::Language:
+        return u"code-block"_s;
+    case QBAutoCompleteType::None:
+        break;
+    }
+    return {};
+}
+
+} // namespace
 
 void QBNoteEditorViewController::resetCompletion()
 {
@@ -48,13 +69,21 @@ void QBNoteEditorViewController::showCompletions()
 {
     m_completion->updateCompletionResults();
     const QRect caret = m_view->caretRectInViewport(m_view->caret()).toAlignedRect();
-    m_popup->open(m_completion->completionItems(),
+    m_popup->open(m_completion->completionItems(), symbolOfType(m_completion->autocompleteType()),
+                  m_completion->partialCompletionString(),
                   caret.translated(m_view->viewport()->mapTo(this, QPoint()))); // it lies over the whole pane
 }
 
 void QBNoteEditorViewController::closeCompletion()
 {
-    m_popup->close();
+    if (m_popup->isOpen()) {
+        m_popup->close();
+        if (m_view->hasFocus() && QAccessible::isActive()) {
+            // Assistive programs were told that the list had the keyboard.
+            QAccessibleEvent event(m_view, QAccessible::Focus);
+            QAccessible::updateAccessibility(&event);
+        }
+    }
     if (m_completion) {
         m_completion->resetCompletion();
     }
@@ -69,11 +98,13 @@ void QBNoteEditorViewController::insertCompletion()
     }
     m_isCompleting = false;
     closeCompletion();
+    m_core.correctTagSelectionAfterInsertionInTextView(*m_view);
     m_view->setFocus();
 }
 
 void QBNoteEditorViewController::qbNoteTextViewDidChangeSelection(QBNoteTextView & /*view*/)
 {
+    updateStyles();
     if (!m_popup->isOpen()) {
         return;
     }

@@ -1,5 +1,6 @@
 #include "QBNoteEditorViewController.h"
 
+#include "AccessibleBars.h"
 #include "CompletionPopup.h"
 #include "FindBar.h"
 #include "FormatBar.h"
@@ -25,6 +26,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -82,15 +84,18 @@ QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
 
 void QBNoteEditorViewController::makeWidgets()
 {
+    installAccessibleBars(); // before anybody asks what they are
     m_findBar = new FindBar(*m_view, this);
     connect(m_findBar, &FindBar::didClose, this, [this] { highlightSearch(); });
     m_formatBar = new FormatBar(this);
+    connect(m_formatBar, &FormatBar::didLeave, this, &QBNoteEditorViewController::focusEditor);
     m_information = new InformationPanel(m_stack.noteTextStorage(), this);
     connect(m_information, &InformationPanel::headerWasChosen, this, [this](NSRange range) {
         m_view->setSelectedRange(range);
         m_view->scrollRangeToVisible(range);
         m_view->setFocus();
     });
+    connect(m_information, &InformationPanel::didLeave, this, &QBNoteEditorViewController::focusEditor);
     connect(m_information, &InformationPanel::noteWasChosen, this, &QBNoteEditorViewController::noteWasChosen);
     auto *textColumn = new QVBoxLayout;
     textColumn->setSpacing(0);
@@ -102,6 +107,7 @@ void QBNoteEditorViewController::makeWidgets()
     layout->setSpacing(0);
     layout->addLayout(textColumn, 1);
     layout->addWidget(m_information);
+    setTabOrder(&m_findBar->lastButton(), m_view);
     m_popup = new CompletionPopup(this);
     connect(m_popup, &CompletionPopup::itemWasChosen, this, &QBNoteEditorViewController::insertCompletion);
     resetCompletion();
@@ -170,6 +176,7 @@ void QBNoteEditorViewController::loadNote()
     m_information->setVisible(m_note && action(u"info"_s)->isChecked());
     m_findBar->noteDidChange();
     updateCommands();
+    updateStyles();
 }
 
 void QBNoteEditorViewController::showText(const QString &text)
@@ -401,6 +408,7 @@ bool QBNoteEditorViewController::qbNoteTextViewShouldInsertTab(QBNoteTextView &v
 void QBNoteEditorViewController::qbNoteTextViewDidChangeText(QBNoteTextView &view)
 {
     m_core.performStylingInTextView(view);
+    updateStyles();
     didEditNote();
     updateCompletion();
 }

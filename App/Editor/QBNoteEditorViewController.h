@@ -202,6 +202,10 @@ private:
     void makeActions();
     void fillFormatBar();
     void updateCommands();
+    /// Commands of formatting are checked where the caret, or all of the selection, has their style.
+    void updateStyles();
+    /// Gives the keyboard to the next part of the pane: the text, the format bar, the information.
+    void focusNextPart(bool forward);
     void applyStyle(const QBNoteStyleEditor::Result &result);
     void applyHeaderLevel(int level);
     /// A change of the text as one step that can be undone.
@@ -265,6 +269,7 @@ private:
     quib::InformationPanel *m_information = nullptr;
     QList<QAction *> m_editingCommands; ///< those that need a note that can be changed
     QList<QAction *> m_headerCommands;
+    QList<QAction *> m_styleCommands;
     quib::Ref<QBNote> m_note;
     QString m_baseText; ///< the note's text that the shown one was made from
     bool m_isEdited = false;
