@@ -472,6 +472,8 @@ private:
             lines.push_back(line);
             top += lineHeight + m_style.lineSpacing;
         }
+        // Without its glyphs the paragraph would be shaped anew for every caret and every painting.
+        m_layout.setCacheEnabled(true);
         m_layout.endLayout();
         height = top + m_style.paragraphSpacing;
     }
