@@ -3,6 +3,7 @@
 import pathlib
 import shutil
 import subprocess
+import time
 
 import libraries
 
@@ -38,15 +39,19 @@ class Program:
         self.desktop.press(*keys)
         self.meter.rest(LIMIT, quiet)
 
-    def prepare_switching(self):
-        """Puts the keyboard where next_note wants it."""
+    def take_keyboard(self):
+        """Puts the keyboard where the actions want it, behind each start."""
 
     def find_middle(self):
         """Puts the caret into the middle of the large note, as the find field of every program can."""
         self.press("ctrl+f")
         self.desktop.type("middlemark")
-        self.meter.rest(LIMIT, 1.2)
-        self.press("Return", quiet=1.2)
+        # A find bar may wait for the end of the typing; one program's blinking caret is never still for as long.
+        time.sleep(1.2)
+        self.meter.rest(LIMIT)
+        self.press("Return")
+        time.sleep(1.2)
+        self.meter.rest(LIMIT)
         self.press("Escape")
         self.press("Right")
 
@@ -67,7 +72,7 @@ class Quib(Program):
     def command(self, home):
         return [str(self.options.quib), "--profile", str(home / "profile")]
 
-    def prepare_switching(self):
+    def take_keyboard(self):
         self.press("ctrl+alt+2")
 
     def next_note(self, _index):
@@ -94,6 +99,8 @@ class Gnote(Program):
     name = "gnote"
     # Each note stays open in a tab, and more tabs than these make its window wider than the screen.
     switches = 7
+    # Until the list is there again behind each takes minutes.
+    searches = 1
 
     def prepare(self, home, texts):
         libraries.write_gnote(texts, home)
@@ -140,7 +147,7 @@ class Cherrytree(Program):
     def command(self, home):
         return ["cherrytree", str(home / "library.ctb")]
 
-    def prepare_switching(self):
+    def take_keyboard(self):
         # From the text to the tree.
         self.press("ctrl+Tab")
 
@@ -157,7 +164,7 @@ class Cherrytree(Program):
         self.press("Escape")
 
     def prepare_large(self):
-        """The keyboard is in the tree already."""
+        """The tree has the keyboard."""
 
     def open_large(self):
         self.desktop.press("End")
