@@ -8,6 +8,8 @@
 
 #include <QSet>
 
+#include <malloc.h>
+
 using namespace Qt::StringLiterals;
 
 namespace quib {
@@ -84,6 +86,7 @@ bool NoteTextSearch::fillFrom(NSPersistentStore &store, NSError *error)
     }
     m_changeCounter = *counter;
     m_isFilled = true;
+    ::malloc_trim(0); // what every text took on its way would otherwise stay with the process
     return true;
 }
 

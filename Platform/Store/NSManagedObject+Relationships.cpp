@@ -126,7 +126,7 @@ void Access::moveStoredTarget(NSManagedObject &object, const NSRelationshipDescr
     const auto change = [&](const NSManagedObjectID &targetID, bool isJoining) {
         NSManagedObject *target = targetID.isNull() ? nullptr : owner.known(targetID);
         const auto found = target != nullptr && target->m_pending ? target->m_pending->toMany.find(inverse->index)
-                                                                  : QHash<int, ToMany>::iterator();
+                                                                  : QMap<int, ToMany>::iterator();
         if (target == nullptr || !target->m_pending || found == target->m_pending->toMany.end()) {
             return; // not read yet, so that nothing can be out of date
         }

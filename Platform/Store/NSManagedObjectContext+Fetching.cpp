@@ -347,9 +347,11 @@ void NSManagedObjectContext::Private::prefetch(const NSFetchRequest &request,
         if (!targets) {
             continue;
         }
-        for (const NSManagedObjectID &objectID : std::as_const(unread)) {
-            if (NSManagedObject *object = registered.value(objectID)) {
-                Access::toMany(*object, relationship->index).base = targets->value(objectID);
+        // Those without any stay unread: to ask for one of them later is quick, to remember nothing for 100,000 is not.
+        for (auto found = targets->cbegin(); found != targets->cend(); ++found) {
+            NSManagedObject *object = found->isEmpty() ? nullptr : registered.value(found.key());
+            if (object != nullptr) {
+                Access::toMany(*object, relationship->index).base = *found;
             }
         }
     }

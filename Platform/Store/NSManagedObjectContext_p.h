@@ -5,6 +5,7 @@
 #include "UnopenedPersistentStore.h"
 
 #include <QHash>
+#include <QMap>
 #include <QSet>
 
 #include <optional>
@@ -26,7 +27,9 @@ struct NSManagedObject::Pending
     quib::RowSnapshotRef base;
     /// Bit i: slot i was changed here.
     quint64 changedSlots = 0;
-    QHash<int, ToMany> toMany; // by relationship index
+    /// By relationship index. A map: an object has few of them, and there may be 100,000 objects with one each, for
+    /// which a hash would take 3 KB each.
+    QMap<int, ToMany> toMany;
 
     [[nodiscard]] bool hasChanges() const
     {

@@ -10,6 +10,13 @@ using namespace Qt::StringLiterals;
 
 namespace quib {
 
+namespace {
+
+/// From so many objects on, all targets between the first and the last of them are read at once.
+constexpr qsizetype kFewestForScan = 256;
+
+} // namespace
+
 const NSEntityDescription *SQLitePersistentStore::requestedEntity(const NSFetchRequest &request, NSError *error) const
 {
     const auto *entity = m_model->entityNamed(request.entityName);
@@ -183,13 +190,30 @@ void sortByKey(QList<StoredRow> &rows, qsizetype begin, qsizetype end)
 
 } // namespace
 
-std::optional<QList<StoredRow>> SQLitePersistentStore::fetch(const NSFetchRequest &request, NSError *error)
+NSFetchRequest SQLitePersistentStore::withoutIdleOrder(NSFetchRequest request, const NSEntityDescription *entity) const
+{
+    const auto isIdle = [this, entity](const NSSortDescriptor &descriptor) {
+        const auto *attribute = entity->attributeNamed(descriptor.key());
+        if (attribute == nullptr || !attribute->isIndexed) {
+            return false;
+        }
+        const auto exists = m_database->scalar("SELECT EXISTS(SELECT 1 FROM " + SQLNames::table(entity) + " WHERE " +
+                                                   SQLNames::column(attribute->name) + " IS NOT NULL)",
+                                               nullptr);
+        return exists && valueOr<QString>(*exists) == u"0";
+    };
+    request.sortDescriptors.removeIf(isIdle);
+    return request;
+}
+
+std::optional<QList<StoredRow>> SQLitePersistentStore::fetch(const NSFetchRequest &asked, NSError *error)
 {
     const std::lock_guard lock(m_mutex);
-    const auto *entity = requestedEntity(request, error);
+    const auto *entity = requestedEntity(asked, error);
     if (entity == nullptr) {
         return std::nullopt;
     }
+    const NSFetchRequest request = withoutIdleOrder(asked, entity);
     const ColumnPlan plan = planFor(entity, request.propertiesToFetch);
     const std::vector<int> tieSlots = slotsOfNumericOrder(request, entity);
     SQLiteStatement statement =
@@ -412,10 +436,68 @@ std::optional<QList<NSManagedObjectID>> SQLitePersistentStore::targets(const NSM
 }
 
 std::optional<QHash<NSManagedObjectID, QList<NSManagedObjectID>>>
+SQLitePersistentStore::scannedTargets(const QList<NSManagedObjectID> &objectIDs,
+                                      const NSRelationshipDescription *relationship, NSError *error)
+{
+    // A question costs some locks and looks at the folder, the more so without a journal: one for all, over the stretch
+    // of keys that they lie in, and what was not asked for is passed over.
+    QHash<NSManagedObjectID, QList<NSManagedObjectID>> found;
+    QHash<qint64, NSManagedObjectID> wanted;
+    found.reserve(objectIDs.size());
+    wanted.reserve(objectIDs.size());
+    qint64 first = objectIDs.constFirst().key();
+    qint64 last = first;
+    for (const NSManagedObjectID &objectID : objectIDs) {
+        found.insert(objectID, {});
+        wanted.insert(objectID.key(), objectID);
+        first = std::min(first, objectID.key());
+        last = std::max(last, objectID.key());
+    }
+    const auto *destination = relationship->destinationEntity;
+    const bool hasCode = SQLNames::hasEntityColumn(destination);
+    const QByteArray code = hasCode ? ", d._entity" : ", 0";
+    QByteArray sql;
+    QByteArray own;
+    if (relationship->isManyToMany()) {
+        own = "j." + SQLNames::joinOwnColumn(relationship);
+        const QByteArray other = "j." + SQLNames::joinOtherColumn(relationship);
+        sql = "SELECT " + own + ", " + other + code + " FROM " + SQLNames::joinTable(relationship) + " j";
+        if (hasCode) {
+            sql += " JOIN " + SQLNames::table(destination) + " d ON d._pk = " + other;
+        }
+    } else {
+        own = "d." + SQLNames::column(relationship->inverseName);
+        sql = "SELECT " + own + ", d._pk" + code + " FROM " + SQLNames::table(destination) + " d";
+    }
+    sql += " WHERE " + own + " BETWEEN ? AND ? ORDER BY 1, 2";
+    SQLiteStatement statement = m_database->prepare(sql, error);
+    if (!statement) {
+        return std::nullopt;
+    }
+    statement.bindInteger(1, first);
+    statement.bindInteger(2, last);
+    int result = statement.step();
+    for (; result == SQLITE_ROW; result = statement.step()) {
+        if (const auto source = wanted.constFind(statement.integer(0)); source != wanted.cend()) {
+            found[*source].append(NSManagedObjectID(
+                hasCode ? entityWithCode(statement.integer(2), destination) : destination, statement.integer(1)));
+        }
+    }
+    if (result != SQLITE_DONE) {
+        m_database->fail(error, "read");
+        return std::nullopt;
+    }
+    return found;
+}
+
+std::optional<QHash<NSManagedObjectID, QList<NSManagedObjectID>>>
 SQLitePersistentStore::targetsForObjects(const QList<NSManagedObjectID> &objectIDs,
                                          const NSRelationshipDescription *relationship, NSError *error)
 {
     const std::lock_guard lock(m_mutex);
+    if (objectIDs.size() >= kFewestForScan) {
+        return scannedTargets(objectIDs, relationship, error);
+    }
     const auto *destination = relationship->destinationEntity;
     const bool hasCode = SQLNames::hasEntityColumn(destination);
     const QByteArray code = hasCode ? ", d._entity" : ", 0";
@@ -494,6 +576,9 @@ bool SQLitePersistentStore::enumerateLazyValues(const NSEntityDescription *entit
             }
         }
         if (batch.isEmpty()) {
+            // The pages of all values went through the cache, and nobody reads them again.
+            const std::lock_guard lock(m_mutex);
+            static_cast<void>(m_database->execute("PRAGMA shrink_memory", nullptr));
             return true;
         }
         last = batch.constLast().key;

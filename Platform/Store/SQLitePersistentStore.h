@@ -32,7 +32,7 @@ public:
     [[nodiscard]] QString identifier() const override { return m_metadata.storeUUID; }
 
     // SQLitePersistentStore+Fetching.cpp
-    [[nodiscard]] std::optional<QList<StoredRow>> fetch(const NSFetchRequest &request, NSError *error) override;
+    [[nodiscard]] std::optional<QList<StoredRow>> fetch(const NSFetchRequest &asked, NSError *error) override;
     [[nodiscard]] std::optional<QList<NSManagedObjectID>> fetchIDs(const NSFetchRequest &request,
                                                                    NSError *error) override;
     [[nodiscard]] std::optional<QList<RowVersion>> rowVersions(const QString &entityName, NSError *error) override;
@@ -66,6 +66,13 @@ private:
     void createMissingIndexes();
     [[nodiscard]] bool checkMetadata(NSError *error);
     [[nodiscard]] const NSEntityDescription *entityWithCode(qint64 code, const NSEntityDescription *fallback) const;
+    /// The request without sort keys that have no value on any row: they sort nothing, but keep an index from giving
+    /// the order of the others.
+    [[nodiscard]] NSFetchRequest withoutIdleOrder(NSFetchRequest request, const NSEntityDescription *entity) const;
+    /// targetsForObjects by one read of the relationship from the first of the keys to the last.
+    [[nodiscard]] std::optional<QHash<NSManagedObjectID, QList<NSManagedObjectID>>>
+    scannedTargets(const QList<NSManagedObjectID> &objectIDs, const NSRelationshipDescription *relationship,
+                   NSError *error);
     [[nodiscard]] const NSEntityDescription *requestedEntity(const NSFetchRequest &request, NSError *error) const;
     /// SELECT columns FROM ... WHERE ... ORDER BY ... LIMIT of a request, its values bound. Without ties: in no order.
     [[nodiscard]] SQLiteStatement select(const NSFetchRequest &request, const NSEntityDescription *entity,

@@ -9,6 +9,9 @@
 #include <QJsonObject>
 #include <QRandomGenerator>
 
+#include <algorithm>
+#include <utility>
+
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
@@ -118,6 +121,58 @@ TEST_F(SQLiteStore, AWriterWithAnOldVersionIsToldWhatTheStoreHolds)
     EXPECT_EQ(get(result.conflicts[0].storeRow, u"text"_s), Value(u"two"_s));
     EXPECT_EQ(result.conflicts[0].storeRow->version(), 2);
     EXPECT_EQ(first->lazyValue(objectID, m_note->attributeNamed(u"text"_s)->slot, &m_error)->value, Value(u"two"_s));
+}
+
+// Many are asked for in another way than one, so the two have to agree: both kinds of relationship, with gaps in the
+// keys, and with objects in between that nobody asks for.
+TEST_F(SQLiteStore, TargetsOfManyAreThoseOfEach)
+{
+    const auto store = open();
+    const auto *tag = m_model->entityNamed(u"QBNoteTag"_s);
+    const auto *file = m_model->entityNamed(u"QBNoteImage"_s);
+    const auto *tags = m_note->relationshipNamed(u"tags"_s);
+    SaveRequest request;
+    qint64 temporary = 0;
+    QList<NSManagedObjectID> tagIDs;
+    for (int i = 0; i < 300; ++i) {
+        tagIDs.append(NSManagedObjectID(tag, --temporary));
+        request.insertions.append({tagIDs.constLast(), RowSnapshot::make(tag)});
+    }
+    QList<NSManagedObjectID> noteIDs;
+    for (int i = 0; i < 700; ++i) {
+        const NSManagedObjectID noteID(m_note, --temporary);
+        noteIDs.append(noteID);
+        request.insertions.append({noteID, noteRow(QString::number(i), u"t"_s, u"t"_s)});
+        for (int link = 0; link < i % 4; ++link) {
+            request.joinChanges.append({tags, noteID, tagIDs[(i * 7 + link * 13) % tagIDs.size()], true});
+            RowSnapshotRef fileRow = RowSnapshot::make(file);
+            fileRow.edit()->setTargetAt(file->relationshipNamed(u"note"_s)->slot, noteID);
+            request.insertions.append({NSManagedObjectID(file, --temporary), fileRow});
+        }
+    }
+    const SaveResult saved = store->save(request);
+    ASSERT_EQ(saved.outcome, SaveResult::Outcome::Saved) << saved.error.localizedDescription().toStdString();
+    const auto expectSame = [&](const QList<NSManagedObjectID> &temporaryIDs, const NSRelationshipDescription *of) {
+        QList<NSManagedObjectID> asked;
+        for (qsizetype i = 0; i < temporaryIDs.size(); ++i) {
+            if (i % 7 != 3) {
+                asked.append(saved.permanentIDs.value(temporaryIDs[i]));
+            }
+        }
+        std::reverse(asked.begin(), asked.end());
+        const auto together = store->targetsForObjects(asked, of, &m_error);
+        ASSERT_TRUE(together) << m_error.localizedDescription().toStdString();
+        EXPECT_EQ(together->size(), asked.size());
+        qsizetype count = 0;
+        for (const NSManagedObjectID &objectID : std::as_const(asked)) {
+            EXPECT_EQ(together->value(objectID), *store->targets(objectID, of, &m_error));
+            count += together->value(objectID).size();
+        }
+        EXPECT_GT(count, 100);
+    };
+    expectSame(noteIDs, tags);
+    expectSame(noteIDs, m_note->relationshipNamed(u"files"_s));
+    expectSame(tagIDs, tag->relationshipNamed(u"notes"_s));
 }
 
 TEST_F(SQLiteStore, DeletionTakesJoinsAndKeysAlongAndKeysAreNeverUsedAgain)
