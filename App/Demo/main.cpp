@@ -1,7 +1,9 @@
-// quib-demo FOLDER [--picture FILE.png] [--theme NAME] [--size WxH] [--scale N] [--list ID] [--search TEXT] [--empty]
-//           [--preferences PAGE] [--language NAME]
+// quib-demo FOLDER [--picture FILE.png] [--theme NAME] [--size WxH] [--scale N] [--list ID] [--row N] [--search TEXT]
+//           [--columns 1|2|3] [--run COMMAND]... [--type TEXT] [--rtl] [--empty] [--preferences PAGE]
+//           [--language NAME]
 // Fills the profile in FOLDER with sample notes, unless it has notes; draws the window that shows it, without a
-// display.
+// display, after commands were run by their names and a text was typed. A window that a command opens is drawn instead,
+// or over it.
 
 #include "DemoProfile.h"
 
@@ -10,12 +12,16 @@
 #include <Process/Message.h>
 #include <Process/QuibProcess.h>
 #include <Store/QBThumbFileManager.h>
+#include <Window/EditorPane.h>
 #include <Window/QBMainWindowController.h>
 #include <Window/SidebarView.h>
 #include <Window/WindowFrontEnd.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QKeyEvent>
+#include <QPainter>
 #include <QPixmap>
 
 using namespace Qt::StringLiterals;
@@ -23,14 +29,59 @@ using namespace quib;
 
 namespace {
 
-/// Lets everything arrive that was asked for: rows, pictures, selections.
-void settle()
+/// Lets everything arrive that was asked for: rows, pictures, selections, numbers of notes.
+void settle(QBMainWindowController &window)
 {
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3 || window.sidebar().sidebarModel().isCounting(); ++i) {
         QBThumbFileManager::waitUntilBackgroundIsIdle();
         QCoreApplication::sendPostedEvents();
         QCoreApplication::processEvents(QEventLoop::AllEvents, 200);
     }
+}
+
+void type(const QString &text)
+{
+    for (const QChar c : text) {
+        QWidget *focus = QApplication::focusWidget();
+        if (focus == nullptr) {
+            focus = QApplication::activeWindow();
+        }
+        QKeyEvent press(QEvent::KeyPress, c == u'\n' ? Qt::Key_Return : 0, Qt::NoModifier, QString(c));
+        if (focus != nullptr) {
+            QCoreApplication::sendEvent(focus, &press);
+        }
+        QCoreApplication::processEvents();
+    }
+}
+
+/// Runs a command of the window, or else of its pane.
+bool run(QBMainWindowController &window, const QString &name)
+{
+    QAction *command = window.action(name);
+    if (command == nullptr) {
+        command = window.editor().action(name);
+    }
+    if (command != nullptr) {
+        command->trigger();
+    }
+    return command != nullptr;
+}
+
+/// The window, or the one that was opened from it; what pops up is drawn where it stands.
+QPixmap picture(QBMainWindowController &window)
+{
+    QPixmap drawn = window.grab();
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (!widget->isVisible() || widget == &window) {
+            continue;
+        }
+        if (widget->windowType() != Qt::Popup) {
+            return widget->grab();
+        }
+        QPainter painter(&drawn);
+        painter.drawPixmap(window.mapFromGlobal(widget->pos()), widget->grab());
+    }
+    return drawn;
 }
 
 } // namespace
@@ -47,7 +98,7 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.addPositionalArgument(u"folder"_s, u"The profile."_s);
     for (const auto &name : {u"picture"_s, u"theme"_s, u"size"_s, u"scale"_s, u"list"_s, u"search"_s, u"columns"_s,
-                             u"preferences"_s, u"language"_s}) {
+                             u"preferences"_s, u"language"_s, u"row"_s, u"run"_s, u"type"_s}) {
         parser.addOption(QCommandLineOption(name, {}, name));
     }
     parser.addOption(QCommandLineOption(u"empty"_s));
@@ -80,7 +131,7 @@ int main(int argc, char **argv)
     if (parser.isSet(u"picture"_s)) {
         const QStringList size = parser.value(u"size"_s).split(u'x');
         window.resize(size.size() == 2 ? QSize(size[0].toInt(), size[1].toInt()) : QSize(1200, 800));
-        settle();
+        settle(window);
         if (parser.isSet(u"columns"_s)) {
             window.setColumns(QBMainWindowController::Columns(parser.value(u"columns"_s).toInt() - 1));
         }
@@ -90,17 +141,27 @@ int main(int argc, char **argv)
         if (window.noteList().selectedRows().isEmpty() && window.notes()->numberOfRows() > 0) {
             window.noteList().selectRows({0});
         }
+        if (parser.isSet(u"row"_s)) {
+            window.noteList().selectRows({parser.value(u"row"_s).toInt()});
+        }
         if (parser.isSet(u"search"_s)) {
             window.setCurrentSearch(parser.value(u"search"_s));
         }
-        settle();
-        QWidget *shown = &window;
+        settle(window);
         if (parser.isSet(u"preferences"_s)) {
             window.showPreferences(PreferencesWindow::Page(parser.value(u"preferences"_s).toInt() - 1));
-            shown = window.findChild<PreferencesWindow *>();
-            settle();
+            settle(window);
         }
-        if (!shown->grab().save(parser.value(u"picture"_s))) {
+        for (const QString &name : parser.values(u"run"_s)) {
+            if (!run(window, name)) {
+                tellUser(u"there is no command \"%1\""_s.arg(name));
+                return 2;
+            }
+            settle(window);
+        }
+        type(parser.value(u"type"_s));
+        settle(window);
+        if (!picture(window).save(parser.value(u"picture"_s))) {
             tellUser(u"the picture \"%1\" cannot be written"_s.arg(parser.value(u"picture"_s)));
             return 1;
         }

@@ -36,23 +36,31 @@ public:
     {
         beginResetModel();
         m_choices = std::move(choices);
+        m_hasSymbols = std::ranges::any_of(m_choices, [](const Choice &choice) { return !choice.symbol.isEmpty(); });
         endResetModel();
     }
     [[nodiscard]] const QList<Choice> &choices() const { return m_choices; }
+    /// Whether room is to be left for symbols.
+    [[nodiscard]] bool hasSymbols() const { return m_hasSymbols; }
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override
     {
         return parent.isValid() ? 0 : int(m_choices.size());
     }
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override
     {
+        const Choice &choice = m_choices[index.row()];
         if (role == Qt::DisplayRole) {
-            return m_choices[index.row()].title;
+            return choice.title;
         }
-        return role == Qt::AccessibleDescriptionRole ? QVariant(m_choices[index.row()].detail) : QVariant();
+        if (role == Qt::AccessibleTextRole) {
+            return choice.detail.isEmpty() ? choice.title : QString(choice.title % u", "_s % choice.detail);
+        }
+        return {};
     }
 
 private:
     QList<Choice> m_choices;
+    bool m_hasSymbols = false;
 };
 
 namespace {
@@ -92,12 +100,14 @@ public:
             painter->drawPixmap(placed(icon),
                                 symbol(choice.symbol, pale, kIconSize, painter->device()->devicePixelRatio()));
         }
-        place.setLeft(place.left() + kIconSize + 12);
+        if (m_model.hasSymbols()) {
+            place.setLeft(place.left() + kIconSize + 12);
+        }
         if (!choice.detail.isEmpty()) {
             const QFont font = interfaceFont(11);
             painter->setFont(font);
             painter->setPen(pale);
-            const QString detail = QFontMetrics(font).elidedText(choice.detail, Qt::ElideMiddle, place.width() / 2);
+            const QString detail = QFontMetrics(font).elidedText(choice.detail, Qt::ElideMiddle, place.width() * 2 / 3);
             const int width = QFontMetrics(font).horizontalAdvance(detail) + 2;
             painter->drawText(placed({place.right() - width, place.top(), width, place.height()}),
                               int(Qt::AlignCenter) | int(Qt::TextDontClip), detail);

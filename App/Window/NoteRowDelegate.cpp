@@ -35,6 +35,8 @@ constexpr int kRibbonWidth = 3;
 constexpr int kProgressHeight = 2;
 constexpr int kGap = 10;
 constexpr int kEllipsisWidth = 16;
+/// Between the lines of a snippet.
+constexpr int kLeading = 5;
 /// Kept for rows that were seen.
 constexpr qsizetype kMostPictures = 400;
 
@@ -77,7 +79,7 @@ int setLines(QTextLayout &layout, int width, int mostLines)
         }
         line.setLineWidth(width);
         line.setPosition({0, y});
-        y += std::ceil(line.height()) + (mostLines > 1 ? 3 : 0);
+        y += std::ceil(line.height()) + (mostLines > 1 ? kLeading : 0);
     }
     const QTextLine last = layout.lineAt(layout.lineCount() - 1);
     const int end = last.textStart() + last.textLength();

@@ -236,11 +236,13 @@ void QBMainWindowController::makeMenus()
     };
     const QList<QAction *> finding = ofPane({"find"_L1, "find-replace"_L1, "find-next"_L1, "find-previous"_L1});
     const QList<QAction *> zooming = ofPane({"zoom-in"_L1, "zoom-out"_L1, "zoom-reset"_L1});
+    const QList<QAction *> looking = ofPane({"info"_L1, "format-bar"_L1, "typewriter"_L1, "focus-mode"_L1});
     edit->addActions(finding);
     fill(edit, {""_L1, "preferences"_L1});
     QMenu *format = menuBar()->addMenu(tr("F&ormat"));
     for (QAction *command : m_editor->editor().actions()) {
-        if (!command->text().isEmpty() && !finding.contains(command) && !zooming.contains(command)) {
+        if (!command->text().isEmpty() && !finding.contains(command) && !zooming.contains(command) &&
+            !looking.contains(command)) {
             format->addAction(command);
         }
     }
@@ -248,9 +250,11 @@ void QBMainWindowController::makeMenus()
     QMenu *sorting = view->addMenu(tr("Sort Notes"));
     QMenu *themes = view->addMenu(tr("Theme"));
     view->addSeparator();
+    view->addActions(looking);
+    view->addSeparator();
     view->addActions(zooming);
     view->addSeparator();
-    fill(view, {"full-screen"_L1});
+    fill(view, {"tray-icon"_L1, "global-shortcuts"_L1, ""_L1, "full-screen"_L1});
     connect(sorting, &QMenu::aboutToShow, this, [this, sorting] { fillSortMenu(*sorting); });
     connect(themes, &QMenu::aboutToShow, this, [this, themes] { fillThemeMenu(*themes); });
     fill(menuBar()->addMenu(tr("&Go")),

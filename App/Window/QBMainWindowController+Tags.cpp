@@ -151,7 +151,7 @@ void QBMainWindowController::chooseSymbol(const QBSidebarItem::Pointer &item)
         return;
     }
     const QString title = tagItem->tag()->title();
-    auto *picker = new SymbolPicker(m_sidebar->sidebarModel().chosenSymbol(title), this);
+    auto *picker = new SymbolPicker(m_sidebar->sidebarModel().chosenSymbol(title), item->icon(), this);
     connect(picker, &SymbolPicker::symbolWasChosen, this, [this, title](const QString &name) {
         const QString before = m_sidebar->sidebarModel().chosenSymbol(title);
         setSymbol(title, name, before);

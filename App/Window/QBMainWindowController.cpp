@@ -188,9 +188,18 @@ void QBMainWindowController::makeColumns()
     });
     connect(m_editor, &EditorPane::savingFailed, this,
             [this](const QString &fileName) { m_messages->say(tr("“%1” could not be written.").arg(fileName)); });
-    setTabOrder(m_sidebar, m_searchField);
-    setTabOrder(m_searchField, m_list);
-    setTabOrder(m_list, m_editor);
+    // The keyboard goes as the eye does: lists, search, notes, text.
+    QWidget *last = m_sidebar;
+    for (QWidget *next : {static_cast<QWidget *>(m_listColumn->findChild<QToolButton *>(u"sort"_s)),
+                          static_cast<QWidget *>(m_listColumn->findChild<QToolButton *>(u"new-note"_s)),
+                          static_cast<QWidget *>(m_searchField), static_cast<QWidget *>(m_list),
+                          static_cast<QWidget *>(m_editorColumn->findChild<QToolButton *>(u"toggle-columns"_s)),
+                          static_cast<QWidget *>(m_editorColumn->findChild<QToolButton *>(u"pin"_s)),
+                          static_cast<QWidget *>(m_editorColumn->findChild<QToolButton *>(u"note-menu"_s)),
+                          static_cast<QWidget *>(m_editor)}) {
+        setTabOrder(last, next);
+        last = next;
+    }
 }
 
 QToolButton *QBMainWindowController::makeButton(const QString &symbol, const QString &actionName, QWidget *parent)
@@ -227,7 +236,6 @@ void QBMainWindowController::sidebarItemWasSelected(const QBSidebarItem::Pointer
         return;
     }
     m_notes->setRepresentedObject(item);
-    m_listTitle->setText(item->title());
     m_list->setScrollPosition(0);
     // In a list of other notes, the first one is looked at.
     if (m_notes->numberOfRows() > 0 && m_list->selectedRows().isEmpty()) {
@@ -259,6 +267,10 @@ void QBMainWindowController::notesTableViewController(QBNotesTableViewController
 void QBMainWindowController::updateEmptyStates()
 {
     const QString search = m_notes ? m_notes->currentSearch() : QString();
+    // The list is named by what it shows: a list's notes, or what was found in it.
+    if (const QBSidebarItem::Pointer item = m_notes ? m_notes->representedObject() : nullptr) {
+        m_listTitle->setText(search.isEmpty() ? item->title() : tr("%n found", nullptr, int(m_notes->numberOfRows())));
+    }
     const bool isMainList = m_sidebar->selectedIdentifier() == u"QBNotesSidebarItem" || !m_notes;
     const qint64 rows = m_notes ? m_notes->numberOfRows() : 0;
     const QList<Ref<QBNote>> selected = selectedNotes();
@@ -300,6 +312,11 @@ void QBMainWindowController::updateActions()
     for (const auto &name : {u"new-note"_s, u"new-note-in-window"_s, u"quick-open"_s, u"quick-note"_s,
                              u"search-notes"_s, u"search-help"_s}) {
         enable(name, m_context != nullptr);
+    }
+    for (const auto &name : {u"pin"_s, u"note-menu"_s}) {
+        if (auto *button = m_editorColumn->findChild<QToolButton *>(name); button != nullptr) {
+            button->setVisible(hasSelection);
+        }
     }
     enable(u"pin"_s, hasSelection && item && item->canPinNotes());
     m_actions[u"pin"_s]->setText(isPinned ? tr("Unpin") : tr("Pin to Top"));

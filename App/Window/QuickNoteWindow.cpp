@@ -57,7 +57,7 @@ QuickNoteWindow::QuickNoteWindow(std::shared_ptr<NSManagedObjectContext> context
     m_hint->setFont(interfaceFont(11));
     m_hint->setForegroundRole(QPalette::PlaceholderText);
     auto *opening = new QPushButton(tr("Open in Quib"), this);
-    opening->setToolTip(tr("Go on in the main window (Ctrl+Return)"));
+    opening->setToolTip(tr("Go on in the main window (Ctrl+O)"));
     opening->setAutoDefault(false);
     auto *row = new QHBoxLayout;
     row->setContentsMargins(18, 8, 12, 10);
@@ -78,7 +78,7 @@ QuickNoteWindow::QuickNoteWindow(std::shared_ptr<NSManagedObjectContext> context
     };
     connect(opening, &QPushButton::clicked, this, hand);
     auto *handing = new QAction(opening->text(), this);
-    handing->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
+    handing->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_O));
     connect(handing, &QAction::triggered, this, hand);
     auto *closing = new QAction(tr("Close Window"), this);
     closing->setShortcut(QKeySequence::Close);

@@ -103,9 +103,10 @@ SearchField::SearchField(QWidget *parent)
     setPlaceholderText(tr("Search"));
     setToolTip(tr("Words, \"phrases\" and #tags; a minus excludes; @ offers more"));
     setFixedHeight(32);
-    addAction(
+    QAction *searching = addAction(
         symbolIcon(u"search"_s, u"Note Table Search Search Icon Color"_s, u"Note Table Search Search Icon Color"_s),
         LeadingPosition);
+    searching->setText(tr("Search notes"));
     QAction *clearing = addAction(
         symbolIcon(u"clear"_s, u"Note Table Search Cancel Icon Background Color"_s, u"Panel Icon Active Color"_s),
         TrailingPosition);

@@ -1,9 +1,13 @@
 #include "SidebarModel.h"
 
+#include <Foundation/DispatchQueue.h>
 #include <Logging/QBLogger.h>
+#include <Store/NSManagedObjectContext.h>
 #include <Store/QBNoteTag.h>
 
 #include <QMimeData>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -25,9 +29,9 @@ SidebarModel::SidebarModel(QObject *parent)
     , m_root(std::make_unique<Node>())
 {
     m_controller.setDelegate(this);
-    m_counting.setSingleShot(true);
-    m_counting.setInterval(kCountingDelay);
-    connect(&m_counting, &QTimer::timeout, this, &SidebarModel::forgetCounts);
+    m_countingDelay.setSingleShot(true);
+    m_countingDelay.setInterval(kCountingDelay);
+    connect(&m_countingDelay, &QTimer::timeout, this, &SidebarModel::countNotes);
 }
 
 SidebarModel::~SidebarModel()
@@ -39,12 +43,15 @@ void SidebarModel::setManagedObjectContext(const std::shared_ptr<NSManagedObject
 {
     m_controller.setManagedObjectContext(context);
     m_contextObserver = context->didSave.add([this](NSManagedObjectContext & /*moc*/, const auto & /*changes*/) {
-        if (!m_counting.isActive()) {
-            m_counting.start();
+        if (!m_countingDelay.isActive()) {
+            m_countingDelay.start();
         }
     });
     m_counts.clear();
+    m_countingContext.reset();
+    m_isCounting = false;
     rebuild();
+    countNotes();
 }
 
 QBSidebarItem::Pointer SidebarModel::item(const QModelIndex &index) const
@@ -70,7 +77,7 @@ void SidebarModel::setChosenSymbol(const QString &tagTitle, const QString &name)
     if (!m_choices->synchronize(&error)) {
         QBLogWarn(QString(u"the symbol of a tag could not be kept: "_s % error.localizedDescription()));
     }
-    forgetCounts(); // draws all entries
+    redrawAll();
 }
 
 QStringList SidebarModel::identifiersWithChildren() const
@@ -135,6 +142,7 @@ void SidebarModel::rebuild()
         beginResetModel();
         m_root = std::move(root);
         endResetModel();
+        countNotes();
         return;
     }
     // The nodes stay, so that indexes of the view stay good; only what they stand for is another object.
@@ -145,12 +153,12 @@ void SidebarModel::rebuild()
         }
     };
     takeItems(takeItems, *m_root, *root);
-    forgetCounts();
+    redrawAll();
+    countNotes();
 }
 
-void SidebarModel::forgetCounts()
+void SidebarModel::redrawAll()
 {
-    m_counts.clear();
     const auto tell = [this](const auto &self, const Node &of) -> void {
         if (of.childs.empty()) {
             return;
@@ -163,6 +171,65 @@ void SidebarModel::forgetCounts()
     tell(tell, *m_root);
 }
 
+void SidebarModel::countNotes()
+{
+    const std::shared_ptr<NSManagedObjectContext> &context = m_controller.managedObjectContext();
+    if (!context) {
+        return;
+    }
+    if (m_isCounting) {
+        m_isCountingStale = true;
+        return;
+    }
+    m_isCounting = true;
+    m_isCountingStale = false;
+    if (!m_countingContext) {
+        m_countingContext =
+            NSManagedObjectContext::contextWithParent(NSManagedObjectContextConcurrencyType::PrivateQueue, context);
+    }
+    struct Question
+    {
+        QString identifier;
+        NSFetchRequest request;
+    };
+    std::vector<Question> questions;
+    const auto collect = [&questions](const auto &self, const Node &of) -> void {
+        for (const auto &child : of.childs) {
+            if (const auto request = child->item->notesFetchRequest()) {
+                NSFetchRequest counted;
+                counted.entityName = request->entityName;
+                counted.predicate = request->predicate;
+                questions.push_back({child->identifier, counted});
+            }
+            self(self, *child);
+        }
+    };
+    collect(collect, *m_root);
+    m_countingContext->performBlock(
+        [this, life = std::weak_ptr<char>(m_life), on = m_countingContext, questions = std::move(questions)] {
+            QHash<QString, qint64> counts;
+            for (const Question &question : questions) {
+                if (const auto counted = on->countForFetchRequest(question.request)) {
+                    counts.insert(question.identifier, *counted);
+                }
+            }
+            on->reset();
+            DispatchQueue::main()->async([this, life, on, counts] {
+                if (life.expired() || on != m_countingContext) {
+                    return;
+                }
+                m_isCounting = false;
+                if (counts != m_counts) {
+                    m_counts = counts;
+                    redrawAll();
+                }
+                if (m_isCountingStale) {
+                    countNotes();
+                }
+            });
+        });
+}
+
 void SidebarModel::sidebarControllerDidChangeContent(QBNoteSidebarCoreController & /*controller*/)
 {
     rebuild();
@@ -171,7 +238,7 @@ void SidebarModel::sidebarControllerDidChangeContent(QBNoteSidebarCoreController
 void SidebarModel::sidebarControllerRedrawItems(QBNoteSidebarCoreController & /*controller*/,
                                                 const QList<QBSidebarItem::Pointer> & /*items*/)
 {
-    forgetCounts();
+    redrawAll();
 }
 
 void SidebarModel::sidebarControllerDidChangeNotesOrder(QBNoteSidebarCoreController & /*controller*/)
@@ -215,24 +282,6 @@ int SidebarModel::columnCount(const QModelIndex & /*parent*/) const
     return 1;
 }
 
-std::optional<qint64> SidebarModel::count(const Node &node) const
-{
-    const auto known = m_counts.constFind(node.identifier);
-    if (known != m_counts.cend()) {
-        return *known;
-    }
-    std::optional<qint64> counted;
-    if (const auto *tag = dynamic_cast<const QBTagSidebarItem *>(node.item.get()); tag != nullptr) {
-        counted = tag->tag()->untrashedNotesCount();
-    } else if (const auto request = node.item->notesFetchRequest()) {
-        counted = node.item->managedObjectContext()->countForFetchRequest(*request);
-    }
-    if (counted) {
-        m_counts.insert(node.identifier, *counted);
-    }
-    return counted;
-}
-
 QVariant SidebarModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid()) {
@@ -252,26 +301,26 @@ QVariant SidebarModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return isTag ? QVariant(static_cast<const QBTagSidebarItem &>(*of.item).tagString()) : QVariant();
     case Qt::AccessibleTextRole: {
-        const auto counted = of.item->isSeparator() ? std::nullopt : count(of);
-        return counted ? tr("%1, %n note(s)", nullptr, int(*counted)).arg(of.item->title()) : of.item->title();
+        if (of.item->isSeparator()) {
+            return tr("Tags");
+        }
+        const auto counted = m_counts.constFind(of.identifier);
+        return counted != m_counts.cend() ? tr("%1, %n note(s)", nullptr, int(*counted)).arg(of.item->title())
+                                          : of.item->title();
     }
     case IdentifierRole:
         return of.identifier;
     case IconRole:
         return of.item->icon();
     case CountRole:
-        if (!of.item->isSeparator()) {
-            if (const auto counted = count(of)) {
-                return *counted;
-            }
+        if (const auto counted = m_counts.constFind(of.identifier); counted != m_counts.cend()) {
+            return *counted;
         }
         return {};
     case IsSeparatorRole:
         return of.item->isSeparator();
-    case HasNotesRole: {
-        const auto counted = of.item->isSeparator() ? std::nullopt : count(of);
-        return counted.value_or(1) > 0;
-    }
+    case HasNotesRole:
+        return m_counts.value(of.identifier, 1) > 0;
     case IsTagRole:
         return isTag;
     default:

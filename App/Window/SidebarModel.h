@@ -13,8 +13,9 @@
 namespace quib {
 
 /// The sidebar's list as a tree for a view. It stands between a list that changes in its own steps and a view that must
-/// not see half a change: items that only look different are told as such, anything else makes the tree anew. Owned
-/// by the sidebar's view; main queue.
+/// not see half a change: items that only look different are told as such, anything else makes the tree anew. Notes are
+/// counted on a queue of their own; until the new numbers are there, the old ones are shown. Owned by the sidebar's
+/// view; main queue.
 class SidebarModel final : public QAbstractItemModel, private QBNoteSidebarCoreControllerDelegate
 {
     Q_OBJECT
@@ -46,6 +47,8 @@ public:
     [[nodiscard]] QString chosenSymbol(const QString &tagTitle) const;
     /// An empty name gives the choice back to the tag's name.
     void setChosenSymbol(const QString &tagTitle, const QString &name);
+    /// Whether newer numbers of notes are on their way.
+    [[nodiscard]] bool isCounting() const { return m_isCounting || m_countingDelay.isActive(); }
     /// All that have children, from the top down.
     [[nodiscard]] QStringList identifiersWithChildren() const;
 
@@ -93,19 +96,26 @@ private:
     void sidebarControllerDidChangeNotesOrder(QBNoteSidebarCoreController &controller) override;
 
     void rebuild();
-    void forgetCounts();
+    void redrawAll();
+    /// Counts the notes of all items anew. A call while that is under way makes one more round.
+    void countNotes();
     [[nodiscard]] static std::unique_ptr<Node> makeNode(const QBSidebarItem::Pointer &item, Node *father, int row);
     [[nodiscard]] static bool isSameTree(const Node &a, const Node &b);
     [[nodiscard]] const Node *node(const QModelIndex &index) const;
     [[nodiscard]] QModelIndex indexOf(const Node &node) const;
     [[nodiscard]] static const Node *find(const Node &below, const QString &identifier);
-    [[nodiscard]] std::optional<qint64> count(const Node &node) const;
 
     std::shared_ptr<NSUbiquitousKeyValueStore> m_choices;
     QBNoteSidebarCoreController m_controller;
     std::unique_ptr<Node> m_root;
-    mutable QHash<QString, qint64> m_counts;
-    QTimer m_counting;
+    QHash<QString, qint64> m_counts;
+    QTimer m_countingDelay;
+    /// A child of the items' context, made on first use.
+    std::shared_ptr<NSManagedObjectContext> m_countingContext;
+    bool m_isCounting = false;
+    bool m_isCountingStale = false;
+    /// Dies with the model: numbers that arrive later are dropped.
+    std::shared_ptr<char> m_life = std::make_shared<char>();
     ObservationToken m_contextObserver;
 };
 

@@ -110,8 +110,8 @@ void SidebarDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     painter->setFont(font);
     painter->setPen(ink);
     const QString title = QFontMetrics(font).elidedText(index.data().toString(), Qt::ElideRight, textRect.width());
-    painter->drawText(placed(textRect), int(Qt::AlignVCenter) | int(isRightToLeft ? Qt::AlignRight : Qt::AlignLeft),
-                      title);
+    // The painter turns the side round where it has to.
+    painter->drawText(placed(textRect), int(Qt::AlignVCenter) | int(Qt::AlignLeft), title);
     painter->restore();
 }
 

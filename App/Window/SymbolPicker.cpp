@@ -1,6 +1,7 @@
 #include "SymbolPicker.h"
 
 #include "Symbols.h"
+#include "ThemeColors.h"
 
 #include <Search/Lists/TagIcons.h>
 
@@ -8,9 +9,11 @@
 #include <QHash>
 #include <QKeyEvent>
 #include <QListView>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QStandardItemModel>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -27,9 +30,42 @@ constexpr int kColumns = 8;
 constexpr int kIconSize = 20;
 constexpr int kSymbolRole = Qt::UserRole + 1;
 
+/// A symbol in the middle of its cell.
+class SymbolDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+        const QRect cell = QRect(option.rect.topLeft(), QSize(kCell, kCell)).adjusted(2, 2, -2, -2);
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        if (isSelected || option.state.testFlag(QStyle::State_MouseOver)) {
+            QColor ground =
+                themeColor(isSelected ? u"Style Editor Selected Background Color"_s : u"Panel Text Color"_s);
+            if (!isSelected) {
+                ground.setAlphaF(0.08F);
+            }
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(ground);
+            painter->drawRoundedRect(cell, 7, 7);
+        }
+        const QColor ink = themeColor(isSelected ? u"Style Editor Selected Icon Color"_s : u"Panel Text Color"_s);
+        const QPoint place = cell.center() - QPoint(kIconSize / 2 - 1, kIconSize / 2 - 1);
+        painter->drawPixmap(
+            place, symbol(index.data(kSymbolRole).toString(), ink, kIconSize, painter->device()->devicePixelRatio()));
+        painter->restore();
+    }
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem & /*option*/, const QModelIndex & /*index*/) const override
+    {
+        return {kCell, kCell};
+    }
+};
+
 } // namespace
 
-SymbolPicker::SymbolPicker(const QString &chosen, QWidget *parent)
+SymbolPicker::SymbolPicker(const QString &chosen, const QString &shown, QWidget *parent)
     : QFrame(parent, Qt::Popup)
     , m_list(new QListView(this))
 {
@@ -38,8 +74,7 @@ SymbolPicker::SymbolPicker(const QString &chosen, QWidget *parent)
     setAccessibleName(tr("Symbol of the tag"));
     auto *model = new QStandardItemModel(this);
     for (const QString &name : tagIconNames()) {
-        auto *item =
-            new QStandardItem(symbolIcon(name, u"Panel Text Color"_s, u"Style Editor Selected Icon Color"_s), {});
+        auto *item = new QStandardItem;
         item->setData(name, kSymbolRole);
         item->setAccessibleText(nameOfSymbol(name));
         item->setToolTip(nameOfSymbol(name));
@@ -51,7 +86,8 @@ SymbolPicker::SymbolPicker(const QString &chosen, QWidget *parent)
     m_list->setMovement(QListView::Static);
     m_list->setUniformItemSizes(true);
     m_list->setGridSize({kCell, kCell});
-    m_list->setIconSize({kIconSize, kIconSize});
+    m_list->setItemDelegate(new SymbolDelegate(m_list));
+    m_list->setMouseTracking(true);
     m_list->setFrameShape(NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -64,7 +100,7 @@ SymbolPicker::SymbolPicker(const QString &chosen, QWidget *parent)
     layout->setSpacing(8);
     layout->addWidget(m_list);
     layout->addWidget(automatic);
-    const QModelIndexList found = model->match(model->index(0, 0), kSymbolRole, chosen, 1, Qt::MatchExactly);
+    const QModelIndexList found = model->match(model->index(0, 0), kSymbolRole, shown, 1, Qt::MatchExactly);
     m_list->setCurrentIndex(found.isEmpty() ? model->index(0, 0) : found.constFirst());
     connect(m_list, &QListView::clicked, this,
             [this](const QModelIndex &index) { choose(index.data(kSymbolRole).toString()); });

@@ -16,8 +16,8 @@ class SymbolPicker final : public QFrame
     Q_OBJECT
 
 public:
-    /// chosen: the symbol that the tag has by choice; empty where its name decides.
-    explicit SymbolPicker(const QString &chosen, QWidget *parent);
+    /// chosen: the symbol that the tag has by choice; empty where its name decides. shown: the one that it has.
+    SymbolPicker(const QString &chosen, const QString &shown, QWidget *parent);
 
     /// Opens below a point, or above it where there is no room.
     void open(const QPoint &globalPosition);

@@ -71,6 +71,8 @@ QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::su
 #editorColumn { background: {paper}; }
 #choicePanel { background: {panel}; border: 1px solid {panelLine}; border-radius: 10px; }
 #choicePanel QListView { background: transparent; border: 0; }
+#symbolPicker { background: {panel}; border: 1px solid {panelLine}; }
+#symbolPicker QListView { background: transparent; border: 0; }
 #messageBar { background: {panel}; border: 0; border-top: 1px solid {panelLine}; }
 #messageBar QLabel { color: {panelText}; }
 #columnTitle { color: {listTitle}; }

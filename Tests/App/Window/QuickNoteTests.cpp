@@ -72,7 +72,7 @@ TEST_F(QuickNote, GoesOnInTheMainWindow)
     launch({u"# One"_s});
     open();
     type(u"A long story"_s);
-    press(Qt::Key_Return, Qt::ControlModifier);
+    press(Qt::Key_O, Qt::ControlModifier);
     EXPECT_FALSE(window().quickNote()->isVisible());
     EXPECT_EQ(window().editor().note()->text(), u"A long story"_s);
 }

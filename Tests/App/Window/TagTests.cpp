@@ -123,6 +123,7 @@ TEST_F(Tags, HaveTheSymbolThatIsChosenForThem)
     auto *picker = qobject_cast<SymbolPicker *>(QApplication::activePopupWidget());
     ASSERT_NE(picker, nullptr);
     auto *list = picker->findChild<QListView *>();
+    QTest::keyClick(list, Qt::Key_Home);
     QTest::keyClick(list, Qt::Key_Right);
     QTest::keyClick(list, Qt::Key_Return);
     settle();
@@ -160,10 +161,16 @@ TEST_F(Tags, CountTheirNotes)
     const auto count = [this](const QString &identifier) {
         return model().indexOfIdentifier(identifier).data(SidebarModel::CountRole).toInt();
     };
+    waitForCounts();
     EXPECT_EQ(count(u"garden"_s), 2);
     EXPECT_EQ(count(u"garden/roses"_s), 1);
     EXPECT_EQ(count(u"QBNotesSidebarItem"_s), 3);
     EXPECT_EQ(count(u"QBUntaggedSidebarItem"_s), 1);
+    noteTitled(u"Three"_s)->trash();
+    ASSERT_TRUE(moc().save());
+    waitForCounts();
+    EXPECT_EQ(count(u"QBNotesSidebarItem"_s), 2);
+    EXPECT_EQ(count(u"QBNotesTrashSidebarItem"_s), 1);
 }
 
 } // namespace

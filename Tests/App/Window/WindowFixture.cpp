@@ -66,6 +66,11 @@ void WindowFixture::settle()
     }
 }
 
+void WindowFixture::waitForCounts() const
+{
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !window().sidebar().sidebarModel().isCounting(); }, 60'000));
+}
+
 QStringList WindowFixture::rows() const
 {
     QStringList titles;

@@ -27,6 +27,8 @@ protected:
     void quit();
     /// Lets everything arrive that was asked for.
     static void settle();
+    /// Lets the sidebar's numbers arrive.
+    void waitForCounts() const;
 
     [[nodiscard]] QBMainWindowController &window() const { return *m_interface->window(); }
     [[nodiscard]] NSManagedObjectContext &moc() const { return *m_process->stack().managedObjectContext(); }
