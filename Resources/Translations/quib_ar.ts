@@ -722,6 +722,14 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Save Attachment</source>
         <translation>حفظ المرفق</translation>
     </message>
+    <message>
+        <source>Keyboard to Next Part</source>
+        <translation>لوحة المفاتيح إلى الجزء التالي</translation>
+    </message>
+    <message>
+        <source>Keyboard to Previous Part</source>
+        <translation>لوحة المفاتيح إلى الجزء السابق</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteTableCellTextRenderer</name>
@@ -1374,12 +1382,20 @@ We highly suggest not to exit from Quib during the whole process.</source>
             <numerusform>%n استبدال</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 of more than %2</source>
+        <translation>%1 من أكثر من %2</translation>
+    </message>
 </context>
 <context>
     <name>quib::FormatBar</name>
     <message>
         <source>Format</source>
         <translation>تنسيق</translation>
+    </message>
+    <message>
+        <source>More Formats</source>
+        <translation>تنسيقات أخرى</translation>
     </message>
 </context>
 <context>
@@ -1550,6 +1566,18 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>%1 min</source>
         <translation>%1 د</translation>
+    </message>
+    <message>
+        <source>Headings of the note stand here.</source>
+        <translation>هنا تظهر عناوين الملاحظة.</translation>
+    </message>
+    <message>
+        <source>No note links here yet.</source>
+        <translation>لا ترتبط أي ملاحظة بهذه بعد.</translation>
+    </message>
+    <message>
+        <source>%1, heading %2</source>
+        <translation>%1، عنوان %2</translation>
     </message>
 </context>
 <context>

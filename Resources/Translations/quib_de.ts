@@ -706,6 +706,14 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <source>Save Attachment</source>
         <translation>Anhang speichern</translation>
     </message>
+    <message>
+        <source>Keyboard to Next Part</source>
+        <translation>Tastatur in den nächsten Bereich</translation>
+    </message>
+    <message>
+        <source>Keyboard to Previous Part</source>
+        <translation>Tastatur in den vorherigen Bereich</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteTableCellTextRenderer</name>
@@ -1350,12 +1358,20 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
             <numerusform>%n ersetzt</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 of more than %2</source>
+        <translation>%1 von mehr als %2</translation>
+    </message>
 </context>
 <context>
     <name>quib::FormatBar</name>
     <message>
         <source>Format</source>
         <translation>Format</translation>
+    </message>
+    <message>
+        <source>More Formats</source>
+        <translation>Weitere Formate</translation>
     </message>
 </context>
 <context>
@@ -1526,6 +1542,18 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>%1 min</source>
         <translation>%1&#xa0;Min.</translation>
+    </message>
+    <message>
+        <source>Headings of the note stand here.</source>
+        <translation>Hier stehen die Überschriften der Notiz.</translation>
+    </message>
+    <message>
+        <source>No note links here yet.</source>
+        <translation>Noch keine Notiz verweist hierher.</translation>
+    </message>
+    <message>
+        <source>%1, heading %2</source>
+        <translation>%1, Überschrift %2</translation>
     </message>
 </context>
 <context>

@@ -706,6 +706,14 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <source>Save Attachment</source>
         <translation>Guardar el archivo adjunto</translation>
     </message>
+    <message>
+        <source>Keyboard to Next Part</source>
+        <translation>Teclado a la parte siguiente</translation>
+    </message>
+    <message>
+        <source>Keyboard to Previous Part</source>
+        <translation>Teclado a la parte anterior</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteTableCellTextRenderer</name>
@@ -1350,12 +1358,20 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
             <numerusform>%n reemplazos</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 of more than %2</source>
+        <translation>%1 de más de %2</translation>
+    </message>
 </context>
 <context>
     <name>quib::FormatBar</name>
     <message>
         <source>Format</source>
         <translation>Formato</translation>
+    </message>
+    <message>
+        <source>More Formats</source>
+        <translation>Más formatos</translation>
     </message>
 </context>
 <context>
@@ -1526,6 +1542,18 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>%1 min</source>
         <translation>%1&#xa0;min</translation>
+    </message>
+    <message>
+        <source>Headings of the note stand here.</source>
+        <translation>Aquí aparecen los títulos de la nota.</translation>
+    </message>
+    <message>
+        <source>No note links here yet.</source>
+        <translation>Ninguna nota enlaza aquí todavía.</translation>
+    </message>
+    <message>
+        <source>%1, heading %2</source>
+        <translation>%1, título %2</translation>
     </message>
 </context>
 <context>

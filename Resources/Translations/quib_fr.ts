@@ -706,6 +706,14 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <source>Save Attachment</source>
         <translation>Enregistrer la pièce jointe</translation>
     </message>
+    <message>
+        <source>Keyboard to Next Part</source>
+        <translation>Clavier sur la partie suivante</translation>
+    </message>
+    <message>
+        <source>Keyboard to Previous Part</source>
+        <translation>Clavier sur la partie précédente</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteTableCellTextRenderer</name>
@@ -1350,12 +1358,20 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
             <numerusform>%n remplacements</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 of more than %2</source>
+        <translation>%1 sur plus de %2</translation>
+    </message>
 </context>
 <context>
     <name>quib::FormatBar</name>
     <message>
         <source>Format</source>
         <translation>Mise en forme</translation>
+    </message>
+    <message>
+        <source>More Formats</source>
+        <translation>Plus de formats</translation>
     </message>
 </context>
 <context>
@@ -1526,6 +1542,18 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>%1 min</source>
         <translation>%1&#xa0;min</translation>
+    </message>
+    <message>
+        <source>Headings of the note stand here.</source>
+        <translation>Les titres de la note apparaissent ici.</translation>
+    </message>
+    <message>
+        <source>No note links here yet.</source>
+        <translation>Aucune note ne renvoie encore ici.</translation>
+    </message>
+    <message>
+        <source>%1, heading %2</source>
+        <translation>%1, titre %2</translation>
     </message>
 </context>
 <context>

@@ -706,6 +706,14 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Save Attachment</source>
         <translation>Salva l’allegato</translation>
     </message>
+    <message>
+        <source>Keyboard to Next Part</source>
+        <translation>Tastiera alla parte successiva</translation>
+    </message>
+    <message>
+        <source>Keyboard to Previous Part</source>
+        <translation>Tastiera alla parte precedente</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteTableCellTextRenderer</name>
@@ -1350,12 +1358,20 @@ We highly suggest not to exit from Quib during the whole process.</source>
             <numerusform>%n sostituzioni</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 of more than %2</source>
+        <translation>%1 di oltre %2</translation>
+    </message>
 </context>
 <context>
     <name>quib::FormatBar</name>
     <message>
         <source>Format</source>
         <translation>Formato</translation>
+    </message>
+    <message>
+        <source>More Formats</source>
+        <translation>Altri formati</translation>
     </message>
 </context>
 <context>
@@ -1526,6 +1542,18 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>%1 min</source>
         <translation>%1&#xa0;min</translation>
+    </message>
+    <message>
+        <source>Headings of the note stand here.</source>
+        <translation>Qui compaiono i titoli della nota.</translation>
+    </message>
+    <message>
+        <source>No note links here yet.</source>
+        <translation>Nessuna nota rimanda ancora qui.</translation>
+    </message>
+    <message>
+        <source>%1, heading %2</source>
+        <translation>%1, titolo %2</translation>
     </message>
 </context>
 <context>

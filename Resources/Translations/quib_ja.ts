@@ -702,6 +702,14 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Save Attachment</source>
         <translation>添付ファイルを保存</translation>
     </message>
+    <message>
+        <source>Keyboard to Next Part</source>
+        <translation>キーボードを次の部分へ</translation>
+    </message>
+    <message>
+        <source>Keyboard to Previous Part</source>
+        <translation>キーボードを前の部分へ</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteTableCellTextRenderer</name>
@@ -1344,12 +1352,20 @@ We highly suggest not to exit from Quib during the whole process.</source>
             <numerusform>%n 件置換</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 of more than %2</source>
+        <translation>%1/%2 件以上</translation>
+    </message>
 </context>
 <context>
     <name>quib::FormatBar</name>
     <message>
         <source>Format</source>
         <translation>書式</translation>
+    </message>
+    <message>
+        <source>More Formats</source>
+        <translation>その他の書式</translation>
     </message>
 </context>
 <context>
@@ -1520,6 +1536,18 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>%1 min</source>
         <translation>%1 分</translation>
+    </message>
+    <message>
+        <source>Headings of the note stand here.</source>
+        <translation>ここにノートの見出しが表示されます。</translation>
+    </message>
+    <message>
+        <source>No note links here yet.</source>
+        <translation>まだどのノートからもリンクされていません。</translation>
+    </message>
+    <message>
+        <source>%1, heading %2</source>
+        <translation>%1、見出し %2</translation>
     </message>
 </context>
 <context>
