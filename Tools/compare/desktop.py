@@ -20,6 +20,14 @@ class Desktop:
         self.environment = {}
 
     def __enter__(self):
+        try:
+            self.begin()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def begin(self):
         reading, writing = os.pipe()
         server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{WIDTH}x{HEIGHT}x24",
                                    "-nolisten", "tcp"], pass_fds=[writing], stderr=subprocess.DEVNULL)
@@ -35,9 +43,9 @@ class Desktop:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
         self.processes.append(subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL,
                                                stderr=subprocess.DEVNULL))
-        for _ in range(200):
+        for _ in range(600):
             if "window id" in self.output_of("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"):
-                return self
+                return
             time.sleep(0.05)
         raise RuntimeError("the window manager did not start")
 
