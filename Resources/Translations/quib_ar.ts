@@ -487,6 +487,17 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>“%1” could not be written.</source>
         <translation>تعذّرت كتابة «%1».</translation>
     </message>
+    <message numerus="yes">
+        <source>%n found</source>
+        <translation>
+            <numerusform>لا نتائج</numerusform>
+            <numerusform>نتيجة واحدة</numerusform>
+            <numerusform>نتيجتان</numerusform>
+            <numerusform>%n نتائج</numerusform>
+            <numerusform>%n نتيجة</numerusform>
+            <numerusform>%n نتيجة</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -1707,12 +1718,12 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>فتح في Quib</translation>
     </message>
     <message>
-        <source>Go on in the main window (Ctrl+Return)</source>
-        <translation>المتابعة في النافذة الرئيسية (Ctrl+Return)</translation>
-    </message>
-    <message>
         <source>Close Window</source>
         <translation>إغلاق النافذة</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+O)</source>
+        <translation>المتابعة في النافذة الرئيسية (Ctrl+O)</translation>
     </message>
 </context>
 <context>

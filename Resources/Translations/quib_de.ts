@@ -471,6 +471,13 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <source>“%1” could not be written.</source>
         <translation>„%1“ konnte nicht geschrieben werden.</translation>
     </message>
+    <message numerus="yes">
+        <source>%n found</source>
+        <translation>
+            <numerusform>%n gefunden</numerusform>
+            <numerusform>%n gefunden</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -1679,12 +1686,12 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <translation>In Quib öffnen</translation>
     </message>
     <message>
-        <source>Go on in the main window (Ctrl+Return)</source>
-        <translation>Im Hauptfenster weiterschreiben (Strg+Eingabe)</translation>
-    </message>
-    <message>
         <source>Close Window</source>
         <translation>Fenster schließen</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+O)</source>
+        <translation>Im Hauptfenster weiterschreiben (Strg+O)</translation>
     </message>
 </context>
 <context>

@@ -34,6 +34,13 @@
             <numerusform>The tag #%1 was taken out of %n notes.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n found</source>
+        <translation>
+            <numerusform>%n found</numerusform>
+            <numerusform>%n found</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPage</name>

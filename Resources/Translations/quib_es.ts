@@ -471,6 +471,13 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <source>“%1” could not be written.</source>
         <translation>No se pudo escribir «%1».</translation>
     </message>
+    <message numerus="yes">
+        <source>%n found</source>
+        <translation>
+            <numerusform>%n encontrada</numerusform>
+            <numerusform>%n encontradas</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -1679,12 +1686,12 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <translation>Abrir en Quib</translation>
     </message>
     <message>
-        <source>Go on in the main window (Ctrl+Return)</source>
-        <translation>Continuar en la ventana principal (Ctrl+Intro)</translation>
-    </message>
-    <message>
         <source>Close Window</source>
         <translation>Cerrar la ventana</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+O)</source>
+        <translation>Continuar en la ventana principal (Ctrl+O)</translation>
     </message>
 </context>
 <context>

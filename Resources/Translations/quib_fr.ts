@@ -471,6 +471,13 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <source>“%1” could not be written.</source>
         <translation>Impossible d’écrire «&#xa0;%1&#xa0;».</translation>
     </message>
+    <message numerus="yes">
+        <source>%n found</source>
+        <translation>
+            <numerusform>%n trouvée</numerusform>
+            <numerusform>%n trouvées</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -1679,12 +1686,12 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <translation>Ouvrir dans Quib</translation>
     </message>
     <message>
-        <source>Go on in the main window (Ctrl+Return)</source>
-        <translation>Continuer dans la fenêtre principale (Ctrl+Entrée)</translation>
-    </message>
-    <message>
         <source>Close Window</source>
         <translation>Fermer la fenêtre</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+O)</source>
+        <translation>Continuer dans la fenêtre principale (Ctrl+O)</translation>
     </message>
 </context>
 <context>

@@ -471,6 +471,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>“%1” could not be written.</source>
         <translation>Impossibile scrivere «%1».</translation>
     </message>
+    <message numerus="yes">
+        <source>%n found</source>
+        <translation>
+            <numerusform>%n trovata</numerusform>
+            <numerusform>%n trovate</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -1679,12 +1686,12 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>Apri in Quib</translation>
     </message>
     <message>
-        <source>Go on in the main window (Ctrl+Return)</source>
-        <translation>Continua nella finestra principale (Ctrl+Invio)</translation>
-    </message>
-    <message>
         <source>Close Window</source>
         <translation>Chiudi la finestra</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+O)</source>
+        <translation>Continua nella finestra principale (Ctrl+O)</translation>
     </message>
 </context>
 <context>

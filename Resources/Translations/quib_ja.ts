@@ -467,6 +467,12 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>“%1” could not be written.</source>
         <translation>「%1」に書き込めませんでした。</translation>
     </message>
+    <message numerus="yes">
+        <source>%n found</source>
+        <translation>
+            <numerusform>%n 件</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -1672,12 +1678,12 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>Quib で開く</translation>
     </message>
     <message>
-        <source>Go on in the main window (Ctrl+Return)</source>
-        <translation>メインウィンドウで続ける (Ctrl+Return)</translation>
-    </message>
-    <message>
         <source>Close Window</source>
         <translation>ウィンドウを閉じる</translation>
+    </message>
+    <message>
+        <source>Go on in the main window (Ctrl+O)</source>
+        <translation>メインウィンドウで続ける (Ctrl+O)</translation>
     </message>
 </context>
 <context>
