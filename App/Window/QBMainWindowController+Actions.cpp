@@ -93,6 +93,7 @@ void QBMainWindowController::makeActions()
     addCommand(u"restore"_s, tr("Put Back"), {}, [this] { m_notes->restoreNotes(); });
     addCommand(u"copy-link"_s, tr("Copy Link to Note"), key(Qt::CTRL | Qt::ALT | Qt::Key_L),
                [this] { copyNoteLinks(); });
+    addCommand(u"print"_s, tr("Print…"), QKeySequence::Print, [this] { printNote(); });
     addCommand(u"close-window"_s, tr("Close Window"), QKeySequence::Close, [this] { close(); });
     addCommand(u"quit"_s, tr("Quit"), key(Qt::CTRL | Qt::Key_Q), [this] {
         if (m_terminate) {
@@ -214,8 +215,9 @@ void QBMainWindowController::makeMenus()
         }
         return menu;
     };
-    fill(menuBar()->addMenu(tr("&File")), {"new-note"_L1, "new-note-in-window"_L1, "quick-note"_L1, ""_L1,
-                                           "quick-open"_L1, "open-in-window"_L1, ""_L1, "close-window"_L1, "quit"_L1});
+    fill(menuBar()->addMenu(tr("&File")),
+         {"new-note"_L1, "new-note-in-window"_L1, "quick-note"_L1, ""_L1, "quick-open"_L1, "open-in-window"_L1, ""_L1,
+          "print"_L1, ""_L1, "close-window"_L1, "quit"_L1});
     QMenu *edit = fill(menuBar()->addMenu(tr("&Edit")), {"undo"_L1, "redo"_L1, ""_L1, "cut"_L1, "copy"_L1, "paste"_L1,
                                                          "select-all"_L1, ""_L1, "search-notes"_L1, "search-help"_L1});
     // The names of what can be undone change without the window being told.

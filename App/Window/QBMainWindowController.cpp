@@ -292,6 +292,8 @@ void QBMainWindowController::updateEmptyStates()
                    tr("Give it a title, tag it with a #word, tick things off with a dash at the start of a line. "
                       "Everything is saved as you type."),
                    tr("New Note"));
+    } else if (rows == 0 && !search.isEmpty()) {
+        empty.show(tr("Nothing found"), tr("Try fewer words, or look in all notes."), QString());
     } else {
         empty.show(tr("No note selected"), tr("Choose one from the list, or press Ctrl+O to open it by its title."),
                    QString());
@@ -332,6 +334,7 @@ void QBMainWindowController::updateActions()
     enable(u"remove-tag"_s, hasSelection && isTag);
     enable(u"copy-link"_s, hasSelection);
     enable(u"open-in-window"_s, hasSelection);
+    enable(u"print"_s, selected.size() == 1);
     enable(u"rename-tag"_s, isTag);
     enable(u"delete-tag"_s, isTag);
     enable(u"tag-symbol"_s, isTag);

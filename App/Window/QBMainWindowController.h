@@ -146,6 +146,9 @@ private:
     void openSearchHelp();
     void copyNoteLinks();
 
+    // QBMainWindowController+Printing.cpp
+    void printNote();
+
     // QBMainWindowController+Tags.cpp
 
     /// A note whose text a command on a tag changed.
