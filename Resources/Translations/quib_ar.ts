@@ -498,6 +498,26 @@ We highly suggest not to exit from Quib during the whole process.</source>
             <numerusform>%n نتيجة</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Print…</source>
+        <translation>طباعة…</translation>
+    </message>
+    <message>
+        <source>Print Note</source>
+        <translation>طباعة الملاحظة</translation>
+    </message>
+    <message>
+        <source>“%1” could not be printed.</source>
+        <translation>تعذّرت طباعة «%1».</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>لا توجد نتائج</translation>
+    </message>
+    <message>
+        <source>Try fewer words, or look in all notes.</source>
+        <translation>جرّب كلمات أقل، أو ابحث في جميع الملاحظات.</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>

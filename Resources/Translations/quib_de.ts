@@ -478,6 +478,26 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
             <numerusform>%n gefunden</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Print…</source>
+        <translation>Drucken…</translation>
+    </message>
+    <message>
+        <source>Print Note</source>
+        <translation>Notiz drucken</translation>
+    </message>
+    <message>
+        <source>“%1” could not be printed.</source>
+        <translation>„%1“ konnte nicht gedruckt werden.</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>Nichts gefunden</translation>
+    </message>
+    <message>
+        <source>Try fewer words, or look in all notes.</source>
+        <translation>Versuch es mit weniger Wörtern oder suche in allen Notizen.</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>

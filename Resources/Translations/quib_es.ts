@@ -478,6 +478,26 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
             <numerusform>%n encontradas</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Print…</source>
+        <translation>Imprimir…</translation>
+    </message>
+    <message>
+        <source>Print Note</source>
+        <translation>Imprimir nota</translation>
+    </message>
+    <message>
+        <source>“%1” could not be printed.</source>
+        <translation>No se ha podido imprimir «%1».</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>No se ha encontrado nada</translation>
+    </message>
+    <message>
+        <source>Try fewer words, or look in all notes.</source>
+        <translation>Prueba con menos palabras o busca en todas las notas.</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>

@@ -478,6 +478,26 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
             <numerusform>%n trouvées</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Print…</source>
+        <translation>Imprimer…</translation>
+    </message>
+    <message>
+        <source>Print Note</source>
+        <translation>Imprimer la note</translation>
+    </message>
+    <message>
+        <source>“%1” could not be printed.</source>
+        <translation>« %1 » n’a pas pu être imprimée.</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>Aucun résultat</translation>
+    </message>
+    <message>
+        <source>Try fewer words, or look in all notes.</source>
+        <translation>Essayez avec moins de mots, ou cherchez dans toutes les notes.</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>

@@ -478,6 +478,26 @@ We highly suggest not to exit from Quib during the whole process.</source>
             <numerusform>%n trovate</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Print…</source>
+        <translation>Stampa…</translation>
+    </message>
+    <message>
+        <source>Print Note</source>
+        <translation>Stampa nota</translation>
+    </message>
+    <message>
+        <source>“%1” could not be printed.</source>
+        <translation>Non è stato possibile stampare “%1”.</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>Nessun risultato</translation>
+    </message>
+    <message>
+        <source>Try fewer words, or look in all notes.</source>
+        <translation>Prova con meno parole, o cerca in tutte le note.</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>

@@ -473,6 +473,26 @@ We highly suggest not to exit from Quib during the whole process.</source>
             <numerusform>%n 件</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Print…</source>
+        <translation>プリント…</translation>
+    </message>
+    <message>
+        <source>Print Note</source>
+        <translation>ノートをプリント</translation>
+    </message>
+    <message>
+        <source>“%1” could not be printed.</source>
+        <translation>“%1”をプリントできませんでした。</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>見つかりませんでした</translation>
+    </message>
+    <message>
+        <source>Try fewer words, or look in all notes.</source>
+        <translation>言葉を減らすか、すべてのノートで検索してみてください。</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
