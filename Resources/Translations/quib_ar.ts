@@ -512,11 +512,11 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
     <message>
         <source>Nothing found</source>
-        <translation>لا توجد نتائج</translation>
+        <translation>لا نتائج</translation>
     </message>
     <message>
         <source>Try fewer words, or look in all notes.</source>
-        <translation>جرّب كلمات أقل، أو ابحث في جميع الملاحظات.</translation>
+        <translation>جرّب كلمات أقل، أو ابحث في كل الملاحظات.</translation>
     </message>
 </context>
 <context>

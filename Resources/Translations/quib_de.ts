@@ -480,7 +480,7 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     </message>
     <message>
         <source>Print…</source>
-        <translation>Drucken…</translation>
+        <translation>Drucken …</translation>
     </message>
     <message>
         <source>Print Note</source>
@@ -496,7 +496,7 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     </message>
     <message>
         <source>Try fewer words, or look in all notes.</source>
-        <translation>Versuch es mit weniger Wörtern oder suche in allen Notizen.</translation>
+        <translation>Versuchen Sie es mit weniger Wörtern, oder suchen Sie in allen Notizen.</translation>
     </message>
 </context>
 <context>

@@ -484,19 +484,19 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     </message>
     <message>
         <source>Print Note</source>
-        <translation>Imprimir nota</translation>
+        <translation>Imprimir la nota</translation>
     </message>
     <message>
         <source>“%1” could not be printed.</source>
-        <translation>No se ha podido imprimir «%1».</translation>
+        <translation>No se pudo imprimir «%1».</translation>
     </message>
     <message>
         <source>Nothing found</source>
-        <translation>No se ha encontrado nada</translation>
+        <translation>No se encontró nada</translation>
     </message>
     <message>
         <source>Try fewer words, or look in all notes.</source>
-        <translation>Prueba con menos palabras o busca en todas las notas.</translation>
+        <translation>Pruebe con menos palabras o busque en todas las notas.</translation>
     </message>
 </context>
 <context>

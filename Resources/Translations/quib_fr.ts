@@ -488,7 +488,7 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     </message>
     <message>
         <source>“%1” could not be printed.</source>
-        <translation>« %1 » n’a pas pu être imprimée.</translation>
+        <translation>Impossible d’imprimer «&#xa0;%1&#xa0;».</translation>
     </message>
     <message>
         <source>Nothing found</source>
@@ -496,7 +496,7 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     </message>
     <message>
         <source>Try fewer words, or look in all notes.</source>
-        <translation>Essayez avec moins de mots, ou cherchez dans toutes les notes.</translation>
+        <translation>Essayez moins de mots, ou cherchez dans toutes les notes.</translation>
     </message>
 </context>
 <context>

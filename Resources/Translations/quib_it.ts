@@ -484,11 +484,11 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
     <message>
         <source>Print Note</source>
-        <translation>Stampa nota</translation>
+        <translation>Stampa la nota</translation>
     </message>
     <message>
         <source>“%1” could not be printed.</source>
-        <translation>Non è stato possibile stampare “%1”.</translation>
+        <translation>Impossibile stampare «%1».</translation>
     </message>
     <message>
         <source>Nothing found</source>
@@ -496,7 +496,7 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
     <message>
         <source>Try fewer words, or look in all notes.</source>
-        <translation>Prova con meno parole, o cerca in tutte le note.</translation>
+        <translation>Prova con meno parole o cerca in tutte le note.</translation>
     </message>
 </context>
 <context>

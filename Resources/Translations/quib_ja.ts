@@ -475,23 +475,23 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
     <message>
         <source>Print…</source>
-        <translation>プリント…</translation>
+        <translation>印刷…</translation>
     </message>
     <message>
         <source>Print Note</source>
-        <translation>ノートをプリント</translation>
+        <translation>ノートを印刷</translation>
     </message>
     <message>
         <source>“%1” could not be printed.</source>
-        <translation>“%1”をプリントできませんでした。</translation>
+        <translation>「%1」を印刷できませんでした。</translation>
     </message>
     <message>
         <source>Nothing found</source>
-        <translation>見つかりませんでした</translation>
+        <translation>見つかりません</translation>
     </message>
     <message>
         <source>Try fewer words, or look in all notes.</source>
-        <translation>言葉を減らすか、すべてのノートで検索してみてください。</translation>
+        <translation>単語を減らすか、すべてのノートを検索してください。</translation>
     </message>
 </context>
 <context>
