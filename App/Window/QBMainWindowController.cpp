@@ -183,6 +183,9 @@ void QBMainWindowController::makeColumns()
             showNote(*note);
         }
     });
+    // A note gets its title by its first save.
+    connect(&m_editor->editor(), &QBNoteEditorViewController::noteWasSaved, this,
+            &QBMainWindowController::updateActions);
     connect(m_editor, &EditorPane::attachingFailed, this, [this](const QString &fileName) {
         m_messages->say(tr("“%1” could not be taken into the note.").arg(fileName));
     });
