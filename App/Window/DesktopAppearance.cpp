@@ -1,6 +1,6 @@
 #include "DesktopAppearance.h"
 
-#include <QDBusMessage>
+#include <QDBusVariant>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -38,8 +38,7 @@ DesktopAppearance::DesktopAppearance(QDBusConnection bus, QObject *parent)
     if (!bus.isConnected()) {
         return;
     }
-    bus.connect(kService, kPath, kInterface, u"SettingChanged"_s, this,
-                SLOT(settingDidChange(QString, QString, QDBusVariant)));
+    bus.connect(kService, kPath, kInterface, u"SettingChanged"_s, this, SLOT(settingDidChange(QDBusMessage)));
     QDBusMessage question = QDBusMessage::createMethodCall(kService, kPath, kInterface, u"Read"_s);
     question.setArguments({QString(kGroup), QString(kKey)});
     const QDBusMessage answer = bus.call(question, QDBus::Block, kPatience);
@@ -48,10 +47,11 @@ DesktopAppearance::DesktopAppearance(QDBusConnection bus, QObject *parent)
     }
 }
 
-void DesktopAppearance::settingDidChange(const QString &group, const QString &key, const QDBusVariant &value)
+void DesktopAppearance::settingDidChange(const QDBusMessage &message)
 {
-    if (group == kGroup && key == kKey) {
-        take(unwrapped(value.variant()).toUInt());
+    const QVariantList arguments = message.arguments();
+    if (arguments.size() == 3 && arguments[0].toString() == kGroup && arguments[1].toString() == kKey) {
+        take(unwrapped(arguments[2]).toUInt());
     }
 }
 

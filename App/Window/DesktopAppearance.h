@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QObject>
 
 namespace quib {
@@ -21,7 +21,7 @@ Q_SIGNALS:
     void didChange(bool isDark);
 
 private Q_SLOTS:
-    void settingDidChange(const QString &group, const QString &key, const QDBusVariant &value);
+    void settingDidChange(const QDBusMessage &message);
 
 private:
     void take(uint scheme);

@@ -261,7 +261,7 @@ TEST_F(DesktopTies, DarkAndLightAreFollowedAsTheyChange)
     for (const uint scheme : {1U, 1U, 2U, 1U, 0U}) {
         desktop->setColorScheme(scheme);
     }
-    ASSERT_TRUE(waitFor([&told] { return told.size() == 4; }));
+    ASSERT_TRUE(waitFor([&told] { return told.size() == 4; })) << testing::PrintToString(told) << appearance.isDark();
     EXPECT_EQ(told, (QList<bool>{true, false, true, false}));
     EXPECT_FALSE(appearance.isDark());
 }
