@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace quib::tests {
 namespace {
 
-const QByteArray kPNG("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\1\0\0\0\1\x08\6\0\0\0", 33);
+const QByteArray kPNG("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\1\0\0\0\1\x08\6\0\0\0\x1F\x15\xC4\x89", 33);
 const QByteArray kGIF("GIF89a\1\0\1\0\0\0\0;");
 
 class QBURLHelperTest : public StoreFixture
