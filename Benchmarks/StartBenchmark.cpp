@@ -8,6 +8,7 @@
 //   by itself.
 
 #include <Support/CorpusGenerator.h>
+#include <Support/CorpusProfile.h>
 #include <Support/Measure.h>
 #include <Support/RawBaselines.h>
 
@@ -89,27 +90,6 @@ void require(bool condition, const char *what)
     ::_exit(0);
 }
 
-/// Fills the profile in force.
-void fill(qsizetype count)
-{
-    QBNotesPreferenceManager preferences;
-    QBNotesPreferenceManager::setSharedPreferenceManager(&preferences);
-    QBCoreDataStack stack;
-    QBCoreDataStack::setSharedStack(&stack);
-    stack.setupStackWithDelegate({});
-    const CorpusGenerator generator;
-    NSManagedObjectContext &context = *stack.managedObjectContext();
-    for (qsizetype i = 0; i < count; ++i) {
-        static_cast<void>(QBNote::noteWithText(generator.text(i), 0, context));
-        if (i % 10'000 == 9'999) {
-            stack.saveUsingCoalescence(false);
-            context.reset();
-        }
-    }
-    stack.saveUsingCoalescence(false);
-    QBNotesPreferenceManager::setSharedPreferenceManager(nullptr);
-}
-
 Timing rawRead()
 {
     QByteArray covered = "SELECT _pk, _version";
@@ -127,12 +107,12 @@ void measureStarts(Report &report, const QString &program)
     const QTemporaryDir folder;
     quib::Profile::setRoot(folder.path());
     qputenv("QUIB_PROFILE", folder.path().toUtf8());
-    fill(0);
+    fillProfileWithCorpus(0);
     const auto empty = measureProgram({program, u"--start"_s});
     const QTemporaryDir full;
     quib::Profile::setRoot(full.path());
     qputenv("QUIB_PROFILE", full.path().toUtf8());
-    fill(sizeForRun(100'000, 300));
+    fillProfileWithCorpus(sizeForRun(100'000, 300));
     const auto started = measureProgram({program, u"--start"_s});
     require(started && empty, "the application did not start");
     const Timing baseline = rawRead();

@@ -11,6 +11,7 @@
 //   Both by the clock and of the main thread, which is what counts where the machine has other work.
 
 #include <Support/CorpusGenerator.h>
+#include <Support/CorpusProfile.h>
 #include <Support/Measure.h>
 
 #include <Files/Profile.h>
@@ -73,27 +74,6 @@ double residentMemory()
     QFile file(u"/proc/self/statm"_s);
     require(file.open(QIODevice::ReadOnly), "the process cannot look at itself");
     return file.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / kMegabyte;
-}
-
-/// Fills the profile in force.
-void fill(qsizetype count)
-{
-    QBNotesPreferenceManager preferences;
-    QBNotesPreferenceManager::setSharedPreferenceManager(&preferences);
-    QBCoreDataStack stack;
-    QBCoreDataStack::setSharedStack(&stack);
-    stack.setupStackWithDelegate({});
-    const CorpusGenerator generator;
-    NSManagedObjectContext &context = *stack.managedObjectContext();
-    for (qsizetype i = 0; i < count; ++i) {
-        static_cast<void>(QBNote::noteWithText(generator.text(i), 0, context));
-        if (i % 10'000 == 9'999) {
-            stack.saveUsingCoalescence(false);
-            context.reset();
-        }
-    }
-    stack.saveUsingCoalescence(false);
-    QBNotesPreferenceManager::setSharedPreferenceManager(nullptr);
 }
 
 /// Everything that has been asked for is done and painted.
@@ -253,13 +233,13 @@ int main(int argc, char **argv)
     }
     const QCoreApplication application(argc, argv);
     if (mode == "--fill") {
-        fill(argc > 2 ? std::atoi(argv[2]) : 0);
+        fillProfileWithCorpus(argc > 2 ? std::atoi(argv[2]) : 0);
         return 0;
     }
     const QTemporaryDir emptyFolder;
     const QTemporaryDir fullFolder;
     quib::Profile::setRoot(fullFolder.path());
-    fill(sizeForRun(100'000, 100));
+    fillProfileWithCorpus(sizeForRun(100'000, 100));
     const QJsonObject empty = starts(emptyFolder.path());
     const QJsonObject full = starts(fullFolder.path());
     const QJsonObject work = run(u"--work"_s, fullFolder.path());
