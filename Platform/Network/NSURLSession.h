@@ -11,7 +11,7 @@
 #include <memory>
 #include <vector>
 
-class QNetworkAccessManager;
+class TransferLoop;
 
 /// The domain of what can go wrong between a request and its answer.
 inline constexpr QLatin1StringView kNSURLErrorDomain{"NSURLErrorDomain"};
@@ -36,7 +36,7 @@ enum class NSURLErrorCode : qint64
 /// How far the tasks of a session go. A value.
 struct NSURLSessionConfiguration
 {
-    /// How long a server may send nothing. Units: seconds.
+    /// How long a server may send nothing of a body, and how long it may take to begin one. Units: seconds.
     double timeoutIntervalForRequest = 30;
     /// How long one task may last in all, redirects included. Units: seconds.
     double timeoutIntervalForResource = 300;
@@ -102,7 +102,7 @@ private:
     class Task;
 
     NSURLSessionConfiguration m_configuration;
-    std::unique_ptr<QNetworkAccessManager> m_manager;
+    std::unique_ptr<TransferLoop> m_loop;
     std::vector<std::shared_ptr<Task>> m_tasks;                  ///< those under way
     std::shared_ptr<char> m_life = std::make_shared<char>('\0'); ///< tells late blocks whether this is still there
 };

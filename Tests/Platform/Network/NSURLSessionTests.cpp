@@ -340,14 +340,48 @@ TEST_F(NSURLSessionTest, OutlivesServersThatSpeakNonsense)
 
 TEST_F(NSURLSessionTest, EndsAnAnswerWhoseHeadersNeverEnd)
 {
-    server.flood("/headers", "HTTP/1.1 200 OK\r\n", QByteArray("X-Filler: 0123456789\r\n").repeated(3000));
+    // As fast as they can be read: the connection goes with the task, whatever is still on its way.
+    for (const QByteArray each : {"X-Filler: 0123456789\r\n", "x", "\r\nHTTP/1.1 103 Early Hints\r\n"}) {
+        const int before = server.disconnections();
+        server.flood("/headers", "HTTP/1.1 103 Early Hints\r\n", each.repeated(3000));
+        fetch(server.url(u"/headers"_s));
+        EXPECT_TRUE(outcome.error && outcome.error->isSet()) << each.toStdString();
+        EXPECT_EQ(outcome.responses, 0);
+        EXPECT_TRUE(runUntil([this, before] { return server.disconnections() == before + 1; }));
+    }
+}
+
+TEST_F(NSURLSessionTest, TakesNoHeadersForAnAnswer)
+{
+    QTcpSocket *connection = nullptr;
+    server.on("/headers", [&connection](QTcpSocket &socket) {
+        connection = &socket;
+        socket.write("HTTP/1.1 200 OK\r\nX-Filler: 0123456789\r\n");
+    });
     start(server.url(u"/headers"_s));
-    // Headers are no answer yet: they do not put off the time by which it must begin.
-    ASSERT_TRUE(runUntil([this] { return server.bytesWritten() > 500'000; }));
-    clock.advance(31);
+    ASSERT_TRUE(runUntil([&connection] { return connection != nullptr; }));
+    clock.advance(20);
+    connection->write("X-More: 0123456789\r\n");
+    ASSERT_TRUE(runUntil([&connection] { return connection->bytesToWrite() == 0; }));
+    clock.advance(11);
     ASSERT_TRUE(runUntil([this] { return outcome.error.has_value(); }));
     expectError(NSURLErrorCode::TimedOut);
     EXPECT_TRUE(runUntil([this] { return server.disconnections() == 1; }));
+}
+
+TEST_F(NSURLSessionTest, ReadsWhatComesAroundAnAnswer)
+{
+    // An interim answer, a line that goes on, names in any case, and lines behind the body.
+    server.answer("/page", "HTTP/1.1 103 Early Hints\r\nLink: </style.css>\r\n\r\n"
+                           "HTTP/1.1 200 OK\r\nx-thing:one\r\n two\r\nTRANSFER-ENCODING: chunked\r\n\r\n"
+                           "5\r\nhello\r\n0\r\nX-Behind: 1\r\n\r\n");
+    fetch(server.url(u"/page"_s));
+    EXPECT_EQ(outcome.responses, 1);
+    EXPECT_EQ(outcome.response.valueForHTTPHeaderField("X-Thing"), "one two");
+    EXPECT_EQ(outcome.response.valueForHTTPHeaderField("Link"), "");
+    EXPECT_EQ(outcome.response.valueForHTTPHeaderField("X-Behind"), "");
+    EXPECT_EQ(outcome.data, "hello");
+    EXPECT_EQ(outcome.code(), 0);
 }
 
 TEST_F(NSURLSessionTest, NamesWhatIsWrongWithTheServer)
@@ -364,6 +398,15 @@ TEST_F(NSURLSessionTest, NamesWhatIsWrongWithTheServer)
     closed.close();
     fetch(QUrl(u"http://127.0.0.1:%1/"_s.arg(port)));
     expectError(NSURLErrorCode::CannotConnectToHost);
+    QTcpServer plain;
+    plain.listen(QHostAddress::LocalHost);
+    QObject::connect(&plain, &QTcpServer::newConnection, &plain, [&plain] {
+        QTcpSocket *const socket = plain.nextPendingConnection();
+        socket->write("HTTP/1.1 400 Bad Request\r\n\r\n");
+        socket->disconnectFromHost();
+    });
+    fetch(QUrl(u"https://127.0.0.1:%1/"_s.arg(plain.serverPort())));
+    expectError(NSURLErrorCode::SecureConnectionFailed);
 }
 
 TEST_F(NSURLSessionTest, GathersABodyForThoseWhoWantItWhole)
