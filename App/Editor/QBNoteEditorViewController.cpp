@@ -28,7 +28,6 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
-#include <QWheelEvent>
 
 #include <algorithm>
 #include <utility>
@@ -46,8 +45,8 @@ constexpr qsizetype kMostHighlights = 2000;
 constexpr double kSmallestZoom = 8;
 constexpr double kLargestZoom = 72;
 constexpr double kThumbnailHeight = 160;
-/// One step of a wheel. Units: eighths of a degree.
-constexpr int kWheelStep = 120;
+/// So long after the last change of the width pictures are loaded in their new sizes. Units: seconds.
+constexpr double kPictureDelay = 0.3;
 
 /// Of the text as it lies in memory, attachments and all: what can be undone fits no other.
 size_t hashOfText(QStringView text)
@@ -76,6 +75,8 @@ QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
     m_view->installEventFilter(this);
     m_view->viewport()->installEventFilter(this);
     m_spelling = new NoteTextViewSpelling(*m_view);
+    connect(m_view, &QBNoteTextView::zoomWasAsked, this, &QBNoteEditorViewController::zoomBySteps);
+    connect(m_view, &QBNoteTextView::columnWidthDidChange, this, &QBNoteEditorViewController::growPictures);
     setFocusProxy(m_view);
     makeWidgets();
     makeActions();
@@ -311,6 +312,47 @@ void QBNoteEditorViewController::attachmentDidChange(QBNotesTextAttachment &atta
     });
 }
 
+void QBNoteEditorViewController::growPictures()
+{
+    m_configurator.setMaxAttachmentWidth(m_view->layoutManager().columnWidth());
+    bool hasGrown = false;
+    forEachPicture([&](QBImageTextAttachment &picture, QSizeF shownSize) {
+        // In a narrower column the layout makes them smaller, and they keep what they have.
+        if (shownSize.width() > picture.attachmentImageSize().width()) {
+            picture.setAttachmentImageSize(shownSize);
+            hasGrown = true;
+        }
+    });
+    if (hasGrown) {
+        m_pictureTimer = Clock::shared().schedule(kPictureDelay, [this] { loadGrownPictures(); });
+    }
+}
+
+void QBNoteEditorViewController::loadGrownPictures()
+{
+    const double scale = m_configurator.scale();
+    forEachPicture([&](QBImageTextAttachment &picture, QSizeF shownSize) {
+        const QSizeF wanted = (shownSize * scale).boundedTo(picture.originalImageSize());
+        if (picture.attachmentImage().pixelSize().width() + 1 < wanted.width()) {
+            m_configurator.loadImageForImageAttachment(picture);
+        }
+    });
+}
+
+void QBNoteEditorViewController::forEachPicture(
+    const std::function<void(QBImageTextAttachment &picture, QSizeF shownSize)> &block)
+{
+    m_stack.noteTextStorage().enumerateFilesAttachmentsUsingBlock(
+        [&](QBGenericFileTextAttachment &attachment, NSRange /*range*/) {
+            auto *picture = dynamic_cast<QBImageTextAttachment *>(&attachment);
+            if (picture != nullptr && !picture->originalImageSize().isEmpty()) {
+                bool isScaled = false;
+                const QSizeF size = m_configurator.imageThumbSizeForImageSize(picture->originalImageSize(), &isScaled);
+                block(*picture, isScaled ? size / m_configurator.scale() : size);
+            }
+        });
+}
+
 bool QBNoteEditorViewController::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_view && event->type() == QEvent::FocusOut) {
@@ -327,43 +369,29 @@ bool QBNoteEditorViewController::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
     }
-    if (watched == m_view->viewport() && event->type() == QEvent::Wheel) {
-        const auto &wheel = static_cast<const QWheelEvent &>(*event);
-        if ((wheel.modifiers() & Qt::ControlModifier) != 0) {
-            zoomByWheel(wheel);
-            return true;
-        }
-    }
     return QWidget::eventFilter(watched, event);
-}
-
-void QBNoteEditorViewController::zoomByWheel(const QWheelEvent &event)
-{
-    // A fine wheel zooms once it has come as far as a step of a coarse one.
-    m_wheeled += event.angleDelta().y();
-    for (; m_wheeled >= kWheelStep; m_wheeled -= kWheelStep) {
-        zoomIn();
-    }
-    for (; m_wheeled <= -kWheelStep; m_wheeled += kWheelStep) {
-        zoomOut();
-    }
 }
 
 // Zoom
 
 void QBNoteEditorViewController::zoomIn()
 {
-    setZoom(std::min(m_stack.themeManager()->baseFontSize() + 1, kLargestZoom));
+    zoomBySteps(1);
 }
 
 void QBNoteEditorViewController::zoomOut()
 {
-    setZoom(std::max(m_stack.themeManager()->baseFontSize() - 1, kSmallestZoom));
+    zoomBySteps(-1);
 }
 
 void QBNoteEditorViewController::resetZoom()
 {
     setZoom(0);
+}
+
+void QBNoteEditorViewController::zoomBySteps(int steps)
+{
+    setZoom(std::clamp(m_stack.themeManager()->baseFontSize() + steps, kSmallestZoom, kLargestZoom));
 }
 
 void QBNoteEditorViewController::setZoom(double size)

@@ -229,7 +229,13 @@ private:
     void highlightSearch();
     void attachmentDidChange(QBNotesTextAttachment &attachment);
     void setZoom(double size);
-    void zoomByWheel(const QWheelEvent &event);
+    void zoomBySteps(int steps);
+    /// Pictures take the room that a wider column has; those that are larger than what was loaded are loaded once it
+    /// keeps its width.
+    void growPictures();
+    void loadGrownPictures();
+    /// With the size that each has in the column.
+    void forEachPicture(const std::function<void(QBImageTextAttachment &picture, QSizeF shownSize)> &block);
     void changeLineWidth(double change);
 
     // QBNoteEditorViewController+Preferences.cpp
@@ -277,10 +283,10 @@ private:
     std::unique_ptr<quib::TimerToken> m_autoSaveTimer;
     std::unique_ptr<quib::UnsavedTextJournal> m_journal;
     std::unique_ptr<quib::TimerToken> m_journalTimer; ///< set while there are keys that the journal has not seen
+    std::unique_ptr<quib::TimerToken> m_pictureTimer;
     std::shared_ptr<NSUndoManager> m_undoManager;
     QBEditorStateController m_states;
     QBNotePasteFromCoreController m_paste;
-    int m_wheeled = 0;          ///< what a wheel has turned of a step. Units: eighths of a degree
     bool m_hasNewFiles = false; ///< attachments that the store doesn't have yet
     QString m_search;
     std::vector<quib::ObservationToken> m_preferenceObservations;

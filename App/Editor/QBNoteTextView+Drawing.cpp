@@ -1,6 +1,9 @@
+#include "FindColors.h"
 #include "QBNoteTextView.h"
 
 #include <Graphics/GraphicsContext.h>
+#include <Graphics/NSBezierPath.h>
+#include <Markup/Attachments/QBNotesTextAttachment.h>
 #include <Markup/NotePainter.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
@@ -19,15 +22,25 @@ constexpr double kCaretWidth = 2;
 /// How wide a selected line end looks, in parts of the base font size.
 constexpr double kLineEndWidth = 0.35;
 constexpr double kFocusVeil = 0.62;
-const NSColor &highlightColor()
+/// The mark at a caret that tells which way the writing goes. Units: points.
+constexpr double kFlagWidth = 5;
+constexpr double kFlagHeight = 5;
+constexpr double kHighlightCorner = 3;
+/// How much of an attachment's text tells whether it looks as before: the mark of a box does, a fold's whole text need
+/// not be read.
+constexpr qsizetype kTellingUnits = 64;
+
+/// Of attachments that look alike, the same.
+size_t looksOf(const PlacedParagraph &paragraph)
 {
-    static const NSColor color = NSColor::colorWithRed(1.0, 0.82, 0.25, 0.45);
-    return color;
-}
-const NSColor &currentHighlightColor()
-{
-    static const NSColor color = NSColor::colorWithRed(1.0, 0.6, 0.1, 0.8);
-    return color;
+    size_t looks = 0;
+    for (const ParagraphLayout::PlacedAttachment &placed : paragraph.layout->attachments()) {
+        if (const auto *attachment = dynamic_cast<const QBNotesTextAttachment *>(placed.attachment.get())) {
+            const QString text = attachment->representedText();
+            looks = qHash(QStringView(text).first(std::min(text.size(), kTellingUnits)), looks);
+        }
+    }
+    return looks;
 }
 
 /// Has an area of the viewport painted.
@@ -66,7 +79,8 @@ double QBNoteTextView::overhang() const
 
 QRect QBNoteTextView::areaOfCaret(const QRectF &caret)
 {
-    return caret.isNull() ? QRect() : caret.adjusted(-kCaretWidth - 1, -1, kCaretWidth + 1, 1).toAlignedRect();
+    constexpr double kBeside = kCaretWidth + kFlagWidth;
+    return caret.isNull() ? QRect() : caret.adjusted(-kBeside, -1, kBeside, 1).toAlignedRect();
 }
 
 QBNoteTextView::ShownPicture QBNoteTextView::picture()
@@ -84,6 +98,7 @@ QBNoteTextView::ShownPicture QBNoteTextView::picture()
                                   .top = paragraph.origin.y() - top,
                                   .height = paragraph.height,
                                   .selected = selected,
+                                  .looks = looksOf(paragraph),
                                   .isVeiled = m_isFocusMode && isVeiled(paragraph, current)});
     }
     if (selection.length == 0) {
@@ -132,7 +147,7 @@ QRegion QBNoteTextView::areaOfChange(const ShownPicture &before, const ShownPict
             return each.number == paragraph.number;
         });
         if (found == before.paragraphs.end() || std::abs(found->top - paragraph.top) > 0.01 ||
-            found->isVeiled != paragraph.isVeiled) {
+            found->isVeiled != paragraph.isVeiled || found->looks != paragraph.looks) {
             addParagraph(paragraph);
             continue;
         }
@@ -230,8 +245,18 @@ void QBNoteTextView::paintArea(QPainter &painter, const QRectF &area)
     const NotePainter notePainter(m_stack.noteTextStorage().attributedString(), theme, m_layout.columnLeft(),
                                   m_layout.columnWidth());
     notePainter.drawBackground(context, paragraphs);
-    drawRanges(context, paragraphs, m_highlights, highlightColor(), m_currentHighlight);
+    const FindColors found = findColorsOfTheme(theme);
+    for (const QRectF &rect : rectsOfRanges(paragraphs, m_highlights)) {
+        context.fillRoundedRect(rect, kHighlightCorner, found.match);
+    }
     drawSelection(context, paragraphs);
+    if (m_currentHighlight >= 0 && m_currentHighlight < m_highlights.size()) {
+        // It is mostly selected too, and must be seen while the keyboard is elsewhere.
+        for (const QRectF &rect : rectsOfRanges(paragraphs, m_highlights.mid(m_currentHighlight, 1))) {
+            context.fillRoundedRect(rect, kHighlightCorner, found.current);
+            context.strokeRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), kHighlightCorner, found.currentEdge);
+        }
+    }
     notePainter.drawText(context, paragraphs);
     drawSpellingMarks(context, paragraphs);
     if (m_isFocusMode) {
@@ -276,28 +301,29 @@ void QBNoteTextView::drawSelection(GraphicsContext &context, const std::vector<P
     }
 }
 
-void QBNoteTextView::drawRanges(GraphicsContext &context, const std::vector<PlacedParagraph> &paragraphs,
-                                const QList<NSRange> &ranges, const NSColor &color, qsizetype current) const
+std::vector<QRectF> QBNoteTextView::rectsOfRanges(const std::vector<PlacedParagraph> &paragraphs,
+                                                  const QList<NSRange> &ranges)
 {
+    std::vector<QRectF> rects;
     if (ranges.isEmpty() || paragraphs.empty()) {
-        return;
+        return rects;
     }
     const qint64 start = paragraphs.front().range.location;
     const qint64 end = paragraphs.back().range.limit();
     auto range = std::lower_bound(ranges.begin(), ranges.end(), start,
                                   [](const NSRange &each, qint64 place) { return each.limit() <= place; });
     for (; range != ranges.end() && range->location < end; ++range) {
-        const bool isCurrent = std::distance(ranges.begin(), range) == current;
         for (const PlacedParagraph &paragraph : paragraphs) {
             const NSRange part = NSIntersectionRange(*range, paragraph.range);
             if (part.length == 0) {
                 continue;
             }
             for (const QRectF &rect : paragraph.textRectsForRange(part)) {
-                context.fillRoundedRect(rect.adjusted(-1, -1, 1, 1), 3, isCurrent ? currentHighlightColor() : color);
+                rects.push_back(rect.adjusted(-1, -1, 1, 1));
             }
         }
     }
+    return rects;
 }
 
 bool QBNoteTextView::isVeiled(const PlacedParagraph &paragraph, NSRange current)
@@ -332,6 +358,15 @@ void QBNoteTextView::drawCaret(GraphicsContext &context, qint64 location, bool u
     const QRectF caret = m_layout.caretRect(location, upstream);
     context.fillRoundedRect(QRectF(caret.left() - kCaretWidth / 2, caret.top(), kCaretWidth, caret.height()),
                             kCaretWidth / 2, color);
+    if (const auto isLeftwards = m_layout.isRightToLeftBefore(location)) {
+        const double x = caret.left() + (*isLeftwards ? -kCaretWidth : kCaretWidth) / 2;
+        NSBezierPath flag;
+        flag.moveToPoint({x, caret.top()});
+        flag.lineToPoint({x + (*isLeftwards ? -kFlagWidth : kFlagWidth), caret.top() + kFlagHeight / 2});
+        flag.lineToPoint({x, caret.top() + kFlagHeight});
+        flag.closePath();
+        context.fillPath(flag, color);
+    }
 }
 
 void QBNoteTextView::drawVeil(GraphicsContext &context, const std::vector<PlacedParagraph> &paragraphs,

@@ -2,6 +2,7 @@
 
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
+#include <Markup/Syntax/StylerSyntax.h>
 #include <Text/NSAttributeName.h>
 #include <Text/NSStringHelpers.h>
 
@@ -19,6 +20,8 @@ namespace {
 
 /// So many characters are undone at once at most.
 constexpr int kTypedTogether = 60;
+/// The marker of a heading of the deepest level, and as many hashes behind it. Units: UTF-16 units.
+constexpr qint64 kLongestHeadingStart = 13;
 
 /// Whether all that lies in a range stands for no text, so that nobody sees or saves it.
 bool isWithoutText(const NSAttributedString &text, NSRange range)
@@ -314,6 +317,33 @@ void QBNoteTextView::breakUndoCoalescing()
     }
 }
 
+std::optional<QBNoteTextView::Heading> QBNoteTextView::headingForText(QStringView text, NSRange replacedRange)
+{
+    // 1. The line up to what is written must be the marker of a heading and no more than hashes.
+    const NSRange paragraph = paragraphRange({replacedRange.location, 0});
+    const NSRange before = {paragraph.location, replacedRange.location - paragraph.location};
+    if (before.length == 0 || before.length > kLongestHeadingStart) {
+        return std::nullopt;
+    }
+    const QString start = m_stack.noteTextStorage().stringWithExpandedTextAttachmentsWithRange(before);
+    const auto &pattern = syntax::stylerRegularExpression(syntax::Construct::Header, m_stack.stylerManager()->syntax());
+    const auto marker = [&pattern](QStringView line) {
+        const auto match = pattern.firstMatchInString(line, 0, {0, line.size()});
+        return match && match->range().location == 0 ? match->range().length : 0;
+    };
+    const qsizetype markerLength = marker(start);
+    const QStringView hashes = QStringView(start).sliced(markerLength);
+    if (markerLength == 0 || std::any_of(hashes.cbegin(), hashes.cend(), [](QChar unit) { return unit != u'#'; })) {
+        return std::nullopt;
+    }
+    // 2. With what is written they must become one.
+    QString heading = hashes % text;
+    if (marker(heading) <= hashes.size()) {
+        return std::nullopt;
+    }
+    return Heading{NSUnionRange(before, replacedRange), std::move(heading)};
+}
+
 void QBNoteTextView::typeText(const QString &text)
 {
     const NSRange selection = selectedRange();
@@ -325,7 +355,8 @@ void QBNoteTextView::typeText(const QString &text)
         breakUndoCoalescing();
     }
     beginTyping();
-    insertText(text, selection);
+    const auto heading = headingForText(text, selection);
+    insertText(heading ? heading->text : text, heading ? heading->replaced : selection);
     didChangeText();
     m_typedLocation = m_caret;
     if (text.contains(u' ') && m_typedCount > kTypedTogether / 2) {

@@ -196,7 +196,11 @@ void QBNoteTextView::wheelEvent(QWheelEvent *event)
     }
     m_zoomAngle = 0;
     if (!event->pixelDelta().isNull()) {
-        scrollBy(-event->pixelDelta().y());
+        m_unscrolled -= event->pixelDelta().y();
+        const double step = scrollStep();
+        const double whole = std::trunc(m_unscrolled / step) * step;
+        m_unscrolled -= whole;
+        scrollBy(whole);
     } else {
         const double lines = -event->angleDelta().y() / kWheelStep * kWheelLines;
         scrollSmoothlyBy(lines * verticalScrollBar()->singleStep());

@@ -35,7 +35,8 @@ void QBNoteTextView::insertMimeData(const QMimeData &mimeData, NSRange range, bo
     if (text && !text->isEmpty()) {
         // One kind of line end, whatever program the text comes from.
         text->replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
-        replaceText(range, *text);
+        const auto heading = headingForText(*text, range);
+        replaceText(heading ? heading->replaced : range, heading ? heading->text : *text);
     }
 }
 

@@ -131,7 +131,9 @@ double QBNoteTextView::fillLastPage()
         }
         location = next;
     }
-    const double tooFar = wanted - std::ceil(below);
+    // Rather a little more room below than a way that cannot be moved.
+    const double step = scrollStep();
+    const double tooFar = std::floor((wanted - std::ceil(below)) / step) * step;
     if (tooFar <= 0) {
         return missing;
     }
@@ -145,10 +147,24 @@ double QBNoteTextView::fillLastPage()
     return missing;
 }
 
+double QBNoteTextView::scrollStep() const
+{
+    // At the usual fractions so many points at most are whole pixels.
+    constexpr double kLargestStep = 4;
+    const double ratio = viewport()->devicePixelRatioF();
+    for (double step = 1; step <= kLargestStep; ++step) {
+        if (isWhole(step * ratio)) {
+            return step;
+        }
+    }
+    return 1;
+}
+
 void QBNoteTextView::scrollBy(double distance)
 {
     updateChanged();
-    const double whole = std::round(distance);
+    const double step = scrollStep();
+    const double whole = std::round(distance / step) * step;
     m_scroll.offset += whole;
     const double moved = whole + fillLastPage();
     if (moved != 0) {
@@ -222,10 +238,11 @@ void QBNoteTextView::scrollSmoothlyBy(double distance)
         m_scrolling->setEasingCurve(QEasingCurve::OutCubic);
         // It counts the way, not the place: what is laid out meanwhile makes places other ones.
         connect(m_scrolling, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
-            const double step = std::round(value.toDouble() - m_scrolledWay);
-            if (step != 0) {
-                m_scrolledWay += step;
-                scrollBy(step);
+            const double step = scrollStep();
+            const double whole = std::round((value.toDouble() - m_scrolledWay) / step) * step;
+            if (whole != 0) {
+                m_scrolledWay += whole;
+                scrollBy(whole);
             }
         });
     }
@@ -260,7 +277,7 @@ void QBNoteTextView::ensureCaretVisible()
         } else if (caret.bottom() + kCaretMargin > top + page) {
             wanted = caret.bottom() + kCaretMargin - page;
         }
-        if (std::abs(wanted - top) < 1) {
+        if (std::abs(wanted - top) < scrollStep()) {
             break;
         }
         setScrollY(wanted < top ? std::floor(wanted) : std::ceil(wanted));

@@ -137,7 +137,6 @@ void QBNoteTextView::setNeedsDisplay()
     Q_EMIT attachmentsMayLookDifferent();
     m_hasMoved = true;
     setNeedsUpdate();
-    updateAll();
 }
 
 void QBNoteTextView::didUndoOrRedo()
@@ -170,7 +169,11 @@ void QBNoteTextView::layOutAnew(const std::function<void()> &change)
 {
     // The line at the top of the view stays there.
     anchorAtLine();
+    const double width = m_layout.columnWidth();
     change();
+    if (m_layout.columnWidth() != width) {
+        Q_EMIT columnWidthDidChange();
+    }
     (void)fillLastPage();
     updateScrollBar();
     updateAll();
@@ -283,7 +286,8 @@ void QBNoteTextView::autoscroll()
     if (beyond == 0) {
         return;
     }
-    scrollBy(beyond < 0 ? std::min(-1.0, beyond / 3) : std::max(1.0, beyond / 3));
+    const double step = scrollStep();
+    scrollBy(beyond < 0 ? std::min(-step, beyond / 3) : std::max(step, beyond / 3));
     if (m_dropLocation >= 0) {
         showDropCaret(locationAtViewportPoint(m_mousePoint));
     } else {

@@ -124,6 +124,8 @@ Q_SIGNALS:
     void attachmentsMayLookDifferent();
     /// The wheel was turned with Ctrl held: up, to larger letters, where positive. Units: steps of the wheel.
     void zoomWasAsked(int steps);
+    /// The text has another width to be laid out in.
+    void columnWidthDidChange();
 
 protected:
     bool event(QEvent *event) override;
@@ -164,6 +166,8 @@ private:
         double top = 0;
         double height = 0;
         NSRange selected;
+        /// Of its attachments, which may change without being laid out anew.
+        size_t looks = 0;
         bool isVeiled = false;
         friend bool operator==(const ShownParagraph &a, const ShownParagraph &b) = default;
     };
@@ -203,7 +207,9 @@ private:
     /// Scrolls back where the text ends too soon, or begins below the top. Gives how far.
     double fillLastPage();
     [[nodiscard]] static bool isSameButMoved(const ShownPicture &before, const ShownPicture &now, double moved);
-    /// By whole points: what is seen already moves, and only what comes into view is painted.
+    /// So many points are a whole number of the screen's pixels, so that what is painted can be moved by them.
+    [[nodiscard]] double scrollStep() const;
+    /// By whole steps: what is seen already moves, and only what comes into view is painted.
     void scrollBy(double distance);
     void setScrollY(double y);
     void scrollSmoothlyBy(double distance);
@@ -224,8 +230,9 @@ private:
     [[nodiscard]] static bool isVeiled(const quib::PlacedParagraph &paragraph, NSRange current);
     void paintArea(QPainter &painter, const QRectF &area);
     void drawSelection(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs);
-    void drawRanges(quib::GraphicsContext &context, const std::vector<quib::PlacedParagraph> &paragraphs,
-                    const QList<NSRange> &ranges, const NSColor &color, qsizetype current) const;
+    /// The boxes of ranges, a little larger than their text. Requires: sorted by place.
+    [[nodiscard]] static std::vector<QRectF> rectsOfRanges(const std::vector<quib::PlacedParagraph> &paragraphs,
+                                                           const QList<NSRange> &ranges);
     /// Has the boxes of ranges painted again, where they are seen. Requires: sorted by place.
     void updateRanges(std::span<const NSRange> ranges);
     void drawCaret(quib::GraphicsContext &context, qint64 location, bool upstream);
@@ -246,6 +253,14 @@ private:
     void insertTab(bool backwards);
     void deleteRange(NSRange range);
     void beginTyping();
+    /// Where a heading is typed, or pasted, right behind the marker of one, it takes the place of that marker: a new
+    /// note begins as a heading, and who writes the marker all the same means one.
+    struct Heading
+    {
+        NSRange replaced;
+        QString text;
+    };
+    [[nodiscard]] std::optional<Heading> headingForText(QStringView text, NSRange replacedRange);
     /// A step over one character, to the right of the screen or of the text; what stands for nothing is passed along.
     [[nodiscard]] qint64 steppedOver(qint64 location, bool isVisual, bool right);
     [[nodiscard]] qint64 stepped(qint64 location, bool forward);
@@ -284,6 +299,8 @@ private:
     QVariantAnimation *m_scrolling = nullptr;
     /// How far it has come on its way. Units: points.
     double m_scrolledWay = 0;
+    /// What a fine wheel has turned of a step. Units: points.
+    double m_unscrolled = 0;
 
     ShownPicture m_shown;
     /// The picture may be another one by now; the event is on its way that finds out.

@@ -3,6 +3,7 @@
 #include <Graphics/GraphicsContext.h>
 #include <Markup/Attachments/QBNotesTextAttachment.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
+#include <Markup/Syntax/StylerSyntax.h>
 #include <Text/NSAttributedString.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
@@ -59,6 +60,13 @@ void NotePainter::drawText(GraphicsContext &context, std::span<const PlacedParag
 bool NotePainter::hasAttribute(const NSAttributeName &name, qint64 location) const
 {
     return location >= 0 && location < m_text.length() && m_text.attribute(name, location);
+}
+
+bool NotePainter::hasText(NSRange range) const
+{
+    const QStringView text = m_text.stringInRange(range);
+    return std::any_of(text.cbegin(), text.cend(),
+                       [](QChar unit) { return unit != syntax::kAttachmentPlaceholder && !unit.isSpace(); });
 }
 
 void NotePainter::drawCodeBlocks(GraphicsContext &context, std::span<const PlacedParagraph> paragraphs) const
@@ -120,14 +128,20 @@ void NotePainter::drawQuoteBars(GraphicsContext &context, std::span<const Placed
         }
         bar.reset();
     };
+    const double width = size * kQuoteBarWidth;
     const double left = m_left + m_themeManager.paragraphHeadIndent() - size;
+    // Where the writing begins at the right, so does the quote.
+    const double right = m_left + m_width - m_themeManager.paragraphHeadIndent() + size - width;
     for (const PlacedParagraph &paragraph : paragraphs) {
         const qint64 location = paragraph.range.location;
         if (paragraph.range.length == 0 || !hasAttribute(QBNoteQuoteTextStylerAttributeName, location)) {
             finish(0);
             continue;
         }
-        QRectF rect = paragraph.linesRect(left, size * kQuoteBarWidth);
+        QRectF rect = paragraph.linesRect(paragraph.layout->isRightToLeft() ? right : left, width);
+        if (bar && bar->left() != rect.left()) {
+            finish(0);
+        }
         if (&paragraph == paragraphs.data() && hasAttribute(QBNoteQuoteTextStylerAttributeName, location - 1)) {
             rect.adjust(0, -kBeyond, 0, 0);
         }
@@ -144,10 +158,15 @@ void NotePainter::drawInlineBackgrounds(GraphicsContext &context, const PlacedPa
     // As high as the text, whatever the lines' height, and wider by the margin, but for tags: their spacers give room.
     const NSFont font = m_themeManager.paragraphFont();
     const auto drawBoxes = [&](NSRange range, double margin, const NSColor &color) {
+        const bool isTag = margin == 0;
         for (const ParagraphLayout::Line &line : paragraph.layout->lines()) {
             const NSRange inText = {line.range.location + paragraph.shift, line.range.length};
+            const NSRange inLine = NSIntersectionRange(range, inText);
+            if (isTag && !hasText(inLine)) {
+                continue; // where a tag is wrapped its spacer may be all there is of it on a line
+            }
             const double baseline = paragraph.origin.y() + line.baseline;
-            for (const QRectF &rect : paragraph.rectsForRange(NSIntersectionRange(range, inText))) {
+            for (const QRectF &rect : paragraph.rectsForRange(inLine)) {
                 const QRectF box(rect.left() - margin, baseline - font.ascender() - size * kInlinePadding,
                                  rect.width() + 2 * margin,
                                  font.ascender() - font.descender() + 2 * size * kInlinePadding);

@@ -32,6 +32,8 @@ private:
     void drawCodeBlocks(GraphicsContext &context, std::span<const PlacedParagraph> paragraphs) const;
     void drawQuoteBars(GraphicsContext &context, std::span<const PlacedParagraph> paragraphs) const;
     void drawInlineBackgrounds(GraphicsContext &context, const PlacedParagraph &paragraph) const;
+    /// Whether a range has more than blanks and attachments.
+    [[nodiscard]] bool hasText(NSRange range) const;
     [[nodiscard]] bool hasAttribute(const NSAttributeName &name, qint64 location) const;
 
     const NSAttributedString &m_text;

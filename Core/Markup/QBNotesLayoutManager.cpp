@@ -304,6 +304,12 @@ qint64 QBNotesLayoutManager::locationBelow(qint64 location, bool *upstream, doub
     return paragraph.layout->locationAtX(line, x - paragraph.origin.x(), upstream) + paragraph.shift;
 }
 
+std::optional<bool> QBNotesLayoutManager::isRightToLeftBefore(qint64 location)
+{
+    const PlacedParagraph paragraph = paragraphOfLocation(location);
+    return paragraph.layout->isRightToLeftBefore(location - paragraph.shift);
+}
+
 NSRange QBNotesLayoutManager::lineRange(qint64 location, bool upstream)
 {
     const PlacedParagraph paragraph = paragraphOfLocation(location);

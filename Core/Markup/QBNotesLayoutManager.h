@@ -89,6 +89,8 @@ public:
     [[nodiscard]] qint64 locationBelow(qint64 location, bool *upstream, double x);
     /// The units of the line of a place, without its line end.
     [[nodiscard]] NSRange lineRange(qint64 location, bool upstream);
+    /// Which way the character before a place is written; nothing in a paragraph of one direction.
+    [[nodiscard]] std::optional<bool> isRightToLeftBefore(qint64 location);
     [[nodiscard]] bool isRightToLeft(qint64 location) { return paragraphOfLocation(location).layout->isRightToLeft(); }
 
 private:

@@ -138,6 +138,33 @@ bool holdsRightToLeft(const QString &string)
     });
 }
 
+/// Whether letters or digits of both directions stand in a text.
+bool isWrittenBothWays(QStringView string)
+{
+    bool hasRight = false;
+    bool hasLeft = false;
+    for (qsizetype i = 0; i < string.size() && !(hasRight && hasLeft); ++i) {
+        const bool isPair = string[i].isHighSurrogate() && i + 1 < string.size() && string[i + 1].isLowSurrogate();
+        const char32_t character =
+            isPair ? QChar::surrogateToUcs4(string[i], string[i + 1]) : char32_t(string[i].unicode());
+        i += isPair ? 1 : 0;
+        switch (QChar::direction(character)) {
+        case QChar::DirR:
+        case QChar::DirAL:
+            hasRight = true;
+            break;
+        case QChar::DirL:
+        case QChar::DirEN:
+        case QChar::DirAN:
+            hasLeft = true;
+            break;
+        default:
+            break;
+        }
+    }
+    return hasRight && hasLeft;
+}
+
 /// A stretch of the text with what Qt does not draw by itself. Units: of the whole text.
 struct Decoration
 {
@@ -175,6 +202,7 @@ public:
         m_layout.setText(string);
         m_isRightToLeft = string.isRightToLeft();
         m_isBidirectional = m_isRightToLeft || holdsRightToLeft(string);
+        m_isMixed = m_isBidirectional && isWrittenBothWays(string);
         m_layout.setFormats(m_formats);
         if (unbrokenBy != nullptr && m_preeditLength == 0) {
             readUnbroken(text, *unbrokenBy);
@@ -271,6 +299,16 @@ public:
                                  : locationOf(m_layout.rightCursorPosition(relative(location)));
     }
     [[nodiscard]] bool isRightToLeft() const { return m_isRightToLeft; }
+    [[nodiscard]] std::optional<bool> isRightToLeftBefore(qint64 location) const
+    {
+        if (!m_isMixed) {
+            return std::nullopt;
+        }
+        const int place = std::max(1, relativeEnd(location));
+        const int start = m_layout.previousCursorPosition(place);
+        const auto runs = m_layout.lineForTextPosition(start).glyphRuns(start, place - start);
+        return runs.isEmpty() ? m_isRightToLeft : runs.first().isRightToLeft();
+    }
 
     void drawIn(GraphicsContext &context, QPointF origin) const
     {
@@ -641,6 +679,8 @@ private:
     bool m_isRightToLeft = false;
     /// Whether any unit may be written against the direction of the others.
     bool m_isBidirectional = false;
+    /// Whether some are.
+    bool m_isMixed = false;
     NSMutableParagraphStyle m_style;
     QTextLayout m_layout;
     QList<QTextLayout::FormatRange> m_formats;
@@ -733,6 +773,11 @@ qint64 ParagraphLayout::locationRightOf(qint64 location) const
 bool ParagraphLayout::isRightToLeft() const
 {
     return m_layout->isRightToLeft();
+}
+
+std::optional<bool> ParagraphLayout::isRightToLeftBefore(qint64 location) const
+{
+    return m_layout->isRightToLeftBefore(location);
 }
 
 void ParagraphLayout::drawIn(GraphicsContext &context, QPointF origin) const

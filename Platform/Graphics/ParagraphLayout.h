@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quib {
@@ -109,6 +110,9 @@ public:
     [[nodiscard]] qint64 locationRightOf(qint64 location) const;
     /// Whether the paragraph begins at the right.
     [[nodiscard]] bool isRightToLeft() const;
+    /// Which way the character before a place is written, where the paragraph is written both ways: what is typed there
+    /// goes on with it. Nothing in a paragraph of one direction.
+    [[nodiscard]] std::optional<bool> isRightToLeftBefore(qint64 location) const;
 
     /// Draws backgrounds, text, underlines and strikes with the top left at a point, as far as the context's clip
     /// reaches. Attachments are the caller's to draw, at the places told.

@@ -3,6 +3,8 @@
 #include <Editor/FormatBar.h>
 #include <Editor/InformationPanel.h>
 #include <Editor/NoteStatistics.h>
+#include <Markup/Attachments/QBImageTextAttachment.h>
+#include <Text/NSAttributeName.h>
 
 #include <QAction>
 #include <QApplication>
@@ -169,6 +171,61 @@ TEST_F(EditorCommands, ZoomAndWidthAreKept)
     EXPECT_EQ(theme()->baseFontSize(), size);
 }
 
+TEST_F(EditorCommands, AHeadingTypedBehindTheMarkerOfOneTakesItsPlace)
+{
+    struct Case
+    {
+        const char *what;
+        QString text;
+        QString typed;
+        QString result;
+    };
+    const Case cases[] = {
+        {"the marker is typed again", u"# "_s, u"# Title"_s, u"# Title|"_s},
+        {"another level", u"# "_s, u"## Title"_s, u"## Title|"_s},
+        {"a lower level", u"### "_s, u"# Title"_s, u"# Title|"_s},
+        {"no level", u"# "_s, u"####### Title"_s, u"# ####### Title|"_s},
+        {"a tag", u"# "_s, u"#tag"_s, u"# #tag|"_s},
+        {"behind a title", u"# C"_s, u"# "_s, u"# C# |"_s},
+        {"no heading", u"text "_s, u"# "_s, u"text # |"_s},
+        {"below a heading", u"# one\n"_s, u"# two"_s, u"# one\n# two|"_s},
+    };
+    for (const int syntax : {0, 1}) {
+        preferences->setMarkdownCompatibilityMode(syntax == 1);
+        for (const Case &each : cases) {
+            show(each.text);
+            type(each.typed);
+            EXPECT_EQ(marked(), each.result) << each.what << ", syntax " << syntax;
+        }
+    }
+    // In front of a title the level changes; a step back gives it again.
+    show(u"# Title"_s);
+    view().setSelectedRange({buffer().indexOf(u'T'), 0});
+    type(u"## "_s);
+    EXPECT_EQ(marked(), u"## |Title"_s);
+    view().undo();
+    EXPECT_EQ(shown(), u"# Title"_s);
+}
+
+TEST_F(EditorCommands, APastedHeadingTakesThePlaceOfAnEmptyOne)
+{
+    const auto paste = [this](const QString &text) {
+        auto *data = new QMimeData;
+        data->setText(text);
+        QGuiApplication::clipboard()->setMimeData(data);
+        view().pasteAsPlainText();
+    };
+    show(u"# "_s);
+    paste(u"## Title\nwords"_s);
+    EXPECT_EQ(marked(), u"## Title\nwords|"_s);
+    show(u"# "_s);
+    paste(u"Title\n# words"_s);
+    EXPECT_EQ(marked(), u"# Title\n# words|"_s);
+    show(u"# a"_s);
+    paste(u"# b"_s);
+    EXPECT_EQ(marked(), u"# a# b|"_s);
+}
+
 TEST_F(EditorCommands, EachCommandNamesItsKeys)
 {
     show(u"text"_s);
@@ -230,6 +287,52 @@ TEST_F(EditorCommands, APastedPictureIsAnAttachmentOnDisk)
     EXPECT_EQ(QImage(path).size(), image.size());
     EXPECT_EQ(stored(note), u"before\n"_s + file->textRepresentation() + u'\n');
     EXPECT_EQ(QSet<QString>({file->uniqueIdentifier()}).size(), 1);
+}
+
+TEST_F(EditorCommands, APictureGrowsWithTheColumnAndKeepsItsPixels)
+{
+    const auto note = show({});
+    QImage image(1200, 300, QImage::Format_RGB32);
+    image.fill(Qt::green);
+    ASSERT_TRUE(image.save(folder.path() + u"/wide.png"_s));
+    pane->attachFiles({QUrl::fromLocalFile(folder.path() + u"/wide.png"_s)});
+    pane->saveNote(/*forceSave=*/true);
+    pane->setNote(nullptr);
+    pane->resize(300, 400);
+    processEvents();
+    pane->setNote(note);
+    const auto picture = [this] {
+        const NSAttributedString &text = view().textStorage().attributedString();
+        return text.attribute(NSAttachmentAttributeName, buffer().indexOf(QChar::ObjectReplacementCharacter))
+            .sharedAs<QBImageTextAttachment>();
+    };
+    const auto widthInText = [this] {
+        const auto paragraph = view().layoutManager().paragraphOfLocation(0);
+        return paragraph.layout->attachments().front().rect.width();
+    };
+    const auto waitForPixels = [&](double width) {
+        return QTest::qWaitFor([&] { return picture()->attachmentImage().pixelSize().width() >= width; });
+    };
+    ASSERT_TRUE(picture());
+    ASSERT_TRUE(waitForPixels(100));
+    const double narrow = widthInText();
+    EXPECT_LT(narrow, 300);
+    const int fewPixels = picture()->attachmentImage().pixelSize().width();
+
+    pane->resize(800, 400);
+    processEvents();
+    EXPECT_GT(widthInText(), narrow * 1.5) << "at once, with the pixels that there are";
+    EXPECT_EQ(picture()->attachmentImage().pixelSize().width(), fewPixels);
+    clock.advance(0.5);
+    EXPECT_TRUE(waitForPixels(widthInText() - 1));
+
+    // Narrow again, it fits, and what was loaded stays.
+    const int manyPixels = picture()->attachmentImage().pixelSize().width();
+    pane->resize(300, 400);
+    processEvents();
+    clock.advance(0.5);
+    EXPECT_NEAR(widthInText(), narrow, 1);
+    EXPECT_EQ(picture()->attachmentImage().pixelSize().width(), manyPixels);
 }
 
 TEST_F(EditorCommands, FilesBecomeAttachmentsAndStayWhereTheyAre)

@@ -24,10 +24,11 @@ std::vector<QImage> pagesOf(const QString &text, QSize size)
     NotePrinter(text, 0).enumeratePages(size, [&](const NotePrinter::DrawPage &drawPage) {
         QImage page(size, QImage::Format_RGB32);
         page.fill(Qt::white);
-        QPainter painter(&page);
-        GraphicsContext context(painter);
-        drawPage(context);
-        painter.end();
+        {
+            QPainter painter(&page);
+            GraphicsContext context(painter);
+            drawPage(context);
+        }
         pages.push_back(page);
         return true;
     });

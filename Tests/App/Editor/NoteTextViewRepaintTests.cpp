@@ -203,6 +203,74 @@ TEST(NoteTextViewRepaint, ScrollingPaintsWhatComesIntoView)
     EXPECT_LE(recorder.take().boundingRect().height(), 24);
 }
 
+TEST(NoteTextViewRepaint, AnyWayOfAFineWheelPaintsNoMoreThanComesIntoView)
+{
+    // Where a pixel is no whole point, small ways add up to one that is whole pixels.
+    EditorFixture editor(0, longText());
+    PaintRecorder recorder(editor);
+    int turned = 0;
+    for (const int way : {7, 1, 1, 1, 13, 3, 2, 5, 9, 11, 1, 30}) {
+        turnWheel(editor, {0, -way});
+        turned += way;
+        EXPECT_LE(recorder.take().boundingRect().height(), way + 8) << way;
+        EXPECT_NEAR(editor.view().verticalScrollBar()->value(), turned, 4);
+    }
+    editor.press(Qt::Key_End, Qt::ControlModifier);
+    (void)recorder.take();
+    turnWheel(editor, {0, 17});
+    EXPECT_LE(recorder.take().boundingRect().height(), 25) << "from the end too";
+    EXPECT_EQ(differingRows(seen(editor), paintedWhole(editor)), std::nullopt);
+}
+
+TEST(NoteTextViewRepaint, ATickPaintsItsBox)
+{
+    EditorFixture editor(0, u"first\n- a task\n- another\n"_s + u"words\n"_s.repeated(30));
+    PaintRecorder recorder(editor);
+    const qint64 box = editor.buffer().indexOf(u"a task"_s) - 2;
+    ASSERT_TRUE(editor.view().checkBoxInParagraph(box));
+    editor.view().toggleCheckBox(*editor.view().checkBoxInParagraph(box));
+    const QRegion painted = recorder.take();
+    EXPECT_FALSE(painted.isEmpty());
+    EXPECT_LT(painted.boundingRect().height(), 100);
+    EXPECT_EQ(differingRows(seen(editor), paintedWhole(editor)), std::nullopt);
+    (void)recorder.take();
+    editor.view().setNeedsDisplay();
+    EXPECT_TRUE(recorder.take().isEmpty()) << "nothing changed";
+}
+
+TEST(NoteTextViewRepaint, TheCaretTellsTheDirectionWhereBothAreWritten)
+{
+    const QString text = u"abc \u05D0\u05D1\u05D2 def"_s;
+    EditorFixture editor(0, text + u"\nabc\n\u05D0\u05D1\u05D2"_s);
+    // How much ink the caret has at its sides, in its upper part.
+    const auto inkBeside = [&](qint64 location, bool right) {
+        editor.view().setSelectedRange({editor.view().textStorage().length(), 0});
+        const QImage without = paintedWhole(editor);
+        editor.view().setSelectedRange({location, 0});
+        const QImage with = paintedWhole(editor);
+        const QRectF caret = editor.view().caretRectInViewport(location);
+        int ink = 0;
+        for (int step = 3; step <= 5; ++step) {
+            const double ratio = editor.view().devicePixelRatioF();
+            const QPoint at((QPointF(caret.left() + (right ? step : -step), caret.top() + 2.5) * ratio).toPoint());
+            ink += isDifferent(with.pixel(at), without.pixel(at)) ? 1 : 0;
+        }
+        return ink;
+    };
+    EXPECT_GT(inkBeside(2, /*right=*/true), 0);
+    EXPECT_EQ(inkBeside(2, /*right=*/false), 0);
+    EXPECT_GT(inkBeside(6, /*right=*/false), 0);
+    EXPECT_EQ(inkBeside(6, /*right=*/true), 0);
+    const qint64 plain = text.size() + 2;
+    EXPECT_EQ(inkBeside(plain, true) + inkBeside(plain, false), 0) << "one direction needs no mark";
+    EXPECT_EQ(inkBeside(plain + 5, true) + inkBeside(plain + 5, false), 0);
+    // What the mark was drawn on is painted again when the caret goes.
+    for (qint64 location = 0; location < text.size(); ++location) {
+        editor.view().setSelectedRange({location, 0});
+        EXPECT_EQ(differingRows(seen(editor), paintedWhole(editor)), std::nullopt) << location;
+    }
+}
+
 TEST(NoteTextViewRepaint, WhatIsSeenMovesByJustAsMuchAsIsScrolled)
 {
     // Headers and boxes are higher than their estimates: from the end upwards, nothing may jump.

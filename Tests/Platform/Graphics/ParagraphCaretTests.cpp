@@ -117,6 +117,26 @@ TEST(ParagraphCaret, GoesAsTheEyeSeesItInMixedDirections)
     EXPECT_EQ(right.locationLeftOf(0), 1);
 }
 
+TEST(ParagraphCaret, TellsWhichWayTheWritingGoesWhereItGoesBoth)
+{
+    const auto directions = [](const QString &string) {
+        const auto text = styled(string);
+        const ParagraphLayout layout(text, text.fullRange(), 400);
+        QString found;
+        for (qint64 location = 0; location <= text.length(); ++location) {
+            const auto isRightToLeft = layout.isRightToLeftBefore(location);
+            found += !isRightToLeft ? u'.' : *isRightToLeft ? u'<' : u'>';
+        }
+        return found;
+    };
+    EXPECT_EQ(directions(u"ab \u05D0\u05D1 cd"_s), u">>>><<>>>"_s);
+    EXPECT_EQ(directions(u"\u05D0\u05D1 cd"_s), u"<<<<>>"_s);
+    EXPECT_EQ(directions(u"\u05D0 12"_s), u"<<<>>"_s) << "numbers are written to the right everywhere";
+    EXPECT_EQ(directions(u"abc - d"_s), u"........"_s);
+    EXPECT_EQ(directions(u"\u05D0\u05D1 - \u05D2"_s), u"......."_s);
+    EXPECT_EQ(directions(u""_s), u"."_s);
+}
+
 TEST(ParagraphCaret, IsAsHighAsTheTextWhereOnlyAnAttachmentStands)
 {
     auto text = styled(u"\uFFFC"_s, 20);
