@@ -24,6 +24,7 @@
 #include <QRegularExpression>
 #include <QTimer>
 
+#include <algorithm>
 #include <random>
 
 using namespace Qt::StringLiterals;
@@ -120,7 +121,7 @@ TEST_F(Companions, NothingIsLostWhileBothWriteAndOneIsKilled)
 {
     const quib::tests::TestSeed seed;
     std::mt19937 random = seed.generator();
-    constexpr int kRounds = 200;
+    constexpr int kRounds = 120;
     const auto shared = QBNote::noteWithText(u"shared"_s, 0, moc());
     saveNow();
     QStringList theirs; // acknowledged: quibctl told the identifier
@@ -130,6 +131,9 @@ TEST_F(Companions, NothingIsLostWhileBothWriteAndOneIsKilled)
     QString written;
     int finished = 0;
     int killed = 0;
+    QElapsedTimer age;   // of the companion
+    qint64 longest = 20; // that one took to finish, in milliseconds
+    qint64 lifetime = 0; // after which this one is killed
     for (int started = 0; finished + killed < kRounds;) {
         if (!process) {
             written = u"companion %1"_s.arg(started);
@@ -139,6 +143,9 @@ TEST_F(Companions, NothingIsLostWhileBothWriteAndOneIsKilled)
             process->write(written.toUtf8());
             process->closeWriteChannel();
             process->setProperty("isEdit", isEdit);
+            // One in four, at some moment of its life, however long that is on this machine.
+            lifetime = random() % 4 == 0 ? static_cast<qint64>(random() % static_cast<quint64>(longest)) : -1;
+            age.start();
             ++started;
         }
         if (random() % 8 == 0) {
@@ -147,7 +154,7 @@ TEST_F(Companions, NothingIsLostWhileBothWriteAndOneIsKilled)
             saveNow();
             texts.append(text);
         }
-        if (random() % 16 == 0 && process->state() == QProcess::Running) {
+        if (lifetime >= 0 && age.elapsed() >= lifetime && process->state() == QProcess::Running) {
             process->kill();
         }
         QTimer::singleShot(static_cast<int>(random() % 8), QCoreApplication::instance(), [] {});
@@ -157,6 +164,7 @@ TEST_F(Companions, NothingIsLostWhileBothWriteAndOneIsKilled)
                 ++killed;
             } else {
                 ++finished;
+                longest = std::max(longest, age.elapsed());
                 EXPECT_EQ(process->exitCode(), 0) << process->readAllStandardError().toStdString();
                 if (process->property("isEdit").toBool()) {
                     edited.append(written);
