@@ -156,9 +156,10 @@ QList<Command> makeCommands()
          .completions = {u"@notes"_s, u"@files"_s}},
         {.name = u"open"_s,
          .arguments = u"URL|-"_s,
-         .summary = u"Run a quib: URL without a window and print each callback as a line of JSON: which one it is, its "
-                    u"parameters, and the URL that would be opened, or null where the URL names none. Exits with 2 "
-                    u"for a bad or missing parameter and 3 for what is not found."_s,
+         .summary =
+             u"Run a quib URL without a window and print its callbacks. Each is a line of JSON: which one it is, "
+             u"its parameters, and the URL that would be opened, or null where the URL names none. Exits with "
+             u"2 for a bad or missing parameter and 3 for what is not found."_s,
          .example = u"quibctl open 'quib://x-callback-url/create?title=Plan&tags=home'\n"
                     u"makes a note and prints its identifier"_s,
          .minimumArguments = 1,

@@ -20,13 +20,33 @@ QString briefly(const Command &command)
 }
 
 constexpr qsizetype kHelpColumn = 26;
+constexpr qsizetype kPageWidth = 96;
+
+/// Words in lines no longer than the page where they allow it, all but the first set in from the margin.
+QString folded(const QString &text, qsizetype margin = 0)
+{
+    QString lines;
+    qsizetype column = margin;
+    for (const QString &word : text.split(u' ')) {
+        if (column > margin && column + 1 + word.size() > kPageWidth) {
+            lines += u'\n' + QString(margin, u' ');
+            column = margin;
+        } else if (column > margin) {
+            lines += u' ';
+            ++column;
+        }
+        lines += word;
+        column += word.size();
+    }
+    return lines;
+}
 
 QString entry(const QString &name, const QString &help)
 {
     const QString left = u"  "_s + name;
     const bool isLong = left.size() > kHelpColumn - 2;
-    return isLong ? QString(left % u'\n' % QString(kHelpColumn, u' ') % help % u'\n')
-                  : QString(left.leftJustified(kHelpColumn) % help % u'\n');
+    return isLong ? QString(left % u'\n' % QString(kHelpColumn, u' ') % folded(help, kHelpColumn) % u'\n')
+                  : QString(left.leftJustified(kHelpColumn) % folded(help, kHelpColumn) % u'\n');
 }
 
 QString optionName(const OptionDescription &option)
@@ -57,7 +77,7 @@ QString usageLine(const Command &command)
 
 QString helpForCommand(const Command &command)
 {
-    QString page = u"Usage: "_s % usageLine(command) % u"\n\n"_s % command.summary % u"\n\n"_s;
+    QString page = u"Usage: "_s % usageLine(command) % u"\n\n"_s % folded(command.summary) % u"\n\n"_s;
     if (!command.options.isEmpty()) {
         page += u"Options:\n"_s;
         for (const OptionDescription &option : command.options) {

@@ -311,6 +311,9 @@ TEST(Quibctl, EveryCommandHasHelpWithAnExampleAndWrongUsageIsTold)
         EXPECT_EQ(help.exitStatus, 0) << command.toStdString();
         EXPECT_TRUE(help.output.contains("Example:\n  quibctl ") || help.output.contains("| quibctl "))
             << command.toStdString();
+        for (const QByteArray &told : help.output.left(help.output.indexOf("Example:")).split('\n')) {
+            EXPECT_LE(told.size(), 96) << told.toStdString();
+        }
     }
     EXPECT_EQ(quib.run({}).exitStatus, 2);
     EXPECT_EQ(quib.run({u"frobnicate"_s}).exitStatus, 2);
