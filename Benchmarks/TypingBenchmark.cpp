@@ -6,11 +6,13 @@
 //   deleting: the same backwards, by characters and words;
 //   scrolling: by the wheel's steps through the whole note and back, each tick a frame;
 //   resizing: the window made narrower and wider;
+//   keeping: of a note of a million units, what is typed is put into the journal, which every second of typing does;
 //   switching: notes of 2 to 95 KB; the first use of a script's fonts is told by itself, without a target.
 // Baseline: a frame of 16 ms, and half of one for the median.
 
 #include <Editor/QBNoteEditorViewController.h>
 #include <Files/Profile.h>
+#include <Foundation/Clock.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBCoreDataStack.h>
 #include <Store/QBNote.h>
@@ -26,6 +28,8 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include <ctime>
@@ -68,6 +72,55 @@ public:
 
 private:
     std::vector<double> m_times;
+};
+
+/// A clock whose calls are made when the benchmark says so, all that wait for no longer than some time.
+class HeldClock : public quib::Clock
+{
+public:
+    HeldClock() { setShared(this); }
+    HeldClock(const HeldClock &) = delete;
+    HeldClock &operator=(const HeldClock &) = delete;
+    ~HeldClock() override { setShared(nullptr); }
+
+    [[nodiscard]] NSDate now() override { return NSDate::now(); }
+    [[nodiscard]] std::unique_ptr<quib::TimerToken> schedule(double seconds, std::function<void()> callback) override
+    {
+        const auto call = std::make_shared<Call>(Call{seconds, std::move(callback)});
+        m_calls.push_back(call);
+        return std::make_unique<Token>(call);
+    }
+    void fireUpTo(double seconds)
+    {
+        const auto calls = m_calls;
+        for (const auto &held : calls) {
+            if (const auto call = held.lock(); call && call->seconds <= seconds && call->callback) {
+                std::exchange(call->callback, nullptr)();
+            }
+        }
+        std::erase_if(m_calls, [](const auto &held) { return held.expired() || !held.lock()->callback; });
+    }
+
+private:
+    struct Call
+    {
+        double seconds;
+        std::function<void()> callback;
+    };
+    class Token : public quib::TimerToken
+    {
+    public:
+        explicit Token(std::shared_ptr<Call> call)
+            : m_call(std::move(call))
+        {
+        }
+        void invalidate() override { m_call->callback = nullptr; }
+        [[nodiscard]] bool isValid() const override { return m_call->callback != nullptr; }
+
+    private:
+        std::shared_ptr<Call> m_call;
+    };
+    std::vector<std::weak_ptr<Call>> m_calls;
 };
 
 void press(QWidget &view, int key, const QString &text = {}, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
@@ -145,6 +198,26 @@ void measureResizing(QBNoteEditorViewController &pane, Report &report)
     frames.report(report, u"resizing"_s);
 }
 
+void measureKeeping(const quib::Ref<QBNote> &note, Report &report)
+{
+    HeldClock clock;
+    QBNoteEditorViewController pane;
+    pane.resize(1000, 800);
+    pane.show();
+    pane.focusEditor();
+    pane.setNote(note);
+    pane.textView().setSelectedRange({pane.textView().textStorage().length() / 2, 0});
+    QCoreApplication::processEvents();
+    Frames frames;
+    for (qsizetype second = 0; second < sizeForRun(20, 2); ++second) {
+        press(pane.textView(), Qt::Key_A, u"a"_s);
+        QCoreApplication::processEvents();
+        frames.record([&] { clock.fireUpTo(QBNoteEditorViewController::kJournalDelay); });
+        pane.waitForJournal();
+    }
+    frames.report(report, u"keeping a million units"_s);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -195,5 +268,7 @@ int main(int argc, char **argv)
         measureResizing(pane, report);
         measureTyping(pane, report);
     }
+    const QString text = generator.textWithBytes(1, sizeForRun(1'000'000, 20'000));
+    measureKeeping(QBNote::noteWithText(text, 0, *stack.managedObjectContext()), report);
     return 0;
 }

@@ -47,6 +47,8 @@ constexpr double kLargestZoom = 72;
 constexpr double kThumbnailHeight = 160;
 /// So long after the last change of the width pictures are loaded in their new sizes. Units: seconds.
 constexpr double kPictureDelay = 0.3;
+/// No more text is seen at once, of whatever length the paragraphs are. Units: UTF-16 units.
+constexpr qint64 kUnitsInSight = 20'000;
 
 /// Of the text as it lies in memory, attachments and all: what can be undone fits no other.
 size_t hashOfText(QStringView text)
@@ -76,7 +78,7 @@ QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
     m_view->viewport()->installEventFilter(this);
     m_spelling = new NoteTextViewSpelling(*m_view);
     connect(m_view, &QBNoteTextView::zoomWasAsked, this, &QBNoteEditorViewController::zoomBySteps);
-    connect(m_view, &QBNoteTextView::columnWidthDidChange, this, &QBNoteEditorViewController::growPictures);
+    connect(m_view, &QBNoteTextView::columnWidthDidChange, this, &QBNoteEditorViewController::columnWidthDidChange);
     setFocusProxy(m_view);
     makeWidgets();
     makeActions();
@@ -312,43 +314,35 @@ void QBNoteEditorViewController::attachmentDidChange(QBNotesTextAttachment &atta
     });
 }
 
-void QBNoteEditorViewController::growPictures()
+void QBNoteEditorViewController::columnWidthDidChange()
 {
     m_configurator.setMaxAttachmentWidth(m_view->layoutManager().columnWidth());
-    bool hasGrown = false;
-    forEachPicture([&](QBImageTextAttachment &picture, QSizeF shownSize) {
-        // In a narrower column the layout makes them smaller, and they keep what they have.
-        if (shownSize.width() > picture.attachmentImageSize().width()) {
-            picture.setAttachmentImageSize(shownSize);
-            hasGrown = true;
-        }
+    // A long note is not searched for pictures at each step of a window's edge: those in sight grow at once.
+    growPicturesInRange({m_view->scrollPosition().location, kUnitsInSight});
+    m_pictureTimer = Clock::shared().schedule(kPictureDelay, [this] {
+        growPicturesInRange(m_stack.noteTextStorage().fullRange());
+        m_view->setNeedsDisplay();
     });
-    if (hasGrown) {
-        m_pictureTimer = Clock::shared().schedule(kPictureDelay, [this] { loadGrownPictures(); });
-    }
 }
 
-void QBNoteEditorViewController::loadGrownPictures()
+void QBNoteEditorViewController::growPicturesInRange(NSRange range)
 {
+    const auto &storage = m_stack.noteTextStorage();
+    const bool isAll = range == storage.fullRange();
     const double scale = m_configurator.scale();
-    forEachPicture([&](QBImageTextAttachment &picture, QSizeF shownSize) {
-        const QSizeF wanted = (shownSize * scale).boundedTo(picture.originalImageSize());
-        if (picture.attachmentImage().pixelSize().width() + 1 < wanted.width()) {
-            m_configurator.loadImageForImageAttachment(picture);
-        }
-    });
-}
-
-void QBNoteEditorViewController::forEachPicture(
-    const std::function<void(QBImageTextAttachment &picture, QSizeF shownSize)> &block)
-{
-    m_stack.noteTextStorage().enumerateFilesAttachmentsUsingBlock(
-        [&](QBGenericFileTextAttachment &attachment, NSRange /*range*/) {
-            auto *picture = dynamic_cast<QBImageTextAttachment *>(&attachment);
-            if (picture != nullptr && !picture->originalImageSize().isEmpty()) {
-                bool isScaled = false;
-                const QSizeF size = m_configurator.imageThumbSizeForImageSize(picture->originalImageSize(), &isScaled);
-                block(*picture, isScaled ? size / m_configurator.scale() : size);
+    storage.enumerateImagesAttachmentsInRange(
+        NSIntersectionRange(range, storage.fullRange()), [&](QBImageTextAttachment &picture, NSRange place) {
+            const QSizeF original = picture.originalImageSize();
+            bool isScaled = false;
+            const QSizeF pixels = m_configurator.imageThumbSizeForImageSize(original, &isScaled);
+            const QSizeF size = isScaled ? pixels / scale : pixels;
+            // In a narrower column the layout makes them smaller, and they keep what they have.
+            if (size.width() > picture.attachmentImageSize().width()) {
+                picture.setAttachmentImageSize(size);
+                m_view->layoutManager().invalidateLayoutForRange(place);
+            }
+            if (isAll && picture.attachmentImage().pixelSize().width() + 1 < pixels.width()) {
+                m_configurator.loadImageForImageAttachment(picture);
             }
         });
 }

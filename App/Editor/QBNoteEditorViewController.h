@@ -230,12 +230,10 @@ private:
     void attachmentDidChange(QBNotesTextAttachment &attachment);
     void setZoom(double size);
     void zoomBySteps(int steps);
-    /// Pictures take the room that a wider column has; those that are larger than what was loaded are loaded once it
-    /// keeps its width.
-    void growPictures();
-    void loadGrownPictures();
-    /// With the size that each has in the column.
-    void forEachPicture(const std::function<void(QBImageTextAttachment &picture, QSizeF shownSize)> &block);
+    void columnWidthDidChange();
+    /// Pictures take the room that a wider column has. Of the whole text, those that have more room than pixels are
+    /// loaded too.
+    void growPicturesInRange(NSRange range);
     void changeLineWidth(double change);
 
     // QBNoteEditorViewController+Preferences.cpp
