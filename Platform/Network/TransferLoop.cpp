@@ -12,7 +12,7 @@
 TransferLoop::TransferLoop()
 {
     QUIB_ASSERT(quib::DispatchQueue::main()->isCurrent());
-    static const CURLcode s_isReady = curl_global_init(CURL_GLOBAL_DEFAULT);
+    [[maybe_unused]] static const CURLcode s_isReady = curl_global_init(CURL_GLOBAL_DEFAULT);
     QUIB_ASSERT(s_isReady == CURLE_OK);
     m_multi = curl_multi_init();
     m_timer = new QTimer;
