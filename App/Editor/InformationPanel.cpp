@@ -14,6 +14,7 @@
 #include <QListWidget>
 #include <QLocale>
 #include <QPainter>
+#include <QScrollArea>
 #include <QTimerEvent>
 #include <QVBoxLayout>
 
@@ -28,6 +29,8 @@ namespace {
 /// Units: milliseconds.
 constexpr int kUpdateDelay = 400;
 constexpr int kWidth = 260;
+/// Of a list that does not fit, so many rows are seen at least.
+constexpr int kLeastRows = 4;
 constexpr int kMargin = 14;
 constexpr int kSpacing = 6;
 /// How much of the text's colour the line beside the panel has.
@@ -90,14 +93,23 @@ InformationPanel::InformationPanel(const QBNotesTextStorage &storage, QWidget *p
 {
     setObjectName(u"informationPanel"_s);
     setAccessibleName(tr("Note Information"));
-    setFixedWidth(kWidth);
     setStyleSheet(u"QListWidget { background: transparent; } "
                   "QListWidget::item { padding: 4px 6px; border-radius: 5px; } "
                   "QListWidget::item:hover { background: palette(midlight); } "
                   "QListWidget::item:selected { background: transparent; color: palette(text); } "
                   "QListWidget::item:selected:active:focus, QListWidget::item:focus { background: palette(highlight); "
                   "color: palette(highlighted-text); }"_s);
-    auto *layout = new QVBoxLayout(this);
+    // Where there is little room, all of it scrolls.
+    auto *scrolling = new QScrollArea(this);
+    scrolling->setFrameShape(QFrame::NoFrame);
+    scrolling->setFocusPolicy(Qt::NoFocus);
+    scrolling->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scrolling->setWidgetResizable(true);
+    auto *whole = new QVBoxLayout(this);
+    whole->setContentsMargins(1, 1, 1, 0); // the line at the edge
+    whole->addWidget(scrolling);
+    m_content = new QWidget;
+    auto *layout = new QVBoxLayout(m_content);
     layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     layout->setSpacing(kSpacing);
     auto *form = new QFormLayout;
@@ -113,6 +125,9 @@ InformationPanel::InformationPanel(const QBNotesTextStorage &storage, QWidget *p
     m_headers = addList(u"headers"_s, tr("Contents"), tr("Headings of the note stand here."));
     m_links = addList(u"links"_s, tr("Notes That Link Here"), tr("No note links here yet."));
     layout->addStretch(1);
+    scrolling->setWidget(m_content);
+    scrolling->viewport()->setAutoFillBackground(false);
+    m_content->setAutoFillBackground(false);
     // A click or Return; a double click opens nothing twice.
     const auto connectList = [this](QListWidget *list, auto chosen) {
         connect(list, &QListWidget::itemClicked, this, chosen);
@@ -121,16 +136,17 @@ InformationPanel::InformationPanel(const QBNotesTextStorage &storage, QWidget *p
     connectList(m_headers, [this](const QListWidgetItem *item) {
         Q_EMIT headerWasChosen({item->data(Qt::UserRole).toLongLong(), 0});
     });
+    setPlace(Place::BesideText, 0);
     connectList(m_links,
                 [this](const QListWidgetItem *item) { Q_EMIT noteWasChosen(item->data(Qt::UserRole).toString()); });
 }
 
 QLabel *InformationPanel::addValue(QFormLayout &form, const QString &name, const QString &label)
 {
-    auto *value = new QLabel(this);
+    auto *value = new QLabel(m_content);
     value->setObjectName(name);
     value->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto *title = new QLabel(label, this);
+    auto *title = new QLabel(label, m_content);
     title->setForegroundRole(QPalette::PlaceholderText);
     title->setBuddy(value);
     form.addRow(title, value);
@@ -141,7 +157,7 @@ void InformationPanel::showValue(QLabel &value, const QString &text)
 {
     value.setText(text);
     // Read out by itself, a number must say what it counts.
-    for (const auto *title : findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly)) {
+    for (const auto *title : findChildren<QLabel *>()) {
         if (title->buddy() == &value) {
             value.setAccessibleName(title->text() % u": "_s % text);
         }
@@ -150,16 +166,16 @@ void InformationPanel::showValue(QLabel &value, const QString &text)
 
 QListWidget *InformationPanel::addList(const QString &name, const QString &title, const QString &whenEmpty)
 {
-    auto *heading = new QLabel(title, this);
+    auto *heading = new QLabel(title, m_content);
     QFont font = heading->font();
     font.setBold(true);
     heading->setFont(font);
     heading->setContentsMargins(0, kMargin, 0, 0);
-    auto *empty = new QLabel(whenEmpty, this);
+    auto *empty = new QLabel(whenEmpty, m_content);
     empty->setObjectName(name % u"Empty"_s);
     empty->setForegroundRole(QPalette::PlaceholderText);
     empty->setWordWrap(true);
-    auto *list = new QListWidget(this);
+    auto *list = new QListWidget(m_content);
     list->setObjectName(name);
     list->setAccessibleName(title);
     list->setFrameShape(QFrame::NoFrame);
@@ -169,10 +185,10 @@ QListWidget *InformationPanel::addList(const QString &name, const QString &title
     // As high as what it holds, and no higher than there is room.
     list->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
     list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
-    list->setMinimumHeight(0);
-    layout()->addWidget(heading);
-    layout()->addWidget(empty);
-    static_cast<QVBoxLayout *>(layout())->addWidget(list, 100);
+    auto *layout = static_cast<QVBoxLayout *>(m_content->layout());
+    layout->addWidget(heading);
+    layout->addWidget(empty);
+    layout->addWidget(list, 100);
     return list;
 }
 
@@ -180,7 +196,25 @@ void InformationPanel::didFillList(QListWidget &list)
 {
     list.setVisible(list.count() > 0);
     findChild<QLabel *>(list.objectName() % u"Empty"_s)->setVisible(list.count() == 0);
+    list.setMinimumHeight(list.sizeHintForRow(0) * std::min(list.count(), kLeastRows));
     list.updateGeometry();
+}
+
+void InformationPanel::setPlace(Place place, int height)
+{
+    m_place = place;
+    m_height = height;
+    const bool isBeside = place == Place::BesideText;
+    // Never higher than wished for, and less high where the window is: it must not keep the window from shrinking.
+    setMinimumWidth(isBeside ? kWidth : 0);
+    setMaximumSize(isBeside ? kWidth : QWIDGETSIZE_MAX, isBeside ? QWIDGETSIZE_MAX : height);
+    updateGeometry();
+    QWidget::update();
+}
+
+QSize InformationPanel::sizeHint() const
+{
+    return m_place == Place::BesideText ? QWidget::sizeHint() : QSize(QWidget::sizeHint().width(), m_height);
 }
 
 bool InformationPanel::focusList()
@@ -209,7 +243,11 @@ void InformationPanel::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     QColor line = palette().color(QPalette::WindowText);
     line.setAlphaF(static_cast<float>(kLineOpacity));
-    painter.fillRect(isRightToLeft() ? width() - 1 : 0, 0, 1, height(), line);
+    if (m_place == Place::BelowText) {
+        painter.fillRect(0, 0, width(), 1, line);
+    } else {
+        painter.fillRect(isRightToLeft() ? width() - 1 : 0, 0, 1, height(), line);
+    }
 }
 
 void InformationPanel::setNote(const Ref<QBNote> &note)

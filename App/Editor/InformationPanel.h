@@ -26,8 +26,9 @@ class NoteTextSearch;
 /// Shape:   at most a hundred. The search, where there is one, must be of the note's context.
 [[nodiscard]] QList<Ref<QBNote>> notesThatLinkTo(const QBNote &note, NoteTextSearch *textSearch);
 
-/// The column beside a note that tells of it: when it was made, how long it is, its headers, and the notes that link
-/// here. It looks at the text when typing rests, and only while it is seen. Owned by the editor's pane; main queue.
+/// The column beside a note, or the stretch below it, that tells of it: when it was made, how long it is, its headers,
+/// and the notes that link here. It looks at the text when typing rests, and only while it is seen. Owned by the
+/// editor's pane; main queue.
 class InformationPanel final : public QWidget
 {
     Q_OBJECT
@@ -43,6 +44,14 @@ public:
     void noteDidChange();
     /// Follows at once.
     void update();
+    enum class Place
+    {
+        BesideText,
+        BelowText,
+    };
+    /// Below the text it is so high, and as wide as the text; beside it, it has its own width.
+    void setPlace(Place place, int height);
+    [[nodiscard]] QSize sizeHint() const override;
     /// Gives the keyboard to the first list that has something in it. False where none has.
     bool focusList();
 
@@ -68,6 +77,9 @@ private:
     const QBNotesTextStorage &m_storage;
     Ref<QBNote> m_note;
     std::shared_ptr<NoteTextSearch> m_textSearch;
+    Place m_place = Place::BesideText;
+    int m_height = 0; ///< below the text
+    QWidget *m_content = nullptr;
     QLabel *m_created = nullptr;
     QLabel *m_changed = nullptr;
     QLabel *m_words = nullptr;

@@ -22,8 +22,8 @@
 #include <URL/QBXurlCoreController.h>
 
 #include <QAction>
+#include <QBoxLayout>
 #include <QEvent>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QTimer>
 #include <QToolButton>
@@ -45,6 +45,10 @@ constexpr qsizetype kMostHighlights = 2000;
 constexpr double kSmallestZoom = 8;
 constexpr double kLargestZoom = 72;
 constexpr double kThumbnailHeight = 160;
+/// A pane that is less wide has its information below the text. Units: points.
+constexpr int kLeastWidthForColumns = 600;
+/// There it takes one such part of the pane's height.
+constexpr int kInformationPart = 3;
 /// So long after the last change of the width pictures are loaded in their new sizes. Units: seconds.
 constexpr double kPictureDelay = 0.3;
 /// No more text is seen at once, of whatever length the paragraphs are. Units: UTF-16 units.
@@ -105,15 +109,25 @@ void QBNoteEditorViewController::makeWidgets()
     textColumn->addWidget(m_findBar);
     textColumn->addWidget(m_view, 1);
     textColumn->addWidget(m_formatBar);
-    auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addLayout(textColumn, 1);
-    layout->addWidget(m_information);
+    auto *parts = new QBoxLayout(QBoxLayout::LeftToRight, this);
+    parts->setContentsMargins(0, 0, 0, 0);
+    parts->setSpacing(0);
+    parts->addLayout(textColumn, 1);
+    parts->addWidget(m_information);
     setTabOrder(&m_findBar->lastButton(), m_view);
     m_popup = new CompletionPopup(this);
     connect(m_popup, &CompletionPopup::itemWasChosen, this, &QBNoteEditorViewController::insertCompletion);
     resetCompletion();
+}
+
+void QBNoteEditorViewController::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // Beside a narrow text the information would leave no line of it whole.
+    const bool isWide = width() >= kLeastWidthForColumns;
+    static_cast<QBoxLayout *>(layout())->setDirection(isWide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    m_information->setPlace(isWide ? InformationPanel::Place::BesideText : InformationPanel::Place::BelowText,
+                            height() / kInformationPart);
 }
 
 void QBNoteEditorViewController::setTextSearch(const std::shared_ptr<NoteTextSearch> &textSearch)

@@ -249,10 +249,13 @@ void QBNoteTextView::paintArea(QPainter &painter, const QRectF &area)
     for (const QRectF &rect : rectsOfRanges(paragraphs, m_highlights)) {
         context.fillRoundedRect(rect, kHighlightCorner, found.match);
     }
-    drawSelection(context, paragraphs);
-    if (m_currentHighlight >= 0 && m_currentHighlight < m_highlights.size()) {
+    const auto current = m_highlights.mid(std::max<qsizetype>(m_currentHighlight, 0), m_currentHighlight < 0 ? 0 : 1);
+    if (current.isEmpty() || current.first() != selectedRange()) {
+        drawSelection(context, paragraphs);
+    }
+    if (!current.isEmpty()) {
         // It is mostly selected too, and must be seen while the keyboard is elsewhere.
-        for (const QRectF &rect : rectsOfRanges(paragraphs, m_highlights.mid(m_currentHighlight, 1))) {
+        for (const QRectF &rect : rectsOfRanges(paragraphs, current)) {
             context.fillRoundedRect(rect, kHighlightCorner, found.current);
             context.strokeRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), kHighlightCorner, found.currentEdge);
         }

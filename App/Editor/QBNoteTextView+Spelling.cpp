@@ -118,7 +118,8 @@ void QBNoteTextView::drawSpellingMarks(GraphicsContext &context, const std::vect
                 // Where a wave is in its course depends on the place alone: parts drawn at different times fit.
                 const double y = rect.bottom() - kWaveHeight;
                 path.moveTo(rect.left(), y);
-                for (double x = rect.left(); x < rect.right(); x += kWaveLength / 2) {
+                // Nor does it reach beyond its word, but for less than a quarter of its length.
+                for (double x = rect.left(); x + kWaveLength / 4 < rect.right(); x += kWaveLength / 2) {
                     const bool isUp = std::lround((x - rect.left()) / (kWaveLength / 2)) % 2 == 0;
                     path.quadTo(x + kWaveLength / 4, y + (isUp ? -kWaveHeight : kWaveHeight), x + kWaveLength / 2, y);
                 }

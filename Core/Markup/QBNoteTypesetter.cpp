@@ -97,9 +97,11 @@ std::unique_ptr<ParagraphLayout> QBNoteTypesetter::layoutOfPiece(const NSAttribu
         }
         return AttachmentBox{size, placed->cachedAttachmentBaselineOffset()};
     };
+    const AttributeSet plain = range.length == 0 ? m_themeManager->defaultTextAttributes() : AttributeSet();
     const ParagraphLayout::Part part = {
         .isFirst = range.location == 0 || isParagraphEnd(text.characterAtIndex(range.location - 1)),
-        .isLast = range.limit() == text.length() || isParagraphEnd(text.characterAtIndex(range.limit() - 1))};
+        .isLast = range.limit() == text.length() || isParagraphEnd(text.characterAtIndex(range.limit() - 1)),
+        .attributesIfEmpty = &plain};
     return std::make_unique<ParagraphLayout>(text, range, m_columnWidth, boxOfAttachment, part,
                                              &QBNoteSkipLineBreakByWordAttributeName, preedit);
 }

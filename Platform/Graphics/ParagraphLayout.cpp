@@ -188,7 +188,7 @@ public:
         while (!string.isEmpty() && isParagraphEnd(string.back().unicode())) {
             string.chop(1);
         }
-        readAttributes(text, &string, boxOfAttachment);
+        readAttributes(text, part, &string, boxOfAttachment);
         if (!part.isFirst) {
             m_style.paragraphSpacingBefore = 0;
             m_style.firstLineHeadIndent = m_style.headIndent;
@@ -347,13 +347,15 @@ private:
         AttachmentBox box;
     };
 
-    void readAttributes(const NSAttributedString &text, QString *string, const BoxOfAttachment &boxOfAttachment)
+    void readAttributes(const NSAttributedString &text, const Part &part, QString *string,
+                        const BoxOfAttachment &boxOfAttachment)
     {
-        const AttributeValue style = text.attribute(NSParagraphStyleAttributeName, m_range.location);
+        const bool isEmpty = m_range.length == 0 && part.attributesIfEmpty != nullptr;
+        const AttributeSet first = isEmpty ? *part.attributesIfEmpty : text.attributesAtIndex(m_range.location);
+        const AttributeValue style = first.value(NSParagraphStyleAttributeName);
         if (const auto *paragraphStyle = style.as<NSParagraphStyle>()) {
             m_style = paragraphStyle->mutableCopy();
         }
-        const AttributeSet first = text.attributesAtIndex(m_range.location);
         const NSFont font = fontIn(first);
         m_fontAscent = font.ascender();
         m_fontDescent = -font.descender();

@@ -35,12 +35,15 @@ class ParagraphLayout
 public:
     using BoxOfAttachment = std::function<AttachmentBox(NSTextAttachment &attachment)>;
 
-    /// Which part of its paragraph a range is: only the first has the indent of the first line and the spacing above,
+    /// Which part of its paragraph a range is. Only the first has the indent of the first line and the spacing above,
     /// only the last the spacing below.
     struct Part
     {
         bool isFirst = true;
         bool isLast = true;
+        /// What the empty paragraph behind the last line end looks like, which has no unit to say so. Not owned; null
+        /// for plain.
+        const AttributeSet *attributesIfEmpty = nullptr;
     };
 
     /// What an input method composes: shown in the line at a place, in the looks of the text before it and underlined,

@@ -14,6 +14,8 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMimeData>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSet>
 #include <QTest>
 #include <QToolButton>
@@ -267,6 +269,34 @@ TEST_F(EditorCommands, TheInformationPanelTellsOfTheNote)
                      [&chosen](const QString &identifier) { chosen = identifier; });
     Q_EMIT links->itemActivated(links->item(0));
     EXPECT_EQ(chosen, linking->uniqueIdentifier());
+}
+
+TEST_F(EditorCommands, TheInformationLeavesRoomForTheText)
+{
+    QString text = u"# Title\n"_s;
+    for (int i = 0; i < 30; ++i) {
+        text += u"## Heading %1\nwords\n"_s.arg(i);
+    }
+    show(text);
+    pane->action(u"info"_s)->setChecked(true);
+    auto &panel = pane->informationPanel();
+    for (const QSize size : {QSize(1200, 800), QSize(474, 628), QSize(474, 300), QSize(300, 240), QSize(620, 240)}) {
+        SCOPED_TRACE(u"%1 x %2"_s.arg(size.width()).arg(size.height()).toStdString());
+        pane->resize(size);
+        processEvents();
+        EXPECT_GE(view().width() * 10, size.width() * 5);
+        EXPECT_GE(view().height() * 10, size.height() * 3);
+        EXPECT_FALSE(panel.geometry().intersects(view().geometry()));
+        EXPECT_LE(panel.geometry().right(), size.width());
+        EXPECT_LE(panel.geometry().bottom(), size.height());
+        // What does not fit is reached by scrolling; no list is squeezed to nothing.
+        const auto *scrolling = panel.findChild<QScrollArea *>();
+        const auto *links = panel.findChild<QLabel *>(u"linksEmpty"_s);
+        EXPECT_LE(links->mapTo(scrolling->widget(), QPoint(0, links->height())).y(), scrolling->widget()->height());
+        EXPECT_GE(panel.findChild<QListWidget *>(u"headers"_s)->height(), 60);
+        EXPECT_TRUE(scrolling->widget()->height() <= scrolling->viewport()->height() ||
+                    scrolling->verticalScrollBar()->maximum() > 0);
+    }
 }
 
 TEST_F(EditorCommands, APastedPictureIsAnAttachmentOnDisk)

@@ -200,3 +200,17 @@ TEST(LayoutManager, LooksAtNoMoreThanItIsAskedFor)
     EXPECT_EQ(last.range.limit(), note.storage().length());
     EXPECT_NEAR(last.bottom(), manager->height(), 200);
 }
+
+TEST(LayoutManager, TheEmptyLastLineIsWhereItsTextWillBe)
+{
+    StyledNote note(0, u"text\n"_s);
+    const auto manager = newLayoutManager(note);
+    const QRectF empty = manager->caretRect(5);
+    note.replace({5, 0}, u"x"_s);
+    const QRectF written = manager->caretRect(5);
+    EXPECT_EQ(empty, written);
+    StyledNote nothing(0, {});
+    const auto alone = newLayoutManager(nothing);
+    EXPECT_EQ(alone->caretRect(0).left(), manager->caretRect(0).left());
+    EXPECT_EQ(alone->caretRect(0).height(), manager->caretRect(0).height());
+}

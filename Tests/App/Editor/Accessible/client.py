@@ -97,6 +97,16 @@ def check(note):
     wait_for("an insertion to be told", lambda: [each for each in heard if each[2] == "My "])
 
 
+    # The list of completions keeps the keyboard in the text, and still each choice is heard.
+    chosen = []
+    choices = Atspi.EventListener.new(lambda event: event.detail1 and chosen.append(event.source.get_name()))
+    choices.register("object:state-changed:focused")
+    Atspi.EditableText.insert_text(note.get_editable_text_iface(), 0, "@", 1)
+    wait_for("the first completion to be told", lambda: chosen[-1:] == ["apple"])
+    Atspi.EditableText.insert_text(note.get_editable_text_iface(), 0, "x", 1)
+    wait_for("the next completion to be told", lambda: chosen[-1:] == ["banana"])
+
+
 def main():
     program = subprocess.Popen([sys.argv[1]])
     try:
