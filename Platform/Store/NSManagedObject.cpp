@@ -110,7 +110,13 @@ const quib::RowSnapshot *NSManagedObject::rowWithSlot(int slot) const
                 }
             }
             self->m_row = merged;
+        } else if (m_row && m_row->version() == stored->snapshot->version()) {
+            self->m_row.takeMissingSlots(stored->snapshot); // what was read lazily stays
         } else {
+            if (m_row) {
+                // The row moved on under an unchanged object, and an order may go by what was read of it.
+                context.noteRefreshed(*self);
+            }
             self->m_row = stored->snapshot;
         }
     }

@@ -331,9 +331,15 @@ void NSManagedObjectContext::Private::prefetch(const NSFetchRequest &request,
     }
     for (const QString &key : request.relationshipKeyPathsForPrefetching) {
         QList<NSManagedObjectID> unread;
+        unread.reserve(objects.size());
         const NSRelationshipDescription *relationship = nullptr;
+        const NSRelationshipDescription *named = nullptr;
+        const NSEntityDescription *entity = nullptr;
         for (const auto &object : objects) {
-            const auto *named = object->entity()->relationshipNamed(key);
+            if (object->entity() != entity) {
+                entity = object->entity();
+                named = entity->relationshipNamed(key);
+            }
             const auto *pending = Access::pendingIfAny(*object);
             if (named != nullptr && named->isToMany && !object->isInserted() &&
                 (pending == nullptr || !pending->toMany.value(named->index).base)) {

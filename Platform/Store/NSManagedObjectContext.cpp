@@ -187,6 +187,8 @@ Ref<NSManagedObject> NSManagedObjectContext::Private::objectForRow(const quib::S
     // of its own shows what is there, and reads again what a row does not tell.
     if (!held || isOther) {
         held = row.snapshot;
+    } else if (!parent) {
+        held.takeMissingSlots(row.snapshot);
     } else if (parent && !(held == row.snapshot)) {
         for (const NSAttributeDescription &attribute : known->entity()->attributes()) {
             if (attribute.isLazy && held->isPresent(attribute.slot) && !row.snapshot->isPresent(attribute.slot)) {

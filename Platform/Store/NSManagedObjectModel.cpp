@@ -18,25 +18,14 @@ struct TypeRow
 {
     QLatin1StringView name;
     NSAttributeType type;
-    quint32 size;
 };
 
 constexpr TypeRow kTypes[] = {
-    {"boolean"_L1, NSAttributeType::Boolean, sizeof(bool)},     {"int16"_L1, NSAttributeType::Int16, sizeof(qint16)},
-    {"int64"_L1, NSAttributeType::Int64, sizeof(qint64)},       {"double"_L1, NSAttributeType::Double, sizeof(double)},
-    {"date"_L1, NSAttributeType::Date, sizeof(double)},         {"string"_L1, NSAttributeType::String, sizeof(QString)},
-    {"binary"_L1, NSAttributeType::Binary, sizeof(QByteArray)},
+    {"boolean"_L1, NSAttributeType::Boolean}, {"int16"_L1, NSAttributeType::Int16},
+    {"int64"_L1, NSAttributeType::Int64},     {"double"_L1, NSAttributeType::Double},
+    {"date"_L1, NSAttributeType::Date},       {"string"_L1, NSAttributeType::String},
+    {"binary"_L1, NSAttributeType::Binary},
 };
-
-quint32 sizeOfType(NSAttributeType type)
-{
-    for (const TypeRow &row : kTypes) {
-        if (row.type == type) {
-            return row.size;
-        }
-    }
-    return 0;
-}
 
 quib::Value defaultForType(NSAttributeType type)
 {
@@ -196,7 +185,7 @@ struct ModelReader
         for (size_t i = 0; i < entity.m_attributes.size(); ++i) {
             entity.m_attributes[i].slot = static_cast<int>(i);
             entity.m_attributeIndex.insert(entity.m_attributes[i].name, static_cast<int>(i));
-            entity.m_slots.push_back({entity.m_attributes[i].type, nullptr, 0});
+            entity.m_slots.push_back({entity.m_attributes[i].type, nullptr});
         }
         for (size_t i = 0; i < entity.m_relationships.size(); ++i) {
             NSRelationshipDescription &relationship = entity.m_relationships[i];
@@ -205,7 +194,7 @@ struct ModelReader
             relationship.slot = -1;
             if (!relationship.isToMany) {
                 relationship.slot = static_cast<int>(entity.m_slots.size());
-                entity.m_slots.push_back({NSAttributeType::Int64, &relationship, 0});
+                entity.m_slots.push_back({NSAttributeType::Int64, &relationship});
             }
             entity.m_relationshipIndex.insert(relationship.name, static_cast<int>(i));
         }
@@ -213,23 +202,10 @@ struct ModelReader
             entity.m_attributes.size() + entity.m_relationships.size()) {
             return fail(u"%1: two properties of one name"_s.arg(entity.m_name));
         }
-        layOut(entity);
+        const auto slotCount = entity.m_slots.size();
+        entity.m_wholeRowLayout =
+            entity.rowLayoutOfSlots(slotCount < kMaximumSlots ? (quint64{1} << slotCount) - 1 : ~quint64{0});
         return true;
-    }
-
-    /// Widest values first, so that every value is aligned without gaps.
-    static void layOut(NSEntityDescription &entity)
-    {
-        quint32 offset = 0;
-        for (const quint32 size : {24U, 8U, 2U, 1U}) {
-            for (NSEntityDescription::SlotLayout &slot : entity.m_slots) {
-                if (sizeOfType(slot.type) == size) {
-                    slot.offset = offset;
-                    offset += size;
-                }
-            }
-        }
-        entity.m_packedSize = (offset + 7) / 8 * 8;
     }
 
     bool resolve(NSEntityDescription &entity)

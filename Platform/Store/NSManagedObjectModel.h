@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RowLayout.h"
 #include "Value.h"
 
 #include <Foundation/NSError.h>
@@ -103,12 +104,15 @@ public:
         NSAttributeType type = NSAttributeType::String;
         /// A key of the target row; type is Int64.
         const NSRelationshipDescription *relationship = nullptr;
-        /// Units: bytes from the start of the packed values.
-        quint32 offset = 0;
     };
     [[nodiscard]] const SlotLayout &slotLayout(int slot) const { return m_slots[static_cast<size_t>(slot)]; }
-    /// Units: bytes of the packed values.
-    [[nodiscard]] quint32 packedSize() const { return m_packedSize; }
+    /// How a row with all slots is packed.
+    [[nodiscard]] const quib::RowLayout *wholeRowLayout() const { return m_wholeRowLayout; }
+    /// How a row with just some slots is packed; bit i stands for slot i. Valid as long as the entity.
+    [[nodiscard]] const quib::RowLayout *rowLayoutOfSlots(quint64 slotMask) const
+    {
+        return m_rowLayouts.layoutOfSlots(this, slotMask);
+    }
 
     /// Groups of attribute names covered by one index, in order; a leading "-" sorts descending.
     [[nodiscard]] const QList<QStringList> &compoundIndexes() const { return m_compoundIndexes; }
@@ -119,8 +123,9 @@ private:
     QString m_name;
     bool m_isAbstract = false;
     int m_code = 0;
-    quint32 m_packedSize = 0;
     std::vector<SlotLayout> m_slots;
+    const quib::RowLayout *m_wholeRowLayout = nullptr;
+    quib::RowLayouts m_rowLayouts;
     const NSEntityDescription *m_rootEntity = nullptr;
     const NSEntityDescription *m_superentity = nullptr;
     QList<const NSEntityDescription *> m_subentities;

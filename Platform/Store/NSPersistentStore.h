@@ -148,7 +148,7 @@ public:
     /// The targets of a to-many relationship, ascending by key.
     [[nodiscard]] virtual std::optional<QList<NSManagedObjectID>>
     targets(const NSManagedObjectID &objectID, const NSRelationshipDescription *relationship, NSError *error) = 0;
-    /// The same for many objects in few reads: one list an object.
+    /// The same for many objects in few reads: one list an object; those without any may be left out.
     [[nodiscard]] virtual std::optional<QHash<NSManagedObjectID, QList<NSManagedObjectID>>>
     targetsForObjects(const QList<NSManagedObjectID> &objectIDs, const NSRelationshipDescription *relationship,
                       NSError *error) = 0;

@@ -1,7 +1,5 @@
 #include "RowSnapshot.h"
 
-#include <Foundation/Assert.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -28,44 +26,50 @@ QString *stringIn(char *address)
     return std::launder(reinterpret_cast<QString *>(address));
 }
 
+const QString *stringIn(const char *address)
+{
+    return std::launder(reinterpret_cast<const QString *>(address));
+}
+
 QByteArray *bytesIn(char *address)
 {
     return std::launder(reinterpret_cast<QByteArray *>(address));
 }
 
+const QByteArray *bytesIn(const char *address)
+{
+    return std::launder(reinterpret_cast<const QByteArray *>(address));
+}
+
 } // namespace
 
-RowSnapshot::RowSnapshot(const NSEntityDescription *entity)
-    : m_entity(entity)
+RowSnapshot::RowSnapshot(const RowLayout *layout)
+    : m_layout(layout)
 {
-    std::memset(reinterpret_cast<char *>(this + 1), 0, entity->packedSize());
-    for (int slot = 0; slot < entity->slotCount(); ++slot) {
-        const auto &layout = entity->slotLayout(slot);
-        if (layout.type == NSAttributeType::String) {
-            new (slotAddress(slot)) QString;
-        } else if (layout.type == NSAttributeType::Binary) {
-            new (slotAddress(slot)) QByteArray;
-        }
+    std::memset(reinterpret_cast<char *>(this + 1), 0, layout->packedSize());
+    for (const int slot : layout->stringSlots()) {
+        new (slotAddress(slot)) QString;
+    }
+    for (const int slot : layout->binarySlots()) {
+        new (slotAddress(slot)) QByteArray;
     }
 }
 
 RowSnapshot::~RowSnapshot()
 {
-    for (int slot = 0; slot < m_entity->slotCount(); ++slot) {
-        const auto &layout = m_entity->slotLayout(slot);
-        if (layout.type == NSAttributeType::String) {
-            stringIn(slotAddress(slot))->~QString();
-        } else if (layout.type == NSAttributeType::Binary) {
-            bytesIn(slotAddress(slot))->~QByteArray();
-        }
+    for (const int slot : m_layout->stringSlots()) {
+        stringIn(slotAddress(slot))->~QString();
+    }
+    for (const int slot : m_layout->binarySlots()) {
+        bytesIn(slotAddress(slot))->~QByteArray();
     }
 }
 
-RowSnapshot *RowSnapshot::allocate(const NSEntityDescription *entity)
+RowSnapshot *RowSnapshot::allocate(const RowLayout *layout)
 {
     static_assert(sizeof(RowSnapshot) % alignof(QString) == 0);
-    void *block = ::operator new(sizeof(RowSnapshot) + entity->packedSize());
-    return new (block) RowSnapshot(entity);
+    void *block = ::operator new(sizeof(RowSnapshot) + layout->packedSize());
+    return new (block) RowSnapshot(layout);
 }
 
 void RowSnapshot::destroy(RowSnapshot *row)
@@ -90,30 +94,47 @@ RowSnapshotRef RowSnapshot::make(const NSEntityDescription *entity)
 
 RowSnapshotRef RowSnapshot::makeEmpty(const NSEntityDescription *entity)
 {
-    return RowSnapshotRef(allocate(entity));
+    return makeNarrow(entity->wholeRowLayout());
+}
+
+RowSnapshotRef RowSnapshot::makeNarrow(const RowLayout *layout)
+{
+    return RowSnapshotRef(allocate(layout));
 }
 
 RowSnapshotRef RowSnapshot::copy() const
 {
-    RowSnapshot *other = allocate(m_entity);
+    RowSnapshot *other = allocate(entity()->wholeRowLayout());
     other->m_version = m_version;
     other->m_present = m_present;
     other->m_null = m_null;
-    for (int slot = 0; slot < m_entity->slotCount(); ++slot) {
-        const auto &layout = m_entity->slotLayout(slot);
-        if (layout.type == NSAttributeType::String) {
-            *stringIn(other->slotAddress(slot)) = *stringIn(slotAddress(slot));
-        } else if (layout.type == NSAttributeType::Binary) {
-            *bytesIn(other->slotAddress(slot)) = *bytesIn(slotAddress(slot));
-        } else if (layout.type == NSAttributeType::Boolean) {
-            *other->slotAddress(slot) = *slotAddress(slot);
-        } else if (layout.type == NSAttributeType::Int16) {
-            std::memcpy(other->slotAddress(slot), slotAddress(slot), sizeof(qint16));
-        } else {
-            std::memcpy(other->slotAddress(slot), slotAddress(slot), sizeof(qint64));
+    for (int slot = 0; slot < entity()->slotCount(); ++slot) {
+        if (m_layout->hasSlot(slot)) {
+            other->copyValue(slot, *this);
         }
     }
     return RowSnapshotRef(other);
+}
+
+void RowSnapshot::copyValue(int slot, const RowSnapshot &from)
+{
+    char *address = slotAddress(slot);
+    switch (entity()->slotLayout(slot).type) {
+    case NSAttributeType::String:
+        *stringIn(address) = from.stringAt(slot);
+        return;
+    case NSAttributeType::Binary:
+        *bytesIn(address) = from.bytesAt(slot);
+        return;
+    case NSAttributeType::Boolean:
+        *address = *from.slotAddress(slot);
+        return;
+    case NSAttributeType::Int16:
+        std::memcpy(address, from.slotAddress(slot), sizeof(qint16));
+        return;
+    default:
+        std::memcpy(address, from.slotAddress(slot), sizeof(qint64));
+    }
 }
 
 qint64 RowSnapshot::version() const
@@ -149,7 +170,7 @@ bool RowSnapshot::boolAt(int slot) const
 
 qint64 RowSnapshot::integerAt(int slot) const
 {
-    return m_entity->slotLayout(slot).type == NSAttributeType::Int16 ? load<qint16>(slotAddress(slot))
+    return entity()->slotLayout(slot).type == NSAttributeType::Int16 ? load<qint16>(slotAddress(slot))
                                                                      : load<qint64>(slotAddress(slot));
 }
 
@@ -160,12 +181,14 @@ double RowSnapshot::doubleAt(int slot) const
 
 const QString &RowSnapshot::stringAt(int slot) const
 {
-    return *stringIn(slotAddress(slot));
+    static const QString nothing;
+    return m_layout->hasSlot(slot) ? *stringIn(slotAddress(slot)) : nothing;
 }
 
 const QByteArray &RowSnapshot::bytesAt(int slot) const
 {
-    return *bytesIn(slotAddress(slot));
+    static const QByteArray nothing;
+    return m_layout->hasSlot(slot) ? *bytesIn(slotAddress(slot)) : nothing;
 }
 
 NSDate RowSnapshot::dateAt(int slot) const
@@ -182,7 +205,7 @@ NSManagedObjectID RowSnapshot::targetAt(int slot) const
 {
     const qint64 key = targetKeyAt(slot);
     return key == 0 ? NSManagedObjectID()
-                    : NSManagedObjectID(m_entity->slotLayout(slot).relationship->destinationEntity, key);
+                    : NSManagedObjectID(entity()->slotLayout(slot).relationship->destinationEntity, key);
 }
 
 Value RowSnapshot::valueAt(int slot) const
@@ -190,7 +213,7 @@ Value RowSnapshot::valueAt(int slot) const
     if (isNull(slot)) {
         return {};
     }
-    switch (m_entity->slotLayout(slot).type) {
+    switch (entity()->slotLayout(slot).type) {
     case NSAttributeType::Boolean:
         return boolAt(slot);
     case NSAttributeType::Int16:
@@ -213,7 +236,7 @@ void RowSnapshot::setValueAt(int slot, const Value &value)
     m_present |= bit(slot);
     m_null &= ~bit(slot);
     char *address = slotAddress(slot);
-    const auto &layout = m_entity->slotLayout(slot);
+    const auto &layout = entity()->slotLayout(slot);
     // Numbers of one kind stand for those of another, as a property list or a caller may give either.
     const auto integer = [&value]() -> qint64 {
         if (const bool *flag = std::get_if<bool>(&value)) {
@@ -296,7 +319,7 @@ bool RowSnapshot::slotEquals(int slot, const RowSnapshot &other) const
     if (!isPresent(slot) || !other.isPresent(slot) || isNull(slot) != other.isNull(slot)) {
         return false;
     }
-    switch (m_entity->slotLayout(slot).type) {
+    switch (entity()->slotLayout(slot).type) {
     case NSAttributeType::String:
         return stringAt(slot) == other.stringAt(slot);
     case NSAttributeType::Binary:
@@ -333,10 +356,37 @@ RowSnapshotRef::~RowSnapshotRef()
 RowSnapshot *RowSnapshotRef::edit()
 {
     QUIB_ASSERT(m_row != nullptr);
-    if (m_row->m_references.load(std::memory_order_acquire) > 1) {
+    const bool isShared = m_row->m_references.load(std::memory_order_acquire) > 1;
+    if (isShared || m_row->m_layout != m_row->entity()->wholeRowLayout()) {
         *this = m_row->copy();
     }
     return m_row;
+}
+
+RowSnapshot *RowSnapshotRef::fill()
+{
+    QUIB_ASSERT(m_row != nullptr && m_row->m_references.load(std::memory_order_acquire) == 1);
+    return m_row;
+}
+
+void RowSnapshotRef::takeMissingSlots(const RowSnapshotRef &other)
+{
+    const quint64 missing = other.m_row->m_present & ~m_row->m_present;
+    if (missing == 0) {
+        return;
+    }
+    if ((m_row->m_present & ~other.m_row->m_present) == 0) {
+        *this = other;
+        return;
+    }
+    RowSnapshot *row = edit();
+    for (int slot = 0; slot < row->entity()->slotCount(); ++slot) {
+        if ((missing & RowSnapshot::bit(slot)) != 0) {
+            row->copyValue(slot, *other.m_row);
+        }
+    }
+    row->m_present |= missing;
+    row->m_null |= other.m_row->m_null & missing;
 }
 
 } // namespace quib

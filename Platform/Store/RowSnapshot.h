@@ -4,6 +4,8 @@
 #include "NSManagedObjectModel.h"
 #include "Value.h"
 
+#include <Foundation/Assert.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
@@ -14,9 +16,11 @@ namespace quib {
 
 /// What a row held at one moment: one packed block, immutable once shared, counted, passed freely between contexts and
 /// queues. Slot i is attribute i of the entity; the slots after the attributes are the to-one relationships. A slot may
-/// be absent (not read yet): lazy attributes normally are.
+/// be absent (not read yet): lazy attributes normally are, and it reads as nothing. A narrow snapshot has room for some
+/// slots only.
 ///
-/// Invariants: (1) the entity never changes; (2) a snapshot with more than one holder is never written: copy() first.
+/// Invariants: (1) the entity never changes; (2) a snapshot with more than one holder, or a narrow one that was filled,
+/// is never written: copy() first.
 class RowSnapshot
 {
 public:
@@ -24,9 +28,12 @@ public:
     [[nodiscard]] static class RowSnapshotRef make(const NSEntityDescription *entity);
     /// A snapshot in which no slot is present.
     [[nodiscard]] static class RowSnapshotRef makeEmpty(const NSEntityDescription *entity);
+    /// The same with room for the slots of a layout only. Written through RowSnapshotRef::fill().
+    [[nodiscard]] static class RowSnapshotRef makeNarrow(const RowLayout *layout);
+    /// With room for every slot.
     [[nodiscard]] class RowSnapshotRef copy() const;
 
-    [[nodiscard]] const NSEntityDescription *entity() const { return m_entity; }
+    [[nodiscard]] const NSEntityDescription *entity() const { return m_layout->entity(); }
     /// The store's count of writes of this row when it was read; 0 for a row that was never saved.
     [[nodiscard]] qint64 version() const;
     void setVersion(qint64 version);
@@ -59,6 +66,7 @@ public:
     /// Requires: the slot is still empty, and no number or boolean.
     void setNullAt(int slot)
     {
+        assertRoom(slot);
         m_present |= bit(slot);
         m_null |= bit(slot);
     }
@@ -71,14 +79,23 @@ public:
 
 private:
     friend class RowSnapshotRef;
-    explicit RowSnapshot(const NSEntityDescription *entity);
+    explicit RowSnapshot(const RowLayout *layout);
     ~RowSnapshot();
-    static RowSnapshot *allocate(const NSEntityDescription *entity);
+    static RowSnapshot *allocate(const RowLayout *layout);
     static void destroy(RowSnapshot *row);
-    [[nodiscard]] char *slotAddress(int slot) const
+    void assertRoom([[maybe_unused]] int slot) const { QUIB_ASSERT(m_layout->hasSlot(slot)); }
+    [[nodiscard]] char *slotAddress(int slot)
     {
-        return const_cast<char *>(reinterpret_cast<const char *>(this + 1)) + m_entity->slotLayout(slot).offset;
+        assertRoom(slot);
+        return reinterpret_cast<char *>(this + 1) + m_layout->offset(slot);
     }
+    /// Of a slot that there is no room for: of a number that is nothing.
+    [[nodiscard]] const char *slotAddress(int slot) const
+    {
+        return m_layout->hasSlot(slot) ? reinterpret_cast<const char *>(this + 1) + m_layout->offset(slot) : kNothing;
+    }
+    /// Takes over the value alone, not whether the slot is present.
+    void copyValue(int slot, const RowSnapshot &from);
     [[nodiscard]] static constexpr quint64 bit(int slot) { return quint64{1} << slot; }
     void setFilled(int slot)
     {
@@ -86,9 +103,11 @@ private:
         m_null &= ~bit(slot);
     }
 
+    alignas(qint64) static constexpr char kNothing[sizeof(qint64)] = {};
+
     // The packed values follow the object in the same block.
     mutable std::atomic<int> m_references{0};
-    const NSEntityDescription *m_entity;
+    const RowLayout *m_layout;
     qint64 m_version = 0;
     quint64 m_present = 0; // bit i: slot i is present
     quint64 m_null = 0;    // bit i: slot i is nothing
@@ -98,7 +117,7 @@ private:
 inline void RowSnapshot::setNumberAt(int slot, qint64 value)
 {
     setFilled(slot);
-    switch (m_entity->slotLayout(slot).type) {
+    switch (entity()->slotLayout(slot).type) {
     case NSAttributeType::Boolean:
         *slotAddress(slot) = value != 0 ? 1 : 0;
         return;
@@ -139,8 +158,13 @@ public:
     [[nodiscard]] explicit operator bool() const { return m_row != nullptr; }
     [[nodiscard]] const RowSnapshot *operator->() const { return m_row; }
     [[nodiscard]] const RowSnapshot &operator*() const { return *m_row; }
-    /// For writing: the block itself when this is its only holder, else a copy that this handle then holds.
+    /// For writing: the block itself when this is its only holder and it has room for every slot, else a copy that this
+    /// handle then holds.
     [[nodiscard]] RowSnapshot *edit();
+    /// For writing the slots of a narrow snapshot that was just made. Requires: this is its only holder.
+    [[nodiscard]] RowSnapshot *fill();
+    /// Takes over the slots that the other has and this one lacks. Requires: both are the same version of one row.
+    void takeMissingSlots(const RowSnapshotRef &other);
     friend bool operator==(const RowSnapshotRef &a, const RowSnapshotRef &b) = default;
 
 private:

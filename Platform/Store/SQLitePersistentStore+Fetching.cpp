@@ -56,6 +56,7 @@ SQLitePersistentStore::ColumnPlan SQLitePersistentStore::planFor(const NSEntityD
     }
     for (const auto *candidate : entity->withSubentities()) {
         std::vector<int> indexes;
+        quint64 slotMask = 0;
         for (const QString &name : std::as_const(names)) {
             if (const auto *attribute = candidate->attributeNamed(name)) {
                 indexes.push_back(attribute->slot);
@@ -63,8 +64,14 @@ SQLitePersistentStore::ColumnPlan SQLitePersistentStore::planFor(const NSEntityD
                 const auto *relationship = candidate->relationshipNamed(name);
                 indexes.push_back(relationship != nullptr ? relationship->slot : -1);
             }
+            if (indexes.back() >= 0) {
+                slotMask |= quint64{1} << indexes.back();
+            }
         }
-        plan.slotsOf.push_back({candidate, std::move(indexes)});
+        // Whole rows have room for what is read later, narrow ones are given up for whole ones then.
+        plan.slotsOf.push_back(
+            {candidate, std::move(indexes),
+             properties.isEmpty() ? candidate->wholeRowLayout() : candidate->rowLayoutOfSlots(slotMask)});
     }
     plan.repeated.resize(static_cast<size_t>(names.size()) + 3);
     return plan;
@@ -80,8 +87,8 @@ StoredRow SQLitePersistentStore::readRow(const SQLiteStatement &statement, const
             slotsOf = &candidate;
         }
     }
-    StoredRow stored{NSManagedObjectID(slotsOf->entity, key), RowSnapshot::makeEmpty(slotsOf->entity)};
-    RowSnapshot *row = stored.snapshot.edit();
+    StoredRow stored{NSManagedObjectID(slotsOf->entity, key), RowSnapshot::makeNarrow(slotsOf->layout)};
+    RowSnapshot *row = stored.snapshot.fill();
     row->setVersion(statement.integer(1));
     int column = plan.hasEntityColumn ? 3 : 2;
     for (const int slot : slotsOf->indexes) {
@@ -309,18 +316,22 @@ std::optional<qint64> SQLitePersistentStore::count(const NSFetchRequest &request
     if (entity == nullptr) {
         return std::nullopt;
     }
-    NSFetchRequest unlimited = request;
-    unlimited.fetchLimit = 0;
-    SQLiteStatement statement = select(unlimited, entity, "COUNT(*)", /*ties=*/std::nullopt, error);
+    // Up to a limit, rows are met one by one: whether there is any is known at the first.
+    const bool isLimited = request.fetchLimit > 0;
+    SQLiteStatement statement = select(request, entity, isLimited ? "1" : "COUNT(*)", /*ties=*/std::nullopt, error);
     if (!statement) {
         return std::nullopt;
     }
-    if (statement.step() != SQLITE_ROW) {
+    qint64 met = 0;
+    int result = statement.step();
+    for (; isLimited && result == SQLITE_ROW; result = statement.step()) {
+        ++met;
+    }
+    if (result != (isLimited ? SQLITE_DONE : SQLITE_ROW)) {
         m_database->fail(error, "count");
         return std::nullopt;
     }
-    const qint64 all = statement.integer(0);
-    return request.fetchLimit > 0 ? std::min(all, request.fetchLimit) : all;
+    return isLimited ? met : statement.integer(0);
 }
 
 std::optional<QList<QList<Value>>>
@@ -441,18 +452,9 @@ SQLitePersistentStore::scannedTargets(const QList<NSManagedObjectID> &objectIDs,
 {
     // A question costs some locks and looks at the folder, the more so without a journal: one for all, over the stretch
     // of keys that they lie in, and what was not asked for is passed over.
-    QHash<NSManagedObjectID, QList<NSManagedObjectID>> found;
-    QHash<qint64, NSManagedObjectID> wanted;
-    found.reserve(objectIDs.size());
-    wanted.reserve(objectIDs.size());
-    qint64 first = objectIDs.constFirst().key();
-    qint64 last = first;
-    for (const NSManagedObjectID &objectID : objectIDs) {
-        found.insert(objectID, {});
-        wanted.insert(objectID.key(), objectID);
-        first = std::min(first, objectID.key());
-        last = std::max(last, objectID.key());
-    }
+    const auto [first, last] =
+        std::minmax_element(objectIDs.begin(), objectIDs.end(),
+                            [](const NSManagedObjectID &a, const NSManagedObjectID &b) { return a.key() < b.key(); });
     const auto *destination = relationship->destinationEntity;
     const bool hasCode = SQLNames::hasEntityColumn(destination);
     const QByteArray code = hasCode ? ", d._entity" : ", 0";
@@ -474,10 +476,18 @@ SQLitePersistentStore::scannedTargets(const QList<NSManagedObjectID> &objectIDs,
     if (!statement) {
         return std::nullopt;
     }
-    statement.bindInteger(1, first);
-    statement.bindInteger(2, last);
+    statement.bindInteger(1, first->key());
+    statement.bindInteger(2, last->key());
+    QHash<NSManagedObjectID, QList<NSManagedObjectID>> found;
+    QHash<qint64, NSManagedObjectID> wanted; // made once there is something to look up
     int result = statement.step();
     for (; result == SQLITE_ROW; result = statement.step()) {
+        if (wanted.isEmpty()) {
+            wanted.reserve(objectIDs.size());
+            for (const NSManagedObjectID &objectID : objectIDs) {
+                wanted.insert(objectID.key(), objectID);
+            }
+        }
         if (const auto source = wanted.constFind(statement.integer(0)); source != wanted.cend()) {
             found[*source].append(NSManagedObjectID(
                 hasCode ? entityWithCode(statement.integer(2), destination) : destination, statement.integer(1)));

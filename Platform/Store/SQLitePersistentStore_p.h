@@ -49,6 +49,7 @@ struct SQLitePersistentStore::ColumnPlan
     {
         const NSEntityDescription *entity = nullptr;
         std::vector<int> indexes; // -1: a column of a sibling entity
+        const RowLayout *layout = nullptr;
     };
     const NSEntityDescription *entity = nullptr;
     bool hasEntityColumn = false;
