@@ -51,9 +51,9 @@ std::vector<NSManagedObject *> sorted(std::vector<NSManagedObject *> objects,
     return objects;
 }
 
-/// A request that reads some attributes only also reads those that its condition and its order go by: a change is
-/// evaluated without asking the store.
-NSFetchRequest requestWithOwnKeys(NSFetchRequest request, const NSManagedObjectContext &context)
+/// A request that names attributes reads just those that its condition and its order go by: a change is evaluated
+/// without asking the store, and what the rows show is read as they come into view, which of a long list few ever do.
+NSFetchRequest requestOfOwnKeys(NSFetchRequest request, const NSManagedObjectContext &context)
 {
     const auto *entity = context.managedObjectModel().entityNamed(request.entityName);
     if (request.propertiesToFetch.isEmpty() || entity == nullptr) {
@@ -66,12 +66,15 @@ NSFetchRequest requestWithOwnKeys(NSFetchRequest request, const NSManagedObjectC
     for (const NSSortDescriptor &descriptor : request.sortDescriptors) {
         keys.append(descriptor.key());
     }
-    for (const QString &key : keys) {
+    keys.removeIf([entity](const QString &key) {
         const auto *attribute = entity->attributeNamed(key);
-        if (attribute != nullptr && !attribute->isLazy && !request.propertiesToFetch.contains(key)) {
-            request.propertiesToFetch.append(key);
-        }
+        return attribute == nullptr || attribute->isLazy;
+    });
+    keys.removeDuplicates();
+    if (keys.isEmpty()) {
+        request.includesPropertyValues = false;
     }
+    request.propertiesToFetch = keys;
     return request;
 }
 
@@ -128,7 +131,7 @@ bool MRTFetchedResultsController::performFetch(NSError *error)
     m_observer.reset();
     m_waiting.clear();
     ++m_fetch;
-    const auto found = m_context->executeFetchRequest(requestWithOwnKeys(*m_fetchRequest, *m_context), error);
+    const auto found = m_context->executeFetchRequest(requestOfOwnKeys(*m_fetchRequest, *m_context), error);
     ObjectList objects;
     if (found) {
         objects.reserve(static_cast<size_t>(found->size()));

@@ -19,17 +19,16 @@ QString localized(const char *text)
 
 bool QBStaticSidebarItem::hasNotesInManagedObjectContext(NSManagedObjectContext &moc) const
 {
-    auto request = notesFetchRequestInManagedObjectContext(moc);
+    const auto request = notesFetchRequestInManagedObjectContext(moc);
     if (!request) {
         return false;
     }
-    // Any one note will do, and nothing of it is looked at.
-    request->sortDescriptors.clear();
-    request->relationshipKeyPathsForPrefetching.clear();
-    request->propertiesToFetch.clear();
-    request->includesPropertyValues = false;
-    request->fetchLimit = 1;
-    return !quib::fetchLogged<NSManagedObject>(moc, *request).isEmpty();
+    // Any one note will do, in whatever order, and nothing of it is looked at.
+    NSFetchRequest counted;
+    counted.entityName = request->entityName;
+    counted.predicate = request->predicate;
+    counted.fetchLimit = 1;
+    return moc.countForFetchRequest(counted).value_or(0) > 0;
 }
 
 std::optional<NSFetchRequest>

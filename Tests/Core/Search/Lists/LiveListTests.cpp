@@ -202,33 +202,73 @@ TEST_F(LiveListTests, AQueryThatFailsGivesAnEmptyListAndTheError)
     EXPECT_EQ(failing.count(), 0);
 }
 
-TEST_F(LiveListTests, AsksTheStoreNothingWhenANoteChanges)
+/// What another process does to all notes of the store.
+class LiveListOfFreshContextTests : public LiveListTests
 {
-    // A fresh context, whose notes hold what the list fetched and no more; then their rows go away beneath them.
-    list.reset();
-    notes.clear();
-    moc().reset();
-    NSFetchRequest request{.entityName = u"QBNote"_s};
-    request.predicate = NSPredicate::predicateWithFormat(u"trashed == NO"_s);
-    request.sortDescriptors = {NSSortDescriptor(u"title"_s, /*ascending=*/true)};
-    request.propertiesToFetch = QStringList{u"subtitle"_s};
-    list = std::make_unique<MRTFetchedResultsController>(stack->managedObjectContext(), request);
-    ASSERT_TRUE(list->performFetch());
-    list->setDelegate(&listener);
-    const auto elsewhere = std::make_shared<NSPersistentStoreCoordinator>(
-        stack->managedObjectModel(), moc().persistentStoreCoordinator()->factories());
-    NSError error;
-    ASSERT_TRUE(elsewhere->addPersistentStoreWithType(NSSQLiteStoreType, stack->persistentStoreURL(), {}, &error));
-    const auto other =
-        NSManagedObjectContext::contextWithCoordinator(NSManagedObjectContextConcurrencyType::MainQueue, elsewhere);
-    const auto rows = other->fetch<QBNote>({.entityName = u"QBNote"_s});
-    ASSERT_TRUE(rows && rows->size() == 3);
-    for (const auto &row : *rows) {
-        other->deleteObject(row.get());
+protected:
+    LiveListOfFreshContextTests()
+    {
+        // A fresh context, whose notes hold what the list fetched and no more.
+        list.reset();
+        notes.clear();
+        moc().reset();
+        NSFetchRequest request{.entityName = u"QBNote"_s};
+        request.predicate = NSPredicate::predicateWithFormat(u"trashed == NO"_s);
+        request.sortDescriptors = {NSSortDescriptor(u"title"_s, /*ascending=*/true)};
+        request.propertiesToFetch = QStringList{u"subtitle"_s};
+        list = std::make_unique<MRTFetchedResultsController>(stack->managedObjectContext(), request);
+        EXPECT_TRUE(list->performFetch());
+        list->setDelegate(&listener);
     }
-    ASSERT_TRUE(other->save(&error)) << error.localizedDescription().toStdString();
-    list->objectAtIndex<QBNote>(0)->setSubtitle(u"new"_s);
-    EXPECT_EQ(told(), u"will 3, update a 0 0, did 3"_s);
+    void changeElsewhere(const std::function<void(NSManagedObjectContext &, QBNote &)> &change) const
+    {
+        const auto elsewhere = std::make_shared<NSPersistentStoreCoordinator>(
+            stack->managedObjectModel(), moc().persistentStoreCoordinator()->factories());
+        NSError error;
+        ASSERT_TRUE(elsewhere->addPersistentStoreWithType(NSSQLiteStoreType, stack->persistentStoreURL(), {}, &error));
+        const auto other =
+            NSManagedObjectContext::contextWithCoordinator(NSManagedObjectContextConcurrencyType::MainQueue, elsewhere);
+        const auto rows = other->fetch<QBNote>({.entityName = u"QBNote"_s});
+        ASSERT_TRUE(rows && rows->size() == 3);
+        for (const auto &row : *rows) {
+            change(*other, *row);
+        }
+        ASSERT_TRUE(other->save(&error)) << error.localizedDescription().toStdString();
+    }
+};
+
+TEST_F(LiveListOfFreshContextTests, AsksTheStoreNothingWhenANoteChanges)
+{
+    changeElsewhere([](NSManagedObjectContext &context, QBNote &note) { context.deleteObject(&note); });
+    list->objectAtIndex<QBNote>(0)->setTitle(u"bb"_s);
+    EXPECT_EQ(told(), u"will 3, move bb 0 1, did 3"_s);
+}
+
+TEST_F(LiveListOfFreshContextTests, ReadsWhatARowShowsWhenItIsLookedAt)
+{
+    changeElsewhere([](NSManagedObjectContext & /*context*/, QBNote &note) {
+        if (note.title() == u"a") {
+            note.setTitle(u"z"_s);
+        }
+        note.setSubtitle(u"new "_s + note.title());
+    });
+    EXPECT_EQ(shown(), u"abc"_s) << "what the order goes by was read with the list";
+    EXPECT_EQ(list->objectAtIndex<QBNote>(1)->subtitle(), u"new b"_s);
+    EXPECT_EQ(told(), u"will 3, update b 1 1, did 3"_s) << "the row turned out to be another";
+    EXPECT_EQ(list->objectAtIndex<QBNote>(0)->subtitle(), u"new z"_s);
+    EXPECT_EQ(told(), u"will 3, move z 0 2, did 3"_s);
+}
+
+TEST_F(LiveListOfFreshContextTests, TakesWhatALaterFetchReads)
+{
+    const auto whole = moc().fetch<QBNote>({.entityName = u"QBNote"_s});
+    ASSERT_TRUE(whole);
+    changeElsewhere([](NSManagedObjectContext &context, QBNote &note) { context.deleteObject(&note); });
+    for (const auto &note : *whole) {
+        EXPECT_FALSE(note->uniqueIdentifier().isEmpty());
+        EXPECT_TRUE(note->modificationDate());
+    }
+    EXPECT_EQ(told(), QString());
 }
 
 } // namespace
