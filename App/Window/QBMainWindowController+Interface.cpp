@@ -9,9 +9,19 @@
 #include <Themes/QBNotesThemesManager.h>
 
 #include <QApplication>
+#include <QTimer>
+
+#include <chrono>
 
 using namespace Qt::StringLiterals;
 using namespace quib;
+
+namespace {
+
+/// Longer than from the store's opening to the first frame, shorter than anybody is at the search field.
+constexpr std::chrono::milliseconds kFillingDelay{50};
+
+} // namespace
 
 // The window
 
@@ -64,7 +74,12 @@ void QBMainWindowController::setManagedObjectContext(
 {
     m_context = managedObjectContext;
     m_textSearch = NoteTextSearch::make(*m_context);
-    m_textSearch->startFilling();
+    // The first frame does not share the store with the reading of all texts; until they are read, the store answers.
+    QTimer::singleShot(kFillingDelay, this, [this, search = std::weak_ptr(m_textSearch)] {
+        if (const auto waiting = search.lock(); waiting != nullptr && waiting == m_textSearch) {
+            waiting->startFilling();
+        }
+    });
     m_editor->editor().setTextSearch(m_textSearch);
     m_notes = std::make_unique<QBNotesTableViewController>(*m_list, m_undoManager, m_textSearch);
     m_notes->setDelegate(this);

@@ -8,7 +8,10 @@
 #include <QStringList>
 #include <QStringView>
 
+#include <memory>
+#include <mutex>
 #include <shared_mutex>
+#include <span>
 #include <vector>
 
 namespace quib {
@@ -56,12 +59,24 @@ private:
         qint64 key = 0; // 0: replaced or removed
         qint64 version = 0;
     };
+    using Indexes = std::vector<size_t>;
+    /// What a needle was found in lately.
+    struct Finding
+    {
+        QByteArray needle;
+        std::shared_ptr<const Indexes> entries;
+    };
     // The indexes of the living entries whose text holds the needle, ascending; of all, or of some that are ascending.
     // Requires: locked; the needle is not empty.
-    [[nodiscard]] std::vector<size_t> entriesContaining(const QByteArray &needle) const;
-    [[nodiscard]] std::vector<size_t> entriesContaining(const QByteArray &needle,
-                                                        const std::vector<size_t> &within) const;
-    [[nodiscard]] std::vector<qint64> keysOfEntries(const std::vector<size_t> &indexes) const;
+    [[nodiscard]] std::shared_ptr<const Indexes> entriesContaining(const QByteArray &needle) const;
+    [[nodiscard]] Indexes entriesContaining(const QByteArray &needle, const Indexes &within) const;
+    void sweep(const ByteSearch &search, size_t firstEntry, size_t limitEntry, Indexes *found) const;
+    void look(const ByteSearch &search, qsizetype needleSize, std::span<const size_t> within, Indexes *found) const;
+    /// Of what was found lately, the least that must hold all of the needle's places; null where nothing does.
+    [[nodiscard]] std::shared_ptr<const Indexes> narrowest(const QByteArray &needle, bool *isExact) const;
+    void remember(const QByteArray &needle, const std::shared_ptr<const Indexes> &entries) const;
+    void forget();
+    [[nodiscard]] std::vector<qint64> keysOfEntries(const Indexes &indexes) const;
     void append(qint64 key, qint64 version, const QByteArray &foldedText);
     void drop(qint64 key);
     void compactIfWorthwhile();
@@ -72,6 +87,9 @@ private:
     QHash<qint64, size_t> m_indexOfKey;
     size_t m_deadBytes = 0;
     ByteCounts m_counts{}; // of every sixteenth byte that was ever appended
+    /// Of the present entries, newest last: what holds a longer term is among what holds a part of it.
+    mutable std::vector<Finding> m_findings; // guarded by m_findingsMutex, which is locked last
+    mutable std::mutex m_findingsMutex;
 };
 
 } // namespace quib

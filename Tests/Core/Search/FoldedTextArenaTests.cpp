@@ -90,6 +90,12 @@ TEST(FoldedTextArena, FindsWhatComparingEveryTextFinds)
             const auto second = scanned(texts, other);
             std::set_intersection(found.begin(), found.end(), second.begin(), second.end(), std::back_inserter(both));
             EXPECT_EQ(arena.keysOfTextsContainingAll({other, term}), both);
+            // As it is typed, from any end, and with another term beside it: what was found before narrows it down.
+            for (qsizetype length = 1; length <= std::min<qsizetype>(term.size(), 6); ++length) {
+                EXPECT_EQ(arena.keysOfTextsContaining(term.first(length)), scanned(texts, term.first(length)));
+                EXPECT_EQ(arena.keysOfTextsContaining(term.last(length)), scanned(texts, term.last(length)));
+            }
+            EXPECT_EQ(arena.keysOfTextsContainingAll({term, other}), both);
             const QString longer = term + text(2);
             if (quib::foldedUtf8(longer).startsWith(quib::foldedUtf8(term))) {
                 EXPECT_EQ(arena.keysOfTextsContaining(longer, found), scanned(texts, longer));
@@ -99,6 +105,40 @@ TEST(FoldedTextArena, FindsWhatComparingEveryTextFinds)
     }
     EXPECT_EQ(arena.keysOfTextsContaining(u""_s), scanned(texts, u""_s));
     EXPECT_EQ(arena.count(), static_cast<qint64>(texts.size()));
+}
+
+// Enough to be gone through in pieces, with texts that reach over where one would end.
+TEST(FoldedTextArena, FindsTheSameInPiecesOfALargeArena)
+{
+    const quib::tests::TestSeed seed;
+    auto generator = seed.generator();
+    FoldedTextArena arena;
+    std::map<qint64, QString> texts;
+    for (qint64 key = 1; key <= 400; ++key) {
+        const qsizetype size = key % 100 == 0 ? 5'000'000 : static_cast<qsizetype>(generator() % 60'000);
+        QString text(size, u'a');
+        for (const QString &word : {u"one"_s, u"oneself"_s, u"two"_s}) {
+            if (size > 20 && generator() % 3 == 0) {
+                text.replace(static_cast<qsizetype>(generator() % static_cast<unsigned>(size - 10)), word.size(), word);
+            }
+        }
+        texts[key] = text;
+        arena.setText(key, 1, text);
+    }
+    const auto expectFound = [&] {
+        for (const QString &term : {u"o"_s, u"on"_s, u"one"_s, u"ones"_s, u"tw"_s, u"a"_s, u"zz"_s, u"aone"_s}) {
+            EXPECT_EQ(arena.keysOfTextsContaining(term), scanned(texts, term)) << term.toStdString();
+        }
+    };
+    expectFound();
+    // Changed texts are not answered from before.
+    for (qint64 key = 7; key <= 400; key += 31) {
+        texts[key] = key % 2 == 0 ? u"one"_s : u"two"_s;
+        arena.setText(key, 2, texts[key]);
+    }
+    arena.remove(40);
+    texts.erase(40);
+    expectFound();
 }
 
 TEST(FoldedTextArena, ReplacedTextsDoNotPileUp)
