@@ -39,6 +39,8 @@ constexpr int kEllipsisWidth = 16;
 constexpr int kLeading = 5;
 /// Kept for rows that were seen.
 constexpr qsizetype kMostPictures = 400;
+/// Some for each row of a tall window, and a way of scrolling.
+constexpr qsizetype kMostLaidOutTexts = 120;
 
 QList<QTextLayout::FormatRange> formats(const NSAttributedString &text, NSRange range)
 {
@@ -111,6 +113,7 @@ QTextOption textOption(const QString &text, bool isOneLine, Qt::LayoutDirection 
 NoteRowDelegate::NoteRowDelegate(NoteListModel &model, QObject *parent)
     : QStyledItemDelegate(parent)
     , m_model(model)
+    , m_laidOutTexts(kMostLaidOutTexts)
 {
 }
 
@@ -120,35 +123,43 @@ QSize NoteRowDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const Q
 }
 
 int NoteRowDelegate::drawText(QPainter &painter, const NSAttributedString &text, NSRange range, const QRect &place,
-                              int mostLines, Qt::LayoutDirection direction)
+                              int mostLines, Qt::LayoutDirection direction) const
 {
-    QString string = text.stringInRange(range).toString();
-    QTextLayout layout(string);
-    layout.setTextOption(textOption(string, mostLines == 1, direction));
-    layout.setFormats(formats(text, range));
-    if (const int cut = setLines(layout, place.width(), mostLines); cut >= 0) {
-        // The ellipsis takes over the looks of what stands before it.
-        qsizetype kept = std::min<qsizetype>(cut, string.size());
-        while (kept > 0 && (string[kept - 1].isSpace() || string[kept - 1].isHighSurrogate())) {
-            --kept;
-        }
-        string = string.first(kept) % u'…';
-        QList<QTextLayout::FormatRange> cutFormats;
-        for (QTextLayout::FormatRange format : layout.formats()) {
-            if (format.start < string.size()) {
-                format.length = std::min(format.length, int(string.size()) - format.start);
-                if (format.start + format.length == kept) {
-                    ++format.length;
-                }
-                cutFormats.append(format);
+    const QString whole = text.stringInRange(range).toString();
+    const QList<QTextLayout::FormatRange> wholeFormats = formats(text, range);
+    LaidOutText *laidOut = m_laidOutTexts.object(whole);
+    if (laidOut == nullptr || laidOut->width != place.width() || laidOut->mostLines != mostLines ||
+        laidOut->direction != direction || laidOut->formats != wholeFormats) {
+        laidOut = new LaidOutText{wholeFormats, place.width(), mostLines, direction, QTextLayout(whole)};
+        QTextLayout &layout = laidOut->layout;
+        layout.setCacheEnabled(true);
+        layout.setTextOption(textOption(whole, mostLines == 1, direction));
+        layout.setFormats(wholeFormats);
+        if (const int cut = setLines(layout, place.width(), mostLines); cut >= 0) {
+            // The ellipsis takes over the looks of what stands before it.
+            qsizetype kept = std::min<qsizetype>(cut, whole.size());
+            while (kept > 0 && (whole[kept - 1].isSpace() || whole[kept - 1].isHighSurrogate())) {
+                --kept;
             }
+            const QString string = whole.first(kept) % u'…';
+            QList<QTextLayout::FormatRange> cutFormats;
+            for (QTextLayout::FormatRange format : wholeFormats) {
+                if (format.start < string.size()) {
+                    format.length = std::min(format.length, int(string.size()) - format.start);
+                    if (format.start + format.length == kept) {
+                        ++format.length;
+                    }
+                    cutFormats.append(format);
+                }
+            }
+            layout.setText(string);
+            layout.setFormats(cutFormats);
+            setLines(layout, place.width(), mostLines);
         }
-        layout.setText(string);
-        layout.setFormats(cutFormats);
-        setLines(layout, place.width(), mostLines);
+        m_laidOutTexts.insert(whole, laidOut); // in place of what it was before
     }
-    layout.draw(&painter, place.topLeft());
-    return int(std::ceil(layout.boundingRect().height()));
+    laidOut->layout.draw(&painter, place.topLeft());
+    return int(std::ceil(laidOut->layout.boundingRect().height()));
 }
 
 void NoteRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const

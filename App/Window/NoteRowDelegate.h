@@ -2,9 +2,11 @@
 
 #include <Text/NSAttributedString.h>
 
+#include <QCache>
 #include <QHash>
 #include <QPixmap>
 #include <QStyledItemDelegate>
+#include <QTextLayout>
 #include <QUrl>
 
 #include <memory>
@@ -38,11 +40,22 @@ Q_SIGNALS:
 private:
     [[nodiscard]] QPixmap picture(const QBNote &note, QSize size, double scale) const;
     /// Draws lines of a text with its attributes, cut with an ellipsis. Gives the height used.
-    static int drawText(QPainter &painter, const NSAttributedString &text, NSRange range, const QRect &place,
-                        int mostLines, Qt::LayoutDirection direction);
+    int drawText(QPainter &painter, const NSAttributedString &text, NSRange range, const QRect &place, int mostLines,
+                 Qt::LayoutDirection direction) const;
+    /// Lines of a text as they were laid out: a list paints the same rows over and over, and to lay them out is most of
+    /// the work.
+    struct LaidOutText
+    {
+        QList<QTextLayout::FormatRange> formats;
+        int width = 0;
+        int mostLines = 0;
+        Qt::LayoutDirection direction = Qt::LeftToRight;
+        QTextLayout layout;
+    };
 
     NoteListModel &m_model;
-    mutable QHash<QString, QPixmap> m_pictures; ///< null while one is on its way
+    mutable QCache<QString, LaidOutText> m_laidOutTexts; ///< by the whole text
+    mutable QHash<QString, QPixmap> m_pictures;          ///< null while one is on its way
     std::shared_ptr<char> m_life = std::make_shared<char>();
 };
 
