@@ -46,7 +46,7 @@ void FoldedTextArena::setFoldedText(qint64 key, qint64 version, const QByteArray
 
 void FoldedTextArena::append(qint64 key, qint64 version, const QByteArray &foldedText)
 {
-    forget();
+    forgetFindings();
     m_indexOfKey.insert(key, m_entries.size());
     m_entries.push_back({m_bytes.size(), static_cast<size_t>(foldedText.size()), key, version});
     m_bytes.insert(m_bytes.end(), foldedText.cbegin(), foldedText.cend());
@@ -62,7 +62,7 @@ void FoldedTextArena::drop(qint64 key)
     if (found == m_indexOfKey.constEnd()) {
         return;
     }
-    forget();
+    forgetFindings();
     Entry &entry = m_entries[*found];
     entry.key = 0;
     m_deadBytes += entry.length + 1;
@@ -79,7 +79,7 @@ void FoldedTextArena::remove(qint64 key)
 void FoldedTextArena::clear()
 {
     const std::unique_lock lock(m_mutex);
-    forget();
+    forgetFindings();
     m_bytes = {};
     m_entries = {};
     m_indexOfKey.clear();
@@ -91,7 +91,7 @@ void FoldedTextArena::compactIfWorthwhile()
     if (m_deadBytes < kTolerableDeadBytes || m_deadBytes * 2 < m_bytes.size()) {
         return;
     }
-    forget();
+    forgetFindings();
     size_t limit = 0;
     size_t kept = 0;
     for (const Entry &entry : m_entries) {
@@ -110,7 +110,7 @@ void FoldedTextArena::compactIfWorthwhile()
     m_deadBytes = 0;
 }
 
-void FoldedTextArena::forget()
+void FoldedTextArena::forgetFindings() const
 {
     const std::lock_guard lock(m_findingsMutex);
     m_findings.clear();

@@ -50,6 +50,8 @@ public:
     /// Units: bytes, those of replaced texts that were not cleared away yet included.
     [[nodiscard]] qint64 sizeInBytes() const;
     void reserve(qint64 bytes);
+    /// Lets go of what earlier searches found: the next one finds the same, and starts from nothing.
+    void forgetFindings() const;
 
 private:
     struct Entry
@@ -75,7 +77,6 @@ private:
     /// Of what was found lately, the least that must hold all of the needle's places; null where nothing does.
     [[nodiscard]] std::shared_ptr<const Indexes> narrowest(const QByteArray &needle, bool *isExact) const;
     void remember(const QByteArray &needle, const std::shared_ptr<const Indexes> &entries) const;
-    void forget();
     [[nodiscard]] std::vector<qint64> keysOfEntries(const Indexes &indexes) const;
     void append(qint64 key, qint64 version, const QByteArray &foldedText);
     void drop(qint64 key);
