@@ -251,11 +251,11 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
         return std::nullopt;
     }
     range = NSIntersectionRange(range, fullRange());
-    NSMutableAttributedString text(NSTextStorage::attributedSubstringFromRange(range));
+    auto text = NSMutableAttributedString::resetCopy(
+        attributedString(), range, QBNoteTextStylerCommonAttributes::attributesNamesToReset(), groundAttributes());
     NSRange local = text.fullRange();
     ProposedSelection selection(selectionRange);
     bool isChanged = false;
-    resetAttributes(text, local);
 
     auto pending = m_noteStylersManager->textStylers();
     while (!pending.isEmpty()) {
@@ -285,24 +285,24 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
         *proposedSelectionRange = selection.range();
         return text;
     }
-    contents().replaceCharactersInRange(range, text);
+    contents().replaceCharactersInRange(range, std::move(text));
     edited(kEditedAttributes, range, 0); // which fixes the attributes
     *proposedSelectionRange = kNotFoundRange;
     return std::nullopt;
 }
 
-void QBNotesTextStorage::resetAttributes(NSMutableAttributedString &text, NSRange range) const
+quib::AttributeSet QBNotesTextStorage::groundAttributes() const
 {
     const auto &theme = m_noteStylersManager->themeManager();
-    text.removeAndAddAttributes(QBNoteTextStylerCommonAttributes::attributesNamesToReset(),
-                                theme ? theme->defaultTextAttributes() : quib::AttributeSet(), range);
+    return theme ? theme->defaultTextAttributes() : quib::AttributeSet();
 }
 
 void QBNotesTextStorage::applyStylingInRange(NSRange range)
 {
     range = NSIntersectionRange(range, fullRange());
     NSRange styled = range;
-    resetAttributes(contents(), range);
+    contents().removeAndAddAttributes(QBNoteTextStylerCommonAttributes::attributesNamesToReset(), groundAttributes(),
+                                      range);
     for (const auto &styler : m_noteStylersManager->textStylers()) {
         styler->styleTextInAttributedString(contents(), styled, this);
     }

@@ -35,9 +35,9 @@ void QBNotesTextStorage::replaceCharactersInRange(NSRange range, QStringView wit
     edited(kEditedAttributes | kEditedCharacters, replaced, withString.size() - replaced.length);
 }
 
-void QBNotesTextStorage::setAttributedString(const NSAttributedString &string)
+void QBNotesTextStorage::setAttributedString(NSAttributedString string)
 {
-    NSTextStorage::setAttributedString(string);
+    NSTextStorage::setAttributedString(std::move(string));
     // A load is no edit: the next one starts from nothing.
     m_previousEditedRange = kNotFoundRange;
     m_previousChangeInLength = 0;

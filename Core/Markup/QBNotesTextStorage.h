@@ -35,7 +35,7 @@ public:
     using NSTextStorage::replaceCharactersInRange;
     /// A null string changes nothing.
     void replaceCharactersInRange(NSRange range, QStringView withString) override;
-    void setAttributedString(const NSAttributedString &string) override;
+    void setAttributedString(NSAttributedString string) override;
 
     // Loading: QBNotesTextStorage+Styling.cpp
 
@@ -115,8 +115,8 @@ protected:
     void processEditing() override;
 
 private:
-    /// Takes a text back to plain text of the theme, with its attachments: the ground that the stylers begin on.
-    void resetAttributes(NSMutableAttributedString &text, NSRange range) const;
+    /// What plain text has: the ground that the stylers begin on.
+    [[nodiscard]] quib::AttributeSet groundAttributes() const;
 
     std::shared_ptr<QBNoteStylersManager> m_noteStylersManager;
     NSRange m_previousEditedRange = kNotFoundRange;

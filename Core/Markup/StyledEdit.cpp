@@ -8,9 +8,9 @@ StyledEdit StyledEdit::performStylingInTextStorage(QBNotesTextStorage &storage, 
 {
     StyledEdit edit;
     edit.rangeToStyle = storage.rangeToStyle();
-    if (const auto styled = storage.styleTextInRange(edit.rangeToStyle, selection, &edit.proposedSelection)) {
+    if (auto styled = storage.styleTextInRange(edit.rangeToStyle, selection, &edit.proposedSelection)) {
         edit.isReplaced = true;
-        storage.replaceCharactersInRange(edit.rangeToStyle, *styled);
+        storage.replaceCharactersInRange(edit.rangeToStyle, *std::move(styled));
     }
     return edit;
 }

@@ -1,5 +1,7 @@
 #include "AttributeRuns.h"
 
+#include "AttributeRunsRewriter.h"
+
 #include <Foundation/Assert.h>
 
 #include <algorithm>
@@ -9,16 +11,12 @@ namespace quib {
 
 namespace {
 
-constexpr qsizetype kGroupSize = 64;
-/// Leaves that are built in a row keep some room for the edits to come.
-constexpr qsizetype kBuiltLeafSize = 112;
-/// A leaf below the first joins a neighbour when both have at most the second.
-constexpr qsizetype kSmallLeafSize = 16;
-constexpr qsizetype kJoinedLeafSize = 96;
+/// More leaves are rebuilt rather than changed one by one.
+constexpr qsizetype kFewLeaves = 3;
+/// In so many places a set is looked for among those whose change is known.
+constexpr size_t kKnownTries = 8;
 /// Up to so many changes a leaf are made one by one.
 constexpr qsizetype kFewChangesOfLeaf = 8;
-/// As many untouched leaves are passed in the time of one change.
-constexpr qsizetype kLeavesForAChange = 16;
 
 } // namespace
 
@@ -96,25 +94,40 @@ void AttributeChange::applyToEntries(AttributeSet &attributes) const
     }
 }
 
-void AttributeChange::applyRemembering(AttributeSet &attributes) const
+const AttributeChange::Known *AttributeChange::knownOf(const AttributeEntries *from) const
 {
     if (m_known == nullptr) {
         m_known = std::make_unique<KnownSets>();
     }
-    const AttributeEntries *const from = attributes.m_shared;
-    const size_t hash = static_cast<size_t>(reinterpret_cast<quintptr>(from) * 0x9E3779B97F4A7C15U >> 32);
-    Known &known = (*m_known)[hash % m_known->size()];
-    if (!known.isKnown || known.from != from) {
-        AttributeSet shared;
-        shared.m_shared = from;
-        applyToEntries(shared);
-        if (!shared.hasNoPlace()) {
-            applyToEntries(attributes); // the table has no room for it, or the new set has a place
-            return;
+    const auto hash = static_cast<size_t>(reinterpret_cast<quintptr>(from) * 0x9E3779B97F4A7C15U >> 58);
+    Known *known = nullptr;
+    for (size_t step = 0; step < kKnownTries; ++step) {
+        known = &(*m_known)[(hash + step) % m_known->size()];
+        if (!known->isKnown) {
+            break;
         }
-        known = {from, shared.m_shared, true};
+        if (known->from == from) {
+            return known;
+        }
     }
-    attributes.m_shared = known.to;
+    AttributeSet shared;
+    shared.m_shared = from;
+    applyToEntries(shared);
+    if (!shared.hasNoPlace()) {
+        return nullptr; // the table has no room for it, or the new set has a place
+    }
+    *known = {from, shared.m_shared, true};
+    return known;
+}
+
+void AttributeChange::applyRemembering(AttributeSet &attributes) const
+{
+    const Known *const known = knownOf(attributes.m_shared);
+    if (known == nullptr) {
+        applyToEntries(attributes);
+        return;
+    }
+    attributes.m_shared = known->to;
     if (attributes.hasNoPlace()) {
         return;
     }
@@ -124,6 +137,21 @@ void AttributeChange::applyRemembering(AttributeSet &attributes) const
             attributes.removeFromPlaces(entry.name);
         }
     }
+}
+
+AttributeSet AttributeChange::applied(const AttributeSet &attributes) const
+{
+    const Known *const known = m_kind == Kind::Reset ? knownOf(attributes.m_shared) : nullptr;
+    if (known == nullptr) {
+        AttributeSet changed = attributes;
+        apply(changed);
+        return changed;
+    }
+    AttributeSet changed;
+    changed.m_shared = known->to;
+    changed.m_place = AttributeSet::placeWithout(attributes.m_place, m_removed, m_set->m_shared);
+    changed.m_objects = AttributeSet::placeWithout(attributes.m_objects, m_removed, m_set->m_shared);
+    return changed;
 }
 
 AttributeRuns::AttributeRuns(const AttributeSet &attributes, qint64 length)
@@ -242,7 +270,8 @@ void AttributeRuns::retreat(Position &position) const
     position.start -= constRuns(position.leaf).at(position.run).length;
 }
 
-void AttributeRuns::advanceToNames(Position &position, AttributeNameMask names, qint64 limit) const
+template <typename IsWanted>
+void AttributeRuns::advanceTo(Position &position, AttributeNameMask names, qint64 limit, const IsWanted &isWanted) const
 {
     for (; !isAtEnd(position) && position.start < limit; ++position.leaf, position.run = 0) {
         const Leaf &leaf = *m_leaves.at(position.leaf);
@@ -253,12 +282,23 @@ void AttributeRuns::advanceToNames(Position &position, AttributeNameMask names, 
         const Run *const runs = leaf.runs.constData();
         const qsizetype count = leaf.runs.size();
         for (; position.run < count; ++position.run) {
-            if (position.start >= limit || runs[position.run].attributes.mayHave(names)) {
+            if (position.start >= limit || isWanted(runs[position.run].attributes)) {
                 return;
             }
             position.start += runs[position.run].length;
         }
     }
+}
+
+void AttributeRuns::advanceToNames(Position &position, AttributeNameMask names, qint64 limit) const
+{
+    advanceTo(position, names, limit, [names](const AttributeSet &attributes) { return attributes.mayHave(names); });
+}
+
+void AttributeRuns::advanceToObjects(Position &position, AttributeNameMask names, qint64 limit) const
+{
+    advanceTo(position, names, limit,
+              [names](const AttributeSet &attributes) { return attributes.hasObjects() || attributes.mayHave(names); });
 }
 
 void AttributeRuns::change(NSRange range, const AttributeChange &change)
@@ -362,14 +402,32 @@ qint64 AttributeRuns::changeWholeRuns(Position position, qint64 limit, const Att
 
 void AttributeRuns::replace(NSRange range, qint64 length, const AttributeSet &attributes)
 {
+    if (isWide(range)) {
+        AttributeRunsRewriter rewriter(*this, range);
+        rewriter.keepTo(range.location);
+        rewriter.add(attributes, length);
+        rewriter.skipTo(range.limit());
+        rewriter.finish();
+        return;
+    }
     remove(range);
     insert(range.location, length, attributes);
 }
 
-void AttributeRuns::replace(NSRange range, const AttributeRuns &other)
+void AttributeRuns::replace(NSRange range, AttributeRuns other)
 {
     if (range.length == m_length) {
-        *this = other;
+        *this = std::move(other);
+        return;
+    }
+    if (isWide(range) || other.m_leaves.size() > kFewLeaves) {
+        AttributeRunsRewriter rewriter(*this, range);
+        rewriter.keepTo(range.location);
+        for (Position position; !other.isAtEnd(position); other.advance(position)) {
+            rewriter.add(other.attributes(position), other.range(position).length);
+        }
+        rewriter.skipTo(range.limit());
+        rewriter.finish();
         return;
     }
     remove(range);
@@ -379,6 +437,15 @@ void AttributeRuns::replace(NSRange range, const AttributeRuns &other)
         insert(location, length, other.attributes(position));
         location += length;
     }
+}
+
+bool AttributeRuns::isWide(NSRange range) const
+{
+    if (range.length <= kFewLeaves) {
+        return false;
+    }
+    const qsizetype first = find(range.location).leaf;
+    return find(range.limit() - 1).leaf - first > kFewLeaves;
 }
 
 void AttributeRuns::remove(NSRange range)
@@ -562,7 +629,7 @@ void AttributeRuns::append(AttributeSet attributes, qint64 length)
     if (m_leaves.isEmpty() || m_leaves.constLast()->runs.size() >= kBuiltLeafSize) {
         auto *leaf = new Leaf;
         if (!m_leaves.isEmpty()) {
-            leaf->runs.reserve(kBuiltLeafSize); // one of many
+            leaf->runs.reserve(kLeafCapacity); // one of many
         }
         insertLeaf(m_leaves.size(), leaf, 0);
     }
@@ -577,130 +644,7 @@ void AttributeRuns::append(AttributeSet attributes, qint64 length)
     addToLeafLength(last, length);
 }
 
-void AttributeRuns::appendLeaf(Leaf *leaf, qint64 length)
-{
-    const qsizetype before = m_leaves.isEmpty() ? 0 : m_leaves.constLast()->runs.size();
-    const qsizetype count = leaf->runs.size();
-    if (m_leaves.isEmpty() || std::min(before, count) >= kSmallLeafSize || before + count > kLeafCapacity) {
-        insertLeaf(m_leaves.size(), leaf, length);
-        return;
-    }
-    Leaf &last = *m_leaves.constLast();
-    last.names |= leaf->names;
-    for (Run &run : leaf->runs) {
-        if (last.runs.constLast().attributes == run.attributes) {
-            last.runs.last().length += run.length;
-        } else {
-            last.runs.append(std::move(run));
-        }
-    }
-    addToLeafLength(m_leaves.size() - 1, length);
-    delete leaf;
-}
-
-/// Takes the leaves out and puts them back one after the other, whole or run by run.
-class AttributeRuns::Rebuilding
-{
-public:
-    explicit Rebuilding(AttributeRuns &runs)
-        : m_runs(runs)
-        , m_leaves(std::exchange(runs.m_leaves, {}))
-        , m_lengths(std::exchange(runs.m_leafLengths, {}))
-    {
-        runs.m_length = 0;
-        runs.m_knownGroups = 0;
-        runs.forgetCursor();
-        runs.m_leaves.reserve(m_leaves.size());
-        runs.m_leafLengths.reserve(m_leaves.size());
-    }
-
-    /// For each leaf from its start on: isUntouched(start, limit) tells whether it stays as it is, otherwise
-    /// use(run, start) is called for each of its runs, whose attributes it may take.
-    template <typename IsUntouched, typename Use> void walk(const IsUntouched &isUntouched, const Use &use)
-    {
-        qint64 start = 0;
-        for (qsizetype index = 0; index < m_leaves.size(); ++index) {
-            Leaf *const leaf = m_leaves.at(index);
-            const qint64 length = m_lengths.at(index);
-            if (isUntouched(start, start + length)) {
-                m_runs.appendLeaf(leaf, length);
-                start += length;
-                continue;
-            }
-            m_isNeighbour = false;
-            m_names = leaf->names;
-            for (Run &run : leaf->runs) {
-                use(run, start);
-                start += run.length;
-            }
-            delete leaf;
-        }
-    }
-    /// A run of the leaf at hand, or a part of one.
-    void keep(AttributeSet attributes, qint64 length)
-    {
-        const qsizetype last = m_runs.m_leaves.size() - 1;
-        if (m_isNeighbour && m_runs.constRuns(last).size() < kBuiltLeafSize) {
-            Leaf &leaf = *m_runs.m_leaves.at(last);
-            leaf.names |= m_names;
-            leaf.runs.append(Run{std::move(attributes), length});
-            m_runs.addToLeafLength(last, length);
-        } else {
-            m_runs.append(std::move(attributes), length);
-        }
-        m_isNeighbour = true;
-    }
-    /// Something else.
-    void add(AttributeSet attributes, qint64 length)
-    {
-        m_runs.append(std::move(attributes), length);
-        m_isNeighbour = false;
-    }
-    /// A run of the leaf at hand is left out.
-    void skip() { m_isNeighbour = false; }
-
-private:
-    AttributeRuns &m_runs;
-    QList<Leaf *> m_leaves;
-    QList<qint64> m_lengths;
-    /// At least those of the leaf at hand.
-    AttributeNameMask m_names;
-    /// Whether the last run appended is the neighbour of the one to come, from which it differs already.
-    bool m_isNeighbour = false;
-};
-
-void AttributeRuns::replace(std::span<const Replacement> replacements)
-{
-    Rebuilding rebuilding(*this);
-    // Places of the text as it was: all before this one has been dealt with.
-    qint64 done = 0;
-    auto next = replacements.begin();
-    const auto isUntouched = [&](qint64 start, qint64 limit) {
-        return done <= start && (next == replacements.end() || next->range.location >= limit);
-    };
-    rebuilding.walk(isUntouched, [&](Run &run, qint64 start) {
-        const qint64 limit = start + run.length;
-        for (; next != replacements.end() && next->range.location < limit; ++next) {
-            const qint64 kept = std::max(start, done);
-            if (next->range.location > kept) {
-                rebuilding.keep(run.attributes, next->range.location - kept);
-            }
-            rebuilding.add(*next->attributes, next->length);
-            done = next->range.limit();
-        }
-        const qint64 kept = std::max(start, done);
-        if (limit > kept) {
-            rebuilding.keep(std::move(run.attributes), limit - kept);
-        } else {
-            rebuilding.skip();
-        }
-    });
-    for (; next != replacements.end(); ++next) {
-        append(*next->attributes, next->length);
-    }
-}
-
-void AttributeRuns::insert(std::span<const Insertion> insertions)
+void AttributeRuns::insert(std::span<Insertion> insertions)
 {
     if (insertions.empty()) {
         return;
@@ -709,41 +653,19 @@ void AttributeRuns::insert(std::span<const Insertion> insertions)
     const auto leafOf = [this](qint64 location) { return find(std::min(location, m_length - 1)).leaf; };
     const qsizetype leaves =
         m_length == 0 ? 0 : leafOf(insertions.back().range.location) - leafOf(insertions.front().range.location) + 1;
-    if (count < kFewChangesOfLeaf * leaves || count < m_leaves.size() / kLeavesForAChange) {
+    if (count < kFewChangesOfLeaf * leaves) {
         for (const Insertion &insertion : insertions) {
-            change(insertion.range, AttributeChange::insertingSet(*insertion.attributes));
+            change(insertion.range, AttributeChange::insertingSet(insertion.attributes));
         }
         return;
     }
-    Rebuilding rebuilding(*this);
-    auto next = insertions.begin();
-    const auto isUntouched = [&](qint64 /*start*/, qint64 limit) {
-        return next == insertions.end() || next->range.location >= limit;
-    };
-    rebuilding.walk(isUntouched, [&](Run &run, qint64 start) {
-        const qint64 limit = start + run.length;
-        qint64 done = start;
-        while (next != insertions.end() && next->range.location < limit) {
-            const qint64 from = std::max(done, next->range.location);
-            const qint64 to = std::min(next->range.limit(), limit);
-            if (to > from) {
-                if (from > done) {
-                    rebuilding.keep(run.attributes, from - done);
-                }
-                AttributeSet changed = to == limit ? std::move(run.attributes) : run.attributes;
-                changed.insert(*next->attributes);
-                rebuilding.add(std::move(changed), to - from);
-                done = to;
-            }
-            if (next->range.limit() > limit) {
-                break;
-            }
-            ++next;
-        }
-        if (done < limit) {
-            rebuilding.keep(std::move(run.attributes), limit - done);
-        }
-    });
+    const qint64 first = insertions.front().range.location;
+    AttributeRunsRewriter rewriter(*this, {first, insertions.back().range.limit() - first});
+    for (Insertion &insertion : insertions) {
+        rewriter.keepTo(insertion.range.location);
+        rewriter.insertTo(insertion.range.limit(), std::move(insertion.attributes));
+    }
+    rewriter.finish();
 }
 
 void AttributeRuns::append(const AttributeRuns &other, NSRange range)
@@ -757,6 +679,22 @@ void AttributeRuns::append(const AttributeRuns &other, NSRange range)
         append(other.attributes(position), limit - location);
         location = limit;
     }
+}
+
+void AttributeRuns::append(const AttributeRuns &other, NSRange range, const AttributeChange &change)
+{
+    if (range.length == 0) {
+        return;
+    }
+    AttributeRunsRewriter rewriter(*this, {m_length, 0});
+    rewriter.keepTo(m_length);
+    Position position = other.find(range.location);
+    for (qint64 location = range.location; location < range.limit(); other.advance(position)) {
+        const qint64 limit = std::min(other.range(position).limit(), range.limit());
+        rewriter.add(change.applied(other.attributes(position)), limit - location);
+        location = limit;
+    }
+    rewriter.finish();
 }
 
 void AttributeRuns::checkInvariants() const

@@ -25,6 +25,8 @@ public:
     [[nodiscard]] static AttributeChange resetting(std::span<const NSAttributeName> names, const AttributeSet &to);
 
     void apply(AttributeSet &attributes) const;
+    /// What a set becomes that itself stays as it is.
+    [[nodiscard]] AttributeSet applied(const AttributeSet &attributes) const;
     /// False only when no set with these names can change.
     [[nodiscard]] bool mayChange(AttributeNameMask names) const
     {
@@ -51,6 +53,8 @@ private:
     };
     using KnownSets = std::array<Known, 64>;
 
+    /// What the shared part of a set becomes; null where that is no shared set.
+    [[nodiscard]] const Known *knownOf(const AttributeEntries *from) const;
     void applyToEntries(AttributeSet &attributes) const;
     void applyRemembering(AttributeSet &attributes) const;
 
@@ -75,6 +79,8 @@ struct AttributeRun
 Q_DECLARE_TYPEINFO(quib::AttributeRun, Q_RELOCATABLE_TYPE);
 
 namespace quib {
+
+class AttributeRunsRewriter;
 
 /// The attributes of a text as runs in two levels: leaves of at most kLeafCapacity runs each, and their lengths with
 /// sums over groups of leaves, so that neither a look-up nor an edit walks the text. Neighbouring runs of one leaf
@@ -129,35 +135,43 @@ public:
     /// first that starts at the limit or behind it.
     void advanceToNames(Position &position, AttributeNameMask names, qint64 limit) const;
 
+    /// The same, but also to any run that has an object with identity: those are not looked into, which is where the
+    /// time goes in a text full of them.
+    void advanceToObjects(Position &position, AttributeNameMask names, qint64 limit) const;
+
     void change(NSRange range, const AttributeChange &change);
     struct Insertion
     {
         NSRange range;
-        const AttributeSet *attributes = nullptr;
+        AttributeSet attributes;
     };
-    /// Any number of changes in one pass, in which leaves that none of them touches stay as they are.
+    /// Any number of changes in one pass, in which leaves that none of them touches stay as they are. The attributes
+    /// are taken from the insertions.
     /// Requires: the ranges ascend and do not overlap.
-    void insert(std::span<const Insertion> insertions);
+    void insert(std::span<Insertion> insertions);
     void replace(NSRange range, qint64 length, const AttributeSet &attributes);
-    void replace(NSRange range, const AttributeRuns &other);
-    struct Replacement
-    {
-        NSRange range;
-        qint64 length = 0;
-        const AttributeSet *attributes = nullptr;
-    };
-    /// Any number in one pass, in which leaves that none of them touches stay as they are.
-    /// Requires: the ranges ascend and do not overlap.
-    void replace(std::span<const Replacement> replacements);
+    void replace(NSRange range, AttributeRuns other);
     /// Adds runs at the end, full leaves at a time: the way to build many.
     void append(AttributeSet attributes, qint64 length);
     /// Requires: the range lies in the other runs, which are not these.
     void append(const AttributeRuns &other, NSRange range);
+    /// The same for runs that are changed on the way.
+    void append(const AttributeRuns &other, NSRange range, const AttributeChange &change);
 
     /// Requires the statements of the class comment, and that what is remembered is right; for tests.
     void checkInvariants() const;
 
 private:
+    friend class AttributeRunsRewriter;
+
+    /// Lengths are summed over so many leaves.
+    static constexpr qsizetype kGroupSize = 64;
+    /// Leaves that are built in a row keep some room for the edits to come.
+    static constexpr qsizetype kBuiltLeafSize = 112;
+    /// A leaf below the first joins a neighbour when both have at most the second.
+    static constexpr qsizetype kSmallLeafSize = 16;
+    static constexpr qsizetype kJoinedLeafSize = 96;
+
     using Run = AttributeRun;
     struct Leaf
     {
@@ -166,9 +180,10 @@ private:
         AttributeNameMask names;
     };
 
-    class Rebuilding;
-
-    void appendLeaf(Leaf *leaf, qint64 length);
+    template <typename IsWanted>
+    void advanceTo(Position &position, AttributeNameMask names, qint64 limit, const IsWanted &isWanted) const;
+    /// Whether a range takes in so many leaves that it is cheaper rebuilt than changed leaf by leaf.
+    [[nodiscard]] bool isWide(NSRange range) const;
     void remove(NSRange range);
     void insert(qint64 location, qint64 length, const AttributeSet &attributes);
     void changePart(Position position, NSRange part, AttributeSet attributes);

@@ -128,33 +128,52 @@ std::vector<NSAttributeName> AttributeSet::allNames() const
 
 void AttributeSet::insert(const NSAttributeName &name, const AttributeValue &value)
 {
+    if (!removeOrShare(name, value)) {
+        insertUnshared(name.index(), value);
+    }
+}
+
+void AttributeSet::insert(const NSAttributeName &name, AttributeValue &&value)
+{
+    if (!removeOrShare(name, value)) {
+        insertUnshared(name.index(), std::move(value));
+    }
+}
+
+bool AttributeSet::removeOrShare(const NSAttributeName &name, const AttributeValue &value)
+{
     const quint16 index = name.index();
     if (value.isNothing()) {
         remove(name);
-        return;
+        return true;
     }
-    if (AttributeTable::isShareable(value)) {
-        const auto make = [&] { return AttributeTable::shared().inserting(m_shared, index, value); };
-        std::optional<const AttributeEntries *> to;
-        if (const auto bits = AttributeTable::bitsOfValue(value)) {
-            const Step step = value.isInteger()  ? Step::InsertInteger
-                              : value.isNumber() ? Step::InsertFraction
-                                                 : Step::InsertObject;
-            to = remembered(m_shared, stepOf(step, index), *bits, make);
-        } else {
-            to = make();
-        }
-        if (to.has_value()) {
-            m_shared = *to;
-            removeFromPlaces(index);
-            return;
-        }
+    if (!AttributeTable::isShareable(value)) {
+        return false;
     }
-    const AttributeEntry entry{index, value}; // a copy, since the value may be one of this set
-    removeFromShared(index);
+    const auto make = [&] { return AttributeTable::shared().inserting(m_shared, index, value); };
+    std::optional<const AttributeEntries *> to;
+    if (const auto bits = AttributeTable::bitsOfValue(value)) {
+        const Step step = value.isInteger()  ? Step::InsertInteger
+                          : value.isNumber() ? Step::InsertFraction
+                                             : Step::InsertObject;
+        to = remembered(m_shared, stepOf(step, index), *bits, make);
+    } else {
+        to = make();
+    }
+    if (!to.has_value()) {
+        return false;
+    }
+    m_shared = *to;
+    removeFromPlaces(index);
+    return true;
+}
+
+void AttributeSet::insertUnshared(quint16 name, AttributeValue value)
+{
+    removeFromShared(name);
     const bool isObject = hasIdentity(value);
-    removeFromPlace(isObject ? m_place : m_objects, index);
-    insertIntoPlace(isObject ? m_objects : m_place, index, entry.value);
+    removeFromPlace(isObject ? m_place : m_objects, name);
+    insertIntoPlace(isObject ? m_objects : m_place, name, std::move(value));
 }
 
 void AttributeSet::insert(const AttributeSet &other)
@@ -162,12 +181,10 @@ void AttributeSet::insert(const AttributeSet &other)
     if (other.m_shared != nullptr) {
         insertShared(other.m_shared);
     }
-    if (other.hasNoPlace()) {
+    if (other.hasNoPlace() || &other == this) {
         return;
     }
-    // Held, since the other set may be this one.
-    const AttributeSet held(other);
-    for (Place *const added : {held.m_place, held.m_objects}) {
+    for (Place *const added : {other.m_place, other.m_objects}) {
         if (added == nullptr || added == m_place || added == m_objects) {
             continue;
         }
@@ -176,14 +193,30 @@ void AttributeSet::insert(const AttributeSet &other)
                 removeFromShared(entry.name);
             }
         }
-        Place *&otherKind = added == held.m_place ? m_objects : m_place;
+        Place *&otherKind = added == other.m_place ? m_objects : m_place;
         if (otherKind != nullptr && otherKind->names.intersects(added->names)) {
             for (const AttributeEntry &entry : added->entries()) {
                 removeFromPlace(otherKind, entry.name);
             }
         }
-        insertPlace(added == held.m_place ? m_place : m_objects, added);
+        insertPlace(added == other.m_place ? m_place : m_objects, added);
     }
+}
+
+void AttributeSet::insert(AttributeSet &&other)
+{
+    // OPTIMIZATION: the usual case, in which the place goes over as it is.
+    if (other.m_objects == nullptr && other.m_place != nullptr && m_place == nullptr) {
+        AttributeSet taken;
+        std::swap(taken.m_shared, other.m_shared);
+        insert(taken);
+        const AttributeNameMask names = other.m_place->names;
+        if (m_place == nullptr && !mayHave(names)) {
+            m_place = std::exchange(other.m_place, nullptr);
+            return;
+        }
+    }
+    insert(std::as_const(other));
 }
 
 void AttributeSet::insertPlace(Place *&place, Place *other)
@@ -296,7 +329,7 @@ void AttributeSet::ownPlace(Place *&place, size_t room)
     release(std::exchange(place, other));
 }
 
-void AttributeSet::insertIntoPlace(Place *&place, quint16 name, const AttributeValue &value)
+void AttributeSet::insertIntoPlace(Place *&place, quint16 name, AttributeValue value)
 {
     const std::span<const AttributeEntry> before = entriesOf(place);
     const auto index = std::ranges::lower_bound(before, name, {}, &AttributeEntry::name) - before.begin();
@@ -305,12 +338,14 @@ void AttributeSet::insertIntoPlace(Place *&place, quint16 name, const AttributeV
     AttributeEntry *const entry = place->data() + index;
     if (isKnown) {
         // Another object's class may stay in the mask, which only has to hold what there is.
-        entry->value = value;
+        entry->value = std::move(value);
     } else {
         AttributeEntry *const limit = place->data() + place->count;
-        new (limit) AttributeEntry{name, value};
+        new (limit) AttributeEntry{name, std::move(value)};
         ++place->count;
-        std::rotate(entry, limit, limit + 1);
+        if (entry != limit) {
+            std::rotate(entry, limit, limit + 1);
+        }
     }
     place->names |= entry->mask();
 }
@@ -365,6 +400,28 @@ void AttributeSet::removeFromPlaces(const AttributeNameList &names)
             eraseEntries(*place, [&names](const AttributeEntry &entry) { return names.contains(entry.name); });
         }
     }
+}
+
+AttributeSet::Place *AttributeSet::placeWithout(Place *place, const AttributeNameList &names,
+                                                const AttributeEntries *others)
+{
+    AttributeNameMask gone = names.mask;
+    if (others != nullptr) {
+        gone |= others->names;
+    }
+    if (place == nullptr || !place->names.intersects(gone)) {
+        return retained(place);
+    }
+    // OPTIMIZATION: mostly all of a place goes, and nothing is copied.
+    const auto isGone = [&](const AttributeEntry &entry) {
+        return names.contains(entry.name) || (others != nullptr && others->find(entry.name) != nullptr);
+    };
+    if (std::ranges::all_of(place->entries(), isGone)) {
+        return nullptr;
+    }
+    Place *left = retained(place);
+    eraseEntries(left, isGone);
+    return left;
 }
 
 bool AttributeSet::isEqualBut(const NSAttributeName &name, const AttributeSet &other) const

@@ -122,6 +122,10 @@ public:
         }
         return value == nullptr && m_objects != nullptr ? m_objects->find(index) : value;
     }
+    /// Whether one of its values is an object with identity, as attachments are. Costs nothing.
+    [[nodiscard]] bool hasObjects() const { return m_objects != nullptr; }
+    /// The part that it has in common with other places; sets with the same one have the same values in it.
+    [[nodiscard]] const AttributeEntries *shared() const { return m_shared; }
     /// May hold names that the set does not, never the other way round.
     [[nodiscard]] AttributeNameMask names() const
     {
@@ -147,8 +151,13 @@ public:
 
     /// Sets one value; nothing removes the name.
     void insert(const NSAttributeName &name, const AttributeValue &value);
+    void insert(const NSAttributeName &name, AttributeValue &&value);
+    /// Makes room for so many more values that are unique to a place: cheaper than to grow with each.
+    /// Requires: at least one is inserted.
+    void reserve(size_t values) { ownPlace(m_place, values); }
     /// Takes over every value of the other set.
     void insert(const AttributeSet &other);
+    void insert(AttributeSet &&other);
     void remove(const NSAttributeName &name);
     void remove(const AttributeNameList &names);
     /// Whether the sets are equal but for a name that this one has and the other has not.
@@ -226,6 +235,10 @@ private:
 
     void removeFromShared(quint16 name);
     void insertShared(const AttributeEntries *other);
+    /// True where there is nothing to insert, or the shared part has it now.
+    [[nodiscard]] bool removeOrShare(const NSAttributeName &name, const AttributeValue &value);
+    /// The value is a copy: it may have been one of this set's.
+    void insertUnshared(quint16 name, AttributeValue value);
     void removeFromPlaces(quint16 name);
     void removeFromPlaces(const AttributeNameList &names);
 
@@ -233,9 +246,12 @@ private:
 
     /// Makes it this set's own, with room for more entries than it has.
     static void ownPlace(Place *&place, size_t room);
-    static void insertIntoPlace(Place *&place, quint16 name, const AttributeValue &value);
+    static void insertIntoPlace(Place *&place, quint16 name, AttributeValue value);
     static void insertPlace(Place *&place, Place *other);
     static void removeFromPlace(Place *&place, quint16 name);
+    /// A place without the entries of some names, and of those that another set has; null where none is left.
+    [[nodiscard]] static Place *placeWithout(Place *place, const AttributeNameList &names,
+                                             const AttributeEntries *others);
     /// Takes the entries away for which a function says so.
     template <typename Function> static void eraseEntries(Place *&place, const Function &isGone);
 

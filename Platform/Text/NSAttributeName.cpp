@@ -51,6 +51,22 @@ NameTable &nameTable()
 
 quib::AttributeNameMask quib::AttributeNameMask::ofClass(const std::type_info &type)
 {
+    // OPTIMIZATION: a class is told by its name, which is long; mostly it is one of the last.
+    struct Known
+    {
+        const std::type_info *type;
+        quint64 classes;
+    };
+    thread_local constinit std::array<Known, 16> s_known{};
+    Known &known = s_known[(reinterpret_cast<quintptr>(&type) >> 4) % s_known.size()];
+    if (known.type != &type) {
+        known = {&type, bitOfClass(type)};
+    }
+    return {0, 0, known.classes};
+}
+
+quint64 quib::AttributeNameMask::bitOfClass(const std::type_info &type)
+{
     // One bit after the other, so that classes share theirs only when all are taken. Once written a bit's class stays.
     static constinit std::array<std::atomic<const std::type_info *>, 64> s_classes{};
     const size_t first = type.hash_code() % s_classes.size();
@@ -61,10 +77,10 @@ quib::AttributeNameMask quib::AttributeNameMask::ofClass(const std::type_info &t
             known = &type;
         }
         if (*known == type) {
-            return {0, 0, quint64(1) << bit};
+            return quint64(1) << bit;
         }
     }
-    return {0, 0, quint64(1) << first};
+    return quint64(1) << first;
 }
 
 NSAttributeName::NSAttributeName(const QString &name)

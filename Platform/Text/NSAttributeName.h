@@ -40,6 +40,9 @@ struct AttributeNameMask
         return *this;
     }
     friend constexpr bool operator==(AttributeNameMask a, AttributeNameMask b) = default;
+
+private:
+    [[nodiscard]] static quint64 bitOfClass(const std::type_info &type);
 };
 
 } // namespace quib

@@ -1,13 +1,16 @@
 #include "NSMutableAttributedString.h"
 
+#include "AttributeRunsRewriter.h"
 #include "AttributeTable.h"
 
 #include <Foundation/Assert.h>
 
 #include <algorithm>
+#include <array>
 
 using quib::AttributeChange;
 using quib::AttributeRuns;
+using quib::AttributeRunsRewriter;
 using quib::AttributeSet;
 using quib::AttributeTable;
 using quib::AttributeValue;
@@ -16,7 +19,42 @@ namespace {
 
 constexpr char16_t kObjectReplacement = u'\uFFFC';
 
+/// Finds the paragraph styles of runs. Most are in the shared part of their sets, of which a text has few.
+class ParagraphStyles
+{
+public:
+    /// Null for none. Valid until the attributes change.
+    [[nodiscard]] const AttributeValue *of(const AttributeSet &attributes)
+    {
+        const quib::AttributeEntries *const shared = attributes.shared();
+        Known &known = m_known[(reinterpret_cast<quintptr>(shared) >> 5) % m_known.size()];
+        if (known.shared != shared) {
+            known = {shared, shared != nullptr ? shared->find(NSParagraphStyleAttributeName.index()) : nullptr};
+        }
+        return known.style != nullptr ? known.style : attributes.find(NSParagraphStyleAttributeName);
+    }
+
+private:
+    struct Known
+    {
+        const quib::AttributeEntries *shared = nullptr;
+        const AttributeValue *style = nullptr;
+    };
+    std::array<Known, 64> m_known;
+};
+
 } // namespace
+
+NSMutableAttributedString NSMutableAttributedString::resetCopy(const NSAttributedString &text, NSRange range,
+                                                               std::span<const NSAttributeName> withoutNames,
+                                                               const AttributeSet &withAttributes)
+{
+    const NSRange cut = quib::rangeCutToLength(range, text.length());
+    NSMutableAttributedString copy(text.substring(cut), AttributeSet());
+    copy.m_runs = AttributeRuns();
+    copy.m_runs.append(text.runs(), cut, AttributeChange::resetting(withoutNames, withAttributes));
+    return copy;
+}
 
 void NSMutableAttributedString::addAttribute(const NSAttributeName &name, const AttributeValue &value, NSRange range)
 {
@@ -49,16 +87,13 @@ void NSMutableAttributedString::removeAttributes(std::span<const NSAttributeName
     m_runs.change(cutToText(range), AttributeChange::removing(names));
 }
 
-void NSMutableAttributedString::addAttributes(std::span<const Addition> additions)
+void NSMutableAttributedString::addAttributes(std::span<Addition> additions)
 {
-    std::vector<AttributeRuns::Insertion> insertions;
-    insertions.reserve(additions.size());
-    for (const Addition &addition : additions) {
-        QUIB_ASSERT(insertions.empty() || insertions.back().range.limit() <= addition.range.location);
-        QUIB_ASSERT(addition.range.limit() <= length());
-        insertions.push_back({addition.range, &addition.attributes});
+    for (size_t index = 0; index < additions.size(); ++index) {
+        QUIB_ASSERT(index == 0 || additions[index - 1].range.limit() <= additions[index].range.location);
+        QUIB_ASSERT(additions[index].range.limit() <= length());
     }
-    m_runs.insert(insertions);
+    m_runs.insert(additions);
 }
 
 void NSMutableAttributedString::removeAndAddAttributes(std::span<const NSAttributeName> names,
@@ -86,16 +121,17 @@ void NSMutableAttributedString::fixAttributesInRange(NSRange range)
     // Whole paragraphs. Only where two runs meet inside of one can it have more than one style.
     const qint64 limit = paragraphRangeForRange(cut).limit();
     qint64 location = paragraphRangeForRange({cut.location, 0}).location;
+    ParagraphStyles styles;
     while (location < limit) {
         AttributeRuns::Position position = m_runs.find(location);
-        const AttributeValue *style = m_runs.attributes(position).find(NSParagraphStyleAttributeName);
+        const AttributeValue *style = styles.of(m_runs.attributes(position));
         NSRange mixed = kNotFoundRange;
         while (true) {
             m_runs.advance(position);
             if (m_runs.isAtEnd(position) || position.start >= limit) {
                 return;
             }
-            const AttributeValue *other = m_runs.attributes(position).find(NSParagraphStyleAttributeName);
+            const AttributeValue *other = styles.of(m_runs.attributes(position));
             const bool isSame = style == other || (style != nullptr && other != nullptr && *style == *other);
             if (!isSame) {
                 mixed = paragraphRangeForRange({position.start, 0});
@@ -116,8 +152,10 @@ void NSMutableAttributedString::fixAttachmentsInRange(NSRange range)
     if (range.length > 0) {
         AttributeRuns::Position position = m_runs.find(range.location);
         while (!m_runs.isAtEnd(position) && position.start < range.limit()) {
-            if (m_runs.attributes(position).contains(NSAttachmentAttributeName)) {
-                const NSRange run = NSIntersectionRange(m_runs.range(position), range);
+            const NSRange run = NSIntersectionRange(m_runs.range(position), range);
+            // OPTIMIZATION: most objects are attachments, and most stand where they belong.
+            const bool isInPlace = run.length == 1 && m_text.at(run.location) == kObjectReplacement;
+            if (!isInPlace && m_runs.attributes(position).contains(NSAttachmentAttributeName)) {
                 for (qint64 place = run.location; place < run.limit(); ++place) {
                     if (m_text.at(place) == kObjectReplacement) {
                         continue;
@@ -130,7 +168,7 @@ void NSMutableAttributedString::fixAttachmentsInRange(NSRange range)
                 }
             }
             m_runs.advance(position);
-            m_runs.advanceToNames(position, NSAttachmentAttributeName.mask(), range.limit());
+            m_runs.advanceToObjects(position, NSAttachmentAttributeName.mask(), range.limit());
         }
     }
     for (const NSRange one : misplaced) {
@@ -170,15 +208,12 @@ void NSMutableAttributedString::replaceCharactersInRange(NSRange range, QStringV
     m_runs.replace(cut, withString.size(), attributes);
 }
 
-void NSMutableAttributedString::replaceCharactersInRange(NSRange range, const NSAttributedString &withAttributedString)
+void NSMutableAttributedString::replaceCharactersInRange(NSRange range, NSAttributedString withAttributedString)
 {
-    if (&withAttributedString == this) {
-        replaceCharactersInRange(range, NSAttributedString(withAttributedString));
-        return;
-    }
     const NSRange cut = cutToText(range);
-    m_text.replace(cut, withAttributedString.string());
-    m_runs.replace(cut, withAttributedString.runs());
+    NSMutableAttributedString taken(std::move(withAttributedString));
+    m_text.replace(cut, taken.string());
+    m_runs.replace(cut, std::move(taken.m_runs));
 }
 
 void NSMutableAttributedString::insertAttributedString(const NSAttributedString &string, qint64 atIndex)
@@ -196,36 +231,51 @@ void NSMutableAttributedString::deleteCharactersInRange(NSRange range)
     replaceCharactersInRange(range, QStringView());
 }
 
-void NSMutableAttributedString::setAttributedString(const NSAttributedString &string)
+void NSMutableAttributedString::setAttributedString(NSAttributedString string)
 {
-    NSAttributedString::operator=(string);
+    NSAttributedString::operator=(std::move(string));
 }
 
 void NSMutableAttributedString::replaceCharacters(std::span<const Replacement> replacements)
 {
-    if (replacements.empty()) {
-        return;
-    }
-    qint64 newLength = length();
+    qint64 change = 0;
     for (const Replacement &replacement : replacements) {
-        newLength += replacement.string.size() - replacement.range.length;
+        change += replacement.string.size() - replacement.range.length;
+    }
+    auto next = replacements.begin();
+    rewrite(change, [&next, &replacements] { return next != replacements.end() ? &*next++ : nullptr; });
+}
+
+void NSMutableAttributedString::replaceCharacters(qint64 changeInLength, const NextReplacement &next)
+{
+    rewrite(changeInLength, next);
+}
+
+template <typename Next> void NSMutableAttributedString::rewrite(qint64 changeInLength, const Next &next)
+{
+    auto *replacement = next();
+    if (replacement == nullptr) {
+        return;
     }
     const QStringView before = string();
     // OPTIMIZATION: written unit by unit, since most pieces are shorter than a call.
-    QString text(newLength, Qt::Uninitialized);
+    QString text(before.size() + changeInLength, Qt::Uninitialized);
     QChar *out = text.data();
     const auto write = [&out](QStringView piece) { out = std::copy(piece.begin(), piece.end(), out); };
-    std::vector<AttributeRuns::Replacement> runs;
-    runs.reserve(replacements.size());
+    AttributeRunsRewriter runs(m_runs, fullRange());
     qint64 done = 0;
-    for (const Replacement &replacement : replacements) {
-        QUIB_ASSERT(done <= replacement.range.location && replacement.range.limit() <= before.size());
-        write(before.sliced(done, replacement.range.location - done));
-        write(replacement.string);
-        runs.push_back({replacement.range, replacement.string.size(), &replacement.attributes});
-        done = replacement.range.limit();
+    for (; replacement != nullptr; replacement = next()) {
+        const NSRange range = replacement->range;
+        QUIB_ASSERT(done <= range.location && range.limit() <= before.size());
+        write(before.sliced(done, range.location - done));
+        write(replacement->string);
+        runs.keepTo(range.location);
+        runs.skipTo(range.limit());
+        runs.add(std::move(replacement->attributes), replacement->string.size());
+        done = range.limit();
     }
     write(before.sliced(done));
+    runs.finish();
+    QUIB_ASSERT(out == text.constData() + text.size());
     m_text = quib::GapText(std::move(text));
-    m_runs.replace(runs);
 }

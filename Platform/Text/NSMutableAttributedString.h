@@ -2,6 +2,7 @@
 
 #include "NSAttributedString.h"
 
+#include <functional>
 #include <span>
 
 /// A text with attributes that can be changed. Changes cost the same in a text of any length. A value, see the base.
@@ -16,11 +17,7 @@ public:
         quib::AttributeSet attributes;
     };
     /// A stretch of the text and what it gets.
-    struct Addition
-    {
-        NSRange range;
-        quib::AttributeSet attributes;
-    };
+    using Addition = quib::AttributeRuns::Insertion;
 
     NSMutableAttributedString() = default;
     explicit NSMutableAttributedString(const QString &string)
@@ -36,14 +33,19 @@ public:
     {
     }
 
+    /// A copy of a part of a text that starts anew: without some names, and with the attributes of a set.
+    [[nodiscard]] static NSMutableAttributedString resetCopy(const NSAttributedString &text, NSRange range,
+                                                             std::span<const NSAttributeName> withoutNames,
+                                                             const quib::AttributeSet &withAttributes);
+
     // Attributes
 
     /// Nothing as value removes the attribute.
     void addAttribute(const NSAttributeName &name, const quib::AttributeValue &value, NSRange range);
     void addAttributes(const quib::AttributeSet &attributes, NSRange range);
-    /// Any number in one pass over the text.
+    /// Any number in one pass over the text. The attributes are taken from the additions.
     /// Requires: the ranges lie in the text, in ascending order and apart from each other (they may touch).
-    void addAttributes(std::span<const Addition> additions);
+    void addAttributes(std::span<Addition> additions);
     void removeAttribute(const NSAttributeName &name, NSRange range);
     /// Many in one pass.
     void removeAttributes(std::span<const NSAttributeName> names, NSRange range);
@@ -60,16 +62,22 @@ public:
     /// The new units get the attributes of the first replaced one; where none is replaced, of the one before, or of the
     /// one behind at the start of the text.
     void replaceCharactersInRange(NSRange range, QStringView withString);
-    void replaceCharactersInRange(NSRange range, const NSAttributedString &withAttributedString);
+    void replaceCharactersInRange(NSRange range, NSAttributedString withAttributedString);
     void insertAttributedString(const NSAttributedString &string, qint64 atIndex);
     void appendAttributedString(const NSAttributedString &string);
     void deleteCharactersInRange(NSRange range);
-    void setAttributedString(const NSAttributedString &string);
+    void setAttributedString(NSAttributedString string);
     /// Places any number of replacements in one pass over the text.
     /// Requires: the ranges lie in the text, in ascending order and apart from each other (they may touch).
     void replaceCharacters(std::span<const Replacement> replacements);
+    /// Answers with one replacement after the other, and then with null. Each is used before the next is asked for, and
+    /// its attributes are taken from it.
+    using NextReplacement = std::function<Replacement *()>;
+    /// The same for replacements too many to be held at once, which together change the length by so much.
+    void replaceCharacters(qint64 changeInLength, const NextReplacement &next);
 
 private:
+    template <typename Next> void rewrite(qint64 changeInLength, const Next &next);
     void fixAttachmentsInRange(NSRange range);
     void fixParagraphStyle(NSRange paragraph);
 };

@@ -23,26 +23,24 @@ void NSTextStorage::setAttributes(const AttributeSet &attributes, NSRange range)
     edited(kEditedAttributes, range, 0);
 }
 
-void NSTextStorage::setAttributedString(const NSAttributedString &string)
+void NSTextStorage::setAttributedString(NSAttributedString string)
 {
     const qint64 lengthBefore = length();
-    m_contents.setAttributedString(string);
+    m_contents.setAttributedString(std::move(string));
     edited(kEditedAttributes | kEditedCharacters, {0, lengthBefore}, length() - lengthBefore);
 }
 
-void NSTextStorage::replaceCharactersInRange(NSRange range, const NSAttributedString &withAttributedString)
+void NSTextStorage::replaceCharactersInRange(NSRange range, NSAttributedString withAttributedString)
 {
     const NSRange cut = rangeCutToLength(range, length());
-    // A copy, since it may be this storage's own contents.
-    const NSAttributedString string = withAttributedString;
-    if (string.isEmpty()) {
+    if (withAttributedString.isEmpty()) {
         deleteCharactersInRange(cut);
         return;
     }
     beginEditing();
-    replaceCharactersInRange(cut, string.string());
-    const NSRange placed{cut.location, string.length()};
-    m_contents.replaceCharactersInRange(placed, string);
+    replaceCharactersInRange(cut, withAttributedString.string());
+    const NSRange placed{cut.location, withAttributedString.length()};
+    m_contents.replaceCharactersInRange(placed, std::move(withAttributedString));
     edited(kEditedAttributes, placed, 0);
     endEditing();
 }

@@ -48,11 +48,11 @@ public:
 
     virtual void replaceCharactersInRange(NSRange range, QStringView withString);
     virtual void setAttributes(const quib::AttributeSet &attributes, NSRange range);
-    virtual void setAttributedString(const NSAttributedString &string);
+    virtual void setAttributedString(NSAttributedString string);
 
     // Other changes
 
-    void replaceCharactersInRange(NSRange range, const NSAttributedString &withAttributedString);
+    void replaceCharactersInRange(NSRange range, NSAttributedString withAttributedString);
     void insertAttributedString(const NSAttributedString &string, qint64 atIndex);
     void appendAttributedString(const NSAttributedString &string);
     void deleteCharactersInRange(NSRange range);

@@ -150,7 +150,8 @@ public:
             additions.push_back({{start, length}, randomSet(random)});
             location = start + length;
         }
-        text.addAttributes(additions);
+        auto taken = additions;
+        text.addAttributes(taken);
         for (const auto &[range, attributes] : additions) {
             model.change(range, [dictionary = AttributedStringModel::dictionary(attributes)](auto &all) {
                 for (const auto &[name, value] : dictionary) {
@@ -158,6 +159,15 @@ public:
                 }
             });
         }
+    }
+    /// The copy that starts anew is the one that is changed to do so.
+    void expectResetCopy(std::span<const NSAttributeName> removed, const AttributeSet &added, NSRange range) const
+    {
+        const auto copy = NSMutableAttributedString::resetCopy(text, range, removed, added);
+        NSMutableAttributedString changed(text.attributedSubstringFromRange(range));
+        changed.removeAndAddAttributes(removed, added, changed.fullRange());
+        copy.runs().checkInvariants();
+        EXPECT_EQ(copy, changed);
     }
     void replace(NSRange range, QStringView string)
     {
@@ -182,7 +192,23 @@ public:
             replacements.push_back({{start, length}, randomUnits(random, 3), randomSet(random)});
             location = start + length + 1;
         }
-        text.replaceCharacters(replacements);
+        if (random() % 2 == 0) {
+            text.replaceCharacters(replacements);
+        } else {
+            // One after the other, each lost before the next.
+            qint64 change = 0;
+            for (const auto &replacement : replacements) {
+                change += replacement.string.size() - replacement.range.length;
+            }
+            NSMutableAttributedString::Replacement held;
+            text.replaceCharacters(change, [&, next = replacements.begin()]() mutable {
+                if (next == replacements.end()) {
+                    return static_cast<NSMutableAttributedString::Replacement *>(nullptr);
+                }
+                held = *next++;
+                return &held;
+            });
+        }
         std::ranges::reverse(replacements);
         for (const auto &[range, string, attributes] : replacements) {
             model.replace(range, AttributedStringModel(NSAttributedString(string, attributes)));
@@ -223,6 +249,7 @@ public:
             break;
         }
         case 11:
+            expectResetCopy(std::span(names()).first(random() % 5), randomSet(random), range);
             removeAndAddAttributes(std::span(names()).first(random() % 5), randomSet(random), range);
             break;
         case 12:
@@ -313,6 +340,7 @@ TEST(AttributedStringProperty, ALongTextIsEditedAllOver)
         }
         pair.text.runs().checkInvariants();
         if (step % 100 == 0) {
+            pair.expectResetCopy(std::span(names()).first(random() % 5), randomSet(random), range);
             pair.expectSame();
             if (HasFatalFailure()) {
                 return;
