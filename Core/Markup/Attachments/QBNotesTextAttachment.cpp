@@ -64,7 +64,7 @@ std::pair<QString, QByteArray> QBNotesTextAttachment::createFileWrapper() const
 void QBNotesTextAttachment::updateTextAttachment()
 {
     if (m_updateHandler) {
-        m_updateHandler(*this);
+        (*m_updateHandler)(*this);
     }
 }
 

@@ -79,12 +79,13 @@ public:
     /// The attachment as a PNG, for rich copies. Shape: the first is the file's name, a new UUID and ".png".
     [[nodiscard]] std::pair<QString, QByteArray> createFileWrapper() const;
 
+    using UpdateHandler = std::function<void(QBNotesTextAttachment &attachment)>;
     /// Tells whoever shows the attachment that its picture or size is another one.
     void updateTextAttachment();
     /// Called on the attachment's queue. One listener, the view or the stack that shows it.
-    void setUpdateHandler(std::function<void(QBNotesTextAttachment &attachment)> handler)
+    void setUpdateHandler(UpdateHandler handler)
     {
-        m_updateHandler = std::move(handler);
+        m_updateHandler = handler ? std::make_unique<UpdateHandler>(std::move(handler)) : nullptr;
     }
 
 protected:
@@ -99,5 +100,6 @@ protected:
 private:
     QString m_representedText;
     std::shared_ptr<QBNotesTextThemeManager> m_themeManager;
-    std::function<void(QBNotesTextAttachment &attachment)> m_updateHandler;
+    /// Null for most: a pointer, since texts have very many attachments.
+    std::unique_ptr<UpdateHandler> m_updateHandler;
 };

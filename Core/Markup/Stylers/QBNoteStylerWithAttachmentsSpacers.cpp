@@ -4,6 +4,8 @@
 #include <Themes/QBNotesTextThemeManager.h>
 
 #include <algorithm>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -113,9 +115,14 @@ void QBNoteStylerWithAttachmentsSpacers::replaceSpacers(const std::vector<NSRang
     }
     const quib::AttributeSet common = commonAttributes();
     const auto spacer = spacerTemplate();
+    std::shared_ptr<QBNotesTextAttachment> spare;
     const auto attributesOfNew = [&] {
         quib::AttributeSet attributes = common;
-        attributes.insert(NSAttachmentAttributeName, spacer->copy());
+        auto made = std::exchange(spare, nullptr);
+        if (made == nullptr) {
+            std::tie(made, spare) = spacer->copyTwice();
+        }
+        attributes.insert(NSAttachmentAttributeName, std::move(made));
         return attributes;
     };
     const Replacement shown{{}, NSTextAttachment::placeholderString(), attributesOfNew()};
@@ -136,32 +143,48 @@ void QBNoteStylerWithAttachmentsSpacers::replaceSpacers(const std::vector<NSRang
         wanted.push_back(matched.location);
         wanted.push_back(matched.limit());
     });
-    // Both lists ascend: what stands where a spacer is wanted stays.
-    std::vector<Replacement> replacements;
-    qint64 before = 0; // removed units that were passed
+    range.length = searched.length + static_cast<qint64>(wanted.size());
+    // Both lists ascend: what stands where a spacer is wanted stays. Of the others, places of the text remain.
+    std::vector<NSRange> gone;
     auto next = removed.begin();
-    const auto remove = [&] {
-        replacements.push_back({*next, QString(), quib::AttributeSet()});
+    qint64 before = 0; // removed units that were passed
+    const auto pass = [&] {
         before += next->length;
         ++next;
     };
+    auto missing = wanted.begin();
     for (const qint64 place : wanted) {
-        while (next != removed.end() && next->location - before < place) {
-            remove();
+        for (; next != removed.end() && next->location - before < place; pass()) {
+            gone.push_back(*next);
         }
         if (next != removed.end() && next->location - before == place && next->length == 1) {
             resetSpacer(attributedString, next->location, common);
-            ++before;
-            ++next;
+            pass();
         } else {
-            replacements.push_back({{place + before, 0}, NSTextAttachment::placeholderString(), attributesOfNew()});
+            *missing++ = place + before;
         }
     }
-    while (next != removed.end()) {
-        remove();
+    wanted.erase(missing, wanted.end());
+    gone.insert(gone.end(), next, removed.end());
+    qint64 change = static_cast<qint64>(wanted.size());
+    for (const NSRange &one : gone) {
+        change -= one.length;
     }
-    attributedString.replaceCharacters(replacements);
-    range.length = searched.length + static_cast<qint64>(wanted.size());
+    Replacement replacement;
+    attributedString.replaceCharacters(change,
+                                       [&, place = wanted.begin(), left = gone.begin()]() mutable -> Replacement * {
+                                           const bool isLeft = left != gone.end();
+                                           if (place != wanted.end() && (!isLeft || *place <= left->location)) {
+                                               replacement.range = {*place++, 0};
+                                               replacement.string = NSTextAttachment::placeholderString();
+                                               replacement.attributes = attributesOfNew();
+                                           } else if (isLeft) {
+                                               replacement = {*left++, QString(), quib::AttributeSet()};
+                                           } else {
+                                               return nullptr;
+                                           }
+                                           return &replacement;
+                                       });
 }
 
 void QBNoteStylerWithAttachmentsSpacers::resetSpacer(NSMutableAttributedString &text, qint64 place,
@@ -185,13 +208,13 @@ quib::AttributeSet QBNoteStylerWithAttachmentsSpacers::commonAttributes() const
     return common;
 }
 
-std::shared_ptr<QBNotesTextAttachment> QBNoteStylerWithAttachmentsSpacers::spacerTemplate()
+std::shared_ptr<QBSpacerTextAttachment> QBNoteStylerWithAttachmentsSpacers::spacerTemplate()
 {
     static const QString key = QStringLiteral("SpacerTextAttachmentCacheKey");
     if (const auto *cached = m_stylerCache.object(key)) {
-        return *cached;
+        return std::static_pointer_cast<QBSpacerTextAttachment>(*cached);
     }
-    auto made = makeTextAttachment({});
+    auto made = std::make_shared<QBSpacerTextAttachment>(QString(), themeManager());
     m_stylerCache.insert(key, new std::shared_ptr<QBNotesTextAttachment>(made));
     return made;
 }

@@ -2,6 +2,8 @@
 
 #include "QBNoteAttachmentTextStyler.h"
 
+class QBSpacerTextAttachment;
+
 /// A styler that puts an empty attachment before and behind its construct and replaces nothing. Spacers that no pattern
 /// justifies go out and those of the matches come in; one that would come back to the very place it left stays, and is
 /// only told to have gone and come.
@@ -34,7 +36,7 @@ private:
                         NSRange &range, const ReplacementBlock &usingBlock);
     /// What a spacer has beside its attachment.
     [[nodiscard]] quib::AttributeSet commonAttributes() const;
-    [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> spacerTemplate();
+    [[nodiscard]] std::shared_ptr<QBSpacerTextAttachment> spacerTemplate();
     /// Gives a spacer that stays those of a new one.
     static void resetSpacer(NSMutableAttributedString &text, qint64 place, const quib::AttributeSet &common);
 };

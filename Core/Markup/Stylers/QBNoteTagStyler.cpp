@@ -108,23 +108,22 @@ void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange
     // Two tags of one name are told apart by where they stand.
     std::array<char, std::numeric_limits<qint64>::digits10 + 2> digits{};
     char *const digitsLimit = std::to_chars(digits.data(), digits.data() + digits.size(), hash + 1).ptr;
-    const quib::AttributeValue identity(
+    quib::AttributeValue identity(
         QString(written % u'_' % QLatin1StringView(digits.data(), digitsLimit - digits.data())));
     const bool isClosed = written.endsWith(u'#');
     const QStringView name = isClosed ? written.chopped(1) : written;
     if (attributes.name != name) {
         attributes.name = name.toString();
-        attributes.named = attributes.tag;
-        attributes.named.insert(QBNoteTagStylerAttributeName, identity);
-        attributes.named.insert(QBNoteFullSelectionRangeAttributeName, identity);
+        attributes.link = {};
         if (const auto value = quib::percentEncoded(*attributes.name, quib::PlainCharacters::QueryValue)) {
-            attributes.named.insert(NSLinkAttributeName,
-                                    QUrl(QString(u"quib://x-callback-url/open-tag?name="_s % *value)));
+            attributes.link = QUrl(QString(u"quib://x-callback-url/open-tag?name="_s % *value));
         }
     }
-    AttributeSet tag = attributes.named;
+    AttributeSet tag = attributes.tag;
+    tag.reserve(kValuesOfPlace);
+    tag.insert(NSLinkAttributeName, attributes.link);
     tag.insert(QBNoteTagStylerAttributeName, identity);
-    tag.insert(QBNoteFullSelectionRangeAttributeName, identity);
+    tag.insert(QBNoteFullSelectionRangeAttributeName, std::move(identity));
     AttributeSet marked = tag;
     marked.insert(attributes.marker);
     additions.add({range.location, 1}, tag);

@@ -36,10 +36,13 @@ private:
         quib::AttributeSet tag;
         quib::AttributeSet marker;
         std::optional<QString> name{}; ///< the last tag's; its neighbours often have the same
-        quib::AttributeSet named{};    ///< what that one got, with its link and its identity
+        quib::AttributeValue link{};   ///< that one's
     };
     /// Units: UTF-16 units, spacers included.
     static constexpr qint64 kShortestTag = 4;
+
+    /// A link and twice an identity.
+    static constexpr size_t kValuesOfPlace = 3;
 
     [[nodiscard]] Attributes attributes() const;
     /// Adds what a tag with its two spacers gets.
