@@ -58,8 +58,8 @@ void QBNoteWikiTextStyler::applyStyleIn(NSMutableAttributedString &attributedStr
     quib::AttributeAdditions additions(attributedString);
     enumerateUnguardedMatches(*regularExpression(), attributedString, range, [&](const NSTextCheckingResult &match) {
         const NSRange title = match.rangeAtIndex(2);
-        const auto url = urlForTitle(attributedString.stringInRange(title).toString());
-        if (!url) {
+        const quib::AttributeValue link = linkForTitle(attributedString.stringInRange(title));
+        if (!link) {
             return;
         }
         if (!set) {
@@ -74,12 +74,24 @@ void QBNoteWikiTextStyler::applyStyleIn(NSMutableAttributedString &attributedStr
             }
         }
         AttributeSet linked = set->title;
-        linked.insert(NSLinkAttributeName, *url);
+        linked.insert(NSLinkAttributeName, link);
         additions.add(match.rangeAtIndex(1), set->marker);
         additions.add(title, linked);
         additions.add(match.rangeAtIndex(3), set->marker);
     });
     additions.flush();
+}
+
+quib::AttributeValue QBNoteWikiTextStyler::linkForTitle(QStringView title)
+{
+    const QString key = title.toString();
+    if (const auto *known = m_links.object(key)) {
+        return *known;
+    }
+    const auto url = urlForTitle(key);
+    const quib::AttributeValue link = url ? quib::AttributeValue(*url) : quib::AttributeValue();
+    m_links.insert(key, new quib::AttributeValue(link), title.size());
+    return link;
 }
 
 std::optional<QUrl> QBNoteWikiTextStyler::urlForTitle(const QString &title)

@@ -2,6 +2,7 @@
 
 #include "QBNoteTextStyler.h"
 
+#include <QCache>
 #include <QString>
 #include <QUrl>
 
@@ -22,6 +23,11 @@ public:
     void applyStyleIn(NSMutableAttributedString &attributedString, NSRange &range, NSTextStorage *textStorage) override;
 
 private:
+    /// As an attribute, kept for the titles that come again; nothing where the title makes no link.
+    [[nodiscard]] quib::AttributeValue linkForTitle(QStringView title);
     /// Opens the note of that title, or else creates it.
     [[nodiscard]] static std::optional<QUrl> urlForTitle(const QString &title);
+
+    static constexpr int kKeptUnits = 4096;
+    QCache<QString, quib::AttributeValue> m_links{kKeptUnits};
 };
