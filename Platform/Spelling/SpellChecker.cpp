@@ -7,8 +7,10 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <array>
 
 #include <unicode/ubrk.h>
+#include <unicode/uscript.h>
 
 using namespace Qt::StringLiterals;
 
@@ -61,6 +63,25 @@ bool looksLikeAWord(QStringView word)
     return !isCapitals && !isMixed;
 }
 
+/// The scripts that a language is written in, by its name.
+std::vector<int> scriptsOfLanguage(const QString &language)
+{
+    constexpr int32_t kMostScripts = 8;
+    std::array<UScriptCode, kMostScripts> scripts{};
+    UErrorCode status = U_ZERO_ERROR;
+    const int32_t count = uscript_getCode(language.toLatin1().constData(), scripts.data(), kMostScripts, &status);
+    return U_FAILURE(status) ? std::vector<int>() : std::vector<int>(scripts.begin(), scripts.begin() + count);
+}
+
+/// Whether a dictionary of some scripts can know a word: what is written otherwise is no mistake in its language.
+bool isWrittenIn(const std::vector<int> &scripts, const QString &word)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const UScriptCode script = uscript_getScript(static_cast<UChar32>(word.toUcs4().constFirst()), &status);
+    return scripts.empty() || U_FAILURE(status) || script == USCRIPT_COMMON || script == USCRIPT_INHERITED ||
+           std::ranges::find(scripts, static_cast<int>(script)) != scripts.end();
+}
+
 /// As dictionaries write it: composed, without soft hyphens, with straight apostrophes.
 QString plainWord(QStringView word)
 {
@@ -100,7 +121,9 @@ void SpellChecker::prepare()
     }
     const auto files = spellingDictionariesForLanguages(found, m_options.languages);
     for (const SpellingDictionaryFile &file : files.first(std::min(files.size(), kMostLanguages))) {
-        m_languages.emplace_back().file = file;
+        Language &language = m_languages.emplace_back();
+        language.file = file;
+        language.scripts = scriptsOfLanguage(file.language);
     }
     for (const QString &word : wordsInFile(nullptr).value_or(QStringList())) {
         m_ownWords.insert(word);
@@ -232,7 +255,7 @@ std::vector<NSRange> SpellChecker::misspeltRangesInParagraph(QStringView paragra
         return misspelt;
     }
     for (const Word &word : words) {
-        if (!isOwn(word.text) && !isRight(*language, word.text)) {
+        if (!isOwn(word.text) && isWrittenIn(language->scripts, word.text) && !isRight(*language, word.text)) {
             misspelt.push_back(word.range);
             if (static_cast<qsizetype>(misspelt.size()) == kMostMarks) {
                 break;

@@ -69,6 +69,8 @@ private:
     struct Language
     {
         SpellingDictionaryFile file;
+        /// ICU's numbers of the scripts that it is written in; none of a language that nobody knows.
+        std::vector<int> scripts;
         bool isTried = false;
         std::unique_ptr<HunspellDictionary> dictionary;
         /// What was asked before.

@@ -43,6 +43,9 @@ TEST_F(Spelling, FindsMisspeltWords)
         {u"the dog a@xqzw.com xqzw.com /xqzw/xqzw #xqzw ~xqzw C:\\xqzw"_s, u""_s},
         {u"the dog 漢字 かな 123 1.5 😀"_s, u""_s},
         {u"the dog "_s + QString(65, u'x'), u""_s},
+        // Other scripts, in which no English is written.
+        {u"\u0643\u0644\u0645\u0629"_s, u""_s},
+        {u"the dgo \u05E9\u05DC\u05D5\u05DD \u0441\u043E\u0431\u0430\u043A\u0430 dog"_s, u"dgo"_s},
         {u"the dog"_s + QChar(0xD800) + QChar(u'\0') + QChar(0xFFFC) + u"dgo"_s, u"dgo"_s},
     };
     SpellChecker checker(options());
