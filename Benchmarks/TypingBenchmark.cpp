@@ -78,12 +78,12 @@ private:
 class HeldClock : public quib::Clock
 {
 public:
-    HeldClock() { setShared(this); }
+    HeldClock() { setShared(this); } // after the system's was found
     HeldClock(const HeldClock &) = delete;
     HeldClock &operator=(const HeldClock &) = delete;
     ~HeldClock() override { setShared(nullptr); }
 
-    [[nodiscard]] NSDate now() override { return NSDate::now(); }
+    [[nodiscard]] NSDate now() override { return m_system.now(); }
     [[nodiscard]] std::unique_ptr<quib::TimerToken> schedule(double seconds, std::function<void()> callback) override
     {
         const auto call = std::make_shared<Call>(Call{seconds, std::move(callback)});
@@ -120,6 +120,7 @@ private:
     private:
         std::shared_ptr<Call> m_call;
     };
+    quib::Clock &m_system = quib::Clock::shared();
     std::vector<std::weak_ptr<Call>> m_calls;
 };
 
