@@ -6,6 +6,7 @@
 #include "FormatBar.h"
 #include "InformationPanel.h"
 #include "NoteTextViewSpelling.h"
+#include "ScriptFonts.h"
 
 #include <Code/QBCodeLanguageDetector.h>
 #include <Foundation/Clock.h>
@@ -189,6 +190,12 @@ void QBNoteEditorViewController::loadNote()
         observeNote();
     }
     highlightSearch();
+    if (m_note) {
+        if (m_scriptFonts == nullptr) {
+            m_scriptFonts = std::make_unique<ScriptFonts>(m_stack.themeManager());
+        }
+        m_scriptFonts->loadLater();
+    }
     m_information->setNote(m_note);
     m_information->setVisible(m_note && action(u"info"_s)->isChecked());
     m_findBar->noteDidChange();
@@ -363,6 +370,9 @@ void QBNoteEditorViewController::growPicturesInRange(NSRange range)
 
 bool QBNoteEditorViewController::eventFilter(QObject *watched, QEvent *event)
 {
+    if (m_scriptFonts != nullptr && (event->type() == QEvent::KeyPress || event->type() == QEvent::Wheel)) {
+        m_scriptFonts->loadLater();
+    }
     if (watched == m_view && event->type() == QEvent::FocusOut) {
         closeCompletion();
         saveNote(/*forceSave=*/false);

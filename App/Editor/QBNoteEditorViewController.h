@@ -38,6 +38,7 @@ class FindBar;
 class FormatBar;
 class InformationPanel;
 class NoteTextSearch;
+class ScriptFonts;
 class NoteTextViewSpelling;
 class UnsavedTextJournal;
 } // namespace quib
@@ -283,6 +284,7 @@ private:
     std::unique_ptr<quib::UnsavedTextJournal> m_journal;
     std::unique_ptr<quib::TimerToken> m_journalTimer; ///< set while there are keys that the journal has not seen
     std::unique_ptr<quib::TimerToken> m_pictureTimer;
+    std::unique_ptr<quib::ScriptFonts> m_scriptFonts; ///< null before a note is shown
     std::shared_ptr<NSUndoManager> m_undoManager;
     QBEditorStateController m_states;
     QBNotePasteFromCoreController m_paste;
