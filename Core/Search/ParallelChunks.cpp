@@ -1,6 +1,8 @@
 #include "ParallelChunks.h"
 
-#include <QThreadPool>
+#include <Foundation/DispatchQueue.h>
+
+#include <QThread>
 
 #include <algorithm>
 #include <atomic>
@@ -46,8 +48,7 @@ struct Job
 
 void runInChunks(size_t count, const std::function<void(size_t index)> &work)
 {
-    QThreadPool *pool = QThreadPool::globalInstance();
-    const auto helpers = std::min<size_t>(static_cast<size_t>(std::min(kMostThreads, pool->maxThreadCount()) - 1),
+    const auto helpers = std::min<size_t>(static_cast<size_t>(std::min(kMostThreads, QThread::idealThreadCount()) - 1),
                                           count > 0 ? count - 1 : 0);
     if (helpers == 0) {
         for (size_t index = 0; index < count; ++index) {
@@ -58,7 +59,8 @@ void runInChunks(size_t count, const std::function<void(size_t index)> &work)
     const auto job = std::make_shared<Job>();
     job->work = work;
     job->count = count;
-    for (size_t i = 0; i < helpers && pool->tryStart([job] { job->help(); }); ++i) {
+    for (size_t i = 0; i < helpers; ++i) {
+        DispatchQueue::serial(QStringLiteral("search helper"))->async([job] { job->help(); });
     }
     job->help();
     std::unique_lock lock(job->mutex);
