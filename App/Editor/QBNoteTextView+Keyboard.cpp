@@ -1,6 +1,7 @@
 #include "QBNoteTextView.h"
 
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
+#include <Markup/Editing/QBNoteEditorCoreController.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Markup/Syntax/StylerSyntax.h>
 #include <Text/NSAttributeName.h>
@@ -149,12 +150,13 @@ bool QBNoteTextView::editByKey(QKeyEvent *event)
     } else if (matches(QKeySequence::DeleteStartOfWord)) {
         const NSRange selection = selectedRange();
         const qint64 start = wordBoundary(m_caret, false);
-        deleteRange(selection.length > 0 ? selection : NSRange{start, m_caret - start});
+        selection.length > 0 ? deleteRange(selection) : deleteBesideCaret({start, m_caret - start});
     } else if (matches(QKeySequence::DeleteEndOfWord)) {
         const NSRange selection = selectedRange();
-        deleteRange(selection.length > 0 ? selection : NSRange{m_caret, wordBoundary(m_caret, true) - m_caret});
+        selection.length > 0 ? deleteRange(selection)
+                             : deleteBesideCaret({m_caret, wordBoundary(m_caret, true) - m_caret});
     } else if (matches(QKeySequence::DeleteEndOfLine)) {
-        deleteRange({m_caret, m_layout.lineRange(m_caret, m_isUpstream).limit() - m_caret});
+        deleteBesideCaret({m_caret, m_layout.lineRange(m_caret, m_isUpstream).limit() - m_caret});
     } else if (matches(QKeySequence::Delete)) {
         deleteForward();
     } else if (event->key() == Qt::Key_Backspace &&
@@ -411,29 +413,50 @@ void QBNoteTextView::insertTab(bool backwards)
     Q_EMIT undoAvailabilityChanged();
 }
 
+NSRange QBNoteTextView::rangeTaken(NSRange range)
+{
+    return range.length > 0 ? QBNoteEditorCoreController(m_stack).rangeTakenWithRange(range) : range;
+}
+
 void QBNoteTextView::deleteRange(NSRange range)
+{
+    removeText(rangeTaken(range));
+}
+
+void QBNoteTextView::removeText(NSRange range)
 {
     if (range.length <= 0) {
         return;
     }
-    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
-    // What belongs to an attachment goes with it.
-    NSRange whole = range;
-    text.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
-                            [&](const AttributeValue &value, NSRange place, bool * /*stop*/) {
-                                const auto attachment = value.sharedAs<NSTextAttachment>();
-                                const auto *placed = dynamic_cast<const QBNotesTextAttachment *>(attachment.get());
-                                if (placed != nullptr && !placed->representedText().isEmpty()) {
-                                    whole = NSUnionRange(whole,
-                                                         placed->extraAttachmentRangeForAttachmentRange(place, text));
-                                }
-                            });
-    if (!m_stack.noteTextStorage().canEditTextInRange(whole)) {
+    if (!m_stack.noteTextStorage().canEditTextInRange(range)) {
         QApplication::beep();
         return;
     }
-    insertText(u""_s, whole);
+    insertText(u""_s, range);
     didChangeText();
+}
+
+void QBNoteTextView::deleteBesideCaret(NSRange range)
+{
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    const auto isEmpty = [&text](qint64 place) { return isWithoutText(text, {place, 1}); };
+    NSRange seen = range;
+    while (seen.length > 0 && isEmpty(seen.location)) {
+        ++seen.location;
+        --seen.length;
+    }
+    while (seen.length > 0 && isEmpty(seen.limit() - 1)) {
+        --seen.length;
+    }
+    if (seen.length == 0) {
+        return;
+    }
+    if (seen.length == 1 && seen.location > 0 && text.characterAtIndex(seen.location) == u' ' &&
+        rangeTaken({seen.location - 1, 1}) == NSRange{seen.location - 1, 2}) {
+        // The blank of a line's marker goes with the marker.
+        seen = {seen.location - 1, 2};
+    }
+    removeText(NSUnionRange(range, rangeTaken(seen)));
 }
 
 void QBNoteTextView::deleteBackward()
@@ -447,7 +470,7 @@ void QBNoteTextView::deleteBackward()
     } else if (m_caret > 0) {
         beginTyping();
         const qint64 start = stepped(m_caret, false);
-        deleteRange({start, m_caret - start});
+        deleteBesideCaret({start, m_caret - start});
         m_typedLocation = m_caret;
     }
 }
@@ -462,7 +485,7 @@ void QBNoteTextView::deleteForward()
         m_undoManager->endUndoGrouping();
     } else {
         beginTyping();
-        deleteRange({m_caret, stepped(m_caret, true) - m_caret});
+        deleteBesideCaret({m_caret, stepped(m_caret, true) - m_caret});
         m_typedLocation = m_caret;
     }
 }
@@ -481,6 +504,18 @@ std::optional<qint64> QBNoteTextView::checkBoxInParagraph(qint64 location) const
                                 }
                             });
     return found;
+}
+
+void QBNoteTextView::openAttachment(qint64 location)
+{
+    const auto attachment = m_stack.noteTextStorage()
+                                .attributedString()
+                                .attribute(NSAttachmentAttributeName, location)
+                                .sharedAs<NSTextAttachment>();
+    if (m_delegate != nullptr && attachment != nullptr) {
+        breakUndoCoalescing();
+        m_delegate->qbNoteTextViewDidOpenAttachment(*this, attachment, location);
+    }
 }
 
 void QBNoteTextView::toggleCheckBox(qint64 location)

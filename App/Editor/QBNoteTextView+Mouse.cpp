@@ -1,6 +1,7 @@
 #include "QBNoteTextView.h"
 
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
+#include <Markup/Editing/QBNoteEditorCoreController.h>
 #include <Text/NSAttributeName.h>
 
 #include <QApplication>
@@ -111,7 +112,7 @@ void QBNoteTextView::mouseReleaseEvent(QMouseEvent *event)
     m_isSelecting = false;
     if (QClipboard *clipboard = QGuiApplication::clipboard();
         clipboard->supportsSelection() && selectedRange().length > 0) {
-        clipboard->setMimeData(mimeDataForRange(selectedRange()).release(), QClipboard::Selection);
+        clipboard->setMimeData(mimeDataForRange(rangeTaken(selectedRange())).release(), QClipboard::Selection);
     }
     if (event->button() == Qt::MiddleButton && !m_isReadOnly && QGuiApplication::clipboard()->supportsSelection()) {
         const qint64 location = locationAtViewportPoint(event->position());
@@ -139,6 +140,11 @@ void QBNoteTextView::mouseDoubleClickEvent(QMouseEvent *event)
     }
     m_granularity = Granularity::Word;
     m_granularAnchor = rangeAround(m_layout.locationAtPoint(onPage), m_granularity);
+    if (const auto clicked = m_layout.attachmentAtPoint(onPage); clicked && clicked->rect.width() > 0) {
+        // What belongs to it: the line that it begins, the link that it is of. Else it is part of a word, or alone.
+        const NSRange extra = QBNoteEditorCoreController(m_stack).extraAttachmentsRangeForRange({clicked->location, 1});
+        m_granularAnchor = extra.length > 1 ? extra : m_granularAnchor;
+    }
     m_isSelecting = true;
     m_lastDoubleClick.start();
     moveSelection(m_granularAnchor.location, m_granularAnchor.limit(), false);
@@ -210,7 +216,7 @@ void QBNoteTextView::wheelEvent(QWheelEvent *event)
 
 void QBNoteTextView::startDrag()
 {
-    const NSRange dragged = selectedRange();
+    const NSRange dragged = rangeTaken(selectedRange());
     auto *drag = new QDrag(this);
     drag->setMimeData(mimeDataForRange(dragged).release());
     const auto actions = m_isReadOnly ? Qt::DropActions(Qt::CopyAction) : Qt::CopyAction | Qt::MoveAction;
@@ -219,8 +225,37 @@ void QBNoteTextView::startDrag()
     // A drop within this view moves the text itself.
     if (done == Qt::MoveAction && drag->target() != viewport() && drag->target() != this &&
         m_stack.noteTextStorage().length() == length) {
-        deleteRange(dragged);
+        removeText(dragged);
     }
+}
+
+bool QBNoteTextView::moveText(NSRange range, qint64 location)
+{
+    const NSRange taken = rangeTaken(range);
+    if (m_isReadOnly || taken.length == 0 || (location >= taken.location && location <= taken.limit())) {
+        return false;
+    }
+    // One change of all that lies between the two places: whatever becomes of the lines that it touches, they are
+    // styled, and numbered, only when the text is whole again.
+    const QBNotesTextStorage &storage = m_stack.noteTextStorage();
+    const bool isForwards = location > taken.location;
+    const NSRange passed =
+        isForwards ? NSRange{taken.limit(), location - taken.limit()} : NSRange{location, taken.location - location};
+    const QString moved = storage.stringWithExpandedTextAttachmentsWithRange(taken);
+    const QString other = storage.stringWithExpandedTextAttachmentsWithRange(passed);
+    const NSRange changed = NSUnionRange(taken, passed);
+    if (!storage.canEditTextInRange(changed) || !storage.canEditTextInRange({location, 0})) {
+        QApplication::beep();
+        return false;
+    }
+    breakUndoCoalescing();
+    m_undoManager->beginUndoGrouping();
+    insertText(isForwards ? other % moved : moved % other, changed);
+    setSelectedRange({changed.location + moved.size() + (isForwards ? other.size() : 0), 0});
+    didChangeText();
+    m_undoManager->endUndoGrouping();
+    Q_EMIT undoAvailabilityChanged();
+    return true;
 }
 
 void QBNoteTextView::showDropCaret(qint64 location)
@@ -267,27 +302,12 @@ void QBNoteTextView::dropEvent(QDropEvent *event)
 {
     const qint64 location = locationAtViewportPoint(event->position());
     showDropCaret(-1);
-    const NSRange dragged = selectedRange();
     const bool isOwn = event->source() == this || event->source() == viewport();
     if (isOwn && event->dropAction() == Qt::MoveAction) {
-        if (location >= dragged.location && location <= dragged.limit()) {
+        if (!moveText(selectedRange(), location)) {
             event->ignore();
             return;
         }
-        const QString text = m_stack.noteTextStorage().stringWithExpandedTextAttachmentsWithRange(dragged);
-        breakUndoCoalescing();
-        m_undoManager->beginUndoGrouping();
-        // The later place is changed first, so that the earlier one stays where it is.
-        if (location > dragged.location) {
-            insertText(text, {location, 0});
-            didChangeText();
-            deleteRange(dragged);
-        } else {
-            deleteRange(dragged);
-            insertText(text, {location, 0});
-            didChangeText();
-        }
-        m_undoManager->endUndoGrouping();
     } else {
         insertMimeData(*event->mimeData(), {location, 0}, /*isPlain=*/false);
     }

@@ -45,7 +45,7 @@ void QBNoteTextView::copy()
     breakUndoCoalescing();
     const NSRange selection = selectedRange();
     if (selection.length > 0) {
-        QGuiApplication::clipboard()->setMimeData(mimeDataForRange(selection).release());
+        QGuiApplication::clipboard()->setMimeData(mimeDataForRange(rangeTaken(selection)).release());
     }
 }
 

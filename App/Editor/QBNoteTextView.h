@@ -105,8 +105,12 @@ public:
     void paste();
     void pasteAsPlainText();
     void selectAll();
+    /// As a drag of a range to a place does. False where nothing moves: the place lies in what would be moved.
+    bool moveText(NSRange range, qint64 location);
     /// The place of the box in the paragraph of a place; nothing where there is none.
     [[nodiscard]] std::optional<qint64> checkBoxInParagraph(qint64 location) const;
+    /// As a double click on the attachment at a place does.
+    void openAttachment(qint64 location);
     /// As a click on the box at a place does.
     void toggleCheckBox(qint64 location);
     /// What is typed next is undone by itself.
@@ -251,7 +255,14 @@ private:
     void moveVertically(bool up, bool isSelecting, double distance = 0);
     void insertNewLine(bool isShiftDown);
     void insertTab(bool backwards);
+    /// What a copy, a cut, a deletion and a drag of a range take, all of them the same: no text that stands outside of
+    /// it, but what belongs to a link, a colour or a picture in it, and the blank behind a line's marker.
+    [[nodiscard]] NSRange rangeTaken(NSRange range);
     void deleteRange(NSRange range);
+    /// Takes away a range as it is.
+    void removeText(NSRange range);
+    /// What a key takes that was pressed beside it. What stands for nothing at its edges takes nothing else along.
+    void deleteBesideCaret(NSRange range);
     void beginTyping();
     /// Where a heading is typed, or pasted, right behind the marker of one, it takes the place of that marker: a new
     /// note begins as a heading, and who writes the marker all the same means one.

@@ -207,16 +207,38 @@ void QBNoteEditorCoreController::disableInternalURLsInRange(NSRange range)
     }
 }
 
-NSRange QBNoteEditorCoreController::extraAttachmentsRangeForRange(NSRange range) const
+NSRange QBNoteEditorCoreController::rangeWidenedInRange(
+    NSRange range, const std::function<NSRange(const QBNotesTextAttachment &attachment, NSRange place)> &by) const
 {
     const NSAttributedString &text = m_noteTextKitStack.noteTextStorage().attributedString();
-    NSRange whole = quib::rangeCutToLength(range, text.length());
-    text.enumerateAttribute(NSAttachmentAttributeName, whole, NSAttributedStringEnumerationOptions::Forward,
-                            [&](const AttributeValue &value, NSRange run, bool * /*stop*/) {
+    const NSRange inText = quib::rangeCutToLength(range, text.length());
+    NSRange whole = inText;
+    text.enumerateAttribute(NSAttachmentAttributeName, inText, NSAttributedStringEnumerationOptions::Forward,
+                            [&](const AttributeValue &value, NSRange place, bool * /*stop*/) {
                                 if (const auto *attachment = value.as<QBNotesTextAttachment>()) {
-                                    whole = NSUnionRange(whole,
-                                                         attachment->extraAttachmentRangeForAttachmentRange(run, text));
+                                    whole = NSUnionRange(whole, by(*attachment, place));
                                 }
                             });
     return whole;
+}
+
+NSRange QBNoteEditorCoreController::extraAttachmentsRangeForRange(NSRange range) const
+{
+    const NSAttributedString &text = m_noteTextKitStack.noteTextStorage().attributedString();
+    return rangeWidenedInRange(range, [&text](const QBNotesTextAttachment &attachment, NSRange place) {
+        return attachment.extraAttachmentRangeForAttachmentRange(place, text);
+    });
+}
+
+NSRange QBNoteEditorCoreController::rangeTakenWithRange(NSRange range) const
+{
+    const NSAttributedString &text = m_noteTextKitStack.noteTextStorage().attributedString();
+    return rangeWidenedInRange(range, [&text](const QBNotesTextAttachment &attachment, NSRange place) {
+        const bool beginsLine = attachment.isFullLine() && !attachment.canBeDraggedAlone();
+        if (!beginsLine) {
+            return attachment.extraAttachmentRangeForAttachmentRange(place, text);
+        }
+        const bool hasBlank = place.limit() < text.length() && text.characterAtIndex(place.limit()) == u' ';
+        return NSRange{place.location, place.length + (hasBlank ? 1 : 0)};
+    });
 }

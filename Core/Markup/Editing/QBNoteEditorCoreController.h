@@ -7,9 +7,12 @@
 
 #include <QString>
 
+#include <functional>
+
 class QBCheckBoxTextAttachment;
 class QBFoldTextAttachment;
 class QBNoteTextKitStack;
+class QBNotesTextAttachment;
 
 /// What an editor does with a note's text beyond painting it: it continues lists, indents, ticks boxes, moves
 /// paragraphs, folds. It changes the text through the view alone, so that everything can be undone. Owned by the
@@ -70,10 +73,18 @@ public:
 
     /// Takes the links into this program off a stretch; those to the outside stay.
     void disableInternalURLsInRange(NSRange range);
-    /// A range with all that belongs to the attachments in it, for selecting, copying and deleting.
+    /// A range with all that belongs to the attachments in it, for selecting, copying and deleting: whole lines where
+    /// one of them begins a line.
     [[nodiscard]] NSRange extraAttachmentsRangeForRange(NSRange range) const;
+    /// What goes when a range is taken out, and is copied with it: what belongs to the attachments in it, but of a line
+    /// that one of them begins no more than the marker with its blank. The text behind it was not chosen.
+    [[nodiscard]] NSRange rangeTakenWithRange(NSRange range) const;
 
 private:
+    /// A range with those of the attachments in it.
+    [[nodiscard]] NSRange
+    rangeWidenedInRange(NSRange range,
+                        const std::function<NSRange(const QBNotesTextAttachment &attachment, NSRange place)> &by) const;
     /// Puts a text in the place of a range, in the view or in the text alone; the selection stays on its characters.
     void replaceCharactersInRange(NSRange range, const NSAttributedString &withAttributedString,
                                   quib::NoteTextView *inTextView);

@@ -306,6 +306,23 @@ TEST(ExtraRangeTest, TakesWhatBelongsToTheAttachments)
     }
 }
 
+TEST(ExtraRangeTest, OfLinesThatMarkersBeginOnlyTheMarkersGo)
+{
+    const struct
+    {
+        const char16_t *buffer;
+        const char16_t *taken;
+    } cases[] = {
+        {u"a [b] c", u"a [b] c"},   {u"x\n[* o]ne\ny", u"x\n[* o]ne\ny"}, {u"x[\n*] one\ny", u"x[\n* ]one\ny"},
+        {u"[#] T\ny", u"[# ]T\ny"}, {u"x\n# T[\n-] y", u"x\n# T[\n- ]y"},
+    };
+    for (const auto &[buffer, taken] : cases) {
+        EditedNote note(0, buffer);
+        note.setSelectedRange(note.controller().rangeTakenWithRange(note.selectedRange()));
+        EXPECT_EQ(note.marked().toStdString(), QString::fromUtf16(taken).toStdString());
+    }
+}
+
 TEST(LinksTest, InternalOnesAreDisabledAndOthersStay)
 {
     EditedNote note(0, u"#tag https://quib.example.com");
