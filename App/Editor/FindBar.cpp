@@ -2,6 +2,10 @@
 
 #include "EditorSymbol.h"
 #include "QBNoteTextView.h"
+#include "UnfoldedText.h"
+
+#include <Markup/Attachments/QBFoldTextAttachment.h>
+#include <Text/NSAttributeName.h>
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -15,6 +19,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -208,7 +213,7 @@ void FindBar::update(qint64 location, bool showsCurrent)
 {
     m_updating.stop();
     m_finder = NoteTextFinder(m_find->text(), options());
-    m_matches = m_finder.matches(m_view.textStorage().string());
+    findMatches();
     const auto found = std::find_if(m_matches.cbegin(), m_matches.cend(),
                                     [location](NSRange match) { return match.location >= location; });
     m_current = m_matches.isEmpty() ? -1 : found == m_matches.cend() ? 0 : found - m_matches.cbegin();
@@ -220,9 +225,48 @@ void FindBar::update(qint64 location, bool showsCurrent)
     showStatus();
 }
 
+void FindBar::findMatches()
+{
+    const UnfoldedText text(m_view.textStorage().attributedString());
+    m_matches = m_finder.matches(text.string());
+    for (NSRange &match : m_matches) {
+        match = text.shownRange(match);
+    }
+}
+
+bool FindBar::openFolds(NSRange match)
+{
+    std::vector<qint64> folds;
+    m_view.textStorage().attributedString().enumerateAttribute(
+        NSAttachmentAttributeName, match, NSAttributedStringEnumerationOptions::Forward,
+        [&folds](const AttributeValue &value, NSRange place, bool * /*stop*/) {
+            if (value.as<QBFoldTextAttachment>() != nullptr) {
+                folds.push_back(place.location);
+            }
+        });
+    const qint64 length = m_view.textStorage().length();
+    m_isEditing = true;
+    for (auto fold = folds.crbegin(); fold != folds.crend(); ++fold) {
+        const qint64 before = m_view.textStorage().length();
+        m_view.openAttachment(*fold);
+        m_startLocation += *fold < m_startLocation ? m_view.textStorage().length() - before : 0;
+    }
+    m_isEditing = false;
+    return m_view.textStorage().length() != length;
+}
+
 void FindBar::goTo(qsizetype index)
 {
     m_current = index;
+    // What is folded is opened where something is found in it. It may have other folds within it.
+    while (!m_view.isReadOnly() && openFolds(m_matches[index])) {
+        findMatches();
+        if (index >= m_matches.size()) {
+            m_current = -1;
+            showStatus();
+            return;
+        }
+    }
     const NSRange match = m_matches[index];
     m_view.setSelectedRange(match);
     m_view.scrollRangeToVisible(match);
@@ -290,14 +334,15 @@ void FindBar::replaceCurrent()
         goTo(m_current); // what is replaced is seen before
         return;
     }
-    const QString text = m_finder.replacement(m_view.textStorage().string(), match, m_replace->text());
+    const UnfoldedText searched(m_view.textStorage().attributedString());
+    const QString text = m_finder.replacement(searched.string(), searched.rangeOfShownRange(match), m_replace->text());
     if (text.isNull()) {
         update(match.location, /*showsCurrent=*/true);
         return;
     }
-    m_isReplacing = true;
+    m_isEditing = true;
     m_view.replaceText(match, text);
-    m_isReplacing = false;
+    m_isEditing = false;
     update(m_view.selectedRange().limit(), /*showsCurrent=*/true);
 }
 
@@ -306,20 +351,21 @@ void FindBar::replaceAll()
     if (m_view.isReadOnly()) {
         return;
     }
-    const auto replaced = m_finder.replacingAll(m_view.textStorage(), m_replace->text());
+    const UnfoldedText searched(m_view.textStorage().attributedString());
+    const auto replaced = m_finder.replacingAll(searched, m_replace->text());
     if (!replaced) {
         return;
     }
-    m_isReplacing = true;
+    m_isEditing = true;
     m_view.replaceText(replaced->range, replaced->text);
-    m_isReplacing = false;
+    m_isEditing = false;
     update(replaced->range.location, /*showsCurrent=*/false);
     say(tr("%n replaced", nullptr, static_cast<int>(replaced->count)));
 }
 
 void FindBar::textDidChange()
 {
-    if (isVisible() && !m_isReplacing) {
+    if (isVisible() && !m_isEditing) {
         m_matches.clear(); // they are of the text before
         m_current = -1;
         m_updating.start(kUpdateDelay, this);

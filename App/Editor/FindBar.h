@@ -63,6 +63,10 @@ private:
     void say(const QString &status);
     /// Looks again; the current place is the first one at or behind a location.
     void update(qint64 location, bool showsCurrent);
+    /// In all of the text, what is folded too; there a fold stands for what is found in it.
+    void findMatches();
+    /// Opens the folds in a range. False where there is nothing to open.
+    bool openFolds(NSRange match);
     void goTo(qsizetype index);
     void showStatus();
     void textDidChange();
@@ -80,7 +84,7 @@ private:
     QList<NSRange> m_matches;
     qsizetype m_current = -1;
     qint64 m_startLocation = 0; ///< where the caret was when the bar was opened
-    bool m_isReplacing = false;
+    bool m_isEditing = false;   ///< the text, by itself
     QBasicTimer m_updating;
 };
 

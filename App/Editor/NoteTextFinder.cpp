@@ -1,6 +1,6 @@
 #include "NoteTextFinder.h"
 
-#include <Markup/QBNotesTextStorage.h>
+#include "UnfoldedText.h"
 
 using namespace Qt::StringLiterals;
 
@@ -81,34 +81,37 @@ QString NoteTextFinder::replacement(QStringView text, NSRange match, const QStri
     return found;
 }
 
-std::optional<NoteTextFinder::ReplacedText> NoteTextFinder::replacingAll(const QBNotesTextStorage &storage,
+std::optional<NoteTextFinder::ReplacedText> NoteTextFinder::replacingAll(const UnfoldedText &text,
                                                                          const QString &withTemplate) const
 {
     if (!m_expression) {
         return std::nullopt;
     }
-    const QStringView text = storage.string();
+    const QStringView string = text.string();
     ReplacedText replaced;
+    NSRange whole;
     qint64 done = 0;
-    m_expression->enumerateMatchesInString(
-        text, 0, {0, text.size()}, [&](const NSTextCheckingResult &match, bool *stop) {
-            const NSRange range = match.range();
-            if (range.length == 0) {
-                return;
-            }
-            if (replaced.count == 0) {
-                replaced.range.location = range.location;
-            } else {
-                replaced.text += storage.stringWithExpandedTextAttachmentsWithRange({done, range.location - done});
-            }
-            replaced.text += expanded(text, match, withTemplate);
-            done = range.limit();
-            *stop = ++replaced.count >= kMostMatches;
-        });
+    m_expression->enumerateMatchesInString(string, 0, {0, string.size()},
+                                           [&](const NSTextCheckingResult &match, bool *stop) {
+                                               const NSRange range = match.range();
+                                               if (range.length == 0) {
+                                                   return;
+                                               }
+                                               if (replaced.count == 0) {
+                                                   whole = text.rangeWithWholeFolds(range);
+                                                   done = whole.location;
+                                               }
+                                               replaced.text += text.expandedString({done, range.location - done});
+                                               replaced.text += expanded(string, match, withTemplate);
+                                               done = range.limit();
+                                               *stop = ++replaced.count >= kMostMatches;
+                                           });
     if (replaced.count == 0) {
         return std::nullopt;
     }
-    replaced.range.length = done - replaced.range.location;
+    whole.length = text.rangeWithWholeFolds({done - 1, 1}).limit() - whole.location;
+    replaced.text += text.expandedString({done, whole.limit() - done});
+    replaced.range = text.shownRange(whole);
     return replaced;
 }
 

@@ -11,9 +11,9 @@
 #include <memory>
 #include <optional>
 
-class QBNotesTextStorage;
-
 namespace quib {
+
+class UnfoldedText;
 
 /// How a text is looked for.
 struct FindOptions
@@ -47,13 +47,12 @@ public:
 
     struct ReplacedText
     {
-        NSRange range; ///< of the old buffer: from the first match to the last
+        NSRange range; ///< of the shown text: from the first match to the last, and the folds they are in
         QString text;  ///< what takes its place, attachments spelled out
         qsizetype count = 0;
     };
     /// All matches replaced as one edit; nothing where there are none.
-    [[nodiscard]] std::optional<ReplacedText> replacingAll(const QBNotesTextStorage &storage,
-                                                           const QString &withTemplate) const;
+    [[nodiscard]] std::optional<ReplacedText> replacingAll(const UnfoldedText &text, const QString &withTemplate) const;
 
 private:
     [[nodiscard]] QString expanded(QStringView text, const NSTextCheckingResult &match,

@@ -155,11 +155,89 @@ TEST_F(EditorFind, ANoteThatCannotBeChangedIsNotReplacedIn)
     EXPECT_EQ(shown(), u"one"_s);
 }
 
+TEST_F(EditorFind, WhatIsFoldedIsOpenedWhereSomethingIsFoundInIt)
+{
+    show(u"- milk\n+ old milk\n- x\n+ bread\n- new milk"_s);
+    pane->action(u"fold-completed"_s)->trigger();
+    ASSERT_FALSE(buffer().contains(u"bread"_s));
+    view().setSelectedRange({0, 0});
+    bar().open(/*withReplacing=*/true);
+    find(u"milk"_s);
+    EXPECT_EQ(bar().status(), u"1 of 3"_s);
+    EXPECT_FALSE(buffer().contains(u"old"_s)) << "what is not gone to stays folded";
+    bar().findNext();
+    EXPECT_EQ(bar().status(), u"2 of 3"_s);
+    EXPECT_EQ(marked(), u"- milk\n+ old [milk]\n- x\n+ bread\n- new milk"_s);
+    EXPECT_TRUE(buffer().contains(u"old milk"_s));
+    EXPECT_FALSE(buffer().contains(u"bread"_s));
+    bar().findNext();
+    EXPECT_EQ(bar().status(), u"3 of 3"_s);
+    EXPECT_EQ(marked(), u"- milk\n+ old milk\n- x\n+ bread\n- new [milk]"_s);
+    bar().findPrevious();
+    bar().replaceField().setText(u"tea"_s);
+    bar().replaceCurrent();
+    EXPECT_EQ(marked(), u"- milk\n+ old tea\n- x\n+ bread\n- new [milk]"_s);
+    find(u"bread"_s);
+    EXPECT_EQ(marked(), u"- milk\n+ old tea\n- x\n+ [bread]\n- new milk"_s);
+    view().undo();
+    EXPECT_FALSE(buffer().contains(u"bread"_s)) << "as it can be folded again";
+}
+
+TEST_F(EditorFind, ReplacingAllReachesIntoFoldsAndIsOneStep)
+{
+    struct Case
+    {
+        const char *name;
+        QString text, query, replacement, expected;
+    };
+    const std::vector<Case> cases = {
+        {"in one fold", u"+ a cat\n- b"_s, u"cat"_s, u"cow"_s, u"+ a cow\n- b"_s},
+        {"in folds and around them", u"cat\n+ cat cat\n- b #tag\n+ dog\n+ cat\ncat"_s, u"cat"_s, u"cow"_s,
+         u"cow\n+ cow cow\n- b #tag\n+ dog\n+ cow\ncow"_s},
+        {"before a fold", u"cat\n+ dog\n"_s, u"cat"_s, u"cow"_s, u"cow\n+ dog\n"_s},
+        {"behind a fold", u"x\n+ dog\n- cat"_s, u"cat"_s, u""_s, u"x\n+ dog\n- "_s},
+        {"at both ends of folds", u"+ cat x\n+ x cat"_s, u"cat"_s, u"cow"_s, u"+ cow x\n+ x cow"_s},
+    };
+    for (const Case &testCase : cases) {
+        SCOPED_TRACE(testCase.name);
+        show(testCase.text);
+        pane->action(u"fold-completed"_s)->trigger();
+        ASSERT_NE(buffer(), testCase.text);
+        const QString folded = buffer();
+        bar().open(/*withReplacing=*/true);
+        find(testCase.query);
+        bar().close();
+        bar().open(/*withReplacing=*/true);
+        bar().replaceField().setText(testCase.replacement);
+        while (buffer() != folded) {
+            view().undo(); // what was gone to was opened
+        }
+        bar().replaceAll();
+        EXPECT_EQ(shown(), testCase.expected);
+        view().undo();
+        EXPECT_EQ(shown(), testCase.text);
+        EXPECT_EQ(buffer(), folded);
+    }
+}
+
+TEST_F(EditorFind, InANoteThatCannotBeChangedAFoldStandsForWhatIsFoundInIt)
+{
+    preferences->setFoldCompletedTodo(true);
+    const auto note = makeNote(u"a\n+ word\nb"_s);
+    note->trash();
+    save();
+    pane->setNote(note);
+    bar().open(/*withReplacing=*/false);
+    find(u"word"_s);
+    EXPECT_EQ(bar().status(), u"1 of 1"_s);
+    EXPECT_EQ(view().selectedRange(), (NSRange{2, 1}));
+}
+
 TEST_F(EditorFind, ReplacingAllIsReplacingInTheText)
 {
     const TestSeed seed;
     std::mt19937 random = seed.generator();
-    const QString letters = u"ab#-* \n[`"_s;
+    const QString letters = u"ab#-*+ \n[`"_s;
     for (int round = 0; round < 30; ++round) {
         QString text;
         for (int i = 0; i < 60; ++i) {
@@ -167,6 +245,9 @@ TEST_F(EditorFind, ReplacingAllIsReplacingInTheText)
         }
         SCOPED_TRACE(text.toStdString());
         show(text);
+        if (round % 2 == 0) {
+            pane->action(u"fold-completed"_s)->trigger();
+        }
         bar().open(/*withReplacing=*/true);
         find(u"ab"_s);
         bar().replaceField().setText(u"xyz"_s);
