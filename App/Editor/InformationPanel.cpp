@@ -278,7 +278,7 @@ void InformationPanel::update()
         return;
     }
     const QLocale locale;
-    const auto statistics = NoteStatistics::ofText(m_storage.string());
+    const auto statistics = NoteStatistics::ofText(m_storage.stringWithExpandedTextAttachments());
     showValue(*m_words, locale.toString(statistics.words));
     showValue(*m_characters, locale.toString(statistics.characters));
     showValue(*m_paragraphs, locale.toString(statistics.paragraphs));

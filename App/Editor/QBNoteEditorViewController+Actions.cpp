@@ -214,14 +214,17 @@ void QBNoteEditorViewController::edit(const std::function<void()> &change)
     m_undoManager->endUndoGrouping();
 }
 
-void QBNoteEditorViewController::surroundSelection(const QString &before, const QString &after)
+void QBNoteEditorViewController::insertLink()
 {
-    edit([&] {
+    edit([this] {
         const NSRange selection = m_view->selectedRange();
-        const QString selected = m_stack.noteTextStorage().stringWithExpandedTextAttachmentsWithRange(selection);
-        m_view->insertText(before % selected % after, selection);
-        m_view->setSelectedRange({selection.location + before.size() + (selected.isEmpty() ? 0 : selected.size()), 0});
+        const QString title = m_stack.noteTextStorage().stringWithExpandedTextAttachmentsWithRange(selection);
+        m_view->insertText(u"["_s % title % u"]()"_s, selection);
+        // What is missing is written next.
+        const qint64 place = title.isEmpty() ? 1 : 1 + title.size() + 2;
+        m_view->setSelectedRange({selection.location + place, 0});
     });
+    m_view->setFocus();
 }
 
 void QBNoteEditorViewController::toggleTodosInSelection()
@@ -257,8 +260,12 @@ void QBNoteEditorViewController::unfoldCompletedTodo()
 
 void QBNoteEditorViewController::linkToNote()
 {
-    if (m_view->selectedRange().length > 0) {
-        surroundSelection(u"[["_s, u"]]"_s);
+    if (const NSRange selection = m_view->selectedRange(); selection.length > 0) {
+        edit([&] {
+            const QString title = m_stack.noteTextStorage().stringWithExpandedTextAttachmentsWithRange(selection);
+            m_view->insertText(u"[["_s % title % u"]]"_s, selection);
+            m_view->setSelectedRange({selection.location + 2 + title.size(), 0});
+        });
         return;
     }
     // The rest comes from the list of notes.
@@ -340,7 +347,7 @@ void QBNoteEditorViewController::makeActions()
     addEditing(u"unfold-completed"_s, tr("Unfold Completed To-dos"), keys(Qt::CTRL | Qt::ALT | Qt::Key_U),
                [this] { unfoldCompletedTodo(); });
     // What is put in
-    addEditing(u"link"_s, tr("Link"), keys(Qt::CTRL | Qt::Key_K), [this] { surroundSelection(u"["_s, u"]()"_s); });
+    addEditing(u"link"_s, tr("Link"), keys(Qt::CTRL | Qt::Key_K), [this] { insertLink(); });
     addEditing(u"note-link"_s, tr("Link to Note"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_K), [this] { linkToNote(); });
     addEditing(u"attach"_s, tr("Attach Files…"), keys(Qt::CTRL | Qt::SHIFT | Qt::Key_A),
                [this] { chooseAttachments(); });

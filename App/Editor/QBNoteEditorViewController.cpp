@@ -265,6 +265,10 @@ void QBNoteEditorViewController::restoreState()
         const bool isSameWidth = state->scrollWidth == m_view->layoutManager().columnWidth();
         m_view->scrollTo({state->firstParagraphRange.location, isSameWidth ? state->scrollPosition : 0});
     }
+    // Who writes goes on writing. The keyboard is taken from nobody: not from the list in which notes are passed by.
+    if (state->isFirstResponder && window()->focusWidget() == nullptr) {
+        focusEditor();
+    }
 }
 
 PropertyValue QBNoteEditorViewController::archivedStates()

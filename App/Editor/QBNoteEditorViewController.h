@@ -212,7 +212,8 @@ private:
     void applyHeaderLevel(int level);
     /// A change of the text as one step that can be undone.
     void edit(const std::function<void()> &change);
-    void surroundSelection(const QString &before, const QString &after);
+    /// Makes the selection the title of a link.
+    void insertLink();
     void toggleTodosInSelection();
     void foldCompletedTodo();
     void unfoldCompletedTodo();

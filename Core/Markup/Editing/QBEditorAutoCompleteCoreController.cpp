@@ -241,8 +241,8 @@ QBEditorAutoCompleteItemsProvider *QBEditorAutoCompleteCoreController::completio
 void QBEditorAutoCompleteCoreController::updateCompletionResults()
 {
     if (auto *provider = completionItemsProvider()) {
-        provider->updateCompletionForPartiaString(m_current.partialCompletionString,
-                                                  m_textStorage.stringWithExpandedTextAttachments());
+        // No provider reads the whole text: a long one is not spelled out at each key.
+        provider->updateCompletionForPartiaString(m_current.partialCompletionString, /*fullText=*/{});
     }
 }
 

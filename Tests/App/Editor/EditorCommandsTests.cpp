@@ -271,6 +271,45 @@ TEST_F(EditorCommands, TheInformationPanelTellsOfTheNote)
     EXPECT_EQ(chosen, linking->uniqueIdentifier());
 }
 
+TEST_F(EditorCommands, TheInformationCountsTheTextAsItIsSaved)
+{
+    struct Case
+    {
+        const char *text;
+        int words, characters, paragraphs;
+    };
+    // What is folded, what an attachment stands for, and no character for the attachment.
+    const Case cases[] = {{"a bc", 2, 4, 1},
+                          {"- open\n+ done with it\n+ too", 5, 25, 3},
+                          {"# Head", 1, 6, 1},
+                          {"#tag x", 2, 6, 1},
+                          {"[t](http://a.example/x)", 5, 23, 1}};
+    pane->action(u"info"_s)->setChecked(true);
+    auto &panel = pane->informationPanel();
+    for (const Case &testCase : cases) {
+        show(QString::fromUtf8(testCase.text));
+        pane->action(u"fold-completed"_s)->trigger();
+        panel.update();
+        const auto count = [&panel](const QString &name) { return panel.findChild<QLabel *>(name)->text().toInt(); };
+        EXPECT_EQ(count(u"words"_s), testCase.words) << testCase.text;
+        EXPECT_EQ(count(u"characters"_s), testCase.characters) << testCase.text;
+        EXPECT_EQ(count(u"paragraphs"_s), testCase.paragraphs) << testCase.text;
+    }
+}
+
+TEST_F(EditorCommands, ALinkAsksForWhatIsMissing)
+{
+    show(u"see fox"_s);
+    view().setSelectedRange({4, 3});
+    press(Qt::Key_K, Qt::ControlModifier);
+    EXPECT_EQ(marked(), u"see [fox](|)"_s);
+    type(u"http://a.example/"_s);
+    EXPECT_EQ(shown(), u"see [fox](http://a.example/)"_s);
+    show(u"see "_s);
+    press(Qt::Key_K, Qt::ControlModifier);
+    EXPECT_EQ(marked(), u"see [|]()"_s);
+}
+
 TEST_F(EditorCommands, TheInformationLeavesRoomForTheText)
 {
     QString text = u"# Title\n"_s;

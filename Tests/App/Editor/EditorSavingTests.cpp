@@ -232,6 +232,34 @@ TEST_F(EditorSaving, PlacesAreKeptWithTheWindow)
     pane->unarchiveStates(PropertyValue(u"no archive"_s));
 }
 
+TEST_F(EditorSaving, WhoWroteInANoteGoesOnUnlessTheKeyboardIsElsewhere)
+{
+    const auto first = show(u"one"_s);
+    ASSERT_TRUE(view().hasFocus());
+    const auto written = makeNote(u"two"_s);
+    save();
+    const PropertyValue archive = pane->archivedStates();
+    struct Case
+    {
+        bool isElsewhere;
+        bool hasKeyboard;
+    };
+    for (const Case &testCase : {Case{false, true}, Case{true, false}}) {
+        // As after a start: nothing has the keyboard yet, or something beside the pane has.
+        QWidget window;
+        QLineEdit beside(&window);
+        auto *fresh = new QBNoteEditorViewController(&window);
+        fresh->unarchiveStates(archive);
+        if (testCase.isElsewhere) {
+            beside.setFocus();
+        }
+        fresh->setNote(written);
+        EXPECT_FALSE(window.focusWidget() == &fresh->textView()) << "nobody wrote there";
+        fresh->setNote(first);
+        EXPECT_EQ(window.focusWidget() == &fresh->textView(), testCase.hasKeyboard);
+    }
+}
+
 TEST_F(EditorSaving, CompletedToDosAreFoldedWhereTheUserLikesThat)
 {
     preferences->setFoldCompletedTodo(true);
