@@ -112,7 +112,7 @@ std::optional<QUrl> urlOfArguments(const QCommandLineParser &parser, ExitStatus 
         }
         text = input->trimmed();
     }
-    const QUrl url(text);
+    const QUrl url = urlFromText(text);
     if (url.scheme() != QBXurlActions::kScheme || url.host() != kHost) {
         complain(u"a URL of Quib begins with quib://x-callback-url/"_s);
         *status = ExitStatus::WrongUsage;

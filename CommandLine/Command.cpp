@@ -169,7 +169,7 @@ QList<Command> makeCommands()
          .arguments = {},
          .summary = u"Print the token with which URLs may read lists of notes."_s,
          .example = u"quibctl token --generate"_s,
-         .options = {{u"generate"_s, u"Make one if there is none yet. A token is never replaced."_s}},
+         .options = {{u"generate"_s, u"Make one if there is none yet; one that is there is kept."_s}},
          .run = runToken},
         {.name = u"preferences"_s,
          .arguments = {},

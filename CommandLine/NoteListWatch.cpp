@@ -150,7 +150,7 @@ private:
         takeOutController();
         m_controller = std::make_unique<MRTFetchedResultsController>(m_context.shared_from_this(), request);
         NSError error;
-        if (!m_controller->performFetch(&error)) {
+        if (!m_controller->performFetch(&error) || error.isSet()) {
             complain(error.localizedDescription());
             return false;
         }

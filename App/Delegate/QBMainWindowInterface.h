@@ -36,8 +36,6 @@ public:
     virtual void setManagedObjectContext(const std::shared_ptr<NSManagedObjectContext> &managedObjectContext) = 0;
     /// The list of notes is to select its first row as soon as it gets the keyboard.
     virtual void setSelectsFirstRowWhenBecomesFirstResponder(bool selects) = 0;
-    /// Writes what was typed into the note of the editor; with forceSave also where the editor sees no change.
-    virtual void saveNote(bool forceSave) = 0;
 
     // Commands
 

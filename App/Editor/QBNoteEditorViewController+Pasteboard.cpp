@@ -5,9 +5,11 @@
 #include <Markup/Attachments/QBImageTextAttachment.h>
 #include <Markup/Editing/QBNoteCopyAsCoreController.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
+#include <Markup/Stylers/QBNoteTitledUrlStyler.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNoteFile.h>
 #include <Store/QBNoteImage.h>
+#include <Text/NSStringHelpers.h>
 #include <URL/QBXurlCoreController.h>
 
 #include <QBuffer>
@@ -158,9 +160,27 @@ std::optional<QString> QBNoteEditorViewController::textForMimeData(QBNoteTextVie
         }
     }
     if (markers.isEmpty()) {
-        return std::nullopt;
+        return titledLink(mimeData.text(), replacedRange);
     }
     return placedMarkers(markers, text.first(replacedRange.location), text.sliced(replacedRange.limit()));
+}
+
+std::optional<QString> QBNoteEditorViewController::titledLink(const QString &pasted, NSRange replacedRange) const
+{
+    if (!m_linkTitle || replacedRange.length > 0 || isCode(replacedRange.location)) {
+        return std::nullopt;
+    }
+    const QString url = trimmedWhitespaceAndNewlines(pasted);
+    const QString title = m_linkTitle(url).simplified();
+    // Behind a bracket or a sign the link is part of markup that is being written.
+    const QStringView before = QStringView(m_stack.noteTextStorage().string()).first(replacedRange.location);
+    if (title.isEmpty() || !(before.isEmpty() || before.back().isSpace())) {
+        return std::nullopt;
+    }
+    // A bracket in the link would end it too soon.
+    QString escaped = url;
+    escaped.replace(u'(', u"%28"_s).replace(u')', u"%29"_s);
+    return QBNoteTitledUrlStyler::titledURLForUrlString(escaped, title, {}, replacedRange);
 }
 
 QStringList QBNoteEditorViewController::markersForFiles(const QList<QUrl> &urls)

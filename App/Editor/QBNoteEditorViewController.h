@@ -90,6 +90,11 @@ public:
     /// What the list of notes is searched for stands out, until the text is changed.
     void setSearchString(const QString &search);
 
+    /// The title of the page of a link that was copied; empty where none is known.
+    using LinkTitle = std::function<QString(const QString &url)>;
+    /// Where the titles of pasted links come from. Without one, links are pasted as they are.
+    void setLinkTitle(LinkTitle linkTitle) { m_linkTitle = std::move(linkTitle); }
+
     // Commands: those of the pane are its actions(), for menus and lists of commands; each has a name and its shortcut.
 
     /// The command of that name; null for a name that there is none of.
@@ -171,6 +176,8 @@ private:
     void fillMimeData(QBNoteTextView &view, QMimeData &mimeData, NSRange range) override;
     [[nodiscard]] bool acceptsMimeData(const QMimeData &mimeData) const override;
     [[nodiscard]] bool isCode(qint64 location) const;
+    /// A link with the title of its page, for a text that is a link and nothing else and a place where it stands alone.
+    [[nodiscard]] std::optional<QString> titledLink(const QString &pasted, NSRange replacedRange) const;
     void pasteAsCode();
     void copyAsText(bool andTags);
     /// Makes attachments of files and gives their markers.
@@ -282,6 +289,7 @@ private:
     bool m_isEdited = false;
     bool m_selfEditingNote = false;
     std::unique_ptr<quib::TimerToken> m_autoSaveTimer;
+    LinkTitle m_linkTitle;
     std::unique_ptr<quib::UnsavedTextJournal> m_journal;
     std::unique_ptr<quib::TimerToken> m_journalTimer; ///< set while there are keys that the journal has not seen
     std::unique_ptr<quib::TimerToken> m_pictureTimer;

@@ -24,7 +24,7 @@ struct InstanceRequest
     QStringList uris = {};
     QString action = {};
     QString argument = {};
-    QByteArray text = {}; ///< UTF-8
+    QByteArray text = {}; ///< UTF-8, or UTF-16 with its mark
 
     friend bool operator==(const InstanceRequest &, const InstanceRequest &) = default;
 };

@@ -93,7 +93,7 @@ QString InstanceService::introspect(const QString & /*path*/) const
   </interface>
   <interface name="net.quibworks.Quib">
     <method name="SendText"><arg type="s" name="text" direction="in"/></method>
-    <method name="SendBytes"><arg type="ay" name="utf8" direction="in"/></method>
+    <method name="SendBytes"><arg type="ay" name="text" direction="in"/></method>
     <method name="SendURIs"><arg type="as" name="uris" direction="in"/></method>
     <method name="CurrentNoteTitle"><arg type="s" name="title" direction="out"/></method>
     <method name="ContinueActivity">

@@ -122,7 +122,13 @@ std::optional<std::vector<InstanceRequest>> LaunchOptions::requests(QIODevice &i
                 *message = u"the text is larger than %1 MB"_s.arg(kLargestText / (1024 * 1024));
                 return std::nullopt;
             }
-            if (text.text.isEmpty()) {
+            NSError error;
+            const auto decoded = decodePlainText(text.text, u"standard input"_s, &error);
+            if (!decoded) {
+                *message = error.localizedDescription();
+                return std::nullopt;
+            }
+            if (decoded->isEmpty()) {
                 *message = u"there is no text to send"_s;
                 return std::nullopt;
             }

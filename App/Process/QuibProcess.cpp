@@ -1,7 +1,9 @@
 #include "QuibProcess.h"
 
+#include <Files/PlainTextFile.h>
 #include <Foundation/NSPasteboard.h>
 #include <URL/QBSendToQuibService.h>
+#include <URL/URLParameters.h>
 
 #include <QDir>
 #include <QStandardPaths>
@@ -122,7 +124,7 @@ void QuibProcess::serveOpen(const QStringList &uris)
     // Files that stand together make one note; URLs keep their place among them.
     QStringList files;
     for (const QString &uri : uris) {
-        const QUrl url(uri, QUrl::TolerantMode);
+        const QUrl url = urlFromText(uri);
         if (url.isLocalFile()) {
             files.append(url.toLocalFile());
             continue;
@@ -168,14 +170,19 @@ bool QuibProcess::serveSend(const InstanceRequest &request, NSError *error)
     InMemoryPasteboard pasteboard;
     QList<NSPasteboardItem> items;
     for (const QString &uri : request.uris) {
-        const QUrl url(uri, QUrl::TolerantMode);
+        const QUrl url = urlFromText(uri);
         NSPasteboardItem item;
-        item.setString(uri, url.isLocalFile() ? NSPasteboardTypeFileURL : NSPasteboardTypeURL);
+        item.setString(url.toString(QUrl::FullyEncoded),
+                       url.isLocalFile() ? NSPasteboardTypeFileURL : NSPasteboardTypeURL);
         items.append(item);
     }
     if (request.kind == InstanceRequest::Kind::SendText) {
+        const auto text = decodePlainText(request.text, u"the text"_s, error);
+        if (!text) {
+            return false;
+        }
         NSPasteboardItem item;
-        item.setString(QString::fromUtf8(request.text), NSPasteboardTypeString);
+        item.setString(*text, NSPasteboardTypeString);
         items.append(item);
     }
     pasteboard.writeItems(items);

@@ -5,6 +5,8 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace quib {
@@ -14,8 +16,20 @@ DesktopPasteboard::DesktopPasteboard()
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
         if (!m_isWriting) {
             ++m_changeCount;
+            m_beside = {};
         }
     });
+}
+
+std::shared_ptr<DesktopPasteboard> DesktopPasteboard::general()
+{
+    static std::weak_ptr<DesktopPasteboard> s_general;
+    auto general = s_general.lock();
+    if (!general) {
+        general = std::make_shared<DesktopPasteboard>();
+        s_general = general;
+    }
+    return general;
 }
 
 QList<NSPasteboardItem> DesktopPasteboard::pasteboardItems() const
@@ -41,6 +55,9 @@ QList<NSPasteboardItem> DesktopPasteboard::pasteboardItems() const
     if (items.isEmpty() && !first.types().isEmpty()) {
         items.append(first);
     }
+    if (!items.isEmpty()) {
+        items.first().add(m_beside);
+    }
     return items;
 }
 
@@ -49,6 +66,7 @@ qint64 DesktopPasteboard::clearContents()
     m_isWriting = true;
     QGuiApplication::clipboard()->clear();
     m_isWriting = false;
+    m_beside = {};
     return ++m_changeCount;
 }
 
@@ -60,6 +78,11 @@ bool DesktopPasteboard::writeItems(const QList<NSPasteboardItem> &items)
 
 bool DesktopPasteboard::addToFirstItem(const NSPasteboardItem &forms)
 {
+    const QStringList types = forms.types();
+    if (std::all_of(types.begin(), types.end(), [](const QString &type) { return type.startsWith(kOwnTypes); })) {
+        m_beside.add(forms);
+        return true;
+    }
     QList<NSPasteboardItem> items = pasteboardItems();
     if (items.isEmpty()) {
         items.append(NSPasteboardItem());

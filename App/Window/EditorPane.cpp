@@ -1,11 +1,15 @@
 #include "EditorPane.h"
 
+#include "DesktopPasteboard.h"
 #include "EmptyState.h"
+
+#include <URL/QBURLPasteboard.h>
 
 namespace quib {
 
 EditorPane::EditorPane(QWidget *parent)
     : QStackedWidget(parent)
+    , m_pasteboard(DesktopPasteboard::general())
     , m_editor(new QBNoteEditorViewController(this))
     , m_empty(new EmptyState(this))
 {
@@ -14,6 +18,11 @@ EditorPane::EditorPane(QWidget *parent)
     addWidget(m_editor);
     m_editor->textView().setFrameShape(QFrame::NoFrame);
     m_editor->textView().setAccessibleName(tr("Note"));
+    m_editor->setLinkTitle([pasteboard = m_pasteboard](const QString &url) {
+        const auto title = pasteboard->stringForType(QBURLPasteboard::kURLNameType);
+        const auto titled = pasteboard->stringForType(QBURLPasteboard::kURLAlreadyParsedType);
+        return title && titled == url ? *title : QString();
+    });
     connect(m_editor, &QBNoteEditorViewController::noteDidChange, this, &EditorPane::updateShown);
     connect(m_editor, &QBNoteEditorViewController::urlWasOpened, this, &EditorPane::urlWasOpened);
     connect(m_editor, &QBNoteEditorViewController::noteWasChosen, this, &EditorPane::noteWasChosen);

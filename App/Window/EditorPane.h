@@ -4,6 +4,8 @@
 
 #include <QStackedWidget>
 
+#include <memory>
+
 class QBTheme;
 
 QT_BEGIN_NAMESPACE
@@ -12,6 +14,7 @@ QT_END_NAMESPACE
 
 namespace quib {
 
+class DesktopPasteboard;
 class EmptyState;
 
 /// The column of the editor: the pane that shows one note, or what stands in for it. Owned by its window; main queue.
@@ -54,6 +57,7 @@ Q_SIGNALS:
 private:
     void updateShown();
 
+    std::shared_ptr<DesktopPasteboard> m_pasteboard;
     QBNoteEditorViewController *m_editor;
     EmptyState *m_empty;
 };

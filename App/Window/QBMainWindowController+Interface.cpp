@@ -311,14 +311,25 @@ void QBMainWindowController::showList(QBXurlList list)
 
 void QBMainWindowController::selectTag(QBNoteTag &tag)
 {
-    m_sidebar->selectIdentifier(tag.uniqueIdentifier());
+    // A tag whose notes are all put away is not in the sidebar: what is looked for then is looked for in all notes.
+    if (!m_sidebar->selectIdentifier(tag.uniqueIdentifier())) {
+        showList(QBXurlList::AllNotes);
+    }
 }
 
 void QBMainWindowController::setCurrentSearch(const QString &search)
 {
-    if (m_notes) {
-        m_notes->setCurrentSearch(search);
+    if (!m_notes) {
+        return;
     }
+    if (search.isEmpty()) {
+        // The end of a search asks for no words, so the keyboard stays where it is.
+        if (!m_notes->currentSearch().isEmpty()) {
+            m_searchField->clear();
+        }
+        return;
+    }
+    m_notes->setCurrentSearch(search);
 }
 
 void QBMainWindowController::focusNotesTable()

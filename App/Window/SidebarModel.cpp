@@ -27,6 +27,7 @@ SidebarModel::SidebarModel(QObject *parent)
     , m_choices(std::make_shared<NSUbiquitousKeyValueStore>())
     , m_controller(m_choices)
     , m_root(std::make_unique<Node>())
+    , m_dayWatch([this] { m_countingDelay.start(); })
 {
     m_controller.setDelegate(this);
     m_countingDelay.setSingleShot(true);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Foundation/DayWatch.h>
 #include <Search/Lists/QBNoteSidebarCoreController.h>
 
 #include <QAbstractItemModel>
@@ -110,6 +111,7 @@ private:
     std::unique_ptr<Node> m_root;
     QHash<QString, qint64> m_counts;
     QTimer m_countingDelay;
+    DayWatch m_dayWatch; ///< "Today" has another number on another day
     /// A child of the items' context, made on first use.
     std::shared_ptr<NSManagedObjectContext> m_countingContext;
     bool m_isCounting = false;

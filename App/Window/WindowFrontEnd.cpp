@@ -110,7 +110,7 @@ QString WindowInterface::keyEditorNoteTitle() const
 std::shared_ptr<NSPasteboard> WindowInterface::generalPasteboard()
 {
     if (!m_pasteboard) {
-        m_pasteboard = std::make_shared<DesktopPasteboard>();
+        m_pasteboard = DesktopPasteboard::general();
     }
     return m_pasteboard;
 }

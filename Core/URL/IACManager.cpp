@@ -207,7 +207,7 @@ bool IACManager::openURL(const QUrl &url)
 void IACManager::openCallback(const QString &url, const IACParameters &params)
 {
     if (!url.isEmpty()) {
-        openURL(QUrl(quib::stringByAppendingURLParams(url, params)));
+        openURL(quib::urlFromText(quib::stringByAppendingURLParams(url, params)));
     }
 }
 
@@ -251,9 +251,8 @@ bool IACManager::handleOpenURL(const QUrl &url)
     const auto delegate = m_delegate.lock();
     const auto registered = m_actions.constFind(action);
     if (registered == m_actions.cend() && !(delegate && delegate->supportsIACAction(action))) {
-        return refuse(
-            IACManagerErrorCode::ActionNotSupported,
-            u"'%1' is not an x-callback-url action supported by %2"_s.arg(action.left(200), localizedAppName()));
+        return refuse(IACManagerErrorCode::ActionNotSupported,
+                      u"'%1' is not an x-callback-url action supported by %2"_s.arg(action, localizedAppName()));
     }
     // 5. How the handler answers, then or later.
     const IACSuccessBlock success = [weakSelf = weak_from_this(), successURL = all.value(kSuccess),
@@ -266,7 +265,7 @@ bool IACManager::handleOpenURL(const QUrl &url)
         if (!cancelled) {
             self->openCallback(successURL, result.value_or(IACParameters()));
         } else if (!cancelURL.isEmpty()) {
-            self->openURL(QUrl(cancelURL));
+            self->openURL(quib::urlFromText(cancelURL));
         }
     };
     const IACFailureBlock failure = [weakSelf = weak_from_this(), errorURL](const NSError &error) {
@@ -359,5 +358,5 @@ void IACManager::sendIACRequest(const IACRequest &request)
     }
     // 5. Remembered before it leaves: the answer may come at once.
     m_sessions.insert(request.requestID, request);
-    openURL(QUrl(url));
+    openURL(quib::urlFromText(url));
 }

@@ -51,7 +51,7 @@ bool QBSendToQuibService::sendToQuibService(const NSPasteboard &pasteboard, cons
         note = newNoteWithFiles(files, &reason);
     } else if (const QList<QUrl> urls = pasteboard.urls(/*fileURLsOnly=*/false); !urls.isEmpty()) {
         note = newNoteWithURLs(urls, &reason);
-    } else if (const QStringList strings = pasteboard.strings(); !strings.isEmpty()) {
+    } else if (QStringList strings = pasteboard.strings(); strings.removeAll(QString()), !strings.isEmpty()) {
         note = newNoteWithString(strings.constLast(), &reason);
     } else {
         reason = NSError(kNSCocoaErrorDomain, static_cast<qint64>(NSCocoaErrorCode::FileReadUnknown),

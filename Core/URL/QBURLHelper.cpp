@@ -1,6 +1,7 @@
 #include "QBURLHelper.h"
 
 #include "URLFileName.h"
+#include "URLParameters.h"
 
 #include <Files/AtomicFile.h>
 #include <Foundation/Assert.h>
@@ -111,7 +112,7 @@ void QBURLHelper::downloadFileAtURL(const QString &url, const DownloadSuccess &s
             saveFile(data, url);
         }
     };
-    m_task = m_session->dataTaskWithURL(QUrl(url), complete);
+    m_task = m_session->dataTaskWithURL(quib::urlFromText(url), complete);
     m_task->resume();
 }
 

@@ -1,6 +1,7 @@
 #include "QBURLPasteboard.h"
 
 #include "QBWebsiteParser.h"
+#include "URLParameters.h"
 
 #include <Foundation/NSPasteboard.h>
 #include <Logging/QBLogger.h>
@@ -60,7 +61,7 @@ void QBURLPasteboard::fixURLWithoutTitle()
         }
     };
     const auto fail = [](const NSError &error) { QBLogInfo(error.localizedDescription()); };
-    m_parser->parseWebsiteURL(QUrl(*url), takeTitle, fail);
+    m_parser->parseWebsiteURL(quib::urlFromText(*url), takeTitle, fail);
 }
 
 void QBURLPasteboard::setTitle(const QString &title, const QString &forURL)

@@ -70,6 +70,10 @@ void QBXurlActions::run(Action action, const IACParameters &parameters, const IA
                         const IACFailureBlock &failure)
 {
     m_hasReached = false;
+    // Actions see what is typed, and write behind it.
+    if (m_interface != nullptr) {
+        m_interface->saveNote(/*forceSave=*/true);
+    }
     const auto noticed = [weak = std::weak_ptr(m_self), success](const std::optional<IACParameters> &result,
                                                                  bool cancelled) {
         success(result, cancelled);

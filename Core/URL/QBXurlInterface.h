@@ -30,6 +30,8 @@ public:
 
     // Notes
 
+    /// Writes what was typed into the notes of all editors; with forceSave also while a completion is offered.
+    virtual void saveNote(bool forceSave) = 0;
     /// Opens the note in an editor window of its own.
     virtual void detachEditorWindowForNote(QBNote &note, bool floating) = 0;
     /// Whether the main window's list of notes, as it stands now, holds the note.

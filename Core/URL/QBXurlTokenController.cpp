@@ -60,6 +60,7 @@ std::optional<QString> QBXurlTokenController::token() const
 QString QBXurlTokenController::generateToken()
 {
     if (const auto present = token()) {
+        QFile::setPermissions(filePath(), QFile::ReadOwner | QFile::WriteOwner);
         return *present;
     }
     const QString made = tokenOfDigest(

@@ -22,6 +22,17 @@ std::optional<int> hexadecimalDigit(char byte)
     return lower >= 'a' && lower <= 'f' ? std::optional(lower - 'a' + 10) : std::nullopt;
 }
 
+bool isHexadecimalDigit(QChar unit)
+{
+    return unit.unicode() < 0x80 && hexadecimalDigit(unit.toLatin1());
+}
+
+/// Whether two hexadecimal digits follow a place.
+bool isEscape(QStringView text, qsizetype percent)
+{
+    return percent + 2 < text.size() && isHexadecimalDigit(text[percent + 1]) && isHexadecimalDigit(text[percent + 2]);
+}
+
 QString percentDecoded(QStringView text)
 {
     if (!text.contains(u'%')) {
@@ -49,6 +60,19 @@ QString percentDecoded(QStringView text)
 QString stringWithUUID()
 {
     return uuidString();
+}
+
+QUrl urlFromText(const QString &text)
+{
+    QString escaped;
+    qsizetype done = 0;
+    for (qsizetype i = text.indexOf(u'%'); i >= 0; i = text.indexOf(u'%', i + 1)) {
+        if (!isEscape(text, i)) {
+            escaped += QStringView(text).sliced(done, i + 1 - done) % u"25";
+            done = i + 1;
+        }
+    }
+    return QUrl(done == 0 ? text : QString(escaped % QStringView(text).sliced(done)), QUrl::TolerantMode);
 }
 
 IACParameters parseURLParams(QStringView query)

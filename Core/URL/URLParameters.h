@@ -3,6 +3,7 @@
 #include <QMap>
 #include <QString>
 #include <QStringView>
+#include <QUrl>
 
 /// The parameters of an action, or its result, by name. Values are text as people write it; what is no text goes in by
 /// its description. In the order of the names, so that the same parameters always make the same URL.
@@ -12,6 +13,10 @@ namespace quib {
 
 /// A new UUID in canonical upper-case form.
 [[nodiscard]] QString stringWithUUID();
+
+/// The URL that a text stands for. A "%" without two hexadecimal digits stands for itself and takes nothing from the
+/// escapes beside it.
+[[nodiscard]] QUrl urlFromText(const QString &text);
 
 /// The parameters of a URL's query, in one pass. A part with no "=", or with more than one, is dropped; of two with one
 /// name the later one counts. Values are percent-decoded, names are not.

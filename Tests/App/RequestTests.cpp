@@ -128,7 +128,8 @@ TEST_F(Requests, WindowWorkOfURLsReachesTheMainWindow)
 {
     QBNote::noteWithText(u"# Plan"_s, 0, moc());
     EXPECT_TRUE(delegate().handleGetURLEvent(QUrl(u"quib://x-callback-url/search?term=plan"_s)));
-    EXPECT_EQ(application->takeSteps(), (QStringList{u"list 0"_s, u"search plan"_s, u"show main window"_s}));
+    EXPECT_EQ(application->takeSteps(),
+              (QStringList{u"save note, forced"_s, u"list 0"_s, u"search plan"_s, u"show main window"_s}));
 }
 
 TEST_F(Requests, AnOpenListKeepsTheOrderOfFilesAndURLs)
@@ -142,6 +143,32 @@ TEST_F(Requests, AnOpenListKeepsTheOrderOfFilesAndURLs)
     ASSERT_EQ(application->alerts.size(), 1);
     EXPECT_TRUE(application->alerts[0].informativeText.endsWith(u"b c.md"_s));
     EXPECT_EQ(application->takeSteps().last(), u"alert: These files cannot be opened"_s);
+}
+
+TEST_F(Requests, AStrayPercentSignStandsForItselfAlone)
+{
+    EXPECT_TRUE(serve({.kind = InstanceRequest::Kind::Open,
+                       .uris = {u"quib://x-callback-url/create?title=A%20B&text=5%&tags=x%2Cy"_s}})
+                    .isNull());
+    wait([this] { return !texts().isEmpty(); });
+    EXPECT_EQ(texts(), QStringList{u"# A B\n5%\n#x #y"_s});
+    EXPECT_TRUE(
+        serve({.kind = InstanceRequest::Kind::SendURIs, .uris = {u"https://example.com/a%20b?c=5%"_s}}).isNull());
+    EXPECT_TRUE(texts().contains(u"https://example.com/a%20b?c=5%25"_s)) << texts().join(u'|').toStdString();
+}
+
+TEST_F(Requests, OnlyTextIsTakenForText)
+{
+    using Kind = InstanceRequest::Kind;
+    EXPECT_TRUE(serve({.kind = Kind::SendText, .text = "caf\xe9 latin"}).contains(u"byte 3"_s));
+    EXPECT_FALSE(serve({.kind = Kind::SendText, .text = ""}).isNull());
+    EXPECT_TRUE(texts().isEmpty());
+    EXPECT_TRUE(serve({.kind = Kind::SendText,
+                       .text = QByteArray("\xff\xfe"
+                                          "a\0b\0",
+                                          6)})
+                    .isNull());
+    EXPECT_EQ(texts(), QStringList{u"ab"_s});
 }
 
 // Commands

@@ -43,6 +43,11 @@ Ref<QBNoteTag> tagOf(NSManagedObject *object)
 
 QBNoteSidebarCoreController::QBNoteSidebarCoreController(std::shared_ptr<NSUbiquitousKeyValueStore> keyValueStore)
     : m_keyValueStore(std::move(keyValueStore))
+    , m_dayWatch([this] {
+        if (m_context) {
+            updateStaticSidebarItemStatus();
+        }
+    })
 {
 }
 
@@ -53,6 +58,9 @@ void QBNoteSidebarCoreController::setManagedObjectContext(const std::shared_ptr<
     QUIB_ASSERT(quib::DispatchQueue::main()->isCurrent());
     m_context = moc;
     m_privateContext.reset();
+    // What is being looked up is of the store before, and is not taken.
+    m_isLookingUpStatus = false;
+    m_isStatusStale = false;
     setupContent();
 }
 

@@ -6,6 +6,7 @@
 #include "QBTagSidebarItem.h"
 
 #include <Files/NSUbiquitousKeyValueStore.h>
+#include <Foundation/DayWatch.h>
 #include <Foundation/NotificationCenter.h>
 
 #include <QHash>
@@ -117,4 +118,5 @@ private:
     std::vector<quib::ObservationToken> m_preferenceObservers;
     /// Dies with the controller: answers and notices that come later are dropped.
     std::shared_ptr<char> m_life = std::make_shared<char>();
+    quib::DayWatch m_dayWatch; ///< "Today" has other notes on another day
 };

@@ -92,7 +92,7 @@ void QBNotesTableViewController::setRepresentedObject(const QBSidebarItem::Point
                 return textSearch != nullptr ? textSearch->objectsMatching(objects, predicate) : std::nullopt;
             });
         m_fetchedResultController->setFilterPredicate(QBNoteSearchManager::predicateForSearchString(m_currentSearch));
-        if (NSError error; !m_fetchedResultController->performFetch(&error)) {
+        if (NSError error; !m_fetchedResultController->performFetch(&error) || error.isSet()) {
             QBLogError(u"Error while fetching\n"_s + error.localizedDescription());
         }
         readFirstRows(*m_fetchedResultController);

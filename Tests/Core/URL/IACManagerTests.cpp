@@ -172,6 +172,7 @@ TEST_F(IACManagerTest, AnswersOnTheURLsOfTheCaller)
         {"app://ok", {{u"id"_s, u"1"_s}}, "app://ok?id=1&"},
         {"app://ok?a=b", {{u"id"_s, u"1"_s}, {u"title"_s, u"a b%"_s}}, "app://ok?a=b&id=1&title=a%20b%25&"},
         {"app://ok", {{u"t"_s, u"&=+/?"_s}}, "app://ok?t=&=+/?&"},
+        {"app://ok?k=100%", {{u"t"_s, u"a b"_s}}, "app://ok?k=100%25&t=a%20b&"},
         {"app://ok", {{u"t"_s, u"è\n#"_s}}, "app://ok?t=%C3%A8%0A%23&"},
     };
     for (const Case &each : cases) {

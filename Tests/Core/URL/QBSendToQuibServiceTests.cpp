@@ -86,6 +86,9 @@ TEST_F(QBSendToQuibServiceTest, MakesNothingOfNothing)
 {
     EXPECT_FALSE(service.sendToQuibService(pasteboard, {}, &error));
     EXPECT_TRUE(error.isSet());
+    pasteboard.writeItems({item(NSPasteboardTypeString, u""_s)});
+    EXPECT_FALSE(service.sendToQuibService(pasteboard, {}, &error));
+    pasteboard.clearContents();
     pasteboard.writeItems({item(NSPasteboardTypeRTF, u"{\\rtf1 x}"_s), item(NSPasteboardTypeURL, u"not a url"_s)});
     EXPECT_FALSE(service.sendToQuibService(pasteboard, {}, &error));
     EXPECT_TRUE(savedTexts().isEmpty());

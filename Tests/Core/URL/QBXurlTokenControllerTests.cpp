@@ -70,6 +70,11 @@ TEST_F(QBXurlTokenControllerTest, IsForItsUserAlone)
     struct stat found = {};
     ASSERT_EQ(::stat(QFile::encodeName(file(controller)).constData(), &found), 0);
     EXPECT_EQ(found.st_mode & 0777U, 0600U);
+    // However it came to be open to others, asking for it closes it.
+    ASSERT_EQ(::chmod(QFile::encodeName(file(controller)).constData(), 0644), 0);
+    static_cast<void>(controller.generateToken());
+    ASSERT_EQ(::stat(QFile::encodeName(file(controller)).constData(), &found), 0);
+    EXPECT_EQ(found.st_mode & 0777U, 0600U);
     ASSERT_EQ(::stat(QFile::encodeName(controller.baseURL().toLocalFile()).constData(), &found), 0);
     EXPECT_EQ(found.st_mode & 0777U, 0700U);
 }

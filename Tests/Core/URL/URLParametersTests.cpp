@@ -38,6 +38,20 @@ TEST(URLParameters, AreParsed)
     }
 }
 
+TEST(URLParameters, OneStrayPercentSignLeavesTheOthersAlone)
+{
+    const std::pair<QString, IACParameters> cases[] = {
+        {u"a=b%20c&d=5%&e=x%2Cy"_s, {{u"a"_s, u"b c"_s}, {u"d"_s, u"5%"_s}, {u"e"_s, u"x,y"_s}}},
+        {u"a=%&b=%2&c=%zz&d=%%41"_s, {{u"a"_s, u"%"_s}, {u"b"_s, u"%2"_s}, {u"c"_s, u"%zz"_s}, {u"d"_s, u"%A"_s}}},
+        {u"a=%25%&b=%\u0664\u0661&c=%"_s, {{u"a"_s, u"%%"_s}, {u"b"_s, u"%\u0664\u0661"_s}, {u"c"_s, u"%"_s}}},
+        {u"a=b%20c"_s, {{u"a"_s, u"b c"_s}}},
+    };
+    for (const auto &[query, parameters] : cases) {
+        const QUrl url = urlFromText(u"quib://x-callback-url/create?"_s + query);
+        EXPECT_EQ(parseURLParams(url.query(QUrl::FullyEncoded)), parameters) << query.toStdString();
+    }
+}
+
 TEST(URLParameters, OfAnyTextComeBack)
 {
     const TestSeed seed;

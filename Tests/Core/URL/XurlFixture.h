@@ -49,6 +49,15 @@ public:
     /// What the list of the main window shows.
     bool isEveryNoteVisible = false;
 
+    /// What an editor has not written yet: it is, when asked.
+    std::function<void()> typed;
+
+    void saveNote(bool /*forceSave*/) override
+    {
+        if (typed) {
+            typed();
+        }
+    }
     void detachEditorWindowForNote(QBNote &note, bool floating) override
     {
         add(QStringLiteral("detach %1%2").arg(note.title(), floating ? QStringLiteral(" floating") : QString()));

@@ -125,6 +125,36 @@ protected:
     QBNoteSidebarCoreController sidebar{chosen};
 };
 
+TEST_F(SidebarTests, TodayIsEmptyOnTheNextDay)
+{
+    add(u"# a"_s);
+    open();
+    const auto &fixed = sidebar.sidebarItems().front()->childs();
+    const auto found = std::find_if(fixed.begin(), fixed.end(), [](const Pointer &item) {
+        return item->uniqueIdentifier() == u"QBTodaySidebarItem"_s;
+    });
+    ASSERT_NE(found, fixed.end());
+    const auto today = std::static_pointer_cast<QBStaticSidebarItem>(*found);
+    EXPECT_TRUE(today->hasNotes());
+    clock.advance(86400);
+    settle();
+    EXPECT_FALSE(today->hasNotes());
+}
+
+TEST_F(SidebarTests, AnotherStoreIsLookedUpThoughOneIsBeingLookedUp)
+{
+    add(u"# a"_s);
+    open();
+    sidebar.updateStaticSidebarItemStatus();
+    sidebar.setManagedObjectContext(moc().shared_from_this());
+    settle();
+    recorder.table = sidebar.sidebarItems();
+    QBNote::noteWithText(u"# b"_s, 0, moc())->setArchived(true);
+    EXPECT_TRUE(moc().save());
+    settle();
+    EXPECT_TRUE(drawn(sidebar.sidebarItems()).contains(u"Archive"_s)) << drawn(sidebar.sidebarItems()).toStdString();
+}
+
 TEST_F(SidebarTests, ShowsTheFixedEntriesThenTheTagsInUseAsATree)
 {
     add(u"# a\n#work/plans/deep #work/Team"_s);
