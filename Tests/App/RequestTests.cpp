@@ -151,7 +151,7 @@ TEST_F(Requests, AStrayPercentSignStandsForItselfAlone)
                        .uris = {u"quib://x-callback-url/create?title=A%20B&text=5%&tags=x%2Cy"_s}})
                     .isNull());
     wait([this] { return !texts().isEmpty(); });
-    EXPECT_EQ(texts(), QStringList{u"# A B\n5%\n#x #y"_s});
+    EXPECT_EQ(texts(), QStringList{u"# A B\n5%\n\n#x #y"_s});
     EXPECT_TRUE(
         serve({.kind = InstanceRequest::Kind::SendURIs, .uris = {u"https://example.com/a%20b?c=5%"_s}}).isNull());
     EXPECT_TRUE(texts().contains(u"https://example.com/a%20b?c=5%25"_s)) << texts().join(u'|').toStdString();
