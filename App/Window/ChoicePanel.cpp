@@ -200,6 +200,11 @@ void ChoicePanel::open(const QString &prompt, Provider provider)
     m_field->setFocus();
 }
 
+void ChoicePanel::providerDidChange()
+{
+    update();
+}
+
 void ChoicePanel::leave()
 {
     if (isHidden()) {

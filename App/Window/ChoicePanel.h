@@ -40,6 +40,8 @@ public:
     /// Gives the best choices for what was typed, the best first.
     using Provider = std::function<QList<Choice>(const QString &query)>;
     void open(const QString &prompt, Provider provider);
+    /// Asks the provider again: it has other choices now. Without effect while the panel is closed.
+    void providerDidChange();
     void leave();
     [[nodiscard]] const QList<Choice> &choices() const;
 

@@ -3,6 +3,7 @@
 #include "ChoicePanel.h"
 #include "Commands.h"
 #include "EditorPane.h"
+#include "WindowStyle.h"
 
 #include <Store/NSManagedObjectContext.h>
 
@@ -21,7 +22,7 @@ DetachedWindow::DetachedWindow(const Ref<QBNote> &note, bool floating)
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowFlag(Qt::WindowStaysOnTopHint, floating);
     setCentralWidget(m_editor);
-    resize(640, 720);
+    resize(sizeOnScreen(*this, {640, 720}));
     m_editor->setNote(note);
     auto *closing = new QAction(tr("Close Window"), this);
     closing->setShortcut(QKeySequence::Close);

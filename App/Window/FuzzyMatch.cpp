@@ -1,7 +1,6 @@
 #include "FuzzyMatch.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace quib {
 
@@ -27,69 +26,105 @@ bool beginsWord(QStringView text, qsizetype i)
 
 std::optional<FuzzyMatch> FuzzyMatch::match(QStringView query, QStringView text)
 {
-    text = text.first(std::min(text.size(), kLongestText));
-    std::vector<QChar> wanted;
+    FuzzyQuery fuzzy(query);
+    const auto score = fuzzy.score(text, FuzzyQuery::folded(text));
+    return score ? std::optional(FuzzyMatch{.score = *score, .places = fuzzy.places()}) : std::nullopt;
+}
+
+FuzzyQuery::FuzzyQuery(QStringView query)
+{
     for (const QChar c : query) {
         if (!c.isSpace()) {
-            wanted.push_back(c);
+            m_wanted.push_back(c);
+            m_wantedFolded.push_back(c.toCaseFolded().unicode());
         }
     }
-    if (wanted.empty()) {
-        return FuzzyMatch{.score = -int(text.size()) / 8, .places = {}};
+}
+
+QString FuzzyQuery::folded(QStringView text)
+{
+    QString folded = text.first(std::min(text.size(), kLongestText)).toString();
+    for (QChar &c : folded) {
+        c = c.toCaseFolded();
     }
-    // The best score of the letters so far with the last of them at each place; one row a letter.
-    constexpr int kNone = -1'000'000;
-    const size_t width = static_cast<size_t>(text.size());
-    if (wanted.size() > width) {
-        return std::nullopt;
+    return folded;
+}
+
+std::optional<int> FuzzyQuery::score(QStringView text, QStringView folded)
+{
+    m_hits.clear();
+    m_best = -1;
+    const int forLength = static_cast<int>(folded.size()) / 8;
+    if (m_wanted.empty()) {
+        return -forLength;
     }
-    std::vector<std::vector<int>> best(wanted.size(), std::vector<int>(width, kNone));
-    std::vector<std::vector<int>> from(wanted.size(), std::vector<int>(width, -1));
-    for (size_t letter = 0; letter < wanted.size(); ++letter) {
-        int before = kNone; // the best of the row above, up to two places back, less what the gap costs
-        int beforePlace = -1;
-        for (size_t i = letter; i < width; ++i) {
-            if (letter > 0 && i >= 2) {
-                before = before == kNone ? kNone : before - 1;
-                const int candidate = best[letter - 1][i - 2];
-                if (candidate != kNone && candidate - 1 > before) {
-                    before = candidate - 1;
-                    beforePlace = int(i) - 2;
-                }
-            }
-            const QChar c = text[qsizetype(i)];
-            if (c.toCaseFolded() != wanted[letter].toCaseFolded()) {
-                continue;
-            }
-            int worth = kFound + (c == wanted[letter] ? kSameCase : 0);
-            if (beginsWord(text, qsizetype(i))) {
+    // 1. All letters in order? Most texts go here, by searches for one unit.
+    qsizetype end = 0;
+    for (const char16_t letter : m_wantedFolded) {
+        end = folded.indexOf(QChar(letter), end) + 1;
+        if (end == 0) {
+            return std::nullopt;
+        }
+    }
+    // 2. The places of each letter, each with the best way to it. What lies between two letters costs a point a unit.
+    size_t before = 0; // the hits of the letter before: from here to `beforeEnd`
+    size_t beforeEnd = 0;
+    for (size_t letter = 0; letter < m_wanted.size(); ++letter) {
+        const size_t begin = m_hits.size();
+        size_t next = before; // the first hit of the letter before that is not two places back yet
+        int bestBefore = -1;  // of those that are, the one with the best way from it
+        for (qsizetype i = folded.indexOf(QChar(m_wantedFolded[letter]), static_cast<qsizetype>(letter)); i >= 0;
+             i = folded.indexOf(QChar(m_wantedFolded[letter]), i + 1)) {
+            const int place = static_cast<int>(i);
+            int worth = kFound + (text[i] == m_wanted[letter] ? kSameCase : 0);
+            if (beginsWord(text, i)) {
                 worth += i == 0 ? kBeginsText : kBeginsWord;
             }
             if (letter == 0) {
-                best[0][i] = worth - std::min(int(i), kMostGap);
+                m_hits.push_back({place, worth - std::min(place, kMostGap), -1});
                 continue;
             }
-            const int next = i >= 1 && best[letter - 1][i - 1] != kNone ? best[letter - 1][i - 1] + kFollows : kNone;
-            if (next == kNone && before == kNone) {
-                continue;
+            for (; next < beforeEnd && m_hits[next].place <= place - 2; ++next) {
+                const auto gain = [this](size_t hit) { return m_hits[hit].score + m_hits[hit].place; };
+                if (bestBefore < 0 || gain(next) > gain(static_cast<size_t>(bestBefore))) {
+                    bestBefore = static_cast<int>(next);
+                }
             }
-            const bool follows = next >= before;
-            best[letter][i] = worth + (follows ? next : before);
-            from[letter][i] = follows ? int(i) - 1 : beforePlace;
+            int from = -1;
+            int score = 0;
+            if (bestBefore >= 0) {
+                const Hit &hit = m_hits[static_cast<size_t>(bestBefore)];
+                from = bestBefore;
+                score = hit.score - (place - 1 - hit.place);
+            }
+            if (next < beforeEnd && m_hits[next].place == place - 1 &&
+                (from < 0 || m_hits[next].score + kFollows >= score)) {
+                from = static_cast<int>(next);
+                score = m_hits[next].score + kFollows;
+            }
+            if (from >= 0) {
+                m_hits.push_back({place, worth + score, from});
+            }
+        }
+        before = begin;
+        beforeEnd = m_hits.size();
+    }
+    // 3. The best end.
+    for (size_t hit = before; hit < beforeEnd; ++hit) {
+        if (m_best < 0 || m_hits[hit].score > m_hits[static_cast<size_t>(m_best)].score) {
+            m_best = static_cast<int>(hit);
         }
     }
-    const auto &last = best.back();
-    const auto found = std::max_element(last.begin(), last.end());
-    if (*found == kNone) {
-        return std::nullopt;
+    return m_best < 0 ? std::nullopt : std::optional(m_hits[static_cast<size_t>(m_best)].score - forLength);
+}
+
+QList<int> FuzzyQuery::places() const
+{
+    QList<int> places;
+    for (int hit = m_best; hit >= 0; hit = m_hits[static_cast<size_t>(hit)].from) {
+        places.prepend(m_hits[static_cast<size_t>(hit)].place);
     }
-    FuzzyMatch match{.score = *found - int(width) / 8, .places = {}};
-    int place = int(found - last.begin());
-    for (size_t letter = wanted.size(); letter-- > 0;) {
-        match.places.prepend(place);
-        place = from[letter][static_cast<size_t>(place)];
-    }
-    return match;
+    return places;
 }
 
 } // namespace quib

@@ -2,8 +2,10 @@
 
 #include <QList>
 #include <QString>
+#include <QStringView>
 
 #include <optional>
+#include <vector>
 
 namespace quib {
 
@@ -17,6 +19,37 @@ struct FuzzyMatch
 
     /// Nothing where a letter is missing. An empty query, and blanks in it, match everything.
     [[nodiscard]] static std::optional<FuzzyMatch> match(QStringView query, QStringView text);
+};
+
+/// A query that many texts are held against. A value with room of its own to work in; one thread.
+class FuzzyQuery
+{
+public:
+    explicit FuzzyQuery(QStringView query);
+
+    /// Whether the query has no letter.
+    [[nodiscard]] bool isEmpty() const { return m_wanted.empty(); }
+    /// A text in folded case, unit for unit, as far as it is looked at.
+    [[nodiscard]] static QString folded(QStringView text);
+    /// The score of FuzzyMatch::match.
+    /// @param folded folded(text)
+    [[nodiscard]] std::optional<int> score(QStringView text, QStringView folded);
+    /// Of the last text whose score was told.
+    [[nodiscard]] QList<int> places() const;
+
+private:
+    /// A letter of the query at a place of the text.
+    struct Hit
+    {
+        int place;
+        int score; ///< the best of the letters up to this one
+        int from;  ///< the hit of the letter before, an index of m_hits; -1 for the first letter
+    };
+
+    std::vector<QChar> m_wanted;
+    std::vector<char16_t> m_wantedFolded;
+    std::vector<Hit> m_hits; ///< letter by letter, of each from left to right
+    int m_best = -1;         ///< the hit of the last letter that makes the score
 };
 
 } // namespace quib

@@ -6,7 +6,9 @@
 #include "MessageBar.h"
 #include "SearchField.h"
 #include "Symbols.h"
+#include "TitleFinder.h"
 
+#include <Foundation/DispatchQueue.h>
 #include <Store/CurrentSyntax.h>
 #include <Store/QBCoreDataStack.h>
 #include <Store/QBNotesPreferenceManager.h>
@@ -19,10 +21,13 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 #include <QToolButton>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace quib;
@@ -131,7 +136,7 @@ void QBMainWindowController::makeActions()
                });
     addCommand(u"search-notes"_s, tr("Search Notes"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_F),
                [this] { focusSearchField(); });
-    addCommand(u"search-help"_s, tr("What Can Be Searched For…"), key(Qt::CTRL | Qt::ALT | Qt::Key_F),
+    addCommand(u"search-help"_s, tr("What Can Be Searched For…"), key(Qt::CTRL | Qt::ALT | Qt::Key_H),
                [this] { openSearchHelp(); });
     addCommand(u"preferences"_s, tr("Preferences…"), key(Qt::CTRL | Qt::Key_Comma),
                [this] { showPreferences(PreferencesWindow::Page::General); });
@@ -410,53 +415,45 @@ void QBMainWindowController::openQuickly()
         return;
     }
     saveNote(/*forceSave=*/false);
-    struct Entry
-    {
-        QString identifier;
-        QString title;
-    };
     NSFetchRequest request;
     request.entityName = QBNote::entityName();
     request.predicate = NSPredicate::predicateWithFormat(u"trashed == NO"_s);
     request.sortDescriptors = {NSSortDescriptor(QString(QBNoteAttributes::modificationDate), /*ascending=*/false)};
-    auto entries = std::make_shared<QList<Entry>>();
-    const auto rows = m_context->executeDictionaryFetchRequest(
-        request, {QString(QBNoteAttributes::uniqueIdentifier), QString(QBNoteAttributes::title)});
-    if (rows) {
-        for (const auto &row : *rows) {
-            const QString title = valueOr<QString>(row[1]);
-            entries->append({valueOr<QString>(row[0]), title.isEmpty() ? tr("Untitled note") : title});
-        }
-    }
-    m_choices->open(tr("Open a note by its title"), [this, entries](const QString &query) {
-        struct Found
-        {
-            const Entry *entry;
-            FuzzyMatch match;
-        };
-        std::vector<Found> found;
-        for (const Entry &entry : *entries) {
-            if (auto match = FuzzyMatch::match(query, entry.title)) {
-                if (query.isEmpty()) {
-                    match->score = 0; // as they changed
+    // The titles come from a queue of their own: of a large library they take longer than a frame.
+    const auto finder = std::make_shared<std::optional<TitleFinder>>();
+    const auto context =
+        NSManagedObjectContext::contextWithParent(NSManagedObjectContextConcurrencyType::PrivateQueue, m_context);
+    context->performBlock(
+        [finder, context, request, untitled = tr("Untitled note"), window = QPointer<QBMainWindowController>(this)] {
+            std::vector<TitleFinder::Title> titles;
+            const auto rows = context->executeDictionaryFetchRequest(
+                request, {QString(QBNoteAttributes::uniqueIdentifier), QString(QBNoteAttributes::title)});
+            if (rows) {
+                titles.reserve(static_cast<size_t>(rows->size()));
+                for (const auto &row : *rows) {
+                    const QString title = valueOr<QString>(row[1]);
+                    titles.push_back({valueOr<QString>(row[0]), title.isEmpty() ? untitled : title});
                 }
-                found.push_back({&entry, *std::move(match)});
             }
-            if (query.isEmpty() && qsizetype(found.size()) == kMostChoices) {
-                break;
-            }
-        }
-        std::ranges::stable_sort(found, [](const Found &a, const Found &b) { return a.match.score > b.match.score; });
+            auto made = std::make_shared<TitleFinder>(std::move(titles));
+            DispatchQueue::main()->async([finder, made, window] {
+                if (window) {
+                    finder->emplace(std::move(*made));
+                    window->m_choices->providerDidChange();
+                }
+            });
+        });
+    m_choices->open(tr("Open a note by its title"), [this, finder](const QString &query) {
         QList<Choice> choices;
-        for (const Found &each : found) {
-            if (choices.size() == kMostChoices) {
-                break;
-            }
-            choices.append(Choice{.title = each.entry->title,
+        if (!*finder) {
+            return choices; // on their way
+        }
+        for (const TitleFinder::Found &each : (*finder)->find(query, kMostChoices)) {
+            choices.append(Choice{.title = each.title->title,
                                   .detail = {},
                                   .symbol = u"sidebar-notes"_s,
-                                  .places = each.match.places,
-                                  .choose = [this, identifier = each.entry->identifier] {
+                                  .places = each.places,
+                                  .choose = [this, identifier = each.title->identifier] {
                                       if (const auto note = QBNote::noteWithUniqueIdentifier(identifier, *m_context)) {
                                           showNote(*note);
                                           m_editor->focusEditor();

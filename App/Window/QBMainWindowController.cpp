@@ -8,6 +8,7 @@
 #include "SearchField.h"
 #include "Symbols.h"
 #include "ThemeColors.h"
+#include "WindowStyle.h"
 
 #include <Store/QBNote.h>
 #include <URL/IACManager.h>
@@ -42,7 +43,7 @@ QBMainWindowController::QBMainWindowController()
 {
     setObjectName(u"QBMainWindow"_s);
     setWindowTitle(tr("Quib"));
-    resize(1200, 800);
+    resize(sizeOnScreen(*this, {1200, 800}));
     makeColumns();
     makeActions();
     makeMenus();

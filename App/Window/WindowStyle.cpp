@@ -5,7 +5,9 @@
 #include <Themes/QBNotesAppThemeManager.h>
 
 #include <QApplication>
+#include <QScreen>
 #include <QStyleFactory>
+#include <QWidget>
 
 #include <initializer_list>
 #include <utility>
@@ -146,6 +148,14 @@ QString styleSheetOfTheme()
         sheet.replace(QString(u'{' % name % u'}'), css(color));
     }
     return sheet;
+}
+
+QSize sizeOnScreen(const QWidget &window, QSize wanted)
+{
+    // What a window manager draws around a window is known only once it is shown.
+    constexpr QSize kFrame{16, 48};
+    const QScreen *screen = window.screen();
+    return screen == nullptr ? wanted : wanted.boundedTo(screen->availableGeometry().size() - kFrame);
 }
 
 WindowStyle::WindowStyle()

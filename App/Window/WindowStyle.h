@@ -3,7 +3,12 @@
 #include <Themes/QBThemeManager.h>
 
 #include <QPalette>
+#include <QSize>
 #include <QString>
+
+QT_BEGIN_NAMESPACE
+class QWidget;
+QT_END_NAMESPACE
 
 namespace quib {
 
@@ -11,6 +16,9 @@ namespace quib {
 [[nodiscard]] QPalette paletteOfTheme();
 /// The same as a style sheet, for the few things that a palette cannot tell: quiet borders, round fields, flat menus.
 [[nodiscard]] QString styleSheetOfTheme();
+
+/// The size that a new window is given: the wanted one, or what the screen has room for beside the window's frame.
+[[nodiscard]] QSize sizeOnScreen(const QWidget &window, QSize wanted);
 
 /// Dresses the application in its theme and follows the theme's changes. Made once the theme manager is installed and
 /// kept by whoever makes the windows; main queue.

@@ -72,18 +72,43 @@ TEST_F(Window, ColumnsGoAndComeBackByKeys)
 TEST_F(Window, OpensNotesByAFewLettersOfTheirTitles)
 {
     launch({u"# Sourdough, the slow way"_s, u"# Soup"_s, u"# Reading list"_s});
-    press(Qt::Key_O, Qt::ControlModifier);
+    const auto openQuickly = [this] {
+        press(Qt::Key_O, Qt::ControlModifier);
+        while (window().choices().choices().isEmpty()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+    };
+    openQuickly();
     EXPECT_EQ(window().choices().choices().size(), 3);
     type(u"slow"_s);
     ASSERT_EQ(window().choices().choices().size(), 1);
     press(Qt::Key_Return);
     EXPECT_EQ(window().editor().note()->title(), u"Sourdough, the slow way"_s);
     EXPECT_TRUE(window().editor().textView().hasFocus());
-    press(Qt::Key_O, Qt::ControlModifier);
+    openQuickly();
     type(u"Pancakes"_s);
     ASSERT_EQ(window().choices().choices().size(), 1) << "what is not there can be written";
     press(Qt::Key_Return);
     EXPECT_EQ(window().editor().note()->text(), u"# Pancakes"_s);
+}
+
+TEST_F(Window, NoShortcutIsGivenTwice)
+{
+    launch({u"# One"_s});
+    QHash<QString, QString> owners;
+    for (const QAction *command : window().actions() + window().editor().editor().actions()) {
+        for (const QKeySequence &keys : command->shortcuts()) {
+            // Return and Delete mean what has the keyboard.
+            if (command->shortcutContext() == Qt::WidgetShortcut) {
+                continue;
+            }
+            EXPECT_FALSE(owners.contains(keys.toString()))
+                << keys.toString().toStdString() << ": " << command->objectName().toStdString() << " and "
+                << owners.value(keys.toString()).toStdString();
+            owners.insert(keys.toString(), command->objectName());
+        }
+    }
+    EXPECT_GT(owners.size(), 40);
 }
 
 TEST_F(Window, ThePaletteFindsEveryCommand)

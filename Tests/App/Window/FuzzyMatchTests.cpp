@@ -89,6 +89,64 @@ INSTANTIATE_TEST_SUITE_P(, FuzzyPreference,
                                          Preference{u"mtt", u"Move to Trash", u"A matter of taste"},
                                          Preference{u"Red", u"Redcap", u"redeem"}));
 
+/// What letters at given places are worth.
+int worthOf(const QString &query, const QString &text, const QList<int> &places)
+{
+    int score = 0;
+    for (qsizetype letter = 0; letter < places.size(); ++letter) {
+        const int at = places[letter];
+        score += 8 + (text[at] == query[letter] ? 1 : 0);
+        const bool begins = at == 0 || (!text[at - 1].isLetterOrNumber() && text[at].isLetterOrNumber()) ||
+                            (text[at - 1].isLower() && text[at].isUpper());
+        score += at == 0 ? 12 : begins ? 10 : 0;
+        if (letter == 0) {
+            score -= std::min(at, 6);
+        } else {
+            const int gap = at - places[letter - 1] - 1;
+            score += gap == 0 ? 9 : -gap;
+        }
+    }
+    return score - int(text.size()) / 8;
+}
+
+int bestOfAllPlaces(const QString &query, const QString &text, QList<int> places = {})
+{
+    if (places.size() == query.size()) {
+        return worthOf(query, text, places);
+    }
+    int best = -1'000'000;
+    for (int at = places.isEmpty() ? 0 : places.last() + 1; at < text.size(); ++at) {
+        if (text[at].toCaseFolded() == query[places.size()].toCaseFolded()) {
+            best = std::max(best, bestOfAllPlaces(query, text, places + QList<int>{at}));
+        }
+    }
+    return best;
+}
+
+TEST(FuzzyMatch, TakesTheBestPlacesThereAre)
+{
+    const TestSeed seed;
+    std::mt19937 random = seed.generator();
+    const auto word = [&random](int shortest, int longest) {
+        QString made;
+        for (int length = std::uniform_int_distribution<int>(shortest, longest)(random); length > 0; --length) {
+            made += u"abAB -"_s[std::uniform_int_distribution<qsizetype>(0, 5)(random)];
+        }
+        return made;
+    };
+    for (int i = 0; i < 5'000; ++i) {
+        QString query = word(1, 4);
+        query.remove(u' ');
+        const QString text = word(0, 10);
+        const auto match = FuzzyMatch::match(query, text);
+        if (match && !query.isEmpty()) {
+            ASSERT_EQ(match->score, bestOfAllPlaces(query, text))
+                << query.toStdString() << " in " << text.toStdString();
+            ASSERT_EQ(match->score, worthOf(query, text, match->places));
+        }
+    }
+}
+
 TEST(FuzzyMatch, TakesLongTextsInItsStride)
 {
     const QString text(1'000'000, u'a');
