@@ -40,6 +40,13 @@ bool isWithoutText(const NSAttributedString &text, NSRange range)
     return true;
 }
 
+/// Whether what stands between two edges of words is one: it may begin with an underscore.
+bool isWord(QStringView piece)
+{
+    const QList<uint> letters = piece.toUcs4();
+    return std::any_of(letters.cbegin(), letters.cend(), [](uint letter) { return QChar::isLetterOrNumber(letter); });
+}
+
 } // namespace
 
 void QBNoteTextView::keyPressEvent(QKeyEvent *event)
@@ -241,10 +248,11 @@ qint64 QBNoteTextView::wordBoundary(qint64 location, bool forward)
         words.setPosition(from - paragraph.location);
         for (qsizetype found = forward ? words.toNextBoundary() : words.toPreviousBoundary(); found >= 0;
              found = forward ? words.toNextBoundary() : words.toPreviousBoundary()) {
-            const auto reasons = words.boundaryReasons();
-            if (reasons.testFlag(forward ? QTextBoundaryFinder::EndOfItem : QTextBoundaryFinder::StartOfItem)) {
+            const qsizetype other = forward ? words.toPreviousBoundary() : words.toNextBoundary();
+            if (isWord(QStringView(text).sliced(std::min(found, other), std::abs(found - other)))) {
                 return paragraph.location + found;
             }
+            words.setPosition(found);
         }
         from = forward ? paragraph.limit() : paragraph.location;
         if (!forward && from == location) {

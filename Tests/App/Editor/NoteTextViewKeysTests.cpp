@@ -90,6 +90,33 @@ TEST(NoteTextViewKeys, TheCaretGoesWhereKeysSay)
     }
 }
 
+TEST(NoteTextViewKeys, WordsAreTakenOneByOne)
+{
+    struct Case
+    {
+        QString text;
+        qint64 caret;
+        int key;
+        QString expected;
+    };
+    const Case cases[] = {
+        {u"one two three"_s, 3, Qt::Key_Delete, u"one three"_s},
+        {u"one two three"_s, 7, Qt::Key_Backspace, u"one  three"_s},
+        {u"_one two"_s, 0, Qt::Key_Delete, u" two"_s},
+        {u"one _two"_s, 8, Qt::Key_Backspace, u"one "_s},
+        {u"a -> _b c"_s, 1, Qt::Key_Delete, u"a c"_s},
+        {u"\U00010400\U00010401 b"_s, 0, Qt::Key_Delete, u" b"_s},
+        {u"one\n\ntwo"_s, 3, Qt::Key_Delete, u"one"_s},
+        {u"one\n\ntwo"_s, 5, Qt::Key_Backspace, u"two"_s},
+    };
+    for (const Case &testCase : cases) {
+        EditorFixture editor(0, testCase.text);
+        editor.view().setSelectedRange({testCase.caret, 0});
+        editor.press(testCase.key, Qt::ControlModifier);
+        EXPECT_EQ(editor.text(), testCase.expected) << testCase.text.toStdString();
+    }
+}
+
 TEST(NoteTextViewKeys, DeletingTakesWholeCharactersAndPassesWhatStandsForNothing)
 {
     EditorFixture editor(0, u"ae\u0301\U0001F600 #tag end"_s);

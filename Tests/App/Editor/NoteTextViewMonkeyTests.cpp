@@ -86,7 +86,7 @@ Stretch mostTaken(const QString &text, Stretch taken)
 /// A text without what the editor does to lines of lists by itself: their markers, numbers, and indents.
 QString withoutLists(const QString &text)
 {
-    static const QRegularExpression marker(u"^(\\s*([-*+>\u2022]|\\d+\\.|- \\[[ x]\\])(\\s|$))*\\s*"_s);
+    static const QRegularExpression marker(u"^(\\s*(- \\[[ x]\\]|[-*+>\u2022]|\\d+\\.)(\\s|$))*\\s*"_s);
     QStringList lines;
     for (QString line : text.split(u'\n')) {
         line.remove(marker);
@@ -267,9 +267,9 @@ private:
         const qint64 caret = m_view.caret();
         const auto isPart = [&](qint64 place) {
             const QChar unit = buffer[place];
-            return unit.isLetterOrNumber() || unit.isMark() || unit == u'_';
+            return unit.isLetterOrNumber() || unit.isMark();
         };
-        const auto joins = [&](qint64 place) { return buffer[place] == u'.' || buffer[place] == u':'; };
+        const auto joins = [&](qint64 place) { return QStringView(u"_.:").contains(buffer[place]); };
         const auto unitAt = [&](qint64 edge) { return forward ? edge : edge - 1; };
         const auto isEdge = [&](qint64 edge) { return forward ? edge >= buffer.size() : edge <= 0; };
         const qint64 step = forward ? 1 : -1;
