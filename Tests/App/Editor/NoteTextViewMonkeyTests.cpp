@@ -86,7 +86,7 @@ Stretch mostTaken(const QString &text, Stretch taken)
 /// A text without what the editor does to lines of lists by itself: their markers, numbers, and indents.
 QString withoutLists(const QString &text)
 {
-    static const QRegularExpression marker(u"^(\\s*(- \\[[ x]\\]|[-*+>\u2022]|\\d+\\.)(\\s|$))*\\s*"_s);
+    static const QRegularExpression marker(u"^(\\s*([-*+>\u2022]|\\[[ x]\\]|\\d+\\.)(\\s|$))*\\s*"_s);
     QStringList lines;
     for (QString line : text.split(u'\n')) {
         line.remove(marker);
@@ -267,9 +267,11 @@ private:
         const qint64 caret = m_view.caret();
         const auto isPart = [&](qint64 place) {
             const QChar unit = buffer[place];
-            return unit.isLetterOrNumber() || unit.isMark();
+            return unit.isLetterOrNumber();
         };
-        const auto joins = [&](qint64 place) { return QStringView(u"_.:").contains(buffer[place]); };
+        const auto joins = [&](qint64 place) {
+            return buffer[place].isMark() || QStringView(u"_.:").contains(buffer[place]);
+        };
         const auto unitAt = [&](qint64 edge) { return forward ? edge : edge - 1; };
         const auto isEdge = [&](qint64 edge) { return forward ? edge >= buffer.size() : edge <= 0; };
         const qint64 step = forward ? 1 : -1;
@@ -358,7 +360,9 @@ private:
     QString moveText()
     {
         const NSRange selection = m_view.selectedRange();
-        const auto to = qint64(number(size_t(m_view.textStorage().length() + 1)));
+        auto to = qint64(number(size_t(m_view.textStorage().length() + 1)));
+        const QStringView buffer = m_view.textStorage().string();
+        to -= to > 0 && to < buffer.size() && buffer[to].isLowSurrogate() ? 1 : 0;
         const Stretch tight = selectedText();
         const Stretch wide = mostTaken(m_model, tight);
         const qsizetype target = inText(to);
@@ -408,6 +412,7 @@ private:
             QTest::mouseClick(m_view.viewport(), Qt::LeftButton, number(3) == 0 ? Qt::ShiftModifier : Qt::NoModifier,
                               at);
         }
+        allowOneTick();
         return u"a click"_s;
     }
     QString drag()
@@ -424,6 +429,7 @@ private:
                           Qt::NoModifier);
         QCoreApplication::sendEvent(viewport, &event);
         QTest::mouseRelease(viewport, Qt::LeftButton, {}, to.toPoint());
+        allowOneTick();
         return u"a drag"_s;
     }
     QString drop()
@@ -524,22 +530,50 @@ private:
         press(Qt::Key_V, Qt::ControlModifier);
         return u"pasting"_s;
     }
+    static QChar otherState(QChar state)
+    {
+        switch (state.unicode()) {
+        case u'-':
+            return u'+';
+        case u'+':
+            return u'-';
+        case u' ':
+            return u'x';
+        default:
+            return u' ';
+        }
+    }
+    /// A tick is no step of its own here: what was undone comes back as it was ticked.
+    void forgetSteps()
+    {
+        m_view.breakUndoCoalescing();
+        m_view.undoManager().removeAllActions();
+        m_seen.clear();
+    }
+    /// The mouse may have hit a box.
+    void allowOneTick()
+    {
+        const QString now = text();
+        const auto differing = std::mismatch(now.begin(), now.end(), m_model.begin(), m_model.end());
+        if (now.size() != m_model.size() || differing.first == now.end()) {
+            return;
+        }
+        const qsizetype place = differing.first - now.begin();
+        QString ticked = m_model;
+        ticked[place] = otherState(ticked[place]);
+        if (ticked == now) {
+            m_model = ticked;
+            forgetSteps();
+        }
+    }
     QString tick()
     {
         if (const auto box = m_view.checkBoxInParagraph(m_view.caret())) {
             const qint64 place = inText(*box);
             const qint64 state = inText(*box + 1) - place == 1 ? place : place + 3;
-            constexpr std::pair<char16_t, char16_t> kStates[] = {
-                {u'-', u'+'}, {u'+', u'-'}, {u' ', u'x'}, {u'x', u' '}};
-            const auto *other = std::find_if(std::begin(kStates), std::end(kStates), [this, state](const auto &each) {
-                return m_model[state] == QChar(each.first);
-            });
-            m_model[state] = QChar(other->second);
+            m_model[state] = otherState(m_model[state]);
             m_view.toggleCheckBox(*box);
-            // That is no step of its own here: what was undone comes back as it was ticked.
-            m_view.breakUndoCoalescing();
-            m_view.undoManager().removeAllActions();
-            m_seen.clear();
+            forgetSteps();
         }
         return u"ticking"_s;
     }
