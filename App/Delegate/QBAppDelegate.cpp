@@ -206,9 +206,11 @@ void QBAppDelegate::setupLaunch()
     const auto &context = m_services.stack.managedObjectContext();
     // 2. What an editor could not save before it crashed comes into its note before anybody sees that.
     quib::UnsavedTextJournal::recoverUnsavedTexts(*context);
-    // 3. Whoever notices what others write: attachments on disk, rows in the store.
+    // 3. Whoever notices what others write: attachments on disk, rows in the store. What became of attachments while
+    // nobody watched is looked up in the background.
     m_localFileWatcher = std::make_unique<QBLocalFileWatcher>(context);
     m_externalChangeMonitor = std::make_unique<quib::ExternalChangeMonitor>(m_services.stack);
+    m_localFileWatcher->checkAndUpdateLocalFilesInBackground();
     if (m_mainWindowController != nullptr) {
         // 4. The lists are filled.
         m_mainWindowController->setManagedObjectContext(context);

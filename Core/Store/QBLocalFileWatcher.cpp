@@ -44,17 +44,21 @@ QStringList updateChangedFiles(const QList<Ref<QBNoteFile>> &noteFiles)
     return changed;
 }
 
-void saveAndPost(NSManagedObjectContext &moc, const QStringList &changed)
+bool saved(NSManagedObjectContext &moc)
 {
     NSError error;
-    if (changed.isEmpty()) {
-        return;
+    if (moc.save(&error)) {
+        return true;
     }
-    if (!moc.save(&error)) {
-        QBLogError(u"the changed attachments could not be saved: "_s + error.localizedDescription());
-        return;
+    QBLogError(u"the changed attachments could not be saved: "_s + error.localizedDescription());
+    return false;
+}
+
+void saveAndPost(NSManagedObjectContext &moc, const QStringList &changed)
+{
+    if (!changed.isEmpty() && saved(moc)) {
+        quib::DispatchQueue::main()->async([changed] { QBNoteFilesDowloadedNotification().notify(changed); });
     }
-    quib::DispatchQueue::main()->async([changed] { QBNoteFilesDowloadedNotification().notify(changed); });
 }
 
 } // namespace
@@ -88,7 +92,11 @@ void QBLocalFileWatcher::checkAndUpdateLocalFilesInBackground()
     const auto context = NSManagedObjectContext::contextWithParent(NSManagedObjectContextConcurrencyType::PrivateQueue,
                                                                    m_managedObjectContext);
     context->performBlock([context] {
-        saveAndPost(*context, updateChangedFiles(QBNoteFile::filesInManagedObjectContext(*context, {})));
+        const QStringList changed = updateChangedFiles(QBNoteFile::filesInManagedObjectContext(*context, {}));
+        if (!changed.isEmpty() && saved(*context)) {
+            const auto parent = context->parentContext();
+            parent->performBlock([parent, changed] { saveAndPost(*parent, changed); });
+        }
     });
 }
 

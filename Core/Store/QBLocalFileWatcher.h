@@ -19,8 +19,8 @@ class QBLocalFileWatcher
 public:
     explicit QBLocalFileWatcher(std::shared_ptr<NSManagedObjectContext> managedObjectContext);
 
-    /// Looks at all attachments in a private child context; for what changed while nobody watched. The changes go to
-    /// the context, whose owner saves them.
+    /// Looks at all attachments in a private child context; for what changed while nobody watched. The context takes
+    /// the changes over and is saved.
     void checkAndUpdateLocalFilesInBackground();
     /// Compares the rows with the disk and saves the context, later, on its queue. Attachments that are unknown on disk
     /// or not downloaded are left alone.

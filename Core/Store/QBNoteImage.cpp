@@ -29,13 +29,17 @@ Ref<QBNoteImage> QBNoteImage::noteFileForFileURL(const QUrl &fileURL, NSManagedO
                                                  NSError *error)
 {
     auto image = insertInManagedObjectContext(inManagedObjectContext);
-    if (!image->importFile(fileURL, error)) {
-        return {};
+    return image->importFile(fileURL, error) ? image : Ref<QBNoteImage>();
+}
+
+void QBNoteImage::updateFileMetadata()
+{
+    _QBNoteImage::updateFileMetadata();
+    const auto url = fileURL();
+    if (const auto size = url ? quib::pixelSizeOfImageFile(url->toLocalFile()) : std::nullopt) {
+        setWidth(size->width);
+        setHeight(size->height);
     }
-    const auto size = quib::pixelSizeOfImageFile(image->fileURL()->toLocalFile());
-    image->setWidth(size ? size->width : 0);
-    image->setHeight(size ? size->height : 0);
-    return image;
 }
 
 QString QBNoteImage::textRepresentation() const

@@ -15,4 +15,6 @@ public:
     [[nodiscard]] QString textRepresentation() const override;
     [[nodiscard]] QString localFolderName() const override;
     [[nodiscard]] QHash<QString, quib::Value> additionalFileData() const override;
+    /// Reads the picture's size in pixels too; one that cannot be read keeps the size that it had.
+    void updateFileMetadata() override;
 };

@@ -6,7 +6,9 @@
 #include <Logging/QBLogger.h>
 #include <Store/QBLocalDataMigrator.h>
 #include <Store/QBLocalFileManager.h>
+#include <Store/QBNoteFilesDowloadedNotification.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -94,6 +96,41 @@ TEST_F(Lifecycle, LeftoversOfTheProcessGoAtTheEnd)
     NSError error;
     EXPECT_TRUE(process->terminate(&error));
     EXPECT_FALSE(QFileInfo::exists(temporary));
+}
+
+TEST_F(Lifecycle, AnAttachmentThatChangedWhileNobodyWatchedIsFoundAtTheLaunch)
+{
+    launch();
+    const auto identifier = [this] {
+        const auto file =
+            QBNoteFile::factoryNoteFileForFileURL(QUrl::fromLocalFile(folder.write(u"user/a.txt"_s, "old")), moc());
+        file->setUploaded(true);
+        QBNote::noteWithText(file->textRepresentation(), 0, moc());
+        return file->uniqueIdentifier();
+    }();
+    NSError error;
+    ASSERT_TRUE(process->terminate(&error));
+    process.reset();
+    QFile file(QBLocalFileManager::localFileManagerForPathComponent(u"Local Files/Note Files"_s)
+                   ->fileURLForUniqueID(identifier, u"a.txt"_s)
+                   .toLocalFile());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(file.write("longer than before"), 18);
+    ASSERT_TRUE(file.flush());
+    ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime));
+    file.close();
+
+    QStringList told;
+    const auto token =
+        QBNoteFilesDowloadedNotification().add([&told](const QStringList &identifiers) { told += identifiers; });
+    launch();
+    const auto row = QBNoteFile::noteFileWithUniqueIdentifier(identifier, moc());
+    EXPECT_TRUE(row->uploaded()) << "the launch does not wait for it";
+    wait([&told] { return !told.isEmpty(); });
+    EXPECT_EQ(told, QStringList{identifier});
+    EXPECT_FALSE(row->uploaded());
+    EXPECT_EQ(row->fileSize(), 18);
+    EXPECT_FALSE(moc().hasChanges());
 }
 
 TEST_F(Lifecycle, AProcessWithoutWindowsGoesThroughTheSameSteps)

@@ -1,7 +1,9 @@
 #include "StoreFixture.h"
 
+#include <Graphics/GraphicsContext.h>
 #include <Store/QBLocalFileWatcher.h>
 #include <Store/QBNoteFilesDowloadedNotification.h>
+#include <Store/QBNoteImage.h>
 #include <Store/QBThumbFileManager.h>
 
 #include <QCoreApplication>
@@ -165,7 +167,31 @@ TEST_F(LocalFileWatcher, TheCheckFindsWhatChangedWhileNobodyWatched)
     EXPECT_FALSE(file->uploaded());
     EXPECT_EQ(file->fileSize(), 5);
     EXPECT_TRUE(other->uploaded());
-    EXPECT_TRUE(moc().hasChanges()) << "a child context saves to its parent only";
+    EXPECT_FALSE(moc().hasChanges()) << "what the check found is saved";
+    reopen();
+    EXPECT_FALSE(QBNoteFile::noteFileWithUniqueIdentifier(posted.constFirst().constFirst(), moc())->uploaded());
+}
+
+TEST_F(LocalFileWatcher, AReplacedPictureHasItsNewSize)
+{
+    const auto picture = [](QSize size) {
+        return GraphicsContext(size, 1, NSColor::colorWithRed(1, 0, 0)).image().pngData();
+    };
+    const auto file = QBNoteFile::factoryNoteFileForFileURL(userFile(u"a.png"_s, picture({20, 10})), moc());
+    save();
+    const auto size = [&file] {
+        const auto row = file.as<QBNoteImage>();
+        return std::pair<qint64, qint64>(row->width(), row->height());
+    };
+    ASSERT_EQ(size(), (std::pair<qint64, qint64>(20, 10)));
+    watch();
+    replace(pathOf(*file), picture({30, 40}), 5);
+    takeIn();
+    EXPECT_EQ(size(), (std::pair<qint64, qint64>(30, 40)));
+    replace(pathOf(*file), "cut off", 5);
+    takeIn();
+    EXPECT_EQ(size(), (std::pair<qint64, qint64>(30, 40))) << "what cannot be read keeps its room";
+    EXPECT_EQ(posted.size(), 2);
 }
 
 } // namespace quib::tests
