@@ -264,6 +264,7 @@ Ref<QBNoteFile> QBNoteFile::duplicate()
         }
     }
     copy->setUploaded(false);
+    copy->setUploadedDate(std::nullopt);
     return copy;
 }
 

@@ -167,9 +167,12 @@ TEST_F(NoteFile, DuplicateHasABinaryOfItsOwn)
 {
     const auto file = import(u"f.txt"_s, "one");
     file->setUploaded(true);
+    file->setUploadedDate(NSDate::now());
     const auto copy = file->duplicate();
     EXPECT_NE(copy->uniqueIdentifier(), file->uniqueIdentifier());
     EXPECT_FALSE(copy->uploaded());
+    EXPECT_FALSE(copy->uploadedDate().has_value());
+    EXPECT_TRUE(file->uploadedDate().has_value());
     EXPECT_FALSE(copy->note());
     EXPECT_EQ(copy->filename(), u"f.txt"_s);
     EXPECT_TRUE(hasBinary(*copy));
