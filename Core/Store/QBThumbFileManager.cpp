@@ -344,7 +344,8 @@ std::optional<NSImage> QBThumbFileManager::makeThumb(State &state, const QUrl &i
     const QSize size(wholeSide(thumbSize.width()), wholeSide(thumbSize.height()));
     const auto thumb = readScaledPicture(source, size, all, &error);
     if (!thumb) {
-        QBLogError(u"Failed to create CGImageDestination for "_s + target + u": "_s + error.localizedDescription());
+        QBLogError(u"Failed to create CGImageDestination for "_s + target);
+        QBLogError(error.localizedDescription());
         return std::nullopt;
     }
     const QByteArray bytes = target.endsWith(u".jpg"_s) ? thumb->jpegData() : thumb->pngData();
@@ -357,7 +358,8 @@ std::optional<NSImage> QBThumbFileManager::makeThumb(State &state, const QUrl &i
         return std::nullopt;
     }
     if (!quib::ensureFolder(state.baseURL.toLocalFile(), &error) || !quib::writeFileAtomically(target, bytes, &error)) {
-        QBLogError(u"Failed to write image to "_s + target + u": "_s + error.localizedDescription());
+        QBLogError(u"Failed to write image to "_s + target);
+        QBLogError(error.localizedDescription());
         return std::nullopt;
     }
     return thumb;

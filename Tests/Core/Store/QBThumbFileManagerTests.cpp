@@ -2,6 +2,7 @@
 
 #include <Foundation/DispatchQueue.h>
 #include <Graphics/GraphicsContext.h>
+#include <Logging/QBLogger.h>
 #include <Store/QBImageAlphaTrimmer.h>
 #include <Store/QBNoteImage.h>
 #include <Store/QBThumbFileManager.h>
@@ -9,6 +10,8 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -205,6 +208,32 @@ TEST_F(Thumbs, WhatIsNoPictureOrMakesNoSenseGivesNoFile)
     const auto least = manager.makeThumbForImageURL(good, {-5, 0}, {});
     ASSERT_TRUE(least);
     EXPECT_EQ(least->pixelSize(), QSize(1, 1));
+}
+
+TEST_F(Thumbs, AFailureIsLoggedInALineOfItsOwnBeforeItsReason)
+{
+    auto &log = QBLogger::sharedLogger();
+    log.setFileLoggerEnabled(true);
+    const QUrl none = userFile(u"none.png"_s, "no picture");
+    EXPECT_FALSE(manager.makeThumbForImageURL(none, {10, 10}, {}));
+    // Where the folder belongs there is a file.
+    const QBThumbFileManager nowhere(userFile(u"taken"_s, "x"));
+    const QUrl some = picture(u"some.png"_s, twoColors({4, 4}));
+    EXPECT_FALSE(nowhere.makeThumbForImageURL(some, {2, 2}, {}));
+    log.flush();
+    QFile file(log.lastLogFilePath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    log.setFileLoggerEnabled(false);
+    const auto lineAfter = [&lines](const QString &expected) {
+        const auto found =
+            std::find_if(lines.begin(), lines.end(), [&](const QString &line) { return line.endsWith(expected); });
+        return found == lines.end() || found + 1 == lines.end() ? QString() : *(found + 1);
+    };
+    const QString thumb = manager.thumbURLForImageURL(none, {10, 10}, {}).toLocalFile();
+    EXPECT_FALSE(lineAfter(u"Failed to create CGImageDestination for "_s + thumb).isEmpty());
+    const QString unwritten = nowhere.thumbURLForImageURL(some, {2, 2}, {}).toLocalFile();
+    EXPECT_FALSE(lineAfter(u"Failed to write image to "_s + unwritten).isEmpty());
 }
 
 TEST_F(Thumbs, AThinPictureThatCoversASquareStaysWithinIt)
