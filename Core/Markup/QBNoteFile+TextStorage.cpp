@@ -3,6 +3,7 @@
 #include "QBNotesTextStorage.h"
 
 #include <Markup/Attachments/QBImageTextAttachment.h>
+#include <Markup/Stylers/QBNoteTextAttachmentConfiguring.h>
 #include <Store/QBNote.h>
 #include <Store/QBNoteFile.h>
 
@@ -14,16 +15,24 @@ namespace quib {
 
 namespace {
 
-/// A new attachment for a file, which shows what another one showed.
+/// A new attachment for a file, which shows what another one showed. Whose picture is still on its way is loaded on its
+/// own: the one that arrives is the original's.
 std::shared_ptr<QBGenericFileTextAttachment> attachmentForCopy(const QBGenericFileTextAttachment &original,
-                                                               const QBNoteFile &file)
+                                                               const QBNoteFile &file,
+                                                               const QBNoteStylersManager &stylers)
 {
     auto attachment = std::static_pointer_cast<QBGenericFileTextAttachment>(original.copy());
     attachment->setRepresentedText(file.textRepresentation());
     attachment->setFileURL(file.fileURL().value_or(QUrl()));
     attachment->setFilename(original.filename());
     attachment->setModificationDate(original.modificationDate());
-    if (const auto *picture = dynamic_cast<const QBImageTextAttachment *>(&original)) {
+    const auto *picture = dynamic_cast<const QBImageTextAttachment *>(&original);
+    if (auto *configurator = stylers.textAttachmentConfigurator(); configurator != nullptr) {
+        using Kind = QBNoteStylersManager::Kind;
+        const auto styler = stylers.styler(picture != nullptr ? Kind::Image : Kind::GenericFile);
+        configurator->configureTextAttachment(*attachment, *styler);
+    }
+    if (picture != nullptr && !picture->attachmentImage().isEmpty()) {
         auto &copy = static_cast<QBImageTextAttachment &>(*attachment);
         copy.setOriginalImageSize(picture->originalImageSize());
         copy.setAttachmentImage(picture->attachmentImage());
@@ -64,7 +73,9 @@ void fixTextAttachmentsForNote(QBNote &note, QBNotesTextStorage &inTextStorage)
         }
         const auto copy = file->duplicate();
         seen.insert(copy->uniqueIdentifier());
-        inTextStorage.addAttribute(NSAttachmentAttributeName, attachmentForCopy(*attachment, *copy), {location, 1});
+        inTextStorage.addAttribute(NSAttachmentAttributeName,
+                                   attachmentForCopy(*attachment, *copy, *inTextStorage.noteStylersManager()),
+                                   {location, 1});
     }
 }
 

@@ -8,7 +8,9 @@
 #include <Markup/QBNoteTextAttachmentConfigurator.h>
 #include <Markup/QBNoteTextKitStack.h>
 #include <Store/QBNoteFile.h>
+#include <Store/QBThumbFileManager.h>
 
+#include <QCoreApplication>
 #include <QFile>
 
 using namespace Qt::StringLiterals;
@@ -87,6 +89,43 @@ TEST_F(FileMarkers, ThatStandTwiceGetAFileEach)
     });
     saveNote(*note);
     EXPECT_EQ(filesInStore(), 3) << "once is enough";
+}
+
+TEST_F(FileMarkers, ACopyGetsItsPictureThatWasOnItsWay)
+{
+    // A picture that is loaded in the background arrives in the main queue's next turn, after the note was saved.
+    configurator.setConfigureAttachmentSynchronously(false);
+    QStringList updated;
+    configurator.setUpdateHandler(
+        [&updated](QBNotesTextAttachment &attachment) { updated.append(attachment.representedText()); });
+    const QString marker = picture->textRepresentation();
+    const auto note = makeNote(QString(marker % u"\n" % marker));
+    text.noteTextStorage().loadString(note->text());
+    saveNote(*note);
+    ASSERT_EQ(markers().size(), 2);
+    const auto runMainQueue = [] {
+        QBThumbFileManager::waitUntilBackgroundIsIdle();
+        QCoreApplication::processEvents();
+    };
+    runMainQueue();
+    text.noteTextStorage().enumerateImagesAttachmentsUsingBlock([](QBImageTextAttachment &attachment, NSRange) {
+        EXPECT_EQ(attachment.attachmentImage().pixelSize(), QSize(20, 10));
+        EXPECT_EQ(attachment.attachmentSize().width(), 20);
+    });
+    EXPECT_TRUE(updated.contains(markers()[1])) << "whoever shows the text is told";
+
+    // The copy of a picture that is there shows it at once.
+    updated.clear();
+    const auto second = makeNote(u"x"_s);
+    saveNote(*second);
+    EXPECT_TRUE(updated.isEmpty());
+    int shown = 0;
+    text.noteTextStorage().enumerateImagesAttachmentsUsingBlock([&shown](QBImageTextAttachment &attachment, NSRange) {
+        shown += attachment.attachmentImage().isEmpty() ? 0 : 1;
+    });
+    EXPECT_EQ(shown, 2);
+    runMainQueue();
+    EXPECT_EQ(updated.size(), 2) << "and has its own afterwards";
 }
 
 TEST_F(FileMarkers, OfAnotherNoteGetACopy)
