@@ -19,6 +19,8 @@
 #include <Search/QBNoteSearchManager.h>
 #include <Store/CurrentSyntax.h>
 #include <Store/NSManagedObjectContext.h>
+#include <Store/QBNoteFile.h>
+#include <Store/QBNoteFilesDowloadedNotification.h>
 #include <Store/QBNotesPreferenceManager.h>
 #include <URL/QBXurlCoreController.h>
 
@@ -88,6 +90,8 @@ QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
     makeWidgets();
     makeActions();
     observePreferences();
+    m_fileObservation =
+        QBNoteFilesDowloadedNotification().add([this](const QStringList &identifiers) { filesDidChange(identifiers); });
 }
 
 void QBNoteEditorViewController::makeWidgets()
@@ -333,6 +337,18 @@ void QBNoteEditorViewController::attachmentDidChange(QBNotesTextAttachment &atta
     const QBNotesTextStorage &storage = m_stack.noteTextStorage();
     storage.enumerateFilesAttachmentsUsingBlock([&](QBGenericFileTextAttachment &candidate, NSRange range) {
         if (&candidate == &attachment) {
+            m_view->layoutManager().invalidateLayoutForRange(range);
+            m_view->setNeedsDisplay();
+        }
+    });
+}
+
+void QBNoteEditorViewController::filesDidChange(const QStringList &identifiers)
+{
+    const QBNotesTextStorage &storage = m_stack.noteTextStorage();
+    storage.enumerateFilesAttachmentsUsingBlock([&](QBGenericFileTextAttachment &attachment, NSRange range) {
+        if (identifiers.contains(QBNoteFile::uniqueIdentifierFromTextRepresentation(attachment.representedText()))) {
+            m_configurator.configureTextAttachment(attachment);
             m_view->layoutManager().invalidateLayoutForRange(range);
             m_view->setNeedsDisplay();
         }

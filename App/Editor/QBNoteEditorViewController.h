@@ -238,6 +238,8 @@ private:
     void restoreState();
     void highlightSearch();
     void attachmentDidChange(QBNotesTextAttachment &attachment);
+    /// Attachments with these identifiers show what their files are now.
+    void filesDidChange(const QStringList &identifiers);
     void setZoom(double size);
     void zoomBySteps(int steps);
     void columnWidthDidChange();
@@ -301,4 +303,5 @@ private:
     QString m_search;
     std::vector<quib::ObservationToken> m_preferenceObservations;
     std::vector<quib::ObservationToken> m_noteObservations;
+    quib::ObservationToken m_fileObservation;
 };

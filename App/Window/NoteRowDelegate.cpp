@@ -9,6 +9,7 @@
 #include <Search/Lists/NoteTableCellIcon.h>
 #include <Store/QBNote.h>
 #include <Store/QBNoteFile.h>
+#include <Store/QBNoteFilesDowloadedNotification.h>
 #include <Store/QBThumbFileManager.h>
 #include <Text/NSAttributeName.h>
 
@@ -115,6 +116,18 @@ NoteRowDelegate::NoteRowDelegate(NoteListModel &model, QObject *parent)
     , m_model(model)
     , m_laidOutTexts(kMostLaidOutTexts)
 {
+    m_fileObservation =
+        QBNoteFilesDowloadedNotification().add([this](const QStringList &identifiers) { forgetPictures(identifiers); });
+}
+
+void NoteRowDelegate::forgetPictures(const QStringList &identifiers)
+{
+    // What is on its way may show what a file no longer is: it is asked for again.
+    ++m_generation;
+    m_pictures.removeIf([&identifiers](const auto &entry) {
+        return entry.value().pixmap.isNull() || identifiers.contains(entry.value().identifier);
+    });
+    Q_EMIT pictureArrived();
 }
 
 QSize NoteRowDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const QModelIndex & /*index*/) const
@@ -279,27 +292,28 @@ QPixmap NoteRowDelegate::picture(const QBNote &note, QSize size, double scale) c
     const QString key = url->toString() % u'@' % QString::number(pixels.width());
     const auto known = m_pictures.constFind(key);
     if (known != m_pictures.cend()) {
-        return *known;
+        return known->pixmap;
     }
     if (m_pictures.size() >= kMostPictures) {
         m_pictures.clear();
     }
-    m_pictures.insert(key, QPixmap());
+    const QString identifier = images.constFirst()->uniqueIdentifier();
+    m_pictures.insert(key, {identifier, QPixmap()});
     QBThumbFileManager::Options options = QBThumbFileManager::defaultThumbOptions();
     options.insert(QString(kQBThumbCover), true);
     options.insert(QString(kQBThumbAntialias), true);
     auto *self = const_cast<NoteRowDelegate *>(this);
-    manager->thumbForImageURL(
-        *url, pixels, /*preload=*/true, options,
-        [self, key, scale, life = std::weak_ptr<char>(m_life)](const QUrl &, const NSImage &thumb) {
-            if (life.expired() || thumb.isEmpty()) {
-                return;
-            }
-            QPixmap arrived = QPixmap::fromImage(thumb.image());
-            arrived.setDevicePixelRatio(scale);
-            self->m_pictures.insert(key, arrived);
-            Q_EMIT self->pictureArrived();
-        });
+    manager->thumbForImageURL(*url, pixels, /*preload=*/true, options,
+                              [self, key, identifier, scale, generation = m_generation,
+                               life = std::weak_ptr<char>(m_life)](const QUrl &, const NSImage &thumb) {
+                                  if (life.expired() || generation != self->m_generation || thumb.isEmpty()) {
+                                      return;
+                                  }
+                                  QPixmap arrived = QPixmap::fromImage(thumb.image());
+                                  arrived.setDevicePixelRatio(scale);
+                                  self->m_pictures.insert(key, {identifier, arrived});
+                                  Q_EMIT self->pictureArrived();
+                              });
     return {};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Foundation/NotificationCenter.h>
 #include <Text/NSAttributedString.h>
 
 #include <QCache>
@@ -34,10 +35,12 @@ public:
     static constexpr int kRowHeight = 80;
 
 Q_SIGNALS:
-    /// A picture that a row waits for is there.
+    /// A picture that a row waits for is there, or one that a row shows is to be asked for again.
     void pictureArrived();
 
 private:
+    /// The files of these attachments changed, or came.
+    void forgetPictures(const QStringList &identifiers);
     [[nodiscard]] QPixmap picture(const QBNote &note, QSize size, double scale) const;
     /// Draws lines of a text with its attributes, cut with an ellipsis. Gives the height used.
     int drawText(QPainter &painter, const NSAttributedString &text, NSRange range, const QRect &place, int mostLines,
@@ -55,7 +58,14 @@ private:
 
     NoteListModel &m_model;
     mutable QCache<QString, LaidOutText> m_laidOutTexts; ///< by the whole text
-    mutable QHash<QString, QPixmap> m_pictures;          ///< null while one is on its way
+    struct Picture
+    {
+        QString identifier; ///< of the attachment
+        QPixmap pixmap;     ///< null while it is on its way
+    };
+    mutable QHash<QString, Picture> m_pictures; ///< by file and size
+    quint64 m_generation = 0;                   ///< pictures that were asked for in an earlier one are thrown away
+    ObservationToken m_fileObservation;
     std::shared_ptr<char> m_life = std::make_shared<char>();
 };
 
