@@ -71,17 +71,17 @@ void QBNoteOrderedListTextStyler::applyStyleIn(NSMutableAttributedString &attrib
         point.insert(NSKernAttributeName, themeManager()->fullLineAttachmentDefaultRightSpacing());
     }
     quib::forEachMarkedParagraph(attributedString, numbers, [&](NSRange paragraph, auto numbersOfLine) {
-        for (const quib::BlockMarker &number : numbersOfLine) {
-            attributedString.addAttributes(marker, quib::withBlank(number.range));
-            attributedString.addAttributes(digits, number.range);
-            attributedString.addAttributes(point, {number.range.limit() - 1, 1});
-        }
-        // Measured with the point's kern: the text behind begins where the column does.
+        // Measured without the point's kern, which moves the line's text off the number and the column's edge.
         AttributeSet line{{QBNoteOrderedListTextStylerAttributeName, 1}};
         line.insert(NSParagraphStyleAttributeName,
                     attachmentParagraphStyleForAttributeRange(quib::withBlank(numbersOfLine.back().range),
                                                               attributedString, paragraph));
         attributedString.addAttributes(line, paragraph);
+        for (const quib::BlockMarker &number : numbersOfLine) {
+            attributedString.addAttributes(marker, quib::withBlank(number.range));
+            attributedString.addAttributes(digits, number.range);
+            attributedString.addAttributes(point, {number.range.limit() - 1, 1});
+        }
     });
 }
 

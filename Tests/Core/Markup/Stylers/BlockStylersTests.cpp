@@ -244,9 +244,7 @@ TEST(BlockStylers, HangMarkersToTheLeftOfTheColumn)
         {0, widthAt(0) + blank, 0},
         {4, widthAt(4) + blank, 0},
         {8, font.advanceOfText(u"> "), 0},
-        {12,
-         font.advanceOfText(u"1") + font.advanceOfText(u".") + blank + theme.fullLineAttachmentDefaultRightSpacing(),
-         0},
+        {12, font.advanceOfText(u"1.") + blank, 0}, // the point's kern is beyond
         {19, widthAt(19) + blank, 2 * blank},
         {24, widthAt(24) + blank, theme.paragraphTabLenght()},
         {30, widthAt(30) + blank, theme.paragraphTabLenght()}, // a tab goes on to the next stop
