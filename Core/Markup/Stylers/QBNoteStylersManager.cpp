@@ -127,10 +127,7 @@ void QBNoteStylersManager::setSyntax(int syntax)
 {
     m_syntax = syntax;
     m_textStylers.clear();
-    for (int kind = 0; kind < kKindCount; ++kind) {
-        m_textStylers.append(newStyler(static_cast<Kind>(kind), syntax));
-        setUpStyler(*m_textStylers.constLast());
-    }
+    m_textStylers = defaultStylers();
     m_multilineTextStylers = {styler(Kind::CodeBlock)};
     setSyntaxHighlighterDelegate(m_syntaxHighlighterDelegate);
 }
@@ -179,9 +176,18 @@ void QBNoteStylersManager::cleanStylerCache()
     }
 }
 
+QBNoteStylersManager::Stylers QBNoteStylersManager::defaultStylers() const
+{
+    Stylers stylers;
+    for (int kind = 0; kind < kKindCount; ++kind) {
+        stylers.append(styler(static_cast<Kind>(kind)));
+    }
+    return stylers;
+}
+
 Styler QBNoteStylersManager::styler(Kind kind) const
 {
-    if (kind == Kind::MarkdownImage) {
+    if (kind == Kind::MarkdownImage || m_textStylers.isEmpty()) {
         const Styler made = newStyler(kind, m_syntax);
         setUpStyler(*made);
         return made;

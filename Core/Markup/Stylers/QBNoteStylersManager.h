@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <span>
+#include <typeinfo>
 
 class QBNoteAddressesStyler;
 class QBNoteCodeHighlighting;
@@ -82,8 +83,20 @@ public:
     /// Forgets what was made for the theme's fonts.
     void cleanStylerCache();
 
+    /// The stylers of a text in their order: those that it has, or new ones where it has none yet.
+    [[nodiscard]] Stylers defaultStylers() const;
     /// The text's styler of a kind; a new one of the Markdown image kind at each call.
     [[nodiscard]] Styler styler(Kind kind) const;
+    /// The text's styler of exactly this class, not of one below it; null where it has none.
+    template <typename T> [[nodiscard]] std::shared_ptr<T> stylerForClass() const
+    {
+        for (const Styler &styler : m_textStylers) {
+            if (const QBNoteTextStyler &object = *styler; typeid(object) == typeid(T)) {
+                return std::static_pointer_cast<T>(styler);
+            }
+        }
+        return nullptr;
+    }
     /// Not among the stylers of a text: addresses are painted on request only.
     [[nodiscard]] std::shared_ptr<QBNoteAddressesStyler> addressStyler() const;
 
@@ -94,8 +107,19 @@ public:
     [[nodiscard]] Stylers tabbableStylers() const;
     [[nodiscard]] Stylers endOfSentenceStylers() const;
 
-    /// A new styler outside of any text.
+    // New stylers outside of any text
+
     [[nodiscard]] static Styler newStyler(Kind kind, int syntax);
+    [[nodiscard]] static Styler checkboxStylerForSyntax(int syntax) { return newStyler(Kind::Checkbox, syntax); }
+    [[nodiscard]] static Styler tagStylerForSyntax(int syntax) { return newStyler(Kind::Tag, syntax); }
+    [[nodiscard]] static Styler colorStylerForSyntax(int syntax) { return newStyler(Kind::Color, syntax); }
+    [[nodiscard]] static Styler codeBlockStylerForSyntax(int syntax) { return newStyler(Kind::CodeBlock, syntax); }
+    [[nodiscard]] static Styler codeInlineStylerForSyntax(int syntax) { return newStyler(Kind::CodeInline, syntax); }
+    [[nodiscard]] static Styler titledURLStylerForSyntax(int syntax) { return newStyler(Kind::TitledURL, syntax); }
+    [[nodiscard]] static Styler headerStylerForSyntax(int syntax) { return newStyler(Kind::HeaderText, syntax); }
+    [[nodiscard]] static Styler highlighterStyleForSyntax(int syntax) { return newStyler(Kind::Marker, syntax); }
+    [[nodiscard]] static Styler genericFileStylerForSyntax(int syntax) { return newStyler(Kind::GenericFile, syntax); }
+    [[nodiscard]] static Styler imageStylerForSyntax(int syntax) { return newStyler(Kind::Image, syntax); }
 
 private:
     [[nodiscard]] Stylers stylersOfKinds(std::span<const Kind> kinds) const;

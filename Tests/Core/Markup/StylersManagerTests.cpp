@@ -2,8 +2,12 @@
 
 #include "StyledNote.h"
 
+#include <Markup/Stylers/QBNoteAddressesStyler.h>
 #include <Markup/Stylers/QBNoteCheckBoxMarkdownStyler.h>
 #include <Markup/Stylers/QBNoteCodeHighlighting.h>
+#include <Markup/Stylers/QBNoteLinkedNoteStyler.h>
+
+#include <typeinfo>
 
 using namespace Qt::StringLiterals;
 using Kind = QBNoteStylersManager::Kind;
@@ -37,6 +41,63 @@ TEST(StylersManager, AChangeOfSyntaxMakesAllStylersAnew)
     }
     EXPECT_NE(manager.styler(Kind::MarkdownImage), manager.styler(Kind::MarkdownImage)) << "a new one at each call";
     EXPECT_EQ(manager.multilineTextStylers(), QBNoteStylersManager::Stylers{manager.styler(Kind::CodeBlock)});
+}
+
+TEST(StylersManager, AClassIsAskedForExactly)
+{
+    const QBNoteStylersManager native(0);
+    const QBNoteStylersManager markdown(1);
+    EXPECT_EQ(native.stylerForClass<QBNoteCheckBoxStyler>(), native.styler(Kind::Checkbox));
+    EXPECT_EQ(native.stylerForClass<QBNoteCheckBoxMarkdownStyler>(), nullptr);
+    EXPECT_EQ(markdown.stylerForClass<QBNoteCheckBoxMarkdownStyler>(), markdown.styler(Kind::Checkbox));
+    EXPECT_EQ(markdown.stylerForClass<QBNoteCheckBoxStyler>(), nullptr) << "the one there is a class below it";
+    EXPECT_EQ(native.stylerForClass<QBNoteTitledUrlStyler>(), native.styler(Kind::TitledURL))
+        << "links to notes come before it, and are below it";
+    EXPECT_EQ(native.stylerForClass<QBNoteAddressesStyler>(), nullptr) << "in no text";
+}
+
+TEST(StylersManager, TheListNamesTheStylersThatATextHas)
+{
+    const QBNoteStylersManager manager(1);
+    auto named = manager.defaultStylers();
+    auto had = manager.textStylers();
+    ASSERT_EQ(named.size(), had.size());
+    const auto picture = static_cast<qsizetype>(Kind::MarkdownImage);
+    EXPECT_NE(named.takeAt(picture), had.takeAt(picture)) << "a new one at each call";
+    EXPECT_EQ(named, had);
+}
+
+TEST(StylersManager, MakesStylersOutsideOfTexts)
+{
+    using Make = QBNoteStylersManager::Styler (*)(int);
+    const struct
+    {
+        Make make;
+        Kind kind;
+    } cases[] = {
+        {&QBNoteStylersManager::checkboxStylerForSyntax, Kind::Checkbox},
+        {&QBNoteStylersManager::tagStylerForSyntax, Kind::Tag},
+        {&QBNoteStylersManager::colorStylerForSyntax, Kind::Color},
+        {&QBNoteStylersManager::codeBlockStylerForSyntax, Kind::CodeBlock},
+        {&QBNoteStylersManager::codeInlineStylerForSyntax, Kind::CodeInline},
+        {&QBNoteStylersManager::titledURLStylerForSyntax, Kind::TitledURL},
+        {&QBNoteStylersManager::headerStylerForSyntax, Kind::HeaderText},
+        {&QBNoteStylersManager::highlighterStyleForSyntax, Kind::Marker},
+        {&QBNoteStylersManager::genericFileStylerForSyntax, Kind::GenericFile},
+        {&QBNoteStylersManager::imageStylerForSyntax, Kind::Image},
+    };
+    for (const int syntax : {0, 1, 7}) {
+        const QBNoteStylersManager manager(syntax);
+        for (const auto &test : cases) {
+            const auto made = test.make(syntax);
+            const auto &object = *made;
+            const auto &textStyler = *manager.styler(test.kind);
+            EXPECT_TRUE(typeid(object) == typeid(textStyler)) << typeid(object).name() << ", syntax " << syntax;
+            EXPECT_NE(made, manager.styler(test.kind));
+            EXPECT_NE(made, test.make(syntax)) << "a new one at each call";
+            EXPECT_EQ(made->themeManager(), nullptr);
+        }
+    }
 }
 
 class Highlighting : public QBNoteCodeHighlighting
