@@ -6,11 +6,25 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
 
 namespace quib::tests {
+
+namespace {
+
+/// Whether the attributes are of a line whose marker hangs beside the column.
+bool hasMarker(const QJsonObject &attributes)
+{
+    const std::array names{QBNoteUnorderedListStylerAttributeName, QBNoteCheckboxStylerAttributeName,
+                           QBNoteOrderedListTextStylerAttributeName, QBNoteQuoteTextStylerAttributeName};
+    return std::any_of(names.begin(), names.end(),
+                       [&](const NSAttributeName &name) { return attributes.contains(name.string()); });
+}
+
+} // namespace
 
 QString StyledNote::looks()
 {
@@ -27,7 +41,13 @@ QString StyledNote::looks()
         if (attributes.contains(QBNoteCodeTextStylerLanguageAttributeName.string())) {
             attributes.insert(QBNoteCodeTextStylerLanguageAttributeName.string(), u"block"_s);
         }
-        attributes.remove(QBTitledUrlStylerAttributeName.string());
+        const auto paragraphStyle = attributes.constFind(NSParagraphStyleAttributeName.string());
+        if (paragraphStyle != attributes.constEnd() && paragraphStyle->isObject() && hasMarker(attributes)) {
+            QJsonObject style = paragraphStyle->toObject();
+            style.remove(u"firstLineHeadIndent"_s);
+            style.remove(u"tabStops"_s);
+            attributes.insert(NSParagraphStyleAttributeName.string(), style);
+        }
         for (const auto &name : {QBNoteTagStylerAttributeName, QBNoteFullSelectionRangeAttributeName}) {
             if (const QString identity = attributes.value(name.string()).toString(); !identity.isEmpty()) {
                 attributes.insert(name.string(), identity.section(u'_', 0, -2));

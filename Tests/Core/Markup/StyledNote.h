@@ -31,9 +31,9 @@ public:
     }
     /// What the text looks like: buffer, attachments and runs in words. Left out is what a restyle sets otherwise than
     /// a load: the identifiers of code blocks, which are made up for each; the place in a tag's identity, which counts
-    /// from the start of what was styled; the mark of titled links, which the two stylers of links share, so that a
-    /// restyle takes it off links to notes; and kerns, which inline code also
-    /// gives to the unit before it: a line end that a restyle does not reach, or a spacer that it makes anew.
+    /// from the start of what was styled; kerns, which inline code also gives to the unit before it: a line end that a
+    /// restyle does not reach, or a spacer that it makes anew; and where the first line of a list's item begins, which
+    /// the first item that was measured decides.
     [[nodiscard]] QString looks();
 
 private:
