@@ -91,11 +91,17 @@ void QBLocalFileWatcher::checkAndUpdateLocalFilesInBackground()
 {
     const auto context = NSManagedObjectContext::contextWithParent(NSManagedObjectContextConcurrencyType::PrivateQueue,
                                                                    m_managedObjectContext);
-    context->performBlock([context] {
-        const QStringList changed = updateChangedFiles(QBNoteFile::filesInManagedObjectContext(*context, {}));
+    context->performBlock([context, life = std::weak_ptr<char>(m_life)] {
+        const auto files = QBNoteFile::filesInManagedObjectContext(*context, {});
+        // The store may be closed by now, and the watcher gone with it.
+        const QStringList changed = life.expired() ? QStringList() : updateChangedFiles(files);
         if (!changed.isEmpty() && saved(*context)) {
             const auto parent = context->parentContext();
-            parent->performBlock([parent, changed] { saveAndPost(*parent, changed); });
+            parent->performBlock([parent, changed, life] {
+                if (!life.expired()) {
+                    saveAndPost(*parent, changed);
+                }
+            });
         }
     });
 }

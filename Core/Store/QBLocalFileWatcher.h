@@ -37,4 +37,5 @@ private:
 
     std::shared_ptr<NSManagedObjectContext> m_managedObjectContext;
     std::unique_ptr<quib::FileWatcher> m_fileWatcher;
+    std::shared_ptr<char> m_life = std::make_shared<char>(); ///< a check that is under way ends with the watcher
 };
