@@ -19,16 +19,18 @@
 #include <Search/NoteTextSearch.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNote.h>
-#include <Window/EditorPane.h>
+#include <Window/ChoicePanel.h>
 #include <Window/QBMainWindowController.h>
 #include <Window/SearchField.h>
 #include <Window/WindowFrontEnd.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
@@ -104,6 +106,9 @@ public:
     /// Units: ms. The slowest, and the one in the middle.
     [[nodiscard]] QJsonObject summary()
     {
+        if (m_walls.empty()) {
+            return {};
+        }
         std::sort(m_walls.begin(), m_walls.end());
         std::sort(m_threads.begin(), m_threads.end());
         return {{u"worst"_s, m_walls.back()},
@@ -155,6 +160,34 @@ QJsonObject switchNotes(QBMainWindowController &window)
     return switches.summary();
 }
 
+/// "Open Quickly", then a title letter by letter.
+QJsonObject openQuickly(QBMainWindowController &window)
+{
+    Frames keys;
+    keys.add(u"Ctrl+O"_s, [&window] {
+        window.action(u"quick-open"_s)->trigger();
+        settle();
+    });
+    while (window.choices().choices().isEmpty()) {
+        keys.add(u"the titles arrive"_s, [] { QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); });
+    }
+    auto *field = window.choices().findChild<QLineEdit *>();
+    for (const QString &line : {u"review"_s, u"the "_s, u"zqq"_s}) {
+        for (const QChar c : line) {
+            keys.add(QString(u"quick open "_s % field->text() % c), [field, c] {
+                QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+                QCoreApplication::sendEvent(field, &press);
+                settle();
+            });
+        }
+        field->clear();
+        settle();
+    }
+    window.choices().leave();
+    settle();
+    return keys.summary();
+}
+
 /// Opens the window on the profile of the environment and prints what that took; its end is not measured.
 [[noreturn]] void startOnce(int argc, char **argv, bool isWorking)
 {
@@ -182,6 +215,7 @@ QJsonObject switchNotes(QBMainWindowController &window)
     if (isWorking) {
         result.insert(u"keys"_s, typeSearches(window));
         result.insert(u"switches"_s, switchNotes(window));
+        result.insert(u"titles"_s, openQuickly(window));
         result.insert(u"memoryAfter"_s, residentMemory());
     }
     const QByteArray line = QJsonDocument(result).toJson(QJsonDocument::Compact);
@@ -259,6 +293,7 @@ int main(int argc, char **argv)
     };
     addFrames(u"a key in the search field"_s, u"keys"_s, 2 * kFrame);
     addFrames(u"another note"_s, u"switches"_s, kFrame);
+    addFrames(u"a key of a title to open"_s, u"titles"_s, kFrame);
     report.addRemark(
         u"folded texts %1 MB; memory after the work %2 MB"_s.arg(full.value(u"folded"_s).toDouble(), 0, 'f', 1)
             .arg(work.value(u"memoryAfter"_s).toDouble(), 0, 'f', 1));

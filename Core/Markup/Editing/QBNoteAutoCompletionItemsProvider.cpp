@@ -5,6 +5,18 @@
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNote.h>
 
+QBNoteAutoCompletionItemsProvider::QBNoteAutoCompletionItemsProvider(
+    std::weak_ptr<NSManagedObjectContext> managedObjectContext)
+    : m_managedObjectContext(std::move(managedObjectContext))
+{
+    if (const auto context = m_managedObjectContext.lock()) {
+        m_contextObserver = context->objectsDidChange.add(
+            [this](NSManagedObjectContext & /*context*/, const NSManagedObjectContext::Changes & /*changes*/) {
+                m_missing.clear();
+            });
+    }
+}
+
 void QBNoteAutoCompletionItemsProvider::updateCompletionForPartiaString(const QString &partialString,
                                                                         const QString & /*fullText*/)
 {
@@ -19,6 +31,11 @@ void QBNoteAutoCompletionItemsProvider::updateCompletionForPartiaString(const QS
         setOrderedItemsForCompletion(quib::completionItems(QBNote::allNotesInManagedObjectContext(*context, limit)));
         return;
     }
-    setItemsForCompletion(quib::completionItems(QBNote::findNotesForPartialtitle(partialString, *context, limit)),
-                          partialString);
+    if (!m_missing.isEmpty() && partialString.startsWith(m_missing)) {
+        setItemsForCompletion({}, partialString);
+        return;
+    }
+    const auto found = QBNote::findNotesForPartialtitle(partialString, *context, limit);
+    m_missing = found.isEmpty() ? partialString : QString();
+    setItemsForCompletion(quib::completionItems(found), partialString);
 }

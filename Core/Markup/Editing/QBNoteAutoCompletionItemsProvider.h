@@ -2,6 +2,8 @@
 
 #include "QBEditorAutoCompleteItemsProvider.h"
 
+#include <Foundation/NotificationCenter.h>
+
 #include <memory>
 
 class NSManagedObjectContext;
@@ -12,13 +14,13 @@ class QBNoteAutoCompletionItemsProvider : public QBEditorAutoCompleteItemsProvid
 {
 public:
     /// Not owned. Without it nothing is found.
-    explicit QBNoteAutoCompletionItemsProvider(std::weak_ptr<NSManagedObjectContext> managedObjectContext)
-        : m_managedObjectContext(std::move(managedObjectContext))
-    {
-    }
+    explicit QBNoteAutoCompletionItemsProvider(std::weak_ptr<NSManagedObjectContext> managedObjectContext);
 
     void updateCompletionForPartiaString(const QString &partialString, const QString &fullText) override;
 
 private:
     std::weak_ptr<NSManagedObjectContext> m_managedObjectContext;
+    /// What no title holds, until a note changes: what is typed behind it need not be looked for.
+    QString m_missing;
+    quib::ObservationToken m_contextObserver;
 };

@@ -6,6 +6,7 @@
 
 #include <Markup/Editing/QBEditorAutoCompleteCoreController.h>
 #include <Markup/Editing/QBLanguageAutoCompletionItemsProvider.h>
+#include <Markup/Editing/QBNoteAutoCompletionItemsProvider.h>
 
 #include <memory>
 
@@ -265,6 +266,25 @@ TEST_F(StoreCompletion, OffersTagsInUseByAnyPartOfThem)
     EXPECT_EQ(offered(u"#at w|"), QStringList{u"At Work"_s});
     EXPECT_EQ(representations, QStringList{u"#At Work#"_s});
     EXPECT_EQ(offered(u"#gone|"), QStringList());
+}
+
+TEST_F(StoreCompletion, LooksAgainForWhatWasMissingOnceANoteIsThere)
+{
+    QBNoteAutoCompletionItemsProvider provider(stack->managedObjectContext());
+    const auto found = [&provider](const QString &partial) {
+        provider.updateCompletionForPartiaString(partial, {});
+        return titles(provider.itemsForCompletion());
+    };
+    add(u"# Soup"_s);
+    save();
+    EXPECT_EQ(found(u"so"_s), QStringList{u"Soup"_s});
+    EXPECT_EQ(found(u"sof"_s), QStringList());
+    EXPECT_EQ(found(u"sofa"_s), QStringList());
+    EXPECT_EQ(found(u"so"_s), QStringList{u"Soup"_s});
+    EXPECT_EQ(found(u"sofa"_s), QStringList());
+    add(u"# Sofa bed"_s);
+    save();
+    EXPECT_EQ(found(u"sofa b"_s), QStringList{u"Sofa bed"_s});
 }
 
 TEST_F(StoreCompletion, OffersThePopularTagsBeforeAnythingIsTyped)
