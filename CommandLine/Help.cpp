@@ -51,8 +51,8 @@ QString entry(const QString &name, const QString &help)
 
 QString optionName(const OptionDescription &option)
 {
-    return option.valueName.isEmpty() ? QString(u"--" % option.name)
-                                      : QString(u"--" % option.name % u' ' % option.valueName);
+    const QString name = (option.name.size() == 1 ? u"-"_s : u"--"_s) + option.name;
+    return option.valueName.isEmpty() ? name : QString(name % u' ' % option.valueName);
 }
 
 QString roff(QString text)
