@@ -112,8 +112,19 @@ void QBNoteTextView::setSelection(qint64 anchor, qint64 caret)
     moveSelection(std::clamp<qint64>(anchor, 0, length), std::clamp<qint64>(caret, 0, length), false);
 }
 
+qint64 QBNoteTextView::outsideOfCharacter(qint64 location) const
+{
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    const bool isWithin = location > 0 && location < text.length() &&
+                          QChar::isLowSurrogate(text.characterAtIndex(location)) &&
+                          QChar::isHighSurrogate(text.characterAtIndex(location - 1));
+    return isWithin ? location - 1 : location;
+}
+
 void QBNoteTextView::moveSelection(qint64 anchor, qint64 caret, bool upstream)
 {
+    anchor = outsideOfCharacter(anchor);
+    caret = outsideOfCharacter(caret);
     const bool isSame = anchor == m_anchor && caret == m_caret && upstream == m_isUpstream;
     m_anchor = anchor;
     m_caret = caret;
@@ -195,8 +206,8 @@ void QBNoteTextView::textDidEdit(NSRange editedRange, qint64 changeInLength)
                                                                        : std::clamp<qint64>(moved(location), 0, length);
     };
     m_scroll.location = kept(m_scroll.location);
-    m_anchor = kept(m_anchor);
-    m_caret = kept(m_caret);
+    m_anchor = outsideOfCharacter(kept(m_anchor));
+    m_caret = outsideOfCharacter(kept(m_caret));
     moveSpellingMarks(editedRange, changeInLength);
     m_hasMoved = true;
     setNeedsUpdate();

@@ -197,6 +197,8 @@ private:
     void restartBlinking();
     void autoscroll();
     void moveSelection(qint64 anchor, qint64 caret, bool upstream);
+    /// Nothing is selected, or written, between the two units of one character: half of it would be left.
+    [[nodiscard]] qint64 outsideOfCharacter(qint64 location) const;
 
     // QBNoteTextView+Scrolling.cpp
     /// The page's top where the first paragraph is the anchor.

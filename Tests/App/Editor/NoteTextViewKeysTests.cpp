@@ -90,6 +90,23 @@ TEST(NoteTextViewKeys, TheCaretGoesWhereKeysSay)
     }
 }
 
+TEST(NoteTextViewKeys, NothingIsWrittenIntoACharacter)
+{
+    EditorFixture editor(0, u"a\U0001F600b"_s);
+    editor.view().setSelectedRange({2, 0});
+    editor.type(u"x"_s);
+    EXPECT_EQ(editor.text(), u"ax\U0001F600b"_s);
+    editor.view().setSelection(3, 5);
+    editor.press(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(editor.text(), u"ax"_s);
+    // An edit elsewhere leaves the caret where a character is now.
+    editor.view().loadString(u"abcd"_s);
+    editor.view().setSelectedRange({2, 0});
+    editor.view().textStorage().replaceCharactersInRange({1, 2}, u"\U0001F600");
+    editor.view().typeText(u"x"_s);
+    EXPECT_TRUE(editor.text().isValidUtf16()) << editor.text().toStdString();
+}
+
 TEST(NoteTextViewKeys, WordsAreTakenOneByOne)
 {
     struct Case

@@ -162,9 +162,15 @@ public:
             m_model = now;
         }
         ASSERT_EQ(now, m_model) << "after " << what.toStdString();
+        ASSERT_TRUE(now.isValidUtf16()) << "half a character is left after " << what.toStdString();
         const NSRange selection = m_view.selectedRange();
         ASSERT_TRUE(selection.location >= 0 && selection.limit() <= m_view.textStorage().length())
             << "after " << what.toStdString();
+        const QStringView buffer = m_view.textStorage().string();
+        for (const qint64 place : {selection.location, selection.limit()}) {
+            ASSERT_FALSE(place < buffer.size() && buffer[place].isLowSurrogate())
+                << "in the middle of a character after " << what.toStdString() << ": " << place;
+        }
         m_seen.insert(m_model);
         if (m_model.size() > kMostText) {
             m_view.setSelectedRange({0, m_view.textStorage().length() * 9 / 10});
