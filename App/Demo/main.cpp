@@ -20,6 +20,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDeadlineTimer>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -32,7 +33,9 @@ namespace {
 /// Lets everything arrive that was asked for: rows, pictures, selections, numbers of notes.
 void settle(QBMainWindowController &window)
 {
-    for (int i = 0; i < 3 || window.sidebar().sidebarModel().isCounting(); ++i) {
+    // Pictures take their new width only once it rests.
+    const QDeadlineTimer deadline(500);
+    for (int i = 0; i < 3 || window.sidebar().sidebarModel().isCounting() || !deadline.hasExpired(); ++i) {
         QBThumbFileManager::waitUntilBackgroundIsIdle();
         QCoreApplication::sendPostedEvents();
         QCoreApplication::processEvents(QEventLoop::AllEvents, 200);

@@ -50,7 +50,7 @@ struct Library
 constexpr Library kLibraries[] = {
     {"Qt", "LGPL 3"},       {"ICU", "Unicode License"}, {"SQLite", "Public Domain"}, {"libxml2", "MIT"},
     {"libpsl", "MIT"},      {"Hunspell", "MPL 1.1"},    {"libheif", "LGPL 3"},       {"OpenJPEG", "BSD 2-Clause"},
-    {"LibTIFF", "libtiff"}, {"zlib", "zlib"},
+    {"LibTIFF", "libtiff"}, {"zlib", "zlib"},           {"libcurl", "curl"},
 };
 
 } // namespace
