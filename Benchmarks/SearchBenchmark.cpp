@@ -50,7 +50,7 @@ int main()
     // Each search as if none was before it.
     const auto forget = [&arena] { arena.forgetFindings(); };
     for (const auto &[label, term] : terms) {
-        const Timing search = measure([&] { keep(arena.keysOfTextsContaining(term)); }, {}, forget);
+        const Timing search = measure([&, &term = term] { keep(arena.keysOfTextsContaining(term)); }, {}, forget);
         report.addTime(QString(label % u" / memchr"), search, sweep, 1.5);
         if (const auto external = measureProgram({u"rg"_s, u"-i"_s, u"-c"_s, term, file.fileName()})) {
             report.addTime(QString(label % u" / ripgrep"), search, *external, 0.35);

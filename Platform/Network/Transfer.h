@@ -48,8 +48,8 @@ private:
     friend class TransferLoop;
     struct State;
 
-    static size_t takeHeadLine(char *bytes, size_t size, size_t count, void *state);
-    static size_t takeBody(char *bytes, size_t size, size_t count, void *state);
+    static size_t takeHeadLine(char *bytes, size_t size, size_t count, void *data);
+    static size_t takeBody(char *bytes, size_t size, size_t count, void *data);
     /// libcurl has done with it.
     static void end(State &state, CURLcode code);
     /// Tells what has gathered. A handler may let go of the transfer, and of the loop with it: neither is touched

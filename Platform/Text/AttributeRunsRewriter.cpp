@@ -72,7 +72,7 @@ void AttributeRunsRewriter::skipTo(qint64 location)
     }
 }
 
-void AttributeRunsRewriter::insertTo(qint64 location, AttributeSet attributes)
+void AttributeRunsRewriter::insertTo(qint64 location, const AttributeSet &attributes)
 {
     while (m_place < location) {
         if (m_leafRuns == nullptr) {
@@ -80,11 +80,7 @@ void AttributeRunsRewriter::insertTo(qint64 location, AttributeSet attributes)
         }
         const qint64 length = std::min(m_left, location - m_place);
         AttributeSet changed = take(length);
-        if (m_place < location) {
-            changed.insert(attributes);
-        } else {
-            changed.insert(std::move(attributes));
-        }
+        changed.insert(attributes);
         add(std::move(changed), length);
     }
 }

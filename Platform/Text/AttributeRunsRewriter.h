@@ -23,7 +23,7 @@ public:
 
     void keepTo(qint64 location);
     void skipTo(qint64 location);
-    void insertTo(qint64 location, AttributeSet attributes);
+    void insertTo(qint64 location, const AttributeSet &attributes);
     /// Puts something new in place.
     void add(AttributeSet attributes, qint64 length);
     /// Keeps the rest.

@@ -50,7 +50,7 @@ public:
     [[nodiscard]] int disconnections() const { return m_disconnections; }
     [[nodiscard]] qint64 bytesWritten() const { return m_bytesWritten; }
 
-    void on(const QByteArray &path, Handler handler) { m_handlers.insert(path, std::move(handler)); }
+    void on(const QByteArray &path, const Handler &handler) { m_handlers.insert(path, handler); }
     /// Answers with these very bytes, then closes.
     void answer(const QByteArray &path, const QByteArray &bytes)
     {

@@ -153,7 +153,7 @@ TEST(TabKeyTest, MovesLinesOfListsByALevel)
         {{u"a\n[\t* one]", u"a\n[* one]"}, true},
     };
     for (const auto &[texts, backwards] : cases) {
-        expectCommand(0, texts, [&](EditedNote &note) {
+        expectCommand(0, texts, [&texts = texts, backwards = backwards](EditedNote &note) {
             EXPECT_TRUE(note.controller().indentTabbableStyle(backwards, note)) << texts;
         });
     }
