@@ -58,13 +58,18 @@ protected:
             notes.append(insert(title));
         }
         save();
+        fetch();
+        list->setDelegate(&listener);
+    }
+    /// Makes the list anew: the notes that are not in the trash, by their titles.
+    void fetch()
+    {
         NSFetchRequest request{.entityName = u"QBNote"_s};
         request.predicate = NSPredicate::predicateWithFormat(u"trashed == NO"_s);
         request.sortDescriptors = {NSSortDescriptor(u"title"_s, /*ascending=*/true)};
         request.propertiesToFetch = QStringList{u"subtitle"_s};
         list = std::make_unique<MRTFetchedResultsController>(stack->managedObjectContext(), request);
         EXPECT_TRUE(list->performFetch());
-        list->setDelegate(&listener);
     }
     [[nodiscard]] Ref<QBNote> insert(const QString &title) const
     {
@@ -212,12 +217,7 @@ protected:
         list.reset();
         notes.clear();
         moc().reset();
-        NSFetchRequest request{.entityName = u"QBNote"_s};
-        request.predicate = NSPredicate::predicateWithFormat(u"trashed == NO"_s);
-        request.sortDescriptors = {NSSortDescriptor(u"title"_s, /*ascending=*/true)};
-        request.propertiesToFetch = QStringList{u"subtitle"_s};
-        list = std::make_unique<MRTFetchedResultsController>(stack->managedObjectContext(), request);
-        EXPECT_TRUE(list->performFetch());
+        fetch();
         list->setDelegate(&listener);
     }
     void changeElsewhere(const std::function<void(NSManagedObjectContext &, QBNote &)> &change) const
