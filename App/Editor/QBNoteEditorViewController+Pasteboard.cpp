@@ -209,7 +209,7 @@ void QBNoteEditorViewController::attachFiles(const QList<QUrl> &urls)
     if (markers.isEmpty()) {
         return;
     }
-    const NSRange selection = m_view->selectedRange();
+    const NSRange selection = m_core.rangeTakenWithRange(m_view->selectedRange());
     const QStringView text = m_stack.noteTextStorage().string();
     m_view->replaceText(selection,
                         placedMarkers(markers, text.first(selection.location), text.sliced(selection.limit())));
@@ -273,7 +273,7 @@ void QBNoteEditorViewController::pasteAsCode()
     }
     // Fences have lines of their own.
     const QStringView text = m_stack.noteTextStorage().string();
-    const NSRange selection = m_view->selectedRange();
+    const NSRange selection = m_core.rangeTakenWithRange(m_view->selectedRange());
     const bool startsLine = selection.location == 0 || text[selection.location - 1] == u'\n';
     const bool endsLine = selection.limit() == text.size() || text[selection.limit()] == u'\n';
     m_view->replaceText(selection, (startsLine ? u""_s : u"\n"_s) % block % (endsLine ? u""_s : u"\n"_s));

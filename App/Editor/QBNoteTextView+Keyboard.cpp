@@ -356,17 +356,21 @@ std::optional<QBNoteTextView::Heading> QBNoteTextView::headingForText(QStringVie
 
 void QBNoteTextView::typeText(const QString &text)
 {
-    const NSRange selection = selectedRange();
-    if (m_isReadOnly || !m_stack.noteTextStorage().canEditTextInRange(selection)) {
+    typeText(text, rangeTaken(selectedRange()));
+}
+
+void QBNoteTextView::typeText(const QString &text, NSRange replacedRange)
+{
+    if (m_isReadOnly || !m_stack.noteTextStorage().canEditTextInRange(replacedRange)) {
         QApplication::beep();
         return;
     }
-    if (selection.length > 0) {
+    if (replacedRange.length > 0) {
         breakUndoCoalescing();
     }
     beginTyping();
-    const auto heading = headingForText(text, selection);
-    insertText(heading ? heading->text : text, heading ? heading->replaced : selection);
+    const auto heading = headingForText(text, replacedRange);
+    insertText(heading ? heading->text : text, heading ? heading->replaced : replacedRange);
     didChangeText();
     m_typedLocation = m_caret;
     if (text.contains(u' ') && m_typedCount > kTypedTogether / 2) {
@@ -391,11 +395,15 @@ void QBNoteTextView::replaceText(NSRange range, const QString &text)
 void QBNoteTextView::insertNewLine(bool isShiftDown)
 {
     breakUndoCoalescing();
-    if (!m_stack.noteTextStorage().canEditTextInRange(selectedRange())) {
+    const NSRange taken = rangeTaken(selectedRange());
+    if (!m_stack.noteTextStorage().canEditTextInRange(taken)) {
         QApplication::beep();
         return;
     }
     m_undoManager->beginUndoGrouping();
+    if (taken != selectedRange()) {
+        setSelectedRange(taken); // what is selected goes, whoever makes the line
+    }
     if (m_delegate == nullptr || m_delegate->qbNoteTextViewShouldInsertNewLine(*this, isShiftDown)) {
         insertText(u"\n"_s, selectedRange());
         didChangeText();
@@ -408,13 +416,13 @@ void QBNoteTextView::insertNewLine(bool isShiftDown)
 void QBNoteTextView::insertTab(bool backwards)
 {
     breakUndoCoalescing();
-    if (!m_stack.noteTextStorage().canEditTextInRange(selectedRange())) {
+    if (!m_stack.noteTextStorage().canEditTextInRange(rangeTaken(selectedRange()))) {
         QApplication::beep();
         return;
     }
     m_undoManager->beginUndoGrouping();
     if ((m_delegate == nullptr || m_delegate->qbNoteTextViewShouldInsertTab(*this, backwards)) && !backwards) {
-        insertText(u"\t"_s, selectedRange());
+        insertText(u"\t"_s, rangeTaken(selectedRange()));
         didChangeText();
     }
     m_undoManager->endUndoGrouping();

@@ -309,7 +309,11 @@ void QBNoteTextView::dropEvent(QDropEvent *event)
             return;
         }
     } else {
-        insertMimeData(*event->mimeData(), {location, 0}, /*isPlain=*/false);
+        // What comes from elsewhere takes the place of the selection that it is dropped in.
+        const NSRange selection = selectedRange();
+        const bool isReplacing = !isOwn && location > selection.location && location < selection.limit();
+        insertMimeData(*event->mimeData(), isReplacing ? rangeTaken(selection) : NSRange{location, 0},
+                       /*isPlain=*/false);
     }
     event->acceptProposedAction();
     setFocus();

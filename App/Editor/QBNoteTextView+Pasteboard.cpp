@@ -64,14 +64,14 @@ void QBNoteTextView::cut()
 void QBNoteTextView::paste()
 {
     if (const QMimeData *mimeData = QGuiApplication::clipboard()->mimeData(); mimeData != nullptr && !m_isReadOnly) {
-        insertMimeData(*mimeData, selectedRange(), /*isPlain=*/false);
+        insertMimeData(*mimeData, rangeTaken(selectedRange()), /*isPlain=*/false);
     }
 }
 
 void QBNoteTextView::pasteAsPlainText()
 {
     if (const QMimeData *mimeData = QGuiApplication::clipboard()->mimeData(); mimeData != nullptr && !m_isReadOnly) {
-        insertMimeData(*mimeData, selectedRange(), /*isPlain=*/true);
+        insertMimeData(*mimeData, rangeTaken(selectedRange()), /*isPlain=*/true);
     }
 }
 
@@ -103,9 +103,12 @@ void QBNoteTextView::inputMethodEvent(QInputMethodEvent *event)
                                                         m_stack.noteTextStorage().length())
                                      : selection;
         if (replaced != selection) {
+            // The text that the method names, and none that belongs to it: it has seen the letters only.
             setSelectedRange(replaced);
+            typeText(event->commitString(), replaced);
+        } else {
+            typeText(event->commitString());
         }
-        typeText(event->commitString());
     }
     ParagraphLayout::Preedit preedit = {.location = m_caret,
                                         .string = event->preeditString(),

@@ -257,8 +257,10 @@ private:
     void moveVertically(bool up, bool isSelecting, double distance = 0);
     void insertNewLine(bool isShiftDown);
     void insertTab(bool backwards);
-    /// What a copy, a cut, a deletion and a drag of a range take, all of them the same: no text that stands outside of
-    /// it, but what belongs to a link, a colour or a picture in it, and the blank behind a line's marker.
+    void typeText(const QString &text, NSRange replacedRange);
+    /// What a copy, a cut, a deletion, a drag and whatever is written over a range take, all of them the same: no text
+    /// that stands outside of it, but what belongs to a link, a colour or a picture in it, and the blank behind a
+    /// line's marker.
     [[nodiscard]] NSRange rangeTaken(NSRange range);
     void deleteRange(NSRange range);
     /// Takes away a range as it is.

@@ -25,6 +25,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <random>
 #include <utility>
 #include <vector>
@@ -216,26 +217,46 @@ private:
         const QRect area = m_view.viewport()->rect();
         return {int(number(size_t(area.width()))), int(number(size_t(area.height())))};
     }
-    /// Puts a text in the place of a range of the view, in the model alone. A heading that is written right behind the
-    /// marker of one takes its place.
-    void replaceInModel(NSRange range, const QString &with)
+    /// The model with a text in the place of a stretch. A heading that is written right behind the marker of one takes
+    /// its place.
+    [[nodiscard]] QString replacedInModel(Stretch stretch, const QString &with) const
     {
-        if (!m_view.textStorage().canEditTextInRange(range)) {
-            return;
-        }
         static const QRegularExpression emptyHeading(QRegularExpression::anchoredPattern(u"#{1,6} (#{0,6})"));
         static const QRegularExpression heading(u"^#{1,6} "_s);
-        const qint64 start = inText(range.location);
-        const qint64 limit = inText(range.limit());
-        const qsizetype line = lineStartOf(m_model, start);
-        const auto before = emptyHeading.match(m_model.sliced(line, start - line));
+        const qsizetype line = lineStartOf(m_model, stretch.start);
+        const auto before = emptyHeading.match(m_model.sliced(line, stretch.start - line));
         const QString hashes = before.captured(1);
         const auto written = heading.match(hashes + with);
-        if (before.hasMatch() && written.hasMatch() && written.capturedLength() > hashes.size()) {
-            m_model.replace(line, limit - line, hashes + with);
-        } else {
-            m_model.replace(start, limit - start, with);
+        const bool isHeading = before.hasMatch() && written.hasMatch() && written.capturedLength() > hashes.size();
+        const qsizetype start = isHeading ? line : stretch.start;
+        return QString(m_model).replace(start, stretch.limit - start, isHeading ? QString(hashes + with) : with);
+    }
+    /// Does what writes a text over the selection: that is gone with what belongs to it, and nothing else is.
+    void write(const QString &with, const std::function<void()> &act, bool mayShiftLines = false)
+    {
+        const NSRange selection = m_view.selectedRange();
+        const Stretch tight = selectedText();
+        const Stretch wide = selection.length > 0 ? mostTaken(m_model, tight) : tight;
+        const bool mayRefuse = !m_view.textStorage().canEditTextInRange(selection);
+        act();
+        const QString now = text();
+        if ((mayRefuse && now == m_model) || (mayShiftLines && withoutLists(now) == withoutLists(m_model))) {
+            return;
         }
+        std::optional<QString> written;
+        for (qsizetype start = tight.start; !written && start >= wide.start; --start) {
+            for (qsizetype limit = tight.limit; !written && limit <= wide.limit; ++limit) {
+                QString candidate = replacedInModel({start, limit}, with);
+                if (candidate == now || (m_isPane && withoutLists(candidate) == withoutLists(now))) {
+                    written = std::move(candidate);
+                }
+            }
+        }
+        EXPECT_TRUE(written) << "what is written takes the place of " << tight.start << " to " << tight.limit
+                             << ", at most of " << wide.start << " to " << wide.limit << ", in\n"
+                             << m_model.toStdString() << "\nand left\n"
+                             << now.toStdString();
+        m_model = written.value_or(now);
     }
     /// What is left must be the model without a stretch, which has the tight one within it and lies within the wide
     /// one. Nothing need go where the text may refuse.
@@ -311,14 +332,11 @@ private:
     QString type()
     {
         const QString written = number(10) == 0 ? u"\n"_s : randomText();
-        const NSRange selection = m_view.selectedRange();
         if (written == u"\n") {
-            replaceInModel(selection, written);
-            press(Qt::Key_Return);
+            write(written, [this] { press(Qt::Key_Return); });
             return u"return"_s;
         }
-        replaceInModel(selection, written);
-        m_view.typeText(written);
+        write(written, [this, &written] { m_view.typeText(written); });
         return u"typing "_s + written;
     }
     QString takeAway(int key)
@@ -347,21 +365,13 @@ private:
     QString tab()
     {
         const bool isBack = number(3) == 0;
-        const NSRange selection = m_view.selectedRange();
-        if (!m_isPane) {
-            if (!isBack) {
-                replaceInModel(selection, u"\t"_s);
-            }
-        } else if (withoutLists(text()) == withoutLists(m_model) && !isBack) {
-            // Lines of lists are moved, in others the tab takes the place of the selection.
-            const Stretch selected = selectedText();
-            const QString written = QString(m_model).replace(selected.start, selected.limit - selected.start, u"\t"_s);
-            press(Qt::Key_Tab);
-            m_model = withoutLists(text()) == withoutLists(written) ? written : m_model;
+        if (!isBack) {
+            write(
+                u"\t"_s, [this] { press(Qt::Key_Tab); }, /*mayShiftLines=*/m_isPane);
             return u"tab"_s;
         }
-        press(isBack ? Qt::Key_Backtab : Qt::Key_Tab, isBack ? Qt::ShiftModifier : Qt::NoModifier);
-        return u"tab"_s;
+        press(Qt::Key_Backtab, Qt::ShiftModifier);
+        return u"tab backwards"_s;
     }
     QString moveText()
     {
@@ -450,9 +460,15 @@ private:
             QCoreApplication::sendEvent(m_view.viewport(), &leave);
             return u"a drop that went away"_s;
         }
-        replaceInModel({m_view.locationAtViewportPoint(at), 0}, data.text());
-        QDropEvent event(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(m_view.viewport(), &event);
+        // In the selection it takes its place.
+        const qint64 place = m_view.locationAtViewportPoint(at);
+        if (place <= m_view.selectedRange().location || place >= m_view.selectedRange().limit()) {
+            m_view.setSelectedRange({place, 0});
+        }
+        write(data.text(), [&] {
+            QDropEvent event(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(m_view.viewport(), &event);
+        });
         return u"a drop of "_s + data.text();
     }
     QString compose()
@@ -466,10 +482,11 @@ private:
     QString commit()
     {
         const QString committed = randomText();
-        replaceInModel(m_view.selectedRange(), committed);
-        QInputMethodEvent event;
-        event.setCommitString(committed);
-        QCoreApplication::sendEvent(&m_view, &event);
+        write(committed, [&] {
+            QInputMethodEvent event;
+            event.setCommitString(committed);
+            QCoreApplication::sendEvent(&m_view, &event);
+        });
         return u"committing "_s + committed;
     }
     QString undoAndRedo()
@@ -532,8 +549,7 @@ private:
             return u"cutting"_s;
         }
         QGuiApplication::clipboard()->setText(randomText());
-        replaceInModel(selection, QGuiApplication::clipboard()->text());
-        press(Qt::Key_V, Qt::ControlModifier);
+        write(QGuiApplication::clipboard()->text(), [this] { press(Qt::Key_V, Qt::ControlModifier); });
         return u"pasting"_s;
     }
     static QChar otherState(QChar state)

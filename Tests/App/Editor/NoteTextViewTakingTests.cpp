@@ -9,7 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <QClipboard>
+#include <QDropEvent>
 #include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QMimeData>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -45,7 +48,59 @@ enum class Act
     Cut,
     CutAndPaste,
     Drag, ///< to the target
+    Type,
+    Return,
+    Tab,
+    Paste,
+    Commit, ///< what an input method has composed
+    Drop,   ///< onto the target, from elsewhere
 };
+
+/// What is written over the selection by those that write.
+QString written()
+{
+    return u"XY"_s;
+}
+
+void dropOnto(QBNoteTextView &view, qint64 place, const QString &text)
+{
+    QMimeData data;
+    data.setText(text);
+    const QPointF at = view.caretRectInViewport(place).center();
+    QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view.viewport(), &enter);
+    QDropEvent event(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view.viewport(), &event);
+}
+
+void write(EditorFixture &editor, Act act, qint64 target)
+{
+    QInputMethodEvent commit;
+    commit.setCommitString(written());
+    switch (act) {
+    case Act::Type:
+        editor.type(written());
+        break;
+    case Act::Return:
+        editor.press(Qt::Key_Return);
+        break;
+    case Act::Tab:
+        editor.press(Qt::Key_Tab);
+        break;
+    case Act::Paste:
+        QGuiApplication::clipboard()->setText(written());
+        editor.press(Qt::Key_V, Qt::ControlModifier);
+        break;
+    case Act::Commit:
+        QCoreApplication::sendEvent(&editor.view(), &commit);
+        break;
+    case Act::Drop:
+        dropOnto(editor.view(), target, written());
+        break;
+    default:
+        break;
+    }
+}
 
 struct Case
 {
@@ -87,6 +142,9 @@ QString outcome(const Case &testCase)
     case Act::Drag:
         (void)editor.view().moveText(editor.view().selectedRange(), placeOf(editor, target));
         break;
+    default:
+        write(editor, testCase.act, placeOf(editor, target));
+        break;
     }
     const QString left = editor.text();
     if (left != text) {
@@ -94,6 +152,48 @@ QString outcome(const Case &testCase)
         EXPECT_EQ(editor.text(), testCase.act == Act::CutAndPaste ? editor.text() : text) << "one step back";
     }
     return left;
+}
+
+/// A text with something of every kind.
+QString randomText(std::mt19937 &random)
+{
+    static const QStringList pieces = {u"a"_s,
+                                       u"word "_s,
+                                       u" "_s,
+                                       u"\n"_s,
+                                       u"\n"_s,
+                                       u"\n# "_s,
+                                       u"\n### Head"_s,
+                                       u"\n* item"_s,
+                                       u"\n\t* deep"_s,
+                                       u"\n- box"_s,
+                                       u"\n+ done"_s,
+                                       u"\n- [ ] md"_s,
+                                       u"\n- [x] md"_s,
+                                       u"\n1. one"_s,
+                                       u"\n> quote"_s,
+                                       u"\n---\n"_s,
+                                       u"\n```\ncode\n```\n"_s,
+                                       u"*bold*"_s,
+                                       u" /it/ "_s,
+                                       u"`code`"_s,
+                                       u" #tag "_s,
+                                       u"#two words#"_s,
+                                       u"[t](http://a.example/x)"_s,
+                                       u"[t](quib://x-callback-url/open-note?id=1)"_s,
+                                       u"[[wiki]]"_s,
+                                       u" #ff8000 "_s,
+                                       u" -> "_s,
+                                       u"[file:id/f.txt]"_s,
+                                       u"\n[image:id/f.png]\n"_s,
+                                       u"http://b.example"_s,
+                                       u"e\u0301"_s,
+                                       u"\U0001F600"_s};
+    QString text;
+    for (size_t count = 1 + random() % 12; count > 0; --count) {
+        text += pieces[qsizetype(random() % size_t(pieces.size()))];
+    }
+    return text;
 }
 
 } // namespace
@@ -142,6 +242,41 @@ TEST(NoteTextViewTaking, TakesWhatIsSelectedAndWhatBelongsToIt)
     }
 }
 
+TEST(NoteTextViewTaking, WhatIsWrittenOverASelectionTakesWhatDeleteWould)
+{
+    const Case cases[] = {
+        {"a link that is touched", u"see [tit«le](http://a.example/) a»nd", Act::Type, u"see XYnd"},
+        {"by pasting", u"see [tit«le](http://a.example/) a»nd", Act::Paste, u"see XYnd"},
+        {"by a new line", u"see [tit«le](http://a.example/) a»nd", Act::Return, u"see \nnd"},
+        {"by a tab", u"see [tit«le](http://a.example/) a»nd", Act::Tab, u"see \tnd"},
+        {"by an input method", u"see [tit«le](http://a.example/) a»nd", Act::Commit, u"see XYnd"},
+        {"by a drop", u"see [tit«le](http://a.example/) a»n¦d», e", Act::Drop,
+         u"see [title](http://a.example/) anXYd, e"},
+        {"a link's title", u"see [ti«tl»e](http://a.example/)", Act::Type, u"see [tiXYe](http://a.example/)"},
+        {"a marker takes its blank", u"a\n«*» bar", Act::Type, u"a\nXYbar"},
+        {"from a line into an item", u"line «foo\n* b»ar", Act::Paste, u"line XYar"},
+        {"a heading's start", u"a\n«# He»ad", Act::Commit, u"a\nXYad"},
+        {"a box that is done", u"a «b\n+ d»one", Act::Return, u"a \none"},
+        {"in the other syntax", u"a «b\n- [x] d»one", Act::Type, u"a XYone", 1},
+        {"a drop in the selection", u"see [tit«le](http://a.example/)¦ a»nd", Act::Drop, u"see XYnd"},
+        {"a drop at its edge is beside it", u"see «on¦»e", Act::Drop, u"see onXYe"},
+    };
+    for (const Case &testCase : cases) {
+        EXPECT_EQ(outcome(testCase), QString::fromUtf16(testCase.expected)) << testCase.name;
+    }
+}
+
+TEST(NoteTextViewTaking, AnInputMethodReplacesTheLettersThatItNames)
+{
+    EditorFixture editor(0, u"see [title](http://a.example/) x"_s);
+    const qint64 caret = editor.buffer().indexOf(u"title") + 5;
+    editor.view().setSelectedRange({caret, 0});
+    QInputMethodEvent commit;
+    commit.setCommitString(u"name"_s, /*replaceFrom=*/-5, /*replaceLength=*/5);
+    QCoreApplication::sendEvent(&editor.view(), &commit);
+    EXPECT_EQ(editor.text(), u"see [name](http://a.example/) x");
+}
+
 TEST(NoteTextViewTaking, ACopyHasWhatACutTakes)
 {
     const char16_t *cases[] = {u"a\n«* b»ar", u"see [tit«le](http://a.example/) a»nd", u"«#» x", u"a «#ff8000 b» c"};
@@ -171,38 +306,6 @@ TEST(NoteTextViewTaking, ADoubleClickOnAMarkerSelectsWhatItBegins)
 
 TEST(NoteTextViewTaking, WhatIsCutAndPastedInItsPlaceIsThereAgain)
 {
-    static const QStringList pieces = {u"a"_s,
-                                       u"word "_s,
-                                       u" "_s,
-                                       u"\n"_s,
-                                       u"\n"_s,
-                                       u"\n# "_s,
-                                       u"\n### Head"_s,
-                                       u"\n* item"_s,
-                                       u"\n\t* deep"_s,
-                                       u"\n- box"_s,
-                                       u"\n+ done"_s,
-                                       u"\n- [ ] md"_s,
-                                       u"\n- [x] md"_s,
-                                       u"\n1. one"_s,
-                                       u"\n> quote"_s,
-                                       u"\n---\n"_s,
-                                       u"\n```\ncode\n```\n"_s,
-                                       u"*bold*"_s,
-                                       u" /it/ "_s,
-                                       u"`code`"_s,
-                                       u" #tag "_s,
-                                       u"#two words#"_s,
-                                       u"[t](http://a.example/x)"_s,
-                                       u"[t](quib://x-callback-url/open-note?id=1)"_s,
-                                       u"[[wiki]]"_s,
-                                       u" #ff8000 "_s,
-                                       u" -> "_s,
-                                       u"[file:id/f.txt]"_s,
-                                       u"\n[image:id/f.png]\n"_s,
-                                       u"http://b.example"_s,
-                                       u"e\u0301"_s,
-                                       u"\U0001F600"_s};
     static const QRegularExpression emptyHeading(u"(^|\\n)#{1,6} #*$"_s);
     const TestSeed seed;
     auto random = seed.generator();
@@ -210,10 +313,7 @@ TEST(NoteTextViewTaking, WhatIsCutAndPastedInItsPlaceIsThereAgain)
     EditorFixture native(0);
     EditorFixture markdown(1);
     for (int round = 0; round < 2000; ++round) {
-        QString text;
-        for (qsizetype count = 1 + number(12); count > 0; --count) {
-            text += pieces[number(pieces.size())];
-        }
+        const QString text = randomText(random);
         EditorFixture &editor = round % 2 == 0 ? native : markdown;
         editor.view().loadString(text);
         ASSERT_EQ(editor.text(), text);
@@ -246,5 +346,44 @@ TEST(NoteTextViewTaking, WhatIsCutAndPastedInItsPlaceIsThereAgain)
         editor.view().undo();
         editor.view().undo();
         ASSERT_EQ(editor.text(), text) << "round " << round;
+    }
+}
+
+TEST(NoteTextViewTaking, WhatIsWrittenStandsWhereTheCopiedTextWas)
+{
+    const TestSeed seed;
+    auto random = seed.generator();
+    const auto number = [&random](qsizetype limit) { return qsizetype(random() % size_t(limit)); };
+    constexpr Act kActs[] = {Act::Type, Act::Paste, Act::Commit, Act::Tab};
+    EditorFixture native(0);
+    EditorFixture markdown(1);
+    for (int round = 0; round < 2000; ++round) {
+        const QString text = randomText(random);
+        EditorFixture &editor = round % 2 == 0 ? native : markdown;
+        editor.view().loadString(text);
+        const auto &storage = editor.view().textStorage();
+        editor.view().setSelection(number(storage.length() + 1), number(storage.length() + 1));
+        const NSRange selection = editor.view().selectedRange();
+        if (selection.length == 0 || !storage.canEditTextInRange(selection)) {
+            continue;
+        }
+        const qsizetype start = storage.stringWithExpandedTextAttachmentsWithRange({0, selection.location}).size();
+        editor.press(Qt::Key_C, Qt::ControlModifier);
+        const QString taken = QGuiApplication::clipboard()->text();
+        const Act act = kActs[number(std::size(kActs))];
+        const QString with = act == Act::Tab ? u"\t"_s : written();
+        write(editor, act, 0);
+        const QString now = editor.text();
+        bool isInPlace = false;
+        for (qsizetype place = start; place >= 0 && !isInPlace; --place) {
+            isInPlace = text.sliced(place, std::min(taken.size(), text.size() - place)) == taken &&
+                        QString(text).replace(place, taken.size(), with) == now;
+        }
+        ASSERT_TRUE(isInPlace) << "round " << round << ": in place of \"" << taken.toStdString() << "\" from " << start
+                               << " in\n"
+                               << text.toStdString() << "\nthere is\n"
+                               << now.toStdString();
+        editor.view().undo();
+        ASSERT_EQ(editor.text(), text) << "round " << round << ": one step back";
     }
 }
