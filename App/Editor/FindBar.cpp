@@ -4,9 +4,6 @@
 #include "QBNoteTextView.h"
 #include "UnfoldedText.h"
 
-#include <Markup/Attachments/QBFoldTextAttachment.h>
-#include <Text/NSAttributeName.h>
-
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -236,23 +233,16 @@ void FindBar::findMatches()
 
 bool FindBar::openFolds(NSRange match)
 {
-    std::vector<qint64> folds;
-    m_view.textStorage().attributedString().enumerateAttribute(
-        NSAttachmentAttributeName, match, NSAttributedStringEnumerationOptions::Forward,
-        [&folds](const AttributeValue &value, NSRange place, bool * /*stop*/) {
-            if (value.as<QBFoldTextAttachment>() != nullptr) {
-                folds.push_back(place.location);
-            }
-        });
-    const qint64 length = m_view.textStorage().length();
+    const std::vector<qint64> folds = foldsInRange(m_view.textStorage().attributedString(), match);
+    bool isOpened = false;
     m_isEditing = true;
     for (auto fold = folds.crbegin(); fold != folds.crend(); ++fold) {
         const qint64 before = m_view.textStorage().length();
-        m_view.openAttachment(*fold);
+        isOpened = m_view.openFolds({*fold, 1}) || isOpened;
         m_startLocation += *fold < m_startLocation ? m_view.textStorage().length() - before : 0;
     }
     m_isEditing = false;
-    return m_view.textStorage().length() != length;
+    return isOpened;
 }
 
 void FindBar::goTo(qsizetype index)

@@ -370,9 +370,9 @@ void QBNoteEditorViewController::makeActions()
                [this] { m_findBar->open(/*withReplacing=*/false); });
     addCommand(u"find-replace"_s, tr("Find and Replace…"), keys(Qt::CTRL | Qt::Key_H),
                [this] { m_findBar->open(/*withReplacing=*/true); });
-    addCommand(u"find-next"_s, tr("Find Next"), QKeySequence::FindNext, [this] { m_findBar->findNext(); });
+    addCommand(u"find-next"_s, tr("Find Next"), QKeySequence::FindNext, [this] { findNext(/*forward=*/true); });
     addCommand(u"find-previous"_s, tr("Find Previous"), QKeySequence::FindPrevious,
-               [this] { m_findBar->findPrevious(); });
+               [this] { findNext(/*forward=*/false); });
     addCommand(u"zoom-in"_s, tr("Zoom In"), QKeySequence::ZoomIn, [this] {
         zoomIn();
     })->setShortcuts({keys(Qt::CTRL | Qt::Key_Plus), keys(Qt::CTRL | Qt::Key_Equal)});

@@ -16,7 +16,6 @@
 #include <Markup/Editing/QBEditorAutoCompleteCoreController.h>
 #include <Markup/Editing/UnsavedTextJournal.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
-#include <Search/QBNoteSearchManager.h>
 #include <Store/CurrentSyntax.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNoteFile.h>
@@ -42,8 +41,6 @@ namespace {
 
 /// What can be undone is kept for so many notes.
 constexpr qsizetype kMostLeftStates = 50;
-/// More hits of a search are not marked in one text.
-constexpr qsizetype kMostHighlights = 2000;
 /// Units: points.
 constexpr double kSmallestZoom = 8;
 constexpr double kLargestZoom = 72;
@@ -310,28 +307,6 @@ void QBNoteEditorViewController::scrollTo(const QString &header, const QString &
     }
 }
 
-void QBNoteEditorViewController::setSearchString(const QString &search)
-{
-    m_search = search;
-    highlightSearch();
-}
-
-void QBNoteEditorViewController::highlightSearch()
-{
-    QList<NSRange> found;
-    const auto regex = QBNoteSearchManager::defaultSearchRegexForSearchString(m_search);
-    if (regex != nullptr && m_note) {
-        const QStringView text = m_stack.noteTextStorage().string();
-        for (const NSTextCheckingResult &match : regex->matchesInString(text, 0, {0, text.size()})) {
-            found.append(match.range());
-            if (found.size() == kMostHighlights) {
-                break;
-            }
-        }
-    }
-    m_view->setSearchHighlights(found);
-}
-
 void QBNoteEditorViewController::attachmentDidChange(QBNotesTextAttachment &attachment)
 {
     const QBNotesTextStorage &storage = m_stack.noteTextStorage();
@@ -497,10 +472,14 @@ void QBNoteEditorViewController::qbNoteTextViewDidOpenAttachment(QBNoteTextView 
                                                                  qint64 location)
 {
     if (auto *fold = dynamic_cast<QBFoldTextAttachment *>(attachment.get()); fold != nullptr && !view.isReadOnly()) {
+        const bool showsSearch = !view.searchHighlights().isEmpty() && !m_findBar->isVisible();
         view.undoManager().beginUndoGrouping();
         m_core.unfoldFoldAttachment(*fold, {location, 1}, &view);
         view.didChangeText();
         view.undoManager().endUndoGrouping();
+        if (showsSearch) {
+            highlightSearch(); // what the fold was marked for
+        }
         return;
     }
     if (const auto *file = dynamic_cast<const QBGenericFileTextAttachment *>(attachment.get());

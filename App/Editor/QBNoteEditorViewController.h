@@ -87,7 +87,8 @@ public:
     void scrollTo(const QString &header, const QString &orAttachment);
     void showHeader(const QString &title) { scrollTo(title, {}); }
     void showAttachment(const QString &name) { scrollTo({}, name); }
-    /// What the list of notes is searched for stands out, until the text is changed.
+    /// What the list of notes is searched for stands out, until the text is changed, and is what is found next while
+    /// the find bar is closed. A fold is marked where it is found in it.
     void setSearchString(const QString &search);
 
     /// The title of the page of a link that was copied; empty where none is known.
@@ -236,7 +237,6 @@ private:
     void showText(const QString &text);
     void rememberState();
     void restoreState();
-    void highlightSearch();
     void attachmentDidChange(QBNotesTextAttachment &attachment);
     /// Attachments with these identifiers show what their files are now.
     void filesDidChange(const QStringList &identifiers);
@@ -247,6 +247,14 @@ private:
     /// loaded too.
     void growPicturesInRange(NSRange range);
     void changeLineWidth(double change);
+
+    // QBNoteEditorViewController+Searching.cpp
+    /// In all of the text, what is folded too; there a fold stands for what is found in it. By place.
+    [[nodiscard]] QList<NSRange> placesOfSearch() const;
+    void highlightSearch();
+    void findNext(bool forward);
+    /// Goes to the next place of what the list is searched for, into folds too. False where there is none.
+    bool stepThroughSearch(bool forward);
 
     // QBNoteEditorViewController+Preferences.cpp
     void observePreferences();

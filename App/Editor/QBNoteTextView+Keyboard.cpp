@@ -1,4 +1,5 @@
 #include "QBNoteTextView.h"
+#include "UnfoldedText.h"
 
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
 #include <Markup/Editing/QBNoteEditorCoreController.h>
@@ -467,6 +468,9 @@ void QBNoteTextView::deleteBesideCaret(NSRange range)
     if (seen.length == 0) {
         return;
     }
+    if (openFolds(seen)) {
+        return;
+    }
     if (seen.length == 1 && seen.location > 0 && text.characterAtIndex(seen.location) == u' ' &&
         rangeTaken({seen.location - 1, 1}) == NSRange{seen.location - 1, 2}) {
         // The blank of a line's marker goes with the marker.
@@ -532,6 +536,23 @@ void QBNoteTextView::openAttachment(qint64 location)
         breakUndoCoalescing();
         m_delegate->qbNoteTextViewDidOpenAttachment(*this, attachment, location);
     }
+}
+
+bool QBNoteTextView::openFolds(NSRange range)
+{
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    const auto attachmentAt = [&text](qint64 place) {
+        return place < text.length() ? text.attribute(NSAttachmentAttributeName, place).sharedAs<NSTextAttachment>()
+                                     : nullptr;
+    };
+    const std::vector<qint64> folds = foldsInRange(text, range);
+    bool isOpened = false;
+    for (auto fold = folds.crbegin(); fold != folds.crend(); ++fold) {
+        const auto before = attachmentAt(*fold);
+        openAttachment(*fold);
+        isOpened = isOpened || attachmentAt(*fold) != before;
+    }
+    return isOpened;
 }
 
 void QBNoteTextView::toggleCheckBox(qint64 location)

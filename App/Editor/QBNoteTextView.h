@@ -111,6 +111,8 @@ public:
     [[nodiscard]] std::optional<qint64> checkBoxInParagraph(qint64 location) const;
     /// As a double click on the attachment at a place does.
     void openAttachment(qint64 location);
+    /// Opens what is folded in a range, as a double click does. False where nothing was to be opened.
+    bool openFolds(NSRange range);
     /// As a click on the box at a place does.
     void toggleCheckBox(qint64 location);
     /// What is typed next is undone by itself.
@@ -265,7 +267,8 @@ private:
     void deleteRange(NSRange range);
     /// Takes away a range as it is.
     void removeText(NSRange range);
-    /// What a key takes that was pressed beside it. What stands for nothing at its edges takes nothing else along.
+    /// What a key takes that was pressed beside it. What stands for nothing at its edges takes nothing else along. A
+    /// fold in it is opened, and nothing goes: nobody has seen what the key would take.
     void deleteBesideCaret(NSRange range);
     void beginTyping();
     /// Where a heading is typed, or pasted, right behind the marker of one, it takes the place of that marker: a new

@@ -88,4 +88,16 @@ NSRange UnfoldedText::rangeOfShownRange(NSRange shown) const
     return {start, openedPlace(shown.limit()) - start};
 }
 
+std::vector<qint64> foldsInRange(const NSAttributedString &text, NSRange range)
+{
+    std::vector<qint64> folds;
+    text.enumerateAttribute(NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
+                            [&folds](const AttributeValue &value, NSRange place, bool * /*stop*/) {
+                                if (value.as<QBFoldTextAttachment>() != nullptr) {
+                                    folds.push_back(place.location);
+                                }
+                            });
+    return folds;
+}
+
 } // namespace quib

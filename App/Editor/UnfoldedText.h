@@ -45,4 +45,7 @@ private:
     std::optional<NSMutableAttributedString> m_opened;
 };
 
+/// The places of the folds in a range, in order.
+[[nodiscard]] std::vector<qint64> foldsInRange(const NSAttributedString &text, NSRange range);
+
 } // namespace quib
