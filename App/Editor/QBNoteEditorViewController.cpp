@@ -193,7 +193,19 @@ void QBNoteEditorViewController::loadNote()
     highlightSearch();
     if (m_note) {
         if (m_scriptFonts == nullptr) {
-            m_scriptFonts = std::make_unique<ScriptFonts>(m_stack.themeManager());
+            // The letters of headings and of bold words come from other fonts than those of the words around them.
+            m_scriptFonts = std::make_unique<ScriptFonts>(
+                [theme = m_stack.themeManager()] {
+                    return QList<NSFont>{theme->paragraphFont(),
+                                         theme->paragraphBoldFont(),
+                                         theme->h1Font(),
+                                         theme->h2Font(),
+                                         theme->h3Font(),
+                                         theme->h4OrMoreFont(),
+                                         theme->paragraphItalicFont(),
+                                         theme->monospaceFont()};
+                },
+                &ScriptFonts::layoutInNote);
         }
         m_scriptFonts->loadLater();
     }

@@ -4,6 +4,8 @@
 #include "OverlayScrollBar.h"
 #include "ThemeColors.h"
 
+#include <Editor/ScriptFonts.h>
+#include <Graphics/NSFont.h>
 #include <Store/QBNote.h>
 
 #include <QContextMenuEvent>
@@ -59,11 +61,23 @@ NoteListView::NoteListView(QWidget *parent)
     m_aging.setInterval(kAging);
     connect(&m_aging, &QTimer::timeout, viewport(), qOverload<>(&QWidget::update));
     m_aging.start();
+    m_scriptFonts = std::make_unique<ScriptFonts>([this] { return fontsInUse(); }, &ScriptFonts::layoutInView);
 }
 
 NoteListView::~NoteListView()
 {
     m_model.setController(nullptr);
+}
+
+QList<NSFont> NoteListView::fontsInUse() const
+{
+    if (m_model.controller() == nullptr) {
+        return {};
+    }
+    const QBNoteTableCellTextRenderer &renderer = m_model.controller()->noteTableCellTextRenderer();
+    // The last two are those in which titles are chosen from other lists.
+    return {renderer.titleFont(), renderer.subtitleFont(), NSFont::systemFontOfSize(13),
+            NSFont::boldSystemFontOfSize(13)};
 }
 
 void NoteListView::setController(QBNotesTableViewController *controller)
@@ -102,6 +116,7 @@ void NoteListView::setEmptyText(const QString &text)
 void NoteListView::reloadData()
 {
     m_model.reload();
+    m_scriptFonts->loadLater();
     selectionMayHaveChanged();
 }
 
@@ -221,8 +236,15 @@ void NoteListView::focusOutEvent(QFocusEvent *event)
 
 // Keys and mouse
 
+void NoteListView::scrollContentsBy(int dx, int dy)
+{
+    m_scriptFonts->loadLater();
+    QListView::scrollContentsBy(dx, dy);
+}
+
 void NoteListView::keyPressEvent(QKeyEvent *event)
 {
+    m_scriptFonts->loadLater();
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -2,16 +2,19 @@
 
 #include "NoteListModel.h"
 
+#include <Graphics/NSFont.h>
 #include <Search/Lists/QBNotesTableViewInterface.h>
 
 #include <QListView>
 #include <QTimer>
 
 #include <functional>
+#include <memory>
 
 namespace quib {
 
 class NoteRowDelegate;
+class ScriptFonts;
 
 /// The list of notes: the view that the list's logic drives, with the keyboard of a list. Selection is told once a turn
 /// of the event loop, however often it changed within. Owned by the main window; main queue.
@@ -77,12 +80,16 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void startDrag(Qt::DropActions supportedActions) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     void selectionMayHaveChanged();
+    /// Those that notes' titles and texts are in.
+    [[nodiscard]] QList<NSFont> fontsInUse() const;
 
     NoteListModel m_model;
     NoteRowDelegate *m_delegate;
+    std::unique_ptr<ScriptFonts> m_scriptFonts;
     Host m_host;
     QTimer m_selectionTelling;
     QTimer m_aging;

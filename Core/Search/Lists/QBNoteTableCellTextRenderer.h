@@ -48,6 +48,9 @@ public:
     [[nodiscard]] static QString subtitleFromText(const QString &text, const QString &search,
                                                   const std::shared_ptr<const NSRegularExpression> &searchRegex);
 
+    [[nodiscard]] NSFont titleFont() const;
+    [[nodiscard]] NSFont subtitleFont() const;
+
     void emptyCache() { m_cache.clear(); }
 
 private:
@@ -82,8 +85,6 @@ private:
     [[nodiscard]] quib::AttributeSet attributes(const NSFont &font, const QString &colorKey,
                                                 bool isOneLine = false) const;
     [[nodiscard]] quib::AttributeValue color(const QString &key) const;
-    [[nodiscard]] NSFont titleFont() const;
-    [[nodiscard]] NSFont subtitleFont() const;
 
     const QBNotesAppThemeManager *m_theme;
     const QBNotesTextThemeManager *m_textTheme;
