@@ -1,11 +1,11 @@
 #include "ChoicePanel.h"
 
+#include "PanelShadow.h"
 #include "Symbols.h"
 #include "ThemeColors.h"
 
 #include <QAbstractListModel>
 #include <QApplication>
-#include <QGraphicsDropShadowEffect>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
@@ -151,6 +151,7 @@ ChoicePanel::ChoicePanel(QWidget *window)
     , m_field(new QLineEdit(this))
     , m_list(new QListView(this))
     , m_model(new ChoiceModel(this))
+    , m_shadow(new PanelShadow(*this))
 {
     setObjectName(u"choicePanel"_s);
     setAutoFillBackground(true);
@@ -167,11 +168,6 @@ ChoicePanel::ChoicePanel(QWidget *window)
     layout->setSpacing(6);
     layout->addWidget(m_field);
     layout->addWidget(m_list);
-    auto *shadow = new QGraphicsDropShadowEffect(this);
-    shadow->setBlurRadius(36);
-    shadow->setOffset(0, 8);
-    shadow->setColor(QColor(0, 0, 0, 90));
-    setGraphicsEffect(shadow);
     connect(m_field, &QLineEdit::textChanged, this, &ChoicePanel::update);
     connect(m_list, &QListView::clicked, this, &ChoicePanel::chooseCurrent);
     m_field->installEventFilter(this);
@@ -197,12 +193,19 @@ void ChoicePanel::open(const QString &prompt, Provider provider)
     update();
     show();
     raise();
+    m_shadow->showBelow();
     m_field->setFocus();
 }
 
 void ChoicePanel::providerDidChange()
 {
+    const int row = m_list->currentIndex().row();
+    const QString title = choices().value(row).title;
     update();
+    // Who has gone down the list already stays where it did not change.
+    if (row > 0 && choices().value(row).title == title) {
+        m_list->setCurrentIndex(m_model->index(row));
+    }
 }
 
 void ChoicePanel::leave()
@@ -212,6 +215,7 @@ void ChoicePanel::leave()
     }
     const QPointer<QWidget> before = std::exchange(m_focusBefore, nullptr);
     hide();
+    m_shadow->hide();
     m_provider = nullptr;
     if (before != nullptr) {
         before->setFocus();
@@ -236,6 +240,7 @@ void ChoicePanel::place()
     const int width = std::min(kWidth, parentWidget()->width() - 32);
     const int height = 10 + 38 + 8 + (rows > 0 ? 6 + rows * kRowHeight : 0);
     setGeometry((parentWidget()->width() - width) / 2, kTopMargin, width, height);
+    m_shadow->follow();
 }
 
 void ChoicePanel::chooseCurrent()

@@ -14,6 +14,7 @@ QT_END_NAMESPACE
 namespace quib {
 
 class ChoiceModel;
+class PanelShadow;
 
 /// One thing to choose.
 struct Choice
@@ -56,6 +57,7 @@ private:
     QLineEdit *m_field;
     QListView *m_list;
     ChoiceModel *m_model;
+    PanelShadow *m_shadow;
     Provider m_provider;
     QPointer<QWidget> m_focusBefore;
 };

@@ -22,7 +22,33 @@ bool beginsWord(QStringView text, qsizetype i)
            (text[i - 1].isLower() && text[i].isUpper());
 }
 
+/// Bits for letters and digits each, and some for all others.
+quint64 bitOf(char16_t unit)
+{
+    if (unit >= u'a' && unit <= u'z') {
+        return quint64{1} << (unit - u'a');
+    }
+    if (unit >= u'0' && unit <= u'9') {
+        return quint64{1} << (unit - u'0' + 26);
+    }
+    return quint64{1} << (36 + unit % 28);
+}
+
 } // namespace
+
+FuzzyMarks::FuzzyMarks(QStringView text, QStringView folded)
+    : first(folded.isEmpty() ? u'\0' : folded.front().unicode())
+    , length(static_cast<quint16>(folded.size()))
+{
+    for (qsizetype i = 0; i < folded.size(); ++i) {
+        const quint64 bit = bitOf(folded[i].unicode());
+        units |= bit;
+        if (i > 0 && beginsWord(text, i)) {
+            wordBegins |= bit;
+            hasInnerWords |= folded[i - 1].isLetterOrNumber();
+        }
+    }
+}
 
 std::optional<FuzzyMatch> FuzzyMatch::match(QStringView query, QStringView text)
 {
@@ -37,6 +63,7 @@ FuzzyQuery::FuzzyQuery(QStringView query)
         if (!c.isSpace()) {
             m_wanted.push_back(c);
             m_wantedFolded.push_back(c.toCaseFolded().unicode());
+            m_units |= bitOf(m_wantedFolded.back());
         }
     }
 }
@@ -48,6 +75,28 @@ QString FuzzyQuery::folded(QStringView text)
         c = c.toCaseFolded();
     }
     return folded;
+}
+
+int FuzzyQuery::mostScore(const FuzzyMarks &marks) const
+{
+    constexpr int kAnyLetter = kFound + kSameCase;
+    // A letter that does not follow the one before pays for the gap, and then at least one that begins a word is worth
+    // no more than one that follows.
+    static_assert(kFollows >= kBeginsWord - 1 && kBeginsText > kBeginsWord && kMostGap > 0);
+    int most = kAnyLetter - marks.length / 8;
+    if (marks.first == m_wantedFolded.front()) {
+        most += kBeginsText;
+    } else {
+        most += ((marks.wordBegins & bitOf(m_wantedFolded.front())) != 0 ? kBeginsWord : 0) - 1;
+    }
+    for (size_t i = 1; i < m_wantedFolded.size(); ++i) {
+        most += kAnyLetter + kFollows;
+        // It does both only where a word begins right behind what the letter before stands for.
+        if (marks.hasInnerWords || !QChar(m_wantedFolded[i - 1]).isLetterOrNumber()) {
+            most += kBeginsWord;
+        }
+    }
+    return most;
 }
 
 std::optional<int> FuzzyQuery::score(QStringView text, QStringView folded)

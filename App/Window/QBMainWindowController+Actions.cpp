@@ -37,6 +37,47 @@ namespace {
 /// What a panel shows at most of what was found.
 constexpr qsizetype kMostChoices = 50;
 
+/// What is known of the titles that a note is opened by.
+struct Titles
+{
+    TitleFinder finder;
+    /// Whether those are all. Until then no title is known to be missing.
+    bool isWhole = false;
+};
+
+/// The titles of notes that are not in the trash, those of the last changed ones first.
+std::vector<TitleFinder::Title> titlesInContext(NSManagedObjectContext &context, qsizetype limit,
+                                                const QString &untitled)
+{
+    NSFetchRequest request;
+    request.entityName = QBNote::entityName();
+    request.predicate = NSPredicate::predicateWithFormat(u"trashed == NO"_s);
+    const bool isSortedHere = limit <= 0;
+    if (!isSortedHere) {
+        request.fetchLimit = limit;
+        request.sortDescriptors = {NSSortDescriptor(QString(QBNoteAttributes::modificationDate), /*ascending=*/false)};
+    }
+    // OPTIMIZATION: in whatever order, all titles stand in the index of the list, which is read from end to end; in
+    // this one each would be looked up in the table.
+    auto rows = context.executeDictionaryFetchRequest(request, {QString(QBNoteAttributes::modificationDate),
+                                                                QString(QBNoteAttributes::uniqueIdentifier),
+                                                                QString(QBNoteAttributes::title)});
+    std::vector<TitleFinder::Title> titles;
+    if (!rows) {
+        return titles;
+    }
+    if (isSortedHere) {
+        std::ranges::stable_sort(*rows, std::ranges::greater(),
+                                 [](const auto &row) { return valueOr<NSDate>(row.front()); });
+    }
+    titles.reserve(static_cast<size_t>(rows->size()));
+    for (const auto &row : *rows) {
+        const QString title = valueOr<QString>(row[2]);
+        titles.push_back({valueOr<QString>(row[1]), title.isEmpty() ? untitled : title});
+    }
+    return titles;
+}
+
 } // namespace
 
 // Making them
@@ -415,52 +456,46 @@ void QBMainWindowController::openQuickly()
         return;
     }
     saveNote(/*forceSave=*/false);
-    NSFetchRequest request;
-    request.entityName = QBNote::entityName();
-    request.predicate = NSPredicate::predicateWithFormat(u"trashed == NO"_s);
-    request.sortDescriptors = {NSSortDescriptor(QString(QBNoteAttributes::modificationDate), /*ascending=*/false)};
     // The titles come from a queue of their own: of a large library they take longer than a frame.
-    const auto finder = std::make_shared<std::optional<TitleFinder>>();
+    const auto titles = std::make_shared<Titles>();
     const auto context =
         NSManagedObjectContext::contextWithParent(NSManagedObjectContextConcurrencyType::PrivateQueue, m_context);
     context->performBlock(
-        [finder, context, request, untitled = tr("Untitled note"), window = QPointer<QBMainWindowController>(this)] {
-            std::vector<TitleFinder::Title> titles;
-            const auto rows = context->executeDictionaryFetchRequest(
-                request, {QString(QBNoteAttributes::uniqueIdentifier), QString(QBNoteAttributes::title)});
-            if (rows) {
-                titles.reserve(static_cast<size_t>(rows->size()));
-                for (const auto &row : *rows) {
-                    const QString title = valueOr<QString>(row[1]);
-                    titles.push_back({valueOr<QString>(row[0]), title.isEmpty() ? untitled : title});
-                }
+        [titles, context, untitled = tr("Untitled note"), window = QPointer<QBMainWindowController>(this)] {
+            const auto show = [&](TitleFinder finder, bool isWhole) {
+                auto made = std::make_shared<TitleFinder>(std::move(finder));
+                DispatchQueue::main()->async([titles, made, isWhole, window] {
+                    if (window) {
+                        titles->finder = std::move(*made);
+                        titles->isWhole = isWhole;
+                        window->m_choices->providerDidChange();
+                    }
+                });
+            };
+            // 1. Those that are shown before anything is typed.
+            auto last = titlesInContext(*context, kMostChoices, untitled);
+            const bool isWhole = last.size() < size_t{kMostChoices};
+            show(TitleFinder(last), isWhole);
+            // 2. All.
+            if (!isWhole) {
+                show(TitleFinder(titlesInContext(*context, /*limit=*/0, untitled)), /*isWhole=*/true);
             }
-            auto made = std::make_shared<TitleFinder>(std::move(titles));
-            DispatchQueue::main()->async([finder, made, window] {
-                if (window) {
-                    finder->emplace(std::move(*made));
-                    window->m_choices->providerDidChange();
-                }
-            });
         });
-    m_choices->open(tr("Open a note by its title"), [this, finder](const QString &query) {
+    m_choices->open(tr("Open a note by its title"), [this, titles](const QString &query) {
         QList<Choice> choices;
-        if (!*finder) {
-            return choices; // on their way
-        }
-        for (const TitleFinder::Found &each : (*finder)->find(query, kMostChoices)) {
-            choices.append(Choice{.title = each.title->title,
+        for (const TitleFinder::Found &each : titles->finder.find(query, kMostChoices)) {
+            choices.append(Choice{.title = each.title,
                                   .detail = {},
                                   .symbol = u"sidebar-notes"_s,
                                   .places = each.places,
-                                  .choose = [this, identifier = each.title->identifier] {
+                                  .choose = [this, identifier = each.identifier] {
                                       if (const auto note = QBNote::noteWithUniqueIdentifier(identifier, *m_context)) {
                                           showNote(*note);
                                           m_editor->focusEditor();
                                       }
                                   }});
         }
-        if (choices.isEmpty() && !query.trimmed().isEmpty()) {
+        if (titles->isWhole && choices.isEmpty() && !query.trimmed().isEmpty()) {
             choices.append(Choice{.title = tr("New note “%1”").arg(query.trimmed()),
                                   .detail = {},
                                   .symbol = u"new-note"_s,

@@ -3,14 +3,15 @@
 #include "FuzzyMatch.h"
 
 #include <QString>
-#include <QStringList>
+#include <QStringView>
 
 #include <vector>
 
 namespace quib {
 
 /// Titles of notes, to be found by what is typed in short. Made for a library of 100,000 notes and a frame for each
-/// key: a query that goes on from the one before is looked for among its titles only. A value, one thread.
+/// key: of most titles a few marks tell that they lack a letter or cannot be among the best, and a query that goes on
+/// from the one before is looked for among its titles only. A value, one thread.
 class TitleFinder
 {
 public:
@@ -21,23 +22,39 @@ public:
     };
     struct Found
     {
-        const Title *title = nullptr; ///< lives as long as the finder
+        QString identifier;
+        QString title;
         QList<int> places;
     };
 
     TitleFinder() = default;
-    explicit TitleFinder(std::vector<Title> titles);
+    explicit TitleFinder(const std::vector<Title> &titles);
 
     /// The best titles for a query, the best first, those of equal worth in the order in which they were given; of an
     /// empty query the first ones.
     [[nodiscard]] std::vector<Found> find(const QString &query, size_t limit);
 
 private:
-    std::vector<Title> m_titles;
-    /// All titles behind one another in folded case, as far as they are looked at; where each begins, and the end.
-    QString m_folded;
-    std::vector<qsizetype> m_begins;
-    /// Of the query before: the numbers of the titles that had its letters.
+    /// Texts behind one another in one block: made and let go of at once, however many.
+    class Texts
+    {
+    public:
+        void append(QStringView text);
+        [[nodiscard]] QStringView at(size_t index) const;
+
+    private:
+        QString m_all;
+        std::vector<qsizetype> m_ends;
+    };
+
+    [[nodiscard]] Found found(quint32 number, const QString &query) const;
+
+    Texts m_identifiers;
+    Texts m_titles;
+    /// The titles in folded case, as far as they are looked at.
+    Texts m_folded;
+    std::vector<FuzzyMarks> m_marks;
+    /// Of the query before: the numbers of the titles that may have its letters, ascending; all that have them.
     QString m_query;
     std::vector<quint32> m_candidates;
 };

@@ -17,7 +17,7 @@ QStringList identifiers(const std::vector<TitleFinder::Found> &found)
 {
     QStringList all;
     for (const auto &each : found) {
-        all.append(each.title->identifier);
+        all.append(each.identifier);
     }
     return all;
 }
@@ -47,7 +47,7 @@ TEST(TitleFinder, FindsTheBestWhateverWasLookedForBefore)
     const auto word = [&below](int longest) {
         QString made;
         for (int length = below(longest + 1); length > 0; --length) {
-            made += u"abcABC -É"_s[below(9)];
+            made += u"abcABC -É1\u0345\u0399"_s[below(12)];
         }
         return made;
     };
