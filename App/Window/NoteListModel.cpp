@@ -71,6 +71,13 @@ void NoteListModel::redrawAll()
     }
 }
 
+QModelIndex NoteListModel::index(int row, int column, const QModelIndex &parent) const
+{
+    // OPTIMIZATION: a view makes the index of each row of a list, however long, when it places them.
+    const bool isThere = row >= 0 && row < m_count && column == 0 && !parent.isValid();
+    return isThere ? createIndex(row, column) : QModelIndex();
+}
+
 int NoteListModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_count;

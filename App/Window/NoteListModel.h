@@ -30,6 +30,7 @@ public:
     void redrawAll();
 
     // QAbstractItemModel
+    [[nodiscard]] QModelIndex index(int row, int column = 0, const QModelIndex &parent = {}) const override;
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;

@@ -194,7 +194,8 @@ void MRTFetchedResultsController::updateArrangedObjects()
     if (!m_sortDescriptors.isEmpty()) {
         arranged = sorted(std::move(arranged), m_sortDescriptors);
     }
-    m_arrangedObjects = ObjectList(arranged);
+    // All of them are among those fetched.
+    m_arrangedObjects = ObjectList::borrowing(std::move(arranged));
 
     NSFetchRequest request;
     request.sortDescriptors = m_sortDescriptors;

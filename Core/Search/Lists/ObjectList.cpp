@@ -100,7 +100,7 @@ void ObjectList::rearrange(std::span<const size_t> removed, std::span<const Plac
     }
     // Retained before anything is let go: an object that moves is in both.
     for (const Placed &one : placed) {
-        one.object->retain();
+        retain(one.object);
     }
     std::vector<NSManagedObject *> gone;
     gone.reserve(removed.size());
@@ -129,8 +129,8 @@ void ObjectList::rearrange(std::span<const size_t> removed, std::span<const Plac
         m_objects[one.index] = one.object;
         limit = one.index;
     }
-    for (NSManagedObject *object : gone) {
-        object->release();
+    for (size_t i = 0; i < gone.size() && !m_isBorrowing; ++i) {
+        gone[i]->release();
     }
 }
 

@@ -15,7 +15,8 @@ namespace quib {
                                                   const NSManagedObject *object);
 
 /// An array of managed objects that holds a reference to each, as a block of plain pointers: moving one object in a
-/// list of many is one move of memory. A value.
+/// list of many is one move of memory. A list of objects that another list holds may borrow them: of many, those that
+/// a search finds are then listed without touching each. A value.
 class ObjectList
 {
 public:
@@ -25,24 +26,36 @@ public:
     {
         retainAll();
     }
+    /// Holds no references. Requires: whoever does takes no object out before it was taken out here, unless the change
+    /// that names it still holds it.
+    [[nodiscard]] static ObjectList borrowing(std::vector<NSManagedObject *> objects)
+    {
+        ObjectList list;
+        list.m_objects = std::move(objects);
+        list.m_isBorrowing = true;
+        return list;
+    }
     ObjectList(const ObjectList &other)
         : m_objects(other.m_objects)
+        , m_isBorrowing(other.m_isBorrowing)
     {
         retainAll();
     }
     ObjectList(ObjectList &&other) noexcept
         : m_objects(std::exchange(other.m_objects, {}))
+        , m_isBorrowing(other.m_isBorrowing)
     {
     }
     ObjectList &operator=(ObjectList other) noexcept
     {
         std::swap(m_objects, other.m_objects);
+        std::swap(m_isBorrowing, other.m_isBorrowing);
         return *this;
     }
     ~ObjectList()
     {
-        for (NSManagedObject *object : m_objects) {
-            object->release();
+        for (size_t i = 0; i < m_objects.size() && !m_isBorrowing; ++i) {
+            m_objects[i]->release();
         }
     }
 
@@ -53,7 +66,7 @@ public:
     void reserve(size_t count) { m_objects.reserve(count); }
     void append(NSManagedObject *object)
     {
-        object->retain();
+        retain(object);
         m_objects.push_back(object);
     }
     /// Moves one object; newIndex counts after it was taken out.
@@ -68,14 +81,21 @@ public:
     void rearrange(std::span<const size_t> removed, std::span<const Placed> placed);
 
 private:
+    void retain(NSManagedObject *object) const
+    {
+        if (!m_isBorrowing) {
+            object->retain();
+        }
+    }
     void retainAll()
     {
-        for (NSManagedObject *object : m_objects) {
-            object->retain();
+        for (size_t i = 0; i < m_objects.size() && !m_isBorrowing; ++i) {
+            m_objects[i]->retain();
         }
     }
 
     std::vector<NSManagedObject *> m_objects;
+    bool m_isBorrowing = false;
 };
 
 } // namespace quib
