@@ -16,7 +16,7 @@ constexpr qsizetype kFewLeaves = 3;
 /// In so many places a set is looked for among those whose change is known.
 constexpr size_t kKnownTries = 8;
 /// Up to so many changes a leaf are made one by one.
-constexpr qsizetype kFewChangesOfLeaf = 8;
+constexpr qsizetype kFewChangesOfLeaf = 3;
 
 } // namespace
 

@@ -51,7 +51,38 @@ void AttributeRunsRewriter::keepTo(qint64 location)
             open();
         }
         keep(std::min(m_left, location - m_place));
+        if (m_leafRuns != nullptr) {
+            keepNeighbours(location);
+        }
     }
+}
+
+void AttributeRunsRewriter::keepNeighbours(qint64 limit)
+{
+    // OPTIMIZATION: runs that stand beside each other already differ, so that they move by their bytes, many at once.
+    if (!m_isNeighbour || m_stagedCount == 0) {
+        return;
+    }
+    const qsizetype most = std::min(m_runCount - m_run - 1, AttributeRuns::kBuiltLeafSize - 1 - m_stagedCount);
+    Run *const first = m_leafRuns + m_run;
+    qint64 length = 0;
+    qsizetype count = 0;
+    while (count < most && first[count].length <= limit - m_place - length) {
+        length += first[count].length;
+        ++count;
+    }
+    if (count == 0) {
+        return;
+    }
+    const size_t size = static_cast<size_t>(count) * sizeof(Run);
+    std::memcpy(static_cast<void *>(&staged(m_stagedCount)), first, size);
+    std::memset(static_cast<void *>(first), 0, size); // they own nothing any more
+    m_stagedCount += count;
+    m_stagedLength += length;
+    m_stagedNames |= m_runs.m_leaves.at(m_leaf)->names;
+    m_place += length;
+    m_run += count;
+    m_left = first[count].length;
 }
 
 void AttributeRunsRewriter::skipTo(qint64 location)
@@ -72,7 +103,7 @@ void AttributeRunsRewriter::skipTo(qint64 location)
     }
 }
 
-void AttributeRunsRewriter::insertTo(qint64 location, const AttributeSet &attributes)
+void AttributeRunsRewriter::insertTo(qint64 location, AttributeSet attributes)
 {
     while (m_place < location) {
         if (m_leafRuns == nullptr) {
@@ -80,7 +111,11 @@ void AttributeRunsRewriter::insertTo(qint64 location, const AttributeSet &attrib
         }
         const qint64 length = std::min(m_left, location - m_place);
         AttributeSet changed = take(length);
-        changed.insert(attributes);
+        if (m_place == location) {
+            changed.insert(std::move(attributes));
+        } else {
+            changed.insert(attributes);
+        }
         add(std::move(changed), length);
     }
 }

@@ -23,7 +23,7 @@ public:
 
     void keepTo(qint64 location);
     void skipTo(qint64 location);
-    void insertTo(qint64 location, const AttributeSet &attributes);
+    void insertTo(qint64 location, AttributeSet attributes);
     /// Puts something new in place.
     void add(AttributeSet attributes, qint64 length);
     /// Keeps the rest.
@@ -38,6 +38,8 @@ private:
     /// The attributes of the next units of the run at hand, which are passed. Requires: no more than it has left.
     [[nodiscard]] AttributeSet take(qint64 length);
     void keep(qint64 length);
+    /// Goes on with whole runs of the leaf at hand, all but its last, as far as there is room.
+    void keepNeighbours(qint64 limit);
     void stage(AttributeSet attributes, qint64 length, AttributeNameMask names)
     {
         new (&staged(m_stagedCount)) Run{std::move(attributes), length};

@@ -1,5 +1,7 @@
 #include "GapText.h"
 
+#include "NSStringHelpers.h"
+
 #include <Foundation/Assert.h>
 
 #include <algorithm>
@@ -19,7 +21,70 @@ void moveUnits(QChar *to, const QChar *from, qint64 count)
     std::memmove(to, from, static_cast<size_t>(count) * sizeof(QChar));
 }
 
+/// Whether one of so many units ends a paragraph. Without a branch a unit, so that the compiler takes many at once.
+constexpr qint64 kBlock = 64;
+bool blockHasParagraphEnd(const char16_t *units)
+{
+    unsigned found = 0;
+    for (qint64 index = 0; index < kBlock; ++index) {
+        found |= static_cast<unsigned>(isParagraphEnd(units[index]));
+    }
+    return found != 0;
+}
+
+/// The index of the first unit that ends a paragraph; count for none.
+qint64 firstParagraphEndIn(const char16_t *units, qint64 count)
+{
+    qint64 index = 0;
+    for (; index + kBlock <= count && !blockHasParagraphEnd(units + index); index += kBlock) {
+    }
+    while (index < count && !isParagraphEnd(units[index])) {
+        ++index;
+    }
+    return index;
+}
+
+/// The index of the last unit that ends a paragraph; -1 for none.
+qint64 lastParagraphEndIn(const char16_t *units, qint64 count)
+{
+    qint64 limit = count;
+    for (; limit >= kBlock && !blockHasParagraphEnd(units + limit - kBlock); limit -= kBlock) {
+    }
+    while (limit > 0 && !isParagraphEnd(units[limit - 1])) {
+        --limit;
+    }
+    return limit - 1;
+}
+
 } // namespace
+
+qint64 GapText::firstParagraphEnd(qint64 position) const
+{
+    QUIB_ASSERT(position >= 0 && position <= length());
+    const auto *units = reinterpret_cast<const char16_t *>(m_buffer.constData());
+    if (position < m_gapStart) {
+        const qint64 found = position + firstParagraphEndIn(units + position, m_gapStart - position);
+        if (found < m_gapStart) {
+            return found;
+        }
+        position = m_gapStart;
+    }
+    return position + firstParagraphEndIn(units + position + m_gapLength, length() - position);
+}
+
+qint64 GapText::lastParagraphEnd(qint64 before) const
+{
+    QUIB_ASSERT(before >= 0 && before <= length());
+    const auto *units = reinterpret_cast<const char16_t *>(m_buffer.constData());
+    if (before > m_gapStart) {
+        const qint64 found = lastParagraphEndIn(units + m_gapStart + m_gapLength, before - m_gapStart);
+        if (found >= 0) {
+            return m_gapStart + found;
+        }
+        before = m_gapStart;
+    }
+    return lastParagraphEndIn(units, before);
+}
 
 QStringView GapText::view(NSRange range) const
 {
@@ -43,6 +108,13 @@ QString GapText::copy(NSRange range) const
     std::copy_n(from + before + (before < range.length ? m_gapLength : 0), range.length - before,
                 result.data() + before);
     return result;
+}
+
+QString GapText::take()
+{
+    QString taken = m_gapLength == 0 ? std::move(m_buffer) : copy({0, length()});
+    *this = GapText();
+    return taken;
 }
 
 void GapText::replace(NSRange range, QStringView string)

@@ -29,9 +29,15 @@ public:
     /// The units of a range that lies in the text. Valid until the next edit or view.
     [[nodiscard]] QStringView view(NSRange range) const;
     [[nodiscard]] QStringView view() const { return view({0, length()}); }
+    /// The place of the first unit at a place or behind it that ends a paragraph; the length for none.
+    [[nodiscard]] qint64 firstParagraphEnd(qint64 position) const;
+    /// The place of the last unit before a place that ends a paragraph; -1 for none.
+    [[nodiscard]] qint64 lastParagraphEnd(qint64 before) const;
     /// A copy of a range that lies in the text.
     [[nodiscard]] QString copy(NSRange range) const;
 
+    /// Gives the units away, all in one piece, and is empty then.
+    [[nodiscard]] QString take();
     /// Shape: range lies in the text; string may be a part of this text.
     void replace(NSRange range, QStringView string);
 

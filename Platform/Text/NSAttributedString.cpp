@@ -73,29 +73,31 @@ QStringView NSAttributedString::stringInRange(NSRange range) const
     return m_text.view(cutToText(range));
 }
 
+bool NSAttributedString::isParagraphStart(qint64 index) const
+{
+    return index == 0 || (isParagraphEnd(m_text.at(index - 1)) && !splitsLineEnd(index));
+}
+
+bool NSAttributedString::splitsLineEnd(qint64 index) const
+{
+    return index > 0 && index < length() && m_text.at(index - 1) == u'\r' && m_text.at(index) == u'\n';
+}
+
 NSRange NSAttributedString::paragraphRangeForRange(NSRange range) const
 {
     const NSRange cut = cutToText(range);
-    const auto splitsLineEnd = [this](qint64 position) {
-        return position > 0 && position < length() && m_text.at(position - 1) == u'\r' && m_text.at(position) == u'\n';
-    };
     qint64 start = cut.location;
     qint64 limit = cut.limit();
     if (splitsLineEnd(start)) {
         --start;
     }
     if (limit == start || !isParagraphEnd(m_text.at(limit - 1))) {
-        while (limit < length() && !isParagraphEnd(m_text.at(limit))) {
-            ++limit;
-        }
-        limit = std::min(limit + 1, length());
+        limit = std::min(m_text.firstParagraphEnd(limit) + 1, length());
     }
     if (splitsLineEnd(limit)) {
         ++limit;
     }
-    while (start > 0 && !isParagraphEnd(m_text.at(start - 1))) {
-        --start;
-    }
+    start = m_text.lastParagraphEnd(start) + 1;
     return {start, limit - start};
 }
 

@@ -51,6 +51,8 @@ public:
     [[nodiscard]] NSRange fullRange() const { return {0, length()}; }
     /// The whole line or lines that touch the range, terminators included.
     [[nodiscard]] NSRange paragraphRangeForRange(NSRange range) const;
+    /// Whether a line begins there. Requires: the text has a unit there.
+    [[nodiscard]] bool isParagraphStart(qint64 index) const;
     [[nodiscard]] NSAttributedString attributedSubstringFromRange(NSRange range) const;
 
     /// Shape: effectiveRange becomes a range with these attributes, as long as it costs nothing to know; empty, at the
@@ -84,8 +86,13 @@ protected:
     quib::GapText m_text;
     /// As long as the text.
     quib::AttributeRuns m_runs;
+    /// Whole lines whose attributes are known to fit the text, so that they are not looked through again. Every change
+    /// forgets them.
+    NSRange m_fixed{};
 
 private:
+    /// Whether a place lies within one line end of two units.
+    [[nodiscard]] bool splitsLineEnd(qint64 index) const;
     [[nodiscard]] NSRange longestRange(const NSAttributeName &name, quib::AttributeRuns::Position position,
                                        NSRange inRange) const;
 };

@@ -18,6 +18,8 @@ using quib::AttributeValue;
 namespace {
 
 constexpr char16_t kObjectReplacement = u'\uFFFC';
+/// A text that became shorter gives back what is more than one such part of it.
+constexpr qsizetype kMostSpareRoom = 8;
 
 /// Finds the paragraph styles of runs. Most are in the shared part of their sets, of which a text has few.
 class ParagraphStyles
@@ -67,12 +69,14 @@ void NSMutableAttributedString::addAttribute(const NSAttributeName &name, const 
         addAttributes(AttributeSet{{name, value}}, range);
         return;
     }
+    m_fixed = {};
     m_runs.change(cutToText(range), AttributeChange::insertingValue(name, value));
 }
 
 void NSMutableAttributedString::addAttributes(const AttributeSet &attributes, NSRange range)
 {
     if (!attributes.isEmpty()) {
+        m_fixed = {};
         m_runs.change(cutToText(range), AttributeChange::insertingSet(attributes));
     }
 }
@@ -84,6 +88,7 @@ void NSMutableAttributedString::removeAttribute(const NSAttributeName &name, NSR
 
 void NSMutableAttributedString::removeAttributes(std::span<const NSAttributeName> names, NSRange range)
 {
+    m_fixed = {};
     m_runs.change(cutToText(range), AttributeChange::removing(names));
 }
 
@@ -93,6 +98,7 @@ void NSMutableAttributedString::addAttributes(std::span<Addition> additions)
         QUIB_ASSERT(index == 0 || additions[index - 1].range.limit() <= additions[index].range.location);
         QUIB_ASSERT(additions[index].range.limit() <= length());
     }
+    m_fixed = {};
     m_runs.insert(additions);
 }
 
@@ -101,6 +107,7 @@ void NSMutableAttributedString::removeAndAddAttributes(std::span<const NSAttribu
 {
     // Held, since the set may be that of a run of this text.
     const AttributeSet held = attributes;
+    m_fixed = {};
     m_runs.change(cutToText(range), AttributeChange::resetting(names, held));
 }
 
@@ -108,71 +115,76 @@ void NSMutableAttributedString::setAttributes(const AttributeSet &attributes, NS
 {
     // Held, since the set may be that of a run of this text.
     const AttributeSet held = attributes;
+    m_fixed = {};
     m_runs.change(cutToText(range), AttributeChange::replacingBy(held));
 }
 
 void NSMutableAttributedString::fixAttributesInRange(NSRange range)
 {
     const NSRange cut = cutToText(range);
-    fixAttachmentsInRange(cut);
     if (cut.length == 0) {
         return;
     }
     // Whole paragraphs. Only where two runs meet inside of one can it have more than one style.
-    const qint64 limit = paragraphRangeForRange(cut).limit();
-    qint64 location = paragraphRangeForRange({cut.location, 0}).location;
-    ParagraphStyles styles;
-    while (location < limit) {
-        AttributeRuns::Position position = m_runs.find(location);
-        const AttributeValue *style = styles.of(m_runs.attributes(position));
-        NSRange mixed = kNotFoundRange;
-        while (true) {
-            m_runs.advance(position);
-            if (m_runs.isAtEnd(position) || position.start >= limit) {
-                return;
-            }
-            const AttributeValue *other = styles.of(m_runs.attributes(position));
-            const bool isSame = style == other || (style != nullptr && other != nullptr && *style == *other);
-            if (!isSame) {
-                mixed = paragraphRangeForRange({position.start, 0});
-                if (mixed.location < position.start) {
-                    break;
-                }
-            }
-            style = other;
-        }
-        fixParagraphStyle(mixed);
-        location = mixed.limit();
+    const NSRange paragraphs = paragraphRangeForRange(cut);
+    if (NSIntersectionRange(paragraphs, m_fixed) == paragraphs) {
+        return;
     }
-}
-
-void NSMutableAttributedString::fixAttachmentsInRange(NSRange range)
-{
     std::vector<NSRange> misplaced;
-    if (range.length > 0) {
-        AttributeRuns::Position position = m_runs.find(range.location);
-        while (!m_runs.isAtEnd(position) && position.start < range.limit()) {
-            const NSRange run = NSIntersectionRange(m_runs.range(position), range);
-            // OPTIMIZATION: most objects are attachments, and most stand where they belong.
-            const bool isInPlace = run.length == 1 && m_text.at(run.location) == kObjectReplacement;
-            if (!isInPlace && m_runs.attributes(position).contains(NSAttachmentAttributeName)) {
-                for (qint64 place = run.location; place < run.limit(); ++place) {
-                    if (m_text.at(place) == kObjectReplacement) {
-                        continue;
-                    }
-                    if (!misplaced.empty() && misplaced.back().limit() == place) {
-                        ++misplaced.back().length;
-                    } else {
-                        misplaced.push_back({place, 1});
-                    }
-                }
-            }
-            m_runs.advance(position);
-            m_runs.advanceToObjects(position, NSAttachmentAttributeName.mask(), range.limit());
+    std::vector<NSRange> mixed;
+    ParagraphStyles styles;
+    AttributeRuns::Position position = m_runs.find(paragraphs.location);
+    const AttributeValue *style = styles.of(m_runs.attributes(position));
+    qint64 checked = paragraphs.location; // all before it is, or is known to be mixed
+    for (; !m_runs.isAtEnd(position) && position.start < paragraphs.limit(); m_runs.advance(position)) {
+        const AttributeSet &attributes = m_runs.attributes(position);
+        if (attributes.hasObjects()) {
+            addMisplacedAttachments(position, cut, misplaced);
         }
+        const AttributeValue *other = styles.of(attributes);
+        const bool isSame = style == other || (style != nullptr && other != nullptr && *style == *other);
+        if (!isSame && position.start > checked && !isParagraphStart(position.start)) {
+            mixed.push_back(paragraphRangeForRange({position.start, 0}));
+            checked = mixed.back().limit();
+        }
+        style = other;
     }
     for (const NSRange one : misplaced) {
         removeAttribute(NSAttachmentAttributeName, one);
+    }
+    for (const NSRange paragraph : mixed) {
+        fixParagraphStyle(paragraph);
+    }
+    // Attachments are looked for in the range alone.
+    if (cut == paragraphs) {
+        m_fixed = paragraphs;
+    }
+}
+
+bool NSMutableAttributedString::isWholeParagraphs(NSRange range) const
+{
+    return (range.location == length() || isParagraphStart(range.location)) &&
+           (range.limit() == length() || isParagraphStart(range.limit()));
+}
+
+void NSMutableAttributedString::addMisplacedAttachments(AttributeRuns::Position position, NSRange range,
+                                                        std::vector<NSRange> &misplaced) const
+{
+    const NSRange run = NSIntersectionRange(m_runs.range(position), range);
+    // OPTIMIZATION: most objects are attachments, and most stand where they belong.
+    if ((run.length == 1 && m_text.at(run.location) == kObjectReplacement) ||
+        !m_runs.attributes(position).contains(NSAttachmentAttributeName)) {
+        return;
+    }
+    for (qint64 place = run.location; place < run.limit(); ++place) {
+        if (m_text.at(place) == kObjectReplacement) {
+            continue;
+        }
+        if (!misplaced.empty() && misplaced.back().limit() == place) {
+            ++misplaced.back().length;
+        } else {
+            misplaced.push_back({place, 1});
+        }
     }
 }
 
@@ -204,6 +216,7 @@ void NSMutableAttributedString::replaceCharactersInRange(NSRange range, QStringV
     } else {
         attributes = attributesAtIndex(cut.location - 1);
     }
+    m_fixed = {};
     m_text.replace(cut, withString);
     m_runs.replace(cut, withString.size(), attributes);
 }
@@ -212,8 +225,11 @@ void NSMutableAttributedString::replaceCharactersInRange(NSRange range, NSAttrib
 {
     const NSRange cut = cutToText(range);
     NSMutableAttributedString taken(std::move(withAttributedString));
+    const bool isFixed = taken.m_fixed.length > 0 && taken.m_fixed == taken.fullRange();
     m_text.replace(cut, taken.string());
     m_runs.replace(cut, std::move(taken.m_runs));
+    const NSRange placed{cut.location, taken.length()};
+    m_fixed = isFixed && isWholeParagraphs(placed) ? placed : NSRange{};
 }
 
 void NSMutableAttributedString::insertAttributedString(const NSAttributedString &string, qint64 atIndex)
@@ -239,43 +255,57 @@ void NSMutableAttributedString::setAttributedString(NSAttributedString string)
 void NSMutableAttributedString::replaceCharacters(std::span<const Replacement> replacements)
 {
     qint64 change = 0;
+    bool isNeverLonger = true;
     for (const Replacement &replacement : replacements) {
         change += replacement.string.size() - replacement.range.length;
+        isNeverLonger = isNeverLonger && change <= 0;
     }
     auto next = replacements.begin();
-    rewrite(change, [&next, &replacements] { return next != replacements.end() ? &*next++ : nullptr; });
+    rewrite(change, isNeverLonger, [&next, &replacements] { return next != replacements.end() ? &*next++ : nullptr; });
 }
 
 void NSMutableAttributedString::replaceCharacters(qint64 changeInLength, const NextReplacement &next)
 {
-    rewrite(changeInLength, next);
+    rewrite(changeInLength, /*isOverItself=*/false, next);
 }
 
-template <typename Next> void NSMutableAttributedString::rewrite(qint64 changeInLength, const Next &next)
+template <typename Next>
+void NSMutableAttributedString::rewrite(qint64 changeInLength, bool isOverItself, const Next &next)
 {
     auto *replacement = next();
     if (replacement == nullptr) {
         return;
     }
-    const QStringView before = string();
-    // OPTIMIZATION: written unit by unit, since most pieces are shorter than a call.
-    QString text(before.size() + changeInLength, Qt::Uninitialized);
-    QChar *out = text.data();
-    const auto write = [&out](QStringView piece) { out = std::copy(piece.begin(), piece.end(), out); };
+    m_fixed = {};
     AttributeRunsRewriter runs(m_runs, fullRange());
+    QString before = m_text.take();
+    const qint64 length = before.size();
+    QString made = isOverItself ? QString() : QString(length + changeInLength, Qt::Uninitialized);
+    QChar *out = isOverItself ? before.data() : made.data();
+    const QChar *in = isOverItself ? out : before.constData();
+    const auto write = [&out](const QChar *piece, qint64 size) {
+        out = out == piece ? out + size : std::copy_n(piece, size, out);
+    };
     qint64 done = 0;
     for (; replacement != nullptr; replacement = next()) {
         const NSRange range = replacement->range;
-        QUIB_ASSERT(done <= range.location && range.limit() <= before.size());
-        write(before.sliced(done, range.location - done));
-        write(replacement->string);
+        QUIB_ASSERT(done <= range.location && range.limit() <= length);
+        write(in + done, range.location - done);
+        write(replacement->string.constData(), replacement->string.size());
         runs.keepTo(range.location);
         runs.skipTo(range.limit());
         runs.add(std::move(replacement->attributes), replacement->string.size());
         done = range.limit();
     }
-    write(before.sliced(done));
+    write(in + done, length - done);
     runs.finish();
-    QUIB_ASSERT(out == text.constData() + text.size());
-    m_text = quib::GapText(std::move(text));
+    if (isOverItself) {
+        before.truncate(length + changeInLength);
+        if (before.capacity() - before.size() > before.size() / kMostSpareRoom) {
+            before.squeeze();
+        }
+        made = std::move(before);
+    }
+    QUIB_ASSERT(out == made.constData() + made.size());
+    m_text = quib::GapText(std::move(made));
 }

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <span>
+#include <vector>
 
 /// A text with attributes that can be changed. Changes cost the same in a text of any length. A value, see the base.
 class NSMutableAttributedString : public NSAttributedString
@@ -77,7 +78,12 @@ public:
     void replaceCharacters(qint64 changeInLength, const NextReplacement &next);
 
 private:
-    template <typename Next> void rewrite(qint64 changeInLength, const Next &next);
-    void fixAttachmentsInRange(NSRange range);
+    /// Writes the text anew, or over itself, which asks that no replacement makes the text so far longer.
+    template <typename Next> void rewrite(qint64 changeInLength, bool isOverItself, const Next &next);
+    /// The units of a run in a range that have an attachment and no room for it.
+    void addMisplacedAttachments(quib::AttributeRuns::Position position, NSRange range,
+                                 std::vector<NSRange> &misplaced) const;
     void fixParagraphStyle(NSRange paragraph);
+    /// Whether the range begins with a line and ends with one.
+    [[nodiscard]] bool isWholeParagraphs(NSRange range) const;
 };

@@ -63,11 +63,6 @@ bool isPlainBoundary(QStringView string, qint64 position)
 
 } // namespace
 
-bool isParagraphEnd(char16_t unit)
-{
-    return unit == u'\n' || unit == u'\r' || unit == u'\u0085' || unit == u'\u2028' || unit == u'\u2029';
-}
-
 std::optional<NSRange> rangeCutToString(QStringView string, NSRange range)
 {
     if (range.location < 0 || range.location > string.size() || range.length < 0) {

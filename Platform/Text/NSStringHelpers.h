@@ -23,7 +23,10 @@ namespace quib {
 /// Without white space and line ends at both ends.
 [[nodiscard]] QString trimmedWhitespaceAndNewlines(QStringView string);
 /// What ends a paragraph: the terminators above.
-[[nodiscard]] bool isParagraphEnd(char16_t unit);
+[[nodiscard]] constexpr bool isParagraphEnd(char16_t unit)
+{
+    return unit == u'\n' || unit == u'\r' || unit == u'\u0085' || unit == u'\u2028' || unit == u'\u2029';
+}
 [[nodiscard]] bool isWhitespace(char16_t unit);
 [[nodiscard]] bool isNewline(char16_t unit);
 [[nodiscard]] bool isWhitespaceOrNewline(char16_t unit);
