@@ -424,18 +424,6 @@ AttributeSet::Place *AttributeSet::placeWithout(Place *place, const AttributeNam
     return left;
 }
 
-bool AttributeSet::isEqualBut(const NSAttributeName &name, const AttributeSet &other) const
-{
-    const quint16 index = name.index();
-    if (m_shared == other.m_shared && m_place == other.m_place && other.m_objects == nullptr) {
-        const std::span<const AttributeEntry> objects = entriesOf(m_objects);
-        return objects.size() == 1 && objects.front().name == index;
-    }
-    AttributeSet without(*this);
-    without.remove(name);
-    return contains(name) && without == other;
-}
-
 void AttributeSet::checkInvariants() const
 {
     const auto check = [](std::span<const AttributeEntry> entries, AttributeNameMask told) {

@@ -160,8 +160,6 @@ public:
     void insert(AttributeSet &&other);
     void remove(const NSAttributeName &name);
     void remove(const AttributeNameList &names);
-    /// Whether the sets are equal but for a name that this one has and the other has not.
-    [[nodiscard]] bool isEqualBut(const NSAttributeName &name, const AttributeSet &other) const;
 
     friend bool operator==(const AttributeSet &a, const AttributeSet &b)
     {

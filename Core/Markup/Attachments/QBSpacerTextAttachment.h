@@ -9,9 +9,6 @@ public:
     using QBNotesTextAttachment::QBNotesTextAttachment;
 
     [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copy() const override;
-    /// Two copies, as a construct needs them: made in one piece, which goes when both are gone.
-    [[nodiscard]] std::pair<std::shared_ptr<QBNotesTextAttachment>, std::shared_ptr<QBNotesTextAttachment>>
-    copyTwice() const;
     [[nodiscard]] QString className() const override;
 
     static constexpr bool kIsInline = true;

@@ -13,8 +13,8 @@ using quib::AttributeValue;
 
 namespace {
 
-/// Calls take(value, range) for each attachment that is wanted, in order. It answers with where it put the range, which
-/// grows as long as the same attachment goes on.
+/// Calls take(value, range, attributes) for each attachment that is wanted, in order. It answers with where it put the
+/// range, which grows as long as the same attachment goes on.
 template <typename IsWanted, typename Take>
 void walkAttachments(const NSAttributedString &attributedString, NSRange range, quib::AttributeNameMask classes,
                      const IsWanted &isWanted, const Take &take)
@@ -31,7 +31,8 @@ void walkAttachments(const NSAttributedString &attributedString, NSRange range, 
     auto position = runs.find(cut.location);
     for (runs.advanceToNames(position, classes, cut.limit()); !runs.isAtEnd(position) && position.start < cut.limit();
          runs.advance(position), runs.advanceToNames(position, classes, cut.limit())) {
-        const AttributeValue *const value = runs.attributes(position).find(NSAttachmentAttributeName);
+        const AttributeSet &attributes = runs.attributes(position);
+        const AttributeValue *const value = attributes.find(NSAttachmentAttributeName);
         const auto *attachment = value != nullptr ? value->as<NSTextAttachment>() : nullptr;
         if (attachment == nullptr) {
             continue;
@@ -49,7 +50,7 @@ void walkAttachments(const NSAttributedString &attributedString, NSRange range, 
             lastRange->length += place.length;
         } else {
             last = attachment;
-            lastRange = take(*value, place);
+            lastRange = take(*value, place, attributes);
         }
     }
 }
@@ -258,11 +259,14 @@ void QBNoteAttachmentTextStyler::enumerateAttachments(
         NSRange range;
     };
     std::vector<Wanted> found;
-    walkAttachments(attributedString, range, classes, isWanted, [&found](const AttributeValue &value, NSRange place) {
-        // The class is known: every wanted one is of the family.
-        found.push_back({std::static_pointer_cast<QBNotesTextAttachment>(value.sharedAs<NSTextAttachment>()), place});
-        return &found.back().range;
-    });
+    walkAttachments(
+        attributedString, range, classes, isWanted,
+        [&found](const AttributeValue &value, NSRange place, const AttributeSet & /*attributes*/) {
+            // The class is known: every wanted one is of the family.
+            found.push_back(
+                {std::static_pointer_cast<QBNotesTextAttachment>(value.sharedAs<NSTextAttachment>()), place});
+            return &found.back().range;
+        });
     for (const Wanted &one : found) {
         usingBlock(one.attachment, one.range);
     }
@@ -275,9 +279,10 @@ QBNoteAttachmentTextStyler::ownAttachments(const NSAttributedString &attributedS
     walkAttachments(
         attributedString, range, ownTextAttachmentClasses(),
         [this](const QBNotesTextAttachment &attachment) { return isOwnTextAttachment(attachment); },
-        [&found](const AttributeValue &value, NSRange place) {
+        [&found](const AttributeValue &value, NSRange place, const AttributeSet &attributes) {
             // The class is known: every wanted one is of the family.
-            found.push_back({static_cast<const QBNotesTextAttachment *>(value.as<NSTextAttachment>()), place});
+            found.push_back(
+                {static_cast<const QBNotesTextAttachment *>(value.as<NSTextAttachment>()), place, &attributes});
             return &found.back().range;
         });
     return found;

@@ -87,6 +87,7 @@ protected:
     {
         const QBNotesTextAttachment *attachment = nullptr;
         NSRange range;
+        const quib::AttributeSet *attributes = nullptr; ///< of the first unit
     };
     /// The same as a list. Valid until the text's characters change or an attachment is taken from them.
     [[nodiscard]] std::vector<PlacedAttachment> ownAttachments(const NSAttributedString &attributedString,

@@ -1,5 +1,6 @@
 #include "QBNoteCheckBoxStyler.h"
 
+#include "AttributeLayers.h"
 #include "MarkedParagraphs.h"
 #include "QBNoteTextStylerAttributes.h"
 
@@ -109,6 +110,8 @@ void QBNoteCheckBoxStyler::applyStyleIn(NSMutableAttributedString &attributedStr
         boxes.push_back({place, attachment});
     });
     const AttributeSet marker{{QBNoteCheckboxStylerMarkerAttributeName, 1}};
+    quib::AttributeAdditions additions(attributedString);
+    quib::AttributeLayers layers(attributedString, additions);
     quib::forEachMarkedParagraph(attributedString, boxes, [&](NSRange paragraph, auto boxesOfLine) {
         AttributeSet line{{QBNoteCheckboxStylerAttributeName, 1}};
         // Where a line has several, the last one's layout holds.
@@ -120,31 +123,34 @@ void QBNoteCheckBoxStyler::applyStyleIn(NSMutableAttributedString &attributedStr
         if (isStruck) {
             line.insert(QBNoteCheckboxStylerCheckedAttributeName, 1);
         }
-        attributedString.addAttributes(line, paragraph);
+        layers.add(paragraph, std::move(line));
         for (const quib::BlockMarker &box : boxesOfLine) {
-            attributedString.addAttributes(marker, quib::withBlank(box.range));
+            layers.add(quib::withBlank(box.range), marker);
         }
         if (isStruck) {
             const qint64 start = quib::withBlank(checked->range).limit();
-            strike(attributedString, {start, std::max<qint64>(paragraph.limit() - start, 0)});
+            strike(attributedString, {start, std::max<qint64>(paragraph.limit() - start, 0)}, layers);
         }
+        layers.flush();
     });
+    additions.flush();
 }
 
-void QBNoteCheckBoxStyler::strike(NSMutableAttributedString &text, NSRange range) const
+void QBNoteCheckBoxStyler::strike(const NSAttributedString &text, NSRange range, quib::AttributeLayers &layers) const
 {
-    text.addAttribute(NSStrikethroughStyleAttributeName, 1, range);
+    layers.add(range, {{NSStrikethroughStyleAttributeName, 1}});
     const std::optional<NSColor> base = themeManager() ? themeManager()->baseTextColor() : std::nullopt;
     if (!base) {
         return;
     }
     // Links, tags and whatever else has a colour of its own keep it.
-    const AttributeValue light = themeManager()->colorAttributeForKey(u"Light Text Color"_s);
+    const AttributeSet light{
+        {NSForegroundColorAttributeName, themeManager()->colorAttributeForKey(u"Light Text Color"_s)}};
     text.enumerateAttribute(NSForegroundColorAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
                             [&](const AttributeValue &value, NSRange run, bool * /*stop*/) {
                                 const NSColor *const color = quib::colorOfAttribute(value);
                                 if (color != nullptr && *color == *base) {
-                                    text.addAttribute(NSForegroundColorAttributeName, light, run);
+                                    layers.add(run, light);
                                 }
                             });
 }

@@ -3,6 +3,10 @@
 #include "MarkerParagraphStyles.h"
 #include "QBNoteAttachmentTextStyler.h"
 
+namespace quib {
+class AttributeLayers;
+}
+
 /// Todos of the native syntax: "- " open and "+ " done, indented at will; a box stands for the sign. What is done is
 /// struck through.
 class QBNoteCheckBoxStyler : public QBNoteAttachmentTextStyler
@@ -38,7 +42,7 @@ protected:
     [[nodiscard]] quib::AttributeNameMask ownTextAttachmentClasses() const override;
 
 private:
-    void strike(NSMutableAttributedString &text, NSRange range) const;
+    void strike(const NSAttributedString &text, NSRange range, quib::AttributeLayers &layers) const;
 
     quib::MarkerParagraphStyles m_paragraphStyles;
 };

@@ -1,5 +1,6 @@
 #include "QBNoteColorStyler.h"
 
+#include "AttributeLayers.h"
 #include "QBNoteTextStylerAttributes.h"
 #include "ThemeValues.h"
 
@@ -75,19 +76,23 @@ void QBNoteColorStyler::removeUnusedStyleIn(NSMutableAttributedString &attribute
 void QBNoteColorStyler::applyStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
                                      NSTextStorage * /*textStorage*/)
 {
+    quib::AttributeAdditions additions(attributedString);
+    quib::AttributeLayers layers(attributedString, additions);
     enumerateOwnAttachments(attributedString, range, [&](const auto &attachment, NSRange place) {
         const auto &swatch = static_cast<const QBColorTextAttachment &>(*attachment);
         const NSRange code{place.limit(), swatch.fullRepresentedText().size()};
         if (code.limit() > attributedString.length()) {
             return;
         }
-        const AttributeSet attributes{{QBNoteColorStylerAttributeName, quib::attributeValue(swatch.representedColor())},
-                                      {QBNoteSkipLineBreakByWordAttributeName, 1}};
-        attributedString.addAttributes(attributes, {place.location, place.length + code.length});
+        layers.add({place.location, place.length + code.length},
+                   {{QBNoteColorStylerAttributeName, quib::attributeValue(swatch.representedColor())},
+                    {QBNoteSkipLineBreakByWordAttributeName, 1}});
         if (const auto &theme = themeManager()) {
-            attributedString.addAttribute(NSFontAttributeName, theme->monospaceFontAttribute(), code);
-            attributedString.addAttribute(NSForegroundColorAttributeName,
-                                          quib::colorValue(theme->styleMarkerTextColor()), {code.location, 1});
+            layers.add(code, {{NSFontAttributeName, theme->monospaceFontAttribute()}});
+            layers.add({code.location, 1},
+                       {{NSForegroundColorAttributeName, quib::colorValue(theme->styleMarkerTextColor())}});
         }
+        layers.flush();
     });
+    additions.flush();
 }

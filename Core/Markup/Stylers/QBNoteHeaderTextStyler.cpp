@@ -1,5 +1,6 @@
 #include "QBNoteHeaderTextStyler.h"
 
+#include "AttributeLayers.h"
 #include "MarkedParagraphs.h"
 #include "MarkerParagraphStyles.h"
 #include "QBNoteTextStylerAttributes.h"
@@ -97,23 +98,27 @@ void QBNoteHeaderTextStyler::applyStyleIn(NSMutableAttributedString &attributedS
     });
     const AttributeSet marker{{QBHeaderTextStylerMarkerAttributeName, 1}, {QBNoteSkipLineBreakByWordAttributeName, 1}};
     const AttributeSet guards{{QBNoteSkipAttachmentReplacementAttributeName, 1}, {QBNoteSkipStylingAttributeName, 1}};
+    quib::AttributeAdditions additions(attributedString);
+    quib::AttributeLayers layers(attributedString, additions);
     quib::forEachMarkedParagraph(attributedString, headers, [&](NSRange paragraph, auto badges) {
         for (const quib::BlockMarker &badge : badges) {
             const qint64 length = std::min(badge.range.length + 1, paragraph.length);
-            attributedString.addAttributes(marker, {badge.range.location, length});
+            layers.add({badge.range.location, length}, marker);
         }
-        attributedString.addAttributes(guards, guardedRange(attributedString, paragraph));
+        layers.add(guardedRange(attributedString, paragraph), guards);
         // The last badge of a line tells its level.
         const quib::BlockMarker &badge = badges.back();
         AttributeSet line = paragraphAttributesForAttachment(*badge.attachment, badge.range, attributedString);
         line.insert(QBHeaderTextStylerAttributeName, 1);
-        attributedString.addAttributes(line, paragraph);
+        layers.add(paragraph, std::move(line));
         if (themeManager()) {
             // The blank behind the badge keeps the body's size.
-            attributedString.addAttribute(NSFontAttributeName, themeManager()->paragraphFontAttribute(),
-                                          {badge.range.location + 1, badge.range.length});
+            layers.add({badge.range.location + 1, badge.range.length},
+                       {{NSFontAttributeName, themeManager()->paragraphFontAttribute()}});
         }
+        layers.flush();
     });
+    additions.flush();
 }
 
 void QBNoteHeaderTextStyler::cleanStylerCache()

@@ -1,5 +1,6 @@
 #include "QBNoteOrderedListTextStyler.h"
 
+#include "AttributeLayers.h"
 #include "MarkedParagraphs.h"
 #include "QBNoteTextStylerAttributes.h"
 
@@ -70,19 +71,23 @@ void QBNoteOrderedListTextStyler::applyStyleIn(NSMutableAttributedString &attrib
         }
         point.insert(NSKernAttributeName, themeManager()->fullLineAttachmentDefaultRightSpacing());
     }
+    quib::AttributeAdditions additions(attributedString);
+    quib::AttributeLayers layers(attributedString, additions);
     quib::forEachMarkedParagraph(attributedString, numbers, [&](NSRange paragraph, auto numbersOfLine) {
         // Measured without the point's kern, which moves the line's text off the number and the column's edge.
         AttributeSet line{{QBNoteOrderedListTextStylerAttributeName, 1}};
         line.insert(NSParagraphStyleAttributeName,
                     attachmentParagraphStyleForAttributeRange(quib::withBlank(numbersOfLine.back().range),
                                                               attributedString, paragraph));
-        attributedString.addAttributes(line, paragraph);
+        layers.add(paragraph, std::move(line));
         for (const quib::BlockMarker &number : numbersOfLine) {
-            attributedString.addAttributes(marker, quib::withBlank(number.range));
-            attributedString.addAttributes(digits, number.range);
-            attributedString.addAttributes(point, {number.range.limit() - 1, 1});
+            layers.add(quib::withBlank(number.range), marker);
+            layers.add(number.range, digits);
+            layers.add({number.range.limit() - 1, 1}, point);
         }
+        layers.flush();
     });
+    additions.flush();
 }
 
 std::shared_ptr<NSParagraphStyle> QBNoteOrderedListTextStyler::attachmentParagraphStyleForAttributeRange(

@@ -1,5 +1,6 @@
 #include "QBNoteQuoteTextStyler.h"
 
+#include "AttributeLayers.h"
 #include "MarkedParagraphs.h"
 #include "QBNoteTextStylerAttributes.h"
 
@@ -55,16 +56,20 @@ void QBNoteQuoteTextStyler::applyStyleIn(NSMutableAttributedString &attributedSt
     if (themeManager()) {
         marker.insert(NSForegroundColorAttributeName, quib::attributeValue(NSColor::clearColor()));
     }
+    quib::AttributeAdditions additions(attributedString);
+    quib::AttributeLayers layers(attributedString, additions);
     quib::forEachMarkedParagraph(attributedString, markers, [&](NSRange paragraph, auto markersOfLine) {
         AttributeSet line{{QBNoteQuoteTextStylerAttributeName, 1}};
         line.insert(NSParagraphStyleAttributeName,
                     attachmentParagraphStyleForAttributeRange(quib::withBlank(markersOfLine.back().range),
                                                               attributedString, paragraph));
-        attributedString.addAttributes(line, paragraph);
+        layers.add(paragraph, std::move(line));
         for (const quib::BlockMarker &found : markersOfLine) {
-            attributedString.addAttributes(marker, quib::withBlank(found.range));
+            layers.add(quib::withBlank(found.range), marker);
         }
+        layers.flush();
     });
+    additions.flush();
 }
 
 std::shared_ptr<NSParagraphStyle> QBNoteQuoteTextStyler::attachmentParagraphStyleForAttributeRange(

@@ -4,17 +4,15 @@
 #include <Themes/QBNotesTextThemeManager.h>
 
 #include <algorithm>
-#include <tuple>
+#include <array>
 #include <utility>
 #include <vector>
 
-namespace {
-
-/// A text without some characters, and where its places are in the text.
-class TextWithout
+/// A text without some of its spacers, and where its places are in the text.
+class QBNoteStylerWithAttachmentsSpacers::TextWithoutSpacers
 {
 public:
-    TextWithout(QStringView text, const std::vector<NSRange> &removed)
+    TextWithoutSpacers(QStringView text, const std::vector<Spacer> &removed)
         : m_removed(removed)
         , m_text(text)
     {
@@ -24,9 +22,9 @@ public:
         m_copy.resize(text.size());
         QChar *out = m_copy.data();
         qint64 done = 0;
-        for (const NSRange &one : removed) {
-            out = std::copy(text.begin() + done, text.begin() + one.location, out);
-            done = one.limit();
+        for (const Spacer &one : removed) {
+            out = std::copy(text.begin() + done, text.begin() + one.place, out);
+            done = one.place + 1;
         }
         out = std::copy(text.begin() + done, text.end(), out);
         m_text = QStringView(m_copy.constData(), out);
@@ -36,22 +34,18 @@ public:
     /// The place in the text of a unit of this one. Requires: places are asked for in ascending order.
     [[nodiscard]] qint64 placeInText(qint64 place)
     {
-        while (m_next < m_removed.size() && m_removed[m_next].location - m_before <= place) {
-            m_before += m_removed[m_next].length;
+        while (m_next < m_removed.size() && m_removed[m_next].place - static_cast<qint64>(m_next) <= place) {
             ++m_next;
         }
-        return place + m_before;
+        return place + static_cast<qint64>(m_next);
     }
 
 private:
-    const std::vector<NSRange> &m_removed;
+    const std::vector<Spacer> &m_removed;
     QStringView m_text;
     QString m_copy;
-    size_t m_next = 0;
-    qint64 m_before = 0; ///< how many units are removed before the next
+    size_t m_next = 0; ///< also how many units are removed before the next
 };
-
-} // namespace
 
 void QBNoteStylerWithAttachmentsSpacers::replaceTextAttachmentsInAttributedString(
     NSMutableAttributedString &attributedString, NSRange &range, const ReplacementBlock &usingBlock)
@@ -63,9 +57,11 @@ void QBNoteStylerWithAttachmentsSpacers::replaceTextAttachmentsInAttributedStrin
     }
     if (usingBlock) {
         bool isStopped = false;
+        Replacement nothing;
         auto told = removed->rbegin();
         for (; told != removed->rend() && !isStopped; ++told) {
-            usingBlock(*told, {*told, QString(), quib::AttributeSet()}, &isStopped);
+            nothing.range = {told->place, 1};
+            usingBlock(nothing.range, nothing, &isStopped);
         }
         removed->erase(removed->begin(), told.base());
     }
@@ -78,8 +74,8 @@ void QBNoteStylerWithAttachmentsSpacers::addTextAttachmentsInAttributedString(
     replaceSpacers({}, attributedString, range, usingBlock);
 }
 
-std::optional<std::vector<NSRange>>
-QBNoteStylerWithAttachmentsSpacers::spacersToRemove(const NSAttributedString &attributedString, NSRange range) const
+std::optional<std::vector<QBNoteStylerWithAttachmentsSpacers::Spacer>>
+QBNoteStylerWithAttachmentsSpacers::spacersToRemove(const NSAttributedString &attributedString, NSRange range)
 {
     std::vector<NSRange> valid;
     enumerateValidAttachmentsInAttributedString(attributedString, range, [&](const auto &attachment, NSRange place) {
@@ -88,19 +84,46 @@ QBNoteStylerWithAttachmentsSpacers::spacersToRemove(const NSAttributedString &at
             valid.push_back(place);
         }
     });
-    std::vector<NSRange> found;
-    for (const auto &[spacer, place] : ownAttachments(attributedString, range)) {
-        if (!spacer->representedText().isEmpty()) {
+    const Spacers &spacers = this->spacers();
+    const std::vector<PlacedAttachment> own = ownAttachments(attributedString, range);
+    std::vector<Spacer> found;
+    found.reserve(own.size());
+    for (const PlacedAttachment &one : own) {
+        size_t role = kOpening;
+        while (role < kNoRole && one.attachment != spacers.attachments[role].get()) {
+            ++role;
+        }
+        if (role == kNoRole && !one.attachment->representedText().isEmpty()) {
             return std::nullopt;
         }
-        if (!std::ranges::binary_search(valid, place.location, {}, &NSRange::location)) {
+        // Spacers of one role are one attachment: where they stand side by side, only one of them was looked at.
+        if (one.range.length > 1 || (role < kNoRole && !(*one.attributes == spacers.attributes[role]))) {
+            role = kNoRole;
+        }
+        for (qint64 place = one.range.location; place < one.range.limit(); ++place) {
+            if (valid.empty() || !std::ranges::binary_search(valid, place, {}, &NSRange::location)) {
+                found.push_back({place, role});
+            }
+        }
+    }
+    return found;
+}
+
+std::vector<qint64> QBNoteStylerWithAttachmentsSpacers::placesOfSpacers(const NSAttributedString &attributedString,
+                                                                        NSRange range) const
+{
+    const std::vector<PlacedAttachment> own = ownAttachments(attributedString, range);
+    std::vector<qint64> found;
+    found.reserve(own.size());
+    for (const PlacedAttachment &one : own) {
+        for (qint64 place = one.range.location; place < one.range.limit(); ++place) {
             found.push_back(place);
         }
     }
     return found;
 }
 
-void QBNoteStylerWithAttachmentsSpacers::replaceSpacers(const std::vector<NSRange> &removed,
+void QBNoteStylerWithAttachmentsSpacers::replaceSpacers(const std::vector<Spacer> &removed,
                                                         NSMutableAttributedString &attributedString, NSRange &range,
                                                         const ReplacementBlock &usingBlock)
 {
@@ -108,26 +131,14 @@ void QBNoteStylerWithAttachmentsSpacers::replaceSpacers(const std::vector<NSRang
     if (expression == nullptr) {
         return;
     }
-    TextWithout bare(attributedString.string(), removed);
+    TextWithoutSpacers bare(attributedString.string(), removed);
     NSRange searched = range;
-    for (const NSRange &one : removed) {
-        searched.length -= one.length;
-    }
-    const quib::AttributeSet common = commonAttributes();
-    const auto spacer = spacerTemplate();
-    std::shared_ptr<QBNotesTextAttachment> spare;
-    const auto attributesOfNew = [&] {
-        quib::AttributeSet attributes = common;
-        auto made = std::exchange(spare, nullptr);
-        if (made == nullptr) {
-            std::tie(made, spare) = spacer->copyTwice();
-        }
-        attributes.insert(NSAttachmentAttributeName, std::move(made));
-        return attributes;
-    };
-    const Replacement shown{{}, NSTextAttachment::placeholderString(), attributesOfNew()};
+    searched.length -= static_cast<qint64>(removed.size());
+    const Spacers &spacers = this->spacers();
+    const std::array shown{Replacement{{}, NSTextAttachment::placeholderString(), spacers.attributes[kOpening]},
+                           Replacement{{}, NSTextAttachment::placeholderString(), spacers.attributes[kClosing]}};
     // Where spacers belong, as places of the bare text, in order: one in front of each match and one behind it.
-    std::vector<qint64> wanted;
+    std::vector<Spacer> wanted;
     expression->enumerateMatchesInString(bare.text(), 0, searched, [&](const NSTextCheckingResult &match, bool *stop) {
         const NSRange matched = match.range();
         if (shouldSkipAttachmentReplacementInAttributedString(attributedString,
@@ -137,66 +148,51 @@ void QBNoteStylerWithAttachmentsSpacers::replaceSpacers(const std::vector<NSRang
         if (usingBlock) {
             // The one behind is told first, so that the place of the one in front still holds.
             const qint64 start = matched.location + static_cast<qint64>(wanted.size());
-            usingBlock({start + matched.length, 0}, shown, stop);
-            usingBlock({start, 0}, shown, stop);
+            usingBlock({start + matched.length, 0}, shown[kClosing], stop);
+            usingBlock({start, 0}, shown[kOpening], stop);
         }
-        wanted.push_back(matched.location);
-        wanted.push_back(matched.limit());
+        wanted.push_back({matched.location, kOpening});
+        wanted.push_back({matched.limit(), kClosing});
     });
     range.length = searched.length + static_cast<qint64>(wanted.size());
     // Both lists ascend: what stands where a spacer is wanted stays. Of the others, places of the text remain.
-    std::vector<NSRange> gone;
+    std::vector<Spacer> gone;
     auto next = removed.begin();
     qint64 before = 0; // removed units that were passed
-    const auto pass = [&] {
-        before += next->length;
-        ++next;
-    };
     auto missing = wanted.begin();
-    for (const qint64 place : wanted) {
-        for (; next != removed.end() && next->location - before < place; pass()) {
+    for (const Spacer one : wanted) {
+        for (; next != removed.end() && next->place - before < one.place; ++next, ++before) {
             gone.push_back(*next);
         }
-        if (next != removed.end() && next->location - before == place && next->length == 1) {
-            resetSpacer(attributedString, next->location, common);
-            pass();
-        } else {
-            *missing++ = place + before;
+        if (next == removed.end() || next->place - before > one.place) {
+            *missing++ = {one.place + before, one.role};
+            continue;
         }
+        if (next->role != one.role) {
+            attributedString.setAttributes(spacers.attributes[one.role], {next->place, 1});
+        }
+        ++next;
+        ++before;
     }
     wanted.erase(missing, wanted.end());
     gone.insert(gone.end(), next, removed.end());
-    qint64 change = static_cast<qint64>(wanted.size());
-    for (const NSRange &one : gone) {
-        change -= one.length;
-    }
     Replacement replacement;
-    attributedString.replaceCharacters(change,
+    attributedString.replaceCharacters(static_cast<qint64>(wanted.size()) - static_cast<qint64>(gone.size()),
                                        [&, place = wanted.begin(), left = gone.begin()]() mutable -> Replacement * {
                                            const bool isLeft = left != gone.end();
-                                           if (place != wanted.end() && (!isLeft || *place <= left->location)) {
-                                               replacement.range = {*place++, 0};
+                                           if (place != wanted.end() && (!isLeft || place->place <= left->place)) {
+                                               replacement.range = {place->place, 0};
                                                replacement.string = NSTextAttachment::placeholderString();
-                                               replacement.attributes = attributesOfNew();
+                                               replacement.attributes = spacers.attributes[place->role];
+                                               ++place;
                                            } else if (isLeft) {
-                                               replacement = {*left++, QString(), quib::AttributeSet()};
+                                               replacement = {{left->place, 1}, QString(), quib::AttributeSet()};
+                                               ++left;
                                            } else {
                                                return nullptr;
                                            }
                                            return &replacement;
                                        });
-}
-
-void QBNoteStylerWithAttachmentsSpacers::resetSpacer(NSMutableAttributedString &text, qint64 place,
-                                                     const quib::AttributeSet &common)
-{
-    const quib::AttributeRuns &runs = text.runs();
-    const quib::AttributeSet &attributes = runs.attributes(runs.find(place));
-    if (!attributes.isEqualBut(NSAttachmentAttributeName, common)) {
-        quib::AttributeSet fresh = common;
-        fresh.insert(NSAttachmentAttributeName, attributes.value(NSAttachmentAttributeName));
-        text.setAttributes(fresh, {place, 1});
-    }
 }
 
 quib::AttributeSet QBNoteStylerWithAttachmentsSpacers::commonAttributes() const
@@ -208,15 +204,37 @@ quib::AttributeSet QBNoteStylerWithAttachmentsSpacers::commonAttributes() const
     return common;
 }
 
-std::shared_ptr<QBSpacerTextAttachment> QBNoteStylerWithAttachmentsSpacers::spacerTemplate()
+const QBNoteStylerWithAttachmentsSpacers::Spacers &QBNoteStylerWithAttachmentsSpacers::spacers()
+{
+    quib::AttributeSet common = commonAttributes();
+    if (m_spacers && m_spacers->common == common) {
+        return *m_spacers;
+    }
+    const auto first = spacerTemplate();
+    Spacers made{.common = std::move(common), .attachments = {first, first->copy()}, .attributes = {}};
+    for (const size_t role : {kOpening, kClosing}) {
+        made.attributes[role] = made.common;
+        made.attributes[role].insert(NSAttachmentAttributeName, made.attachments[role]);
+    }
+    m_spacers = std::move(made);
+    return *m_spacers;
+}
+
+std::shared_ptr<QBNotesTextAttachment> QBNoteStylerWithAttachmentsSpacers::spacerTemplate()
 {
     static const QString key = QStringLiteral("SpacerTextAttachmentCacheKey");
     if (const auto *cached = m_stylerCache.object(key)) {
-        return std::static_pointer_cast<QBSpacerTextAttachment>(*cached);
+        return *cached;
     }
-    auto made = std::make_shared<QBSpacerTextAttachment>(QString(), themeManager());
+    auto made = makeTextAttachment(QString());
     m_stylerCache.insert(key, new std::shared_ptr<QBNotesTextAttachment>(made));
     return made;
+}
+
+void QBNoteStylerWithAttachmentsSpacers::cleanStylerCache()
+{
+    QBNoteAttachmentTextStyler::cleanStylerCache();
+    m_spacers.reset();
 }
 
 std::shared_ptr<QBNotesTextAttachment>

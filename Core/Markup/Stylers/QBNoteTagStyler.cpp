@@ -63,7 +63,7 @@ void QBNoteTagStyler::removeUnusedStyleIn(NSMutableAttributedString &attributedS
 void QBNoteTagStyler::applyStyleIn(NSMutableAttributedString &attributedString, NSRange &range,
                                    NSTextStorage * /*textStorage*/)
 {
-    const std::vector<PlacedAttachment> spacers = ownAttachments(attributedString, range);
+    const std::vector<qint64> spacers = placesOfSpacers(attributedString, range);
     if (spacers.size() < 2) {
         return;
     }
@@ -71,7 +71,8 @@ void QBNoteTagStyler::applyStyleIn(NSMutableAttributedString &attributedString, 
     quib::AttributeAdditions additions(attributedString);
     const auto forEachTag = [&spacers](const auto &block) {
         for (size_t closing = 1; closing < spacers.size(); closing += 2) {
-            block(NSUnionRange(spacers[closing - 1].range, spacers[closing].range));
+            const qint64 opening = spacers[closing - 1];
+            block(NSRange{opening, spacers[closing] + 1 - opening});
         }
     };
     forEachTag([&](NSRange tag) { addAttributesOfTag(attributedString, tag, set, additions); });
@@ -92,6 +93,10 @@ QBNoteTagStyler::Attributes QBNoteTagStyler::attributes() const
         set.tag.insert(NSForegroundColorAttributeName, quib::colorValue(theme->hashTextColor()));
         set.marker.insert(NSForegroundColorAttributeName, quib::colorValue(theme->hashMarkerTextColor()));
     }
+    // Made once with room for all that is unique to a tag: the values are replaced in a copy.
+    set.tag.reserve(kValuesOfPlace);
+    set.tag.insert(QBNoteTagStylerAttributeName, QString());
+    set.tag.insert(QBNoteFullSelectionRangeAttributeName, QString());
     return set;
 }
 
@@ -114,14 +119,13 @@ void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange
     const QStringView name = isClosed ? written.chopped(1) : written;
     if (attributes.name != name) {
         attributes.name = name.toString();
-        attributes.link = {};
+        quib::AttributeValue link;
         if (const auto value = quib::percentEncoded(*attributes.name, quib::PlainCharacters::QueryValue)) {
-            attributes.link = QUrl(QString(u"quib://x-callback-url/open-tag?name="_s % *value));
+            link = QUrl(QString(u"quib://x-callback-url/open-tag?name="_s % *value));
         }
+        attributes.tag.insert(NSLinkAttributeName, link);
     }
     AttributeSet tag = attributes.tag;
-    tag.reserve(kValuesOfPlace);
-    tag.insert(NSLinkAttributeName, attributes.link);
     tag.insert(QBNoteTagStylerAttributeName, identity);
     tag.insert(QBNoteFullSelectionRangeAttributeName, std::move(identity));
     AttributeSet marked = tag;

@@ -33,10 +33,9 @@ protected:
 private:
     struct Attributes
     {
-        quib::AttributeSet tag;
+        quib::AttributeSet tag; ///< with some identity, and with the last tag's link
         quib::AttributeSet marker;
         std::optional<QString> name{}; ///< the last tag's; its neighbours often have the same
-        quib::AttributeValue link{};   ///< that one's
     };
     /// Units: UTF-16 units, spacers included.
     static constexpr qint64 kShortestTag = 4;

@@ -1,5 +1,6 @@
 #include "QBNoteUnorderedListStyler.h"
 
+#include "AttributeLayers.h"
 #include "MarkedParagraphs.h"
 #include "QBNoteTextStylerAttributes.h"
 
@@ -72,17 +73,21 @@ void QBNoteUnorderedListStyler::applyStyleIn(NSMutableAttributedString &attribut
         bullets.push_back({place, attachment});
     });
     const AttributeSet marker{{QBNoteUnorderedListStylerMarkerAttributeName, 1}};
+    quib::AttributeAdditions additions(attributedString);
+    quib::AttributeLayers layers(attributedString, additions);
     quib::forEachMarkedParagraph(attributedString, bullets, [&](NSRange paragraph, auto bulletsOfLine) {
         AttributeSet line{{QBNoteUnorderedListStylerAttributeName, 1}};
         // Where a line has several, the last one's layout holds.
         line.insert(NSParagraphStyleAttributeName,
                     attachmentParagraphStyleForAttributeRange(quib::withBlank(bulletsOfLine.back().range),
                                                               attributedString, paragraph));
-        attributedString.addAttributes(line, paragraph);
+        layers.add(paragraph, std::move(line));
         for (const quib::BlockMarker &bullet : bulletsOfLine) {
-            attributedString.addAttributes(marker, quib::withBlank(bullet.range));
+            layers.add(quib::withBlank(bullet.range), marker);
         }
+        layers.flush();
     });
+    additions.flush();
 }
 
 std::shared_ptr<NSParagraphStyle> QBNoteUnorderedListStyler::attachmentParagraphStyleForAttributeRange(

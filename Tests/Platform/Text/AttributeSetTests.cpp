@@ -107,22 +107,6 @@ TEST(AttributeSet, CopiesDoNotSeeLaterChanges)
     EXPECT_EQ(set.value(NSLinkAttributeName), AttributeValue(u"y"_s));
 }
 
-TEST(AttributeSet, IsEqualButForOneName)
-{
-    const auto object = std::make_shared<NSTextAttachment>();
-    const AttributeSet plain{{kOtherName, 1}, {NSLinkAttributeName, u"x"_s}};
-    AttributeSet with = plain;
-    EXPECT_FALSE(with.isEqualBut(NSAttachmentAttributeName, plain));
-    with.insert(NSAttachmentAttributeName, object);
-    EXPECT_TRUE(with.isEqualBut(NSAttachmentAttributeName, plain));
-    EXPECT_FALSE(with.isEqualBut(kOtherName, plain));
-    EXPECT_FALSE(with.isEqualBut(NSAttachmentAttributeName, with));
-    with.insert(NSLinkAttributeName, u"y"_s);
-    EXPECT_FALSE(with.isEqualBut(NSAttachmentAttributeName, plain));
-    EXPECT_TRUE((AttributeSet{{kOtherName, 1}, {NSLinkAttributeName, object}})
-                    .isEqualBut(NSLinkAttributeName, AttributeSet{{kOtherName, 1}}));
-}
-
 TEST(AttributeSet, AnObjectAndATextTakeEachOthersPlace)
 {
     const auto object = std::make_shared<NSTextAttachment>();

@@ -214,22 +214,33 @@ TEST(InlineAttachments, ATagMarksItselfWithItsSpacers)
     EXPECT_EQ(styled.marked(QBNoteFullSelectionRangeAttributeName), u"{¦#a*b*c¦} {¦#a*b*c¦}"_s);
 }
 
-TEST(InlineAttachments, SpacersThatAreStillWantedStayAndAreToldToHaveGoneAndCome)
+TEST(InlineAttachments, SpacersAreToldToHaveGoneAndComeAndStandAsIfPlacedAnew)
 {
     struct Edit
     {
         QString text;
         NSRange replaced; ///< in the styled text
         QString by;
-        qsizetype staying; ///< spacers
     };
     const QList<Edit> edits{
-        {u"#a #b c# d"_s, {14, 0}, u"x"_s, 4},   {u"#a #b c# d"_s, {0, 0}, u"x "_s, 4},
-        {u"#a #b c# d"_s, {0, 0}, u"x"_s, 2},    {u"#a #b c# d"_s, {10, 1}, {}, 3},
-        {u"#a #b c# d"_s, {2, 1}, {}, 2},        {u"#a##b# c"_s, {0, 0}, u"("_s, 4},
-        {u"#a#b# c"_s, {6, 0}, u"#"_s, 2},       {u"#a #b"_s, {0, 10}, u"none"_s, 0},
-        {u"#a"_s, {4, 0}, u" #b \uFFFC#c"_s, 2}, {u"#a/b #c"_s, {4, 0}, u" "_s, 3},
-        {u"#a"_s, {3, 1}, u"\uFFFC"_s, 1},
+        {u"#a #b c# d"_s, {14, 0}, u"x"_s},
+        {u"#a #b c# d"_s, {0, 0}, u"x "_s},
+        {u"#a #b c# d"_s, {0, 0}, u"x"_s},
+        {u"#a #b c# d"_s, {10, 1}, {}},
+        {u"#a #b c# d"_s, {2, 1}, {}},
+        {u"#a##b# c"_s, {0, 0}, u"("_s},
+        {u"#a#b# c"_s, {6, 0}, u"#"_s},
+        {u"#a #b"_s, {0, 10}, u"none"_s},
+        {u"#a"_s, {4, 0}, u" #b \uFFFC#c"_s},
+        {u"#a/b #c"_s, {4, 0}, u" "_s},
+        {u"#a"_s, {3, 1}, u"\uFFFC"_s},
+        // Two spacers that close tags come to stand side by side, and two that open some.
+        {u"#a #b c# d"_s, {4, 6}, {}},
+        {u"#a #b #c"_s, {3, 4}, {}},
+        {u"#a #b c"_s, {1, 4}, {}},
+        {u"#a #b #c d#"_s, {0, 11}, u"x"_s},
+        // One that opened a tag stands where another tag is closed.
+        {u"#b c# d"_s, {0, 0}, u"#a "_s},
     };
     for (const Edit &edit : edits) {
         SCOPED_TRACE(QString(edit.text % u" <- " % edit.by).toStdString());
@@ -239,16 +250,7 @@ TEST(InlineAttachments, SpacersThatAreStillWantedStayAndAreToldToHaveGoneAndCome
         NSRange range = text.fullRange();
         styler.addTextAttachmentsInAttributedString(text, range, {});
         styler.applyStyleIn(text, range, nullptr);
-        const auto spacers = [&text] {
-            QSet<const AttributeObject *> found;
-            for (qint64 place = 0; place < text.length(); ++place) {
-                found.insert(text.attribute(NSAttachmentAttributeName, place).objectValue().get());
-            }
-            found.remove(nullptr);
-            return found;
-        };
         text.replaceCharactersInRange(edit.replaced, NSAttributedString(edit.by));
-        const QSet<const AttributeObject *> before = spacers();
 
         QString told = text.string().toString();
         range = text.fullRange();
@@ -262,13 +264,9 @@ TEST(InlineAttachments, SpacersThatAreStillWantedStayAndAreToldToHaveGoneAndCome
             });
         EXPECT_EQ(told, text.string());
         EXPECT_EQ(range, text.fullRange());
-        EXPECT_EQ((spacers() & before).size(), edit.staying);
         styler.styleTextInAttributedString(text, range, nullptr);
 
-        // As if all had been placed anew.
         QString plain = told;
-        NSMutableAttributedString bare = text;
-        bare.removeAttribute(NSAttachmentAttributeName, bare.fullRange());
         for (qint64 place = text.length() - 1; place >= 0; --place) {
             if (text.attribute(NSAttachmentAttributeName, place)) {
                 plain.remove(place, 1);
@@ -279,13 +277,32 @@ TEST(InlineAttachments, SpacersThatAreStillWantedStayAndAreToldToHaveGoneAndCome
         styler.addTextAttachmentsInAttributedString(fresh, whole, {});
         styler.applyStyleIn(fresh, whole, nullptr);
         EXPECT_EQ(fresh.string(), text.string());
-        fresh.removeAttribute(NSAttachmentAttributeName, whole);
-        for (const NSAttributeName &name : {QBNoteTagStylerAttributeName, QBNoteTagSpacerAttributeName}) {
+        for (const NSAttributeName &name :
+             {NSAttachmentAttributeName, QBNoteTagStylerAttributeName, QBNoteTagSpacerAttributeName}) {
             for (qint64 place = 0; place < fresh.length(); ++place) {
-                EXPECT_EQ(fresh.attribute(name, place), bare.attribute(name, place)) << place;
+                EXPECT_EQ(fresh.attribute(name, place), text.attribute(name, place)) << place;
             }
         }
     }
+}
+
+TEST(InlineAttachments, SpacersOfOneRoleAreOneAttachment)
+{
+    StyledInline styled;
+    styled.load(u"#a #b c##d/e# and (#f)"_s);
+    QSet<const AttributeObject *> opening;
+    QSet<const AttributeObject *> closing;
+    bool isOpening = true;
+    for (qint64 place = 0; place < styled.text().length(); ++place) {
+        if (const auto spacer = styled.text().attribute(NSAttachmentAttributeName, place)) {
+            (isOpening ? opening : closing).insert(spacer.objectValue().get());
+            isOpening = !isOpening;
+        }
+    }
+    EXPECT_EQ(opening.size(), 1);
+    EXPECT_EQ(closing.size(), 1);
+    EXPECT_FALSE(opening.intersects(closing));
+    EXPECT_TRUE(isOpening);
 }
 
 TEST(InlineAttachments, AMarkOverATagsEndTakesItsSpacer)
