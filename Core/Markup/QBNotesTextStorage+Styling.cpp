@@ -3,6 +3,7 @@
 #include <Logging/QBLogger.h>
 #include <Markup/Stylers/QBNoteAttachmentTextStyler.h>
 #include <Markup/Stylers/QBNoteCodeTextStyler.h>
+#include <Markup/Stylers/QBNoteNormalTextStyler.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Markup/Stylers/QBNoteTextStylerCommonAttributes.h>
 #include <Markup/Syntax/SyntaxCharacters.h>
@@ -257,7 +258,7 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
     ProposedSelection selection(selectionRange);
     bool isChanged = false;
 
-    auto pending = m_noteStylersManager->textStylers();
+    auto pending = stylersAfterReset();
     while (!pending.isEmpty()) {
         const auto styler = pending.takeFirst();
         bool hasChanged = false; // this styler, in this pass
@@ -297,14 +298,30 @@ quib::AttributeSet QBNotesTextStorage::groundAttributes() const
     return theme ? theme->defaultTextAttributes() : quib::AttributeSet();
 }
 
+QBNoteStylersManager::Stylers QBNotesTextStorage::stylersAfterReset() const
+{
+    auto stylers = m_noteStylersManager->textStylers();
+    stylers.removeOne(m_noteStylersManager->stylerForClass<QBNoteNormalTextStyler>());
+    return stylers;
+}
+
 void QBNotesTextStorage::applyStylingInRange(NSRange range)
 {
     range = NSIntersectionRange(range, fullRange());
     NSRange styled = range;
-    contents().removeAndAddAttributes(QBNoteTextStylerCommonAttributes::attributesNamesToReset(), groundAttributes(),
-                                      range);
-    for (const auto &styler : m_noteStylersManager->textStylers()) {
-        styler->styleTextInAttributedString(contents(), styled, this);
+    const auto names = QBNoteTextStylerCommonAttributes::attributesNamesToReset();
+    if (range == fullRange()) {
+        // OPTIMIZATION: all runs are made anew beside the old, as a load makes them, rather than changed one by one.
+        auto text = NSMutableAttributedString::resetCopy(attributedString(), range, names, groundAttributes());
+        for (const auto &styler : stylersAfterReset()) {
+            styler->styleTextInAttributedString(text, styled, this);
+        }
+        contents().setAttributedString(std::move(text));
+    } else {
+        contents().removeAndAddAttributes(names, groundAttributes(), range);
+        for (const auto &styler : stylersAfterReset()) {
+            styler->styleTextInAttributedString(contents(), styled, this);
+        }
     }
     edited(kEditedAttributes, range, 0); // which fixes the attributes
 }

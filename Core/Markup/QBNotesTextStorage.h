@@ -117,6 +117,8 @@ protected:
 private:
     /// What plain text has: the ground that the stylers begin on.
     [[nodiscard]] quib::AttributeSet groundAttributes() const;
+    /// Those that have something left to do where the ground was laid anew.
+    [[nodiscard]] QBNoteStylersManager::Stylers stylersAfterReset() const;
 
     std::shared_ptr<QBNoteStylersManager> m_noteStylersManager;
     NSRange m_previousEditedRange = kNotFoundRange;
