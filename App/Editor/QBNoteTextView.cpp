@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QResizeEvent>
 #include <QScroller>
@@ -50,6 +51,13 @@ QBNoteTextView::QBNoteTextView(QBNoteTextKitStack &textKitStack, QWidget *parent
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     QScroller::grabGesture(viewport(), QScroller::TouchGesture);
     setAccessibleName(tr("Note"));
+    const auto *inputMethod = QGuiApplication::inputMethod();
+    const auto followKeyboard = [this, inputMethod] {
+        m_layout.setRightToLeftByDefault(inputMethod->inputDirection() == Qt::RightToLeft);
+        setNeedsUpdate();
+    };
+    connect(inputMethod, &QInputMethod::inputDirectionChanged, this, followKeyboard);
+    followKeyboard();
     m_layout.setPageWidth(viewport()->width());
 }
 

@@ -1,5 +1,6 @@
 #include "QBNoteTypesetter.h"
 
+#include <Graphics/WritingDirection.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Text/NSStringHelpers.h>
@@ -101,9 +102,16 @@ std::unique_ptr<ParagraphLayout> QBNoteTypesetter::layoutOfPiece(const NSAttribu
     const ParagraphLayout::Part part = {
         .isFirst = range.location == 0 || isParagraphEnd(text.characterAtIndex(range.location - 1)),
         .isLast = range.limit() == text.length() || isParagraphEnd(text.characterAtIndex(range.limit() - 1)),
-        .attributesIfEmpty = &plain};
+        .attributesIfEmpty = &plain,
+        .isRightToLeftIfNeutral = isRightToLeft(text.string(), range)};
     return std::make_unique<ParagraphLayout>(text, range, m_columnWidth, boxOfAttachment, part,
                                              &QBNoteSkipLineBreakByWordAttributeName, preedit);
+}
+
+bool QBNoteTypesetter::isRightToLeft(QStringView text, NSRange range) const
+{
+    const auto own = quib::isRightToLeft(text.sliced(range.location, range.length));
+    return own ? *own : isRightToLeftAround(text, range).value_or(m_isRightToLeftByDefault);
 }
 
 double QBNoteTypesetter::estimatedHeight(qint64 length) const

@@ -30,6 +30,10 @@ public:
     [[nodiscard]] std::unique_ptr<quib::ParagraphLayout>
     layoutOfPiece(const NSAttributedString &text, NSRange range,
                   const quib::ParagraphLayout::Preedit *preedit = nullptr) const;
+    /// Whether a piece goes from right to left: a paragraph without a letter that tells goes as those around it.
+    [[nodiscard]] bool isRightToLeft(QStringView text, NSRange range) const;
+    /// Which way a text goes that has no such letter at all.
+    void setRightToLeftByDefault(bool isRightToLeft) { m_isRightToLeftByDefault = isRightToLeft; }
     [[nodiscard]] double estimatedHeight(qint64 length) const;
     /// The theme, or its sizes, are other ones.
     void themeDidChange();
@@ -37,6 +41,7 @@ public:
 private:
     std::shared_ptr<QBNotesTextThemeManager> m_themeManager;
     double m_columnWidth = 1;
+    bool m_isRightToLeftByDefault = false;
     // Kept for estimates, which are made for every paragraph of a text.
     double m_characterWidth = 1;
     double m_indents = 0;

@@ -3,6 +3,7 @@
 #include "QBNotesTextContainer.h"
 #include "QBNotesTextStorage.h"
 
+#include <Graphics/WritingDirection.h>
 #include <Text/NSStringHelpers.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
@@ -15,6 +16,8 @@ namespace {
 /// So many layouts are kept around what is seen.
 constexpr size_t kKeptLayouts = 600;
 constexpr size_t kKeptAround = 150;
+/// So many empty lines beside an edit follow its direction at once; it is what is seen.
+constexpr size_t kRedirected = 100;
 
 } // namespace
 
@@ -134,8 +137,37 @@ void QBNotesLayoutManager::storageDidEdit(quint32 mask, NSRange editedRange, qin
         }
         m_index.replace(first.index, count, piecesOfRange({first.location, newEnd - first.location}));
     }
+    redirectPiecesBeside(editedRange.location);
+    redirectPiecesBeside(editedRange.limit());
     if (m_editHandler) {
         m_editHandler(editedRange, changeInLength);
+    }
+}
+
+void QBNotesLayoutManager::setRightToLeftByDefault(bool isRightToLeft)
+{
+    m_typesetter.setRightToLeftByDefault(isRightToLeft);
+    redirectPiecesBeside(0);
+}
+
+void QBNotesLayoutManager::redirectPiecesBeside(qint64 location)
+{
+    const QStringView text = m_storage.string();
+    // False where the piece goes its own way, and with it those behind it.
+    const auto redirect = [&](size_t index) {
+        const ParagraphIndex::Place place = m_index.placeAtIndex(index);
+        const NSRange range = {place.location, place.piece->length};
+        if (place.piece->layout != nullptr &&
+            place.piece->layout->isRightToLeft() != m_typesetter.isRightToLeft(text, range)) {
+            m_index.invalidate(index, 1);
+        }
+        return !quib::isRightToLeft(text.sliced(range.location, range.length)).has_value();
+    };
+    const size_t middle = m_index.placeOfLocation(location).index;
+    (void)redirect(middle);
+    for (size_t i = middle + 1; i < std::min(m_index.count(), middle + kRedirected) && redirect(i); ++i) {
+    }
+    for (size_t i = middle; i > 0 && middle - i < kRedirected && redirect(i - 1); --i) {
     }
 }
 

@@ -45,6 +45,8 @@ public:
     void invalidateLayoutForRange(NSRange range);
     /// What an input method composes is shown in the line of its place; an empty string ends that.
     void setPreedit(const quib::ParagraphLayout::Preedit &preedit);
+    /// Which way a text goes without a letter that tells, as an empty one.
+    void setRightToLeftByDefault(bool isRightToLeft);
     /// Told after each edit of the text, with the edited range. One handler.
     void setEditHandler(std::function<void(NSRange editedRange, qint64 changeInLength)> handler)
     {
@@ -96,6 +98,8 @@ public:
 private:
     void storageDidEdit(quint32 mask, NSRange editedRange, qint64 changeInLength);
     void rebuild();
+    /// Paragraphs without a letter that tells go as those beside them, which may be others now.
+    void redirectPiecesBeside(qint64 location);
     [[nodiscard]] qint64 locationBeside(qint64 location, bool right);
     /// Pieces for a stretch of the text that begins a piece and ends one, or the text.
     [[nodiscard]] std::vector<quib::ParagraphIndex::Piece> piecesOfRange(NSRange range) const;

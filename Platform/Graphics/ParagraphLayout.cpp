@@ -1,6 +1,7 @@
 #include "ParagraphLayout.h"
 
 #include "GraphicsAttributes.h"
+#include "WritingDirection.h"
 
 #include <Text/NSAttributeName.h>
 #include <Text/NSParagraphStyle.h>
@@ -200,7 +201,7 @@ public:
             insertPreedit(*preedit, &string);
         }
         m_layout.setText(string);
-        m_isRightToLeft = string.isRightToLeft();
+        m_isRightToLeft = quib::isRightToLeft(string).value_or(part.isRightToLeftIfNeutral);
         m_isBidirectional = m_isRightToLeft || holdsRightToLeft(string);
         m_isMixed = m_isBidirectional && isWrittenBothWays(string);
         m_layout.setFormats(m_formats);

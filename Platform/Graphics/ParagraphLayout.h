@@ -44,6 +44,8 @@ public:
         /// What the empty paragraph behind the last line end looks like, which has no unit to say so. Not owned; null
         /// for plain.
         const AttributeSet *attributesIfEmpty = nullptr;
+        /// Which way it goes where it has no letter that tells.
+        bool isRightToLeftIfNeutral = false;
     };
 
     /// What an input method composes: shown in the line at a place, in the looks of the text before it and underlined,

@@ -214,3 +214,66 @@ TEST(LayoutManager, TheEmptyLastLineIsWhereItsTextWillBe)
     EXPECT_EQ(alone->caretRect(0).left(), manager->caretRect(0).left());
     EXPECT_EQ(alone->caretRect(0).height(), manager->caretRect(0).height());
 }
+
+TEST(LayoutManager, ParagraphsWithoutLettersGoAsThoseAroundThem)
+{
+    struct Case
+    {
+        const char *name;
+        QString text;     // "<" marks paragraphs that go to the left, and is no part of it
+        bool isByDefault; // from right to left
+    };
+    const Case cases[] = {
+        {"an empty note", u""_s, false},
+        {"an empty note of a keyboard to the left", u"<"_s, true},
+        {"a heading's marker", u"<# "_s, true},
+        {"behind text to the left", u"<\u05D0\u05D1\n<\n<12\n<- \nabc\n\n<\u05D2\n<"_s, false},
+        {"behind text to the right", u"abc\n\n- \n<\u05D0"_s, true},
+        {"in front of the only text", u"<\n<12\n<\u05D0\u05D1"_s, false},
+        {"what is isolated does not count", u"<\u05D0\n<\u2066abc\u2069 1"_s, false},
+        {"a letter of two units", u"<\U00010800\n<"_s, false},
+    };
+    for (const Case &testCase : cases) {
+        SCOPED_TRACE(testCase.name);
+        StyledNote note(0, QString(testCase.text).remove(u'<'));
+        const auto manager = newLayoutManager(note);
+        manager->setRightToLeftByDefault(testCase.isByDefault);
+        QStringList shown;
+        for (const PlacedParagraph &paragraph : manager->paragraphsInHeights(0, 1e9)) {
+            QString line = note.storage().stringWithExpandedTextAttachmentsWithRange(paragraph.range);
+            line.remove(u'\n');
+            shown.append((paragraph.layout->isRightToLeft() ? u"<"_s : u""_s) % line);
+            const double caret = paragraph.caretRect(paragraph.range.location, /*upstream=*/false).left();
+            EXPECT_EQ(caret > kPageWidth / 2, paragraph.layout->isRightToLeft()) << line.toStdString();
+        }
+        EXPECT_EQ(shown.join(u'\n'), testCase.text);
+    }
+}
+
+TEST(LayoutManager, DirectionsFollowEditsBesideThem)
+{
+    auto random = TestSeed().generator();
+    const QStringList pieces = {u"\n"_s, u"\n"_s, u" "_s, u"1"_s, u"- "_s, u"a"_s, u"\u05D0"_s, u"\u0628"_s};
+    for (const bool isByDefault : {false, true}) {
+        StyledNote note(0, u""_s);
+        const auto manager = newLayoutManager(note);
+        manager->setRightToLeftByDefault(isByDefault);
+        for (int round = 0; round < 500; ++round) {
+            const qint64 length = note.storage().length();
+            const auto start = qint64(random() % size_t(length + 1));
+            const auto removed = qint64(random() % size_t(std::min<qint64>(4, length - start) + 1));
+            note.storage().replaceCharactersInRange({start, removed},
+                                                    pieces[qsizetype(random() % size_t(pieces.size()))]);
+            const auto fresh = newLayoutManager(note);
+            fresh->setRightToLeftByDefault(isByDefault);
+            const auto kept = manager->paragraphsInHeights(0, 1e9);
+            const auto anew = fresh->paragraphsInHeights(0, 1e9);
+            ASSERT_EQ(kept.size(), anew.size());
+            for (size_t i = 0; i < kept.size(); ++i) {
+                ASSERT_EQ(kept[i].layout->isRightToLeft(), anew[i].layout->isRightToLeft())
+                    << "round " << round << ", paragraph " << i << " of\n"
+                    << note.storage().string().toString().toStdString();
+            }
+        }
+    }
+}
