@@ -5,12 +5,65 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
 namespace quib::tests {
+
+namespace {
+
+QString readResource(const QString &name)
+{
+    QFile file(QStringLiteral(QUIB_SOURCE_DIR "/Resources/") + name);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+    return QString::fromUtf8(file.readAll());
+}
+
+/// Those of the interface, English aside.
+QStringList languages()
+{
+    QStringList found;
+    const QDir folder(QStringLiteral(QUIB_SOURCE_DIR "/Resources/Translations"));
+    for (const QString &name : folder.entryList({u"quib_*.ts"_s})) {
+        if (name != u"quib_en.ts") {
+            found.append(name.sliced(5).chopped(3));
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+TEST(Installation, TheDesktopsFilesSpeakEveryLanguageOfTheInterface)
+{
+    ASSERT_FALSE(languages().isEmpty());
+    const QString metainfo = readResource(u"metainfo/net.quibworks.Quib.metainfo.xml"_s);
+    for (const QString &language : languages()) {
+        for (const QString &element : {u"summary"_s, u"p"_s, u"li"_s}) {
+            EXPECT_EQ(metainfo.count(QString(u'<' % element % u" xml:lang=\""_s % language % u"\">"_s)),
+                      metainfo.count(QString(u'<' % element % u'>')))
+                << language.toStdString() << ' ' << element.toStdString();
+        }
+        EXPECT_TRUE(metainfo.contains(QString(u">"_s % language % u"</lang>"_s)));
+        static const QRegularExpression key(u"^(Name|GenericName|Comment|Keywords)=(.*)$"_s,
+                                            QRegularExpression::MultilineOption);
+        for (const QString &name : {u"net.quibworks.Quib.desktop.in"_s, u"net.quibworks.Quib.SendTo.desktop.in"_s}) {
+            for (const QString &group : readResource(u"desktop/"_s + name).split(u"\n["_s)) {
+                for (auto match = key.globalMatch(group); match.hasNext();) {
+                    const auto line = match.next();
+                    const QString translated = u'\n' % line.captured(1) % u'[' % language % u"]="_s;
+                    EXPECT_TRUE(line.captured(2) == u"Quib" || group.count(translated) == 1)
+                        << name.toStdString() << ' ' << line.captured().toStdString() << ' ' << language.toStdString();
+                }
+            }
+        }
+    }
+}
 
 TEST(Installation, EverythingIsInPlaceAndNamesTheInstalledProgram)
 {
