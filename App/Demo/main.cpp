@@ -4,6 +4,8 @@
 // Fills the profile in FOLDER with sample notes, unless it has notes; draws the window that shows it, without a
 // display, after commands were run by their names and a text was typed. A window that a command opens is drawn instead,
 // or over it.
+// quib-demo --has-display
+// Ends with 0 where the program would open a window.
 
 #include "DemoProfile.h"
 
@@ -91,6 +93,9 @@ QPixmap picture(QBMainWindowController &window)
 
 int main(int argc, char **argv)
 {
+    if (argc == 2 && QByteArray(argv[1]) == "--has-display") {
+        return WindowFrontEnd::hasDisplay() ? 0 : 1;
+    }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     for (int i = 1; i + 1 < argc; ++i) {
         if (QByteArray(argv[i]) == "--scale") {

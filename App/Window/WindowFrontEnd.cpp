@@ -3,6 +3,7 @@
 #include "DesktopAppearance.h"
 #include "DesktopIntegration.h"
 #include "DesktopPasteboard.h"
+#include "DisplayProbe.h"
 #include "EditorPane.h"
 #include "LoadingWindow.h"
 #include "MessageBar.h"
@@ -187,11 +188,7 @@ void WindowInterface::loadThemeInDetachedEditorWindows(const std::shared_ptr<QBT
 
 bool WindowFrontEnd::hasDisplay()
 {
-    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
-    if (platform.startsWith("offscreen") || platform.startsWith("minimal")) {
-        return false;
-    }
-    return !qgetenv("WAYLAND_DISPLAY").isEmpty() || !qgetenv("DISPLAY").isEmpty();
+    return isDisplayReachable(QCoreApplication::libraryPaths());
 }
 
 WindowFrontEnd::WindowFrontEnd() = default;

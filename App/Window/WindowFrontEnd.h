@@ -62,7 +62,8 @@ private:
 class WindowFrontEnd final : public FrontEnd
 {
 public:
-    /// Whether the session has a display to show windows on.
+    /// Whether the session has a display to show windows on, and it answers. To be asked before the application is
+    /// made.
     [[nodiscard]] static bool hasDisplay();
 
     WindowFrontEnd();

@@ -156,6 +156,17 @@ TEST_F(Bus, WithoutABusTheProfileIsGuarded)
     EXPECT_EQ(texts(), QStringList{u"text"_s});
 }
 
+TEST_F(Bus, ADisplayThatDoesNotAnswerIsNone)
+{
+    environment.remove(u"QT_QPA_PLATFORM"_s);
+    environment.insert(u"DISPLAY"_s, u":54321"_s);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, folder.path());
+    startBus();
+    const auto running = startQuib(); // which waits until it says that it has no window
+    EXPECT_EQ(terminate(*running), 0);
+    EXPECT_EQ(quib({u"--new-note"_s}).exitStatus, 1);
+}
+
 TEST_F(Bus, WhatNeedsAWindowIsRefusedWhereThereIsNone)
 {
     startBus();
