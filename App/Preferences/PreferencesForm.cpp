@@ -22,6 +22,8 @@ namespace {
 
 // Units: points.
 constexpr int kPageMargin = 28;
+constexpr int kNarrowPageMargin = 10;
+constexpr int kLeastWidthForMargins = 520;
 constexpr int kWidestForm = 620;
 constexpr int kRowMargin = 14;
 constexpr int kSliderWidth = 150;
@@ -67,7 +69,6 @@ PreferencesForm::PreferencesForm(QWidget *parent)
 {
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
     auto *content = new QWidget(this);
     content->setObjectName(u"preferencesPage"_s);
@@ -83,6 +84,13 @@ PreferencesForm::PreferencesForm(QWidget *parent)
     m_rows->setSpacing(8);
     m_rows->addStretch(1);
     setWidget(content);
+}
+
+void PreferencesForm::resizeEvent(QResizeEvent *event)
+{
+    const int margin = width() < kLeastWidthForMargins ? kNarrowPageMargin : kPageMargin;
+    widget()->layout()->setContentsMargins(margin, margin, margin, margin);
+    QScrollArea::resizeEvent(event);
 }
 
 void PreferencesForm::addGroup(const QString &title)

@@ -63,6 +63,9 @@ public:
     /// Runs something now and whenever one of the accessors changes.
     void follow(const QStringList &keyPaths, const std::function<void()> &update);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     QVBoxLayout *m_rows;
     QVBoxLayout *m_group = nullptr;

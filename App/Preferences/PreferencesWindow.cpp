@@ -14,6 +14,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QListWidget>
+#include <QScreen>
 #include <QStackedWidget>
 
 using namespace Qt::StringLiterals;
@@ -26,7 +27,12 @@ namespace {
 constexpr int kListWidth = 190;
 constexpr int kEntryHeight = 36;
 constexpr QSize kSize{880, 640};
-constexpr QSize kLeastSize{800, 440};
+constexpr QSize kLeastSize{480, 300};
+/// In a window that is less wide the pages are chosen by their symbols.
+constexpr int kLeastWidthForNames = 760;
+constexpr int kSymbolListWidth = 56;
+/// What the desktop draws around a window.
+constexpr QSize kFrame{16, 48};
 
 } // namespace
 
@@ -38,14 +44,13 @@ PreferencesWindow::PreferencesWindow(Host host, QWidget *owner)
     setAttribute(Qt::WA_StyledBackground);
     setWindowTitle(tr("Preferences"));
     setMinimumSize(kLeastSize);
-    resize(kSize);
+    resize(screen() == nullptr ? kSize : kSize.boundedTo(screen()->availableGeometry().size() - kFrame));
     auto *columns = new QHBoxLayout(this);
     columns->setContentsMargins(0, 0, 0, 0);
     columns->setSpacing(0);
     m_list = new QListWidget(this);
     m_list->setObjectName(u"preferencesList"_s);
     m_list->setAccessibleName(tr("Pages of the preferences"));
-    m_list->setFixedWidth(kListWidth);
     m_list->setIconSize({20, 20});
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -56,6 +61,7 @@ PreferencesWindow::PreferencesWindow(Host host, QWidget *owner)
     makePages();
     connect(m_list, &QListWidget::currentRowChanged, m_pages, &QStackedWidget::setCurrentIndex);
     m_list->setCurrentRow(0);
+    placeNames();
     applyStyle();
 }
 
@@ -64,6 +70,8 @@ void PreferencesWindow::makePages()
     const auto add = [this](const QString &symbol, const QString &title, QWidget *page) {
         auto *entry = new QListWidgetItem(editorSymbol(symbol), title, m_list);
         entry->setSizeHint({0, kEntryHeight});
+        entry->setData(Qt::AccessibleTextRole, title);
+        entry->setToolTip(title);
         page->setAccessibleName(title);
         m_pages->addWidget(page);
     };
@@ -103,6 +111,22 @@ void PreferencesWindow::setPage(Page page)
 QWidget *PreferencesWindow::pageWidget(Page page) const
 {
     return m_pages->widget(int(page));
+}
+
+void PreferencesWindow::placeNames()
+{
+    const bool hasNames = width() >= kLeastWidthForNames;
+    m_list->setFixedWidth(hasNames ? kListWidth : kSymbolListWidth);
+    for (int row = 0; row < m_list->count(); ++row) {
+        QListWidgetItem *entry = m_list->item(row);
+        entry->setText(hasNames ? entry->toolTip() : QString());
+    }
+}
+
+void PreferencesWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    placeNames();
 }
 
 void PreferencesWindow::applyStyle()

@@ -50,11 +50,14 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void makePages();
     void applyStyle();
+    /// Where there is no room for the names of the pages their symbols stand alone.
+    void placeNames();
 
     Host m_host;
     QListWidget *m_list = nullptr;

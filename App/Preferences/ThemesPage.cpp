@@ -16,11 +16,16 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace quib {
 
 namespace {
+
+/// Around and between the two buttons. Units: points.
+constexpr int kButtonMargins = 64;
 
 QString nameOrDefault(const QString &name, bool isForDark)
 {
@@ -44,20 +49,21 @@ ThemesPage::ThemesPage(QWidget *parent)
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins(20, 24, 20, 0);
     rows->setSpacing(10);
-    auto *top = new QHBoxLayout;
-    top->setContentsMargins(8, 0, 8, 0);
-    top->setSpacing(8);
+    m_top = new QHBoxLayout;
+    m_top->setContentsMargins(8, 0, 8, 0);
+    m_top->setSpacing(8);
+    setMinimumWidth(1); // the window may be narrower than both buttons side by side
     auto *group = new QButtonGroup(this);
     for (QPushButton *button : {m_light, m_dark}) {
         button->setCheckable(true);
         button->setObjectName(u"preferencesSegment"_s);
         button->setIcon(editorSymbol(button == m_light ? u"appearance-light"_s : u"appearance-dark"_s));
         group->addButton(button);
-        top->addWidget(button, 1);
+        m_top->addWidget(button, 1);
     }
     m_light->setAccessibleDescription(tr("Choose the theme for a light desktop"));
     m_dark->setAccessibleDescription(tr("Choose the theme for a dark desktop"));
-    rows->addLayout(top);
+    rows->addLayout(m_top);
     m_explanation->setContentsMargins(10, 0, 10, 2);
     rows->addWidget(m_explanation);
     rows->addWidget(m_gallery, 1);
@@ -115,6 +121,18 @@ void ThemesPage::changeEvent(QEvent *event)
 void ThemesPage::fontsDidChange()
 {
     m_gallery->themes().forgetPictures();
+}
+
+void ThemesPage::placeButtons()
+{
+    const int wanted = 2 * std::max(m_light->sizeHint().width(), m_dark->sizeHint().width()) + kButtonMargins;
+    m_top->setDirection(wanted <= width() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+}
+
+void ThemesPage::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    placeButtons();
 }
 
 void ThemesPage::refresh()

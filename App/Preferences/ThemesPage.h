@@ -8,6 +8,7 @@
 
 QT_BEGIN_NAMESPACE
 class QAbstractButton;
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 QT_END_NAMESPACE
@@ -32,12 +33,16 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// Side by side, or one below the other.
+    void placeButtons();
     void refresh();
     void fontsDidChange();
     void choose(const QString &name);
 
+    QHBoxLayout *m_top = nullptr;
     QPushButton *m_light;
     QPushButton *m_dark;
     QLabel *m_explanation;

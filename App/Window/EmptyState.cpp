@@ -8,6 +8,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace quib {
@@ -16,6 +18,12 @@ namespace {
 
 constexpr int kPictureSide = 132;
 constexpr int kTextWidth = 370;
+constexpr int kMargin = 20;
+constexpr int kPictureGap = 30;
+constexpr int kTextGap = 16;
+constexpr int kButtonGap = 28;
+/// Between picture, title, text and button, and around them.
+constexpr int kSpaces = 100;
 
 /// The animal that lives in the notes, sitting on a sheet of paper.
 class Animal final : public QWidget
@@ -133,6 +141,8 @@ EmptyState::EmptyState(QWidget *parent)
     , m_picture(new Animal(this))
     , m_title(new QLabel(this))
     , m_text(new QLabel(this))
+    , m_pictureGap(new QSpacerItem(0, kPictureGap))
+    , m_buttonGap(new QSpacerItem(0, kButtonGap))
     , m_button(new QPushButton(this))
 {
     m_title->setFont(interfaceFont(19, /*isBold=*/true));
@@ -140,16 +150,16 @@ EmptyState::EmptyState(QWidget *parent)
     m_text->setFont(interfaceFont(13));
     m_text->setAlignment(Qt::AlignCenter);
     m_text->setWordWrap(true);
-    m_text->setMaximumWidth(kTextWidth);
     m_button->setProperty("isMain", true);
     auto *layout = new QVBoxLayout(this);
+    layout->setSpacing(0);
     layout->addStretch(4);
     layout->addWidget(m_picture, 0, Qt::AlignHCenter);
-    layout->addSpacing(18);
+    layout->addItem(m_pictureGap);
     layout->addWidget(m_title, 0, Qt::AlignHCenter);
-    layout->addSpacing(4);
+    layout->addSpacing(kTextGap);
     layout->addWidget(m_text, 0, Qt::AlignHCenter);
-    layout->addSpacing(16);
+    layout->addItem(m_buttonGap);
     layout->addWidget(m_button, 0, Qt::AlignHCenter);
     layout->addStretch(5);
     connect(m_button, &QPushButton::clicked, this, &EmptyState::buttonWasPressed);
@@ -159,12 +169,32 @@ void EmptyState::show(const QString &title, const QString &text, const QString &
 {
     m_title->setText(title);
     m_text->setText(text);
-    m_text->setMinimumWidth(text.isEmpty() ? 0 : kTextWidth);
-    // A label that is centred gets the height of its hint, which is too low for long texts.
-    m_text->setMinimumHeight(text.isEmpty() ? 0 : m_text->heightForWidth(kTextWidth));
     m_text->setVisible(!text.isEmpty());
     m_button->setText(button);
     m_button->setVisible(!button.isEmpty());
+    placeText();
+}
+
+void EmptyState::placeText()
+{
+    // A label that is centred gets the size of its hint, which is too narrow and too low for long texts.
+    const int textWidth = std::min(kTextWidth, width() - 2 * kMargin);
+    m_text->setMinimumSize(0, 0); // the hint is never less
+    m_text->setFixedSize(m_text->isHidden() ? QSize(0, 0) : QSize(textWidth, m_text->heightForWidth(textWidth)));
+    // Where the window is low, the words stay.
+    const int words =
+        m_title->sizeHint().height() + m_text->height() + (m_button->isHidden() ? 0 : m_button->sizeHint().height());
+    const bool isHigh = height() >= words + kPictureSide + kSpaces;
+    m_picture->setVisible(isHigh);
+    m_pictureGap->changeSize(0, isHigh ? kPictureGap : 0);
+    m_buttonGap->changeSize(0, isHigh ? kButtonGap : kTextGap);
+    layout()->invalidate();
+}
+
+void EmptyState::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    placeText();
 }
 
 void EmptyState::paintEvent(QPaintEvent * /*event*/)

@@ -5,6 +5,7 @@
 QT_BEGIN_NAMESPACE
 class QLabel;
 class QPushButton;
+class QSpacerItem;
 QT_END_NAMESPACE
 
 namespace quib {
@@ -26,11 +27,17 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// The text gets the width that there is, and the picture goes where there is no room for it.
+    void placeText();
+
     QWidget *m_picture;
     QLabel *m_title;
     QLabel *m_text;
+    QSpacerItem *m_pictureGap;
+    QSpacerItem *m_buttonGap;
     QPushButton *m_button;
 };
 

@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QCheckBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -21,27 +22,36 @@ namespace quib {
 namespace {
 
 constexpr auto kStay = 8s;
+/// With the margins and the button that closes. Units: points.
+constexpr int kLeastTextWidth = 260;
 
 } // namespace
 
 MessageBar::MessageBar(QWidget *parent)
     : QFrame(parent)
-    , m_layout(new QHBoxLayout(this))
+    , m_layout(new QGridLayout(this))
     , m_label(new QLabel(this))
-    , m_checkBox(new QCheckBox(this))
+    , m_answers(new QWidget(this))
+    , m_checkBox(new QCheckBox(m_answers))
 {
     setObjectName(u"messageBar"_s);
     m_label->setWordWrap(true);
     m_label->setTextFormat(Qt::PlainText);
     m_layout->setContentsMargins(18, 9, 12, 9);
     m_layout->setSpacing(8);
-    m_layout->addWidget(m_label, 1);
-    m_layout->addWidget(m_checkBox);
+    m_layout->setColumnStretch(0, 1);
+    m_layout->addWidget(m_label, 0, 0);
+    auto *answers = new QHBoxLayout(m_answers);
+    answers->setContentsMargins(0, 0, 0, 0);
+    answers->setSpacing(8);
+    answers->addWidget(m_checkBox);
     auto *closing = new QToolButton(this);
     closing->setIcon(symbolIcon(u"close"_s));
     closing->setAccessibleName(tr("Close the message"));
     connect(closing, &QToolButton::clicked, this, [this] { end(kNoButton); });
-    m_layout->addWidget(closing);
+    m_layout->addWidget(closing, 0, 2);
+    setMinimumWidth(1); // the window may be as narrow as it likes
+    placeAnswers();
     m_leaving.setSingleShot(true);
     m_leaving.setInterval(kStay);
     connect(&m_leaving, &QTimer::timeout, this, [this] { end(kNoButton); });
@@ -87,16 +97,36 @@ void MessageBar::show(const QString &text, const QStringList &buttons, const QSt
     m_checkBox->setVisible(!checkBox.isEmpty());
     qDeleteAll(std::exchange(m_buttons, {}));
     for (int i = 0; i < buttons.size(); ++i) {
-        auto *button = new QPushButton(buttons[i], this);
+        auto *button = new QPushButton(buttons[i], m_answers);
         button->setProperty("isMain", i == 0);
         button->setAutoDefault(true);
         connect(button, &QPushButton::clicked, this, [this, i] { end(i); });
-        m_layout->insertWidget(2 + i, button);
+        m_answers->layout()->addWidget(button);
         m_buttons.append(button);
     }
+    m_answers->setVisible(!buttons.isEmpty() || !checkBox.isEmpty());
+    placeAnswers();
     QFrame::show();
     QAccessibleEvent event(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
+}
+
+void MessageBar::placeAnswers()
+{
+    // Beside the text, or below it where it would be left with too little room.
+    const bool isBeside = m_answers->sizeHint().width() + kLeastTextWidth <= width();
+    m_layout->removeWidget(m_answers);
+    if (isBeside) {
+        m_layout->addWidget(m_answers, 0, 1);
+    } else {
+        m_layout->addWidget(m_answers, 1, 0, 1, 3, Qt::AlignTrailing);
+    }
+}
+
+void MessageBar::resizeEvent(QResizeEvent *event)
+{
+    QFrame::resizeEvent(event);
+    placeAnswers();
 }
 
 void MessageBar::press(int button)

@@ -9,7 +9,7 @@
 
 QT_BEGIN_NAMESPACE
 class QCheckBox;
-class QHBoxLayout;
+class QGridLayout;
 class QLabel;
 QT_END_NAMESPACE
 
@@ -41,13 +41,16 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void placeAnswers();
     void show(const QString &text, const QStringList &buttons, const QString &checkBox);
     void end(int button);
 
-    QHBoxLayout *m_layout;
+    QGridLayout *m_layout;
     QLabel *m_label;
+    QWidget *m_answers;
     QCheckBox *m_checkBox;
     QList<QWidget *> m_buttons;
     QTimer m_leaving;

@@ -203,7 +203,7 @@ void QBMainWindowController::makeActions()
         columns->addAction(choice);
     }
     addCommand(u"toggle-columns"_s, tr("Show or Hide the Sidebar"), key(Qt::CTRL | Qt::Key_Backslash),
-               [this] { setColumns(m_columns == Columns::All ? Columns::ListAndEditor : Columns::All); });
+               [this] { toggleColumns(); });
     addCommand(u"full-screen"_s, tr("Full Screen"), key(Qt::Key_F11),
                [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
     addCommand(u"next-note"_s, tr("Next Note"), key(Qt::CTRL | Qt::Key_PageDown), [this] {
@@ -234,8 +234,10 @@ void QBMainWindowController::makeActions()
     });
     addCommand(u"focus-notes"_s, tr("Keyboard to Notes"), key(Qt::CTRL | Qt::ALT | Qt::Key_2),
                [this] { focusNotesTable(); });
-    addCommand(u"focus-editor"_s, tr("Keyboard to Editor"), key(Qt::CTRL | Qt::ALT | Qt::Key_3),
-               [this] { m_editor->focusEditor(); });
+    addCommand(u"focus-editor"_s, tr("Keyboard to Editor"), key(Qt::CTRL | Qt::ALT | Qt::Key_3), [this] {
+        revealColumn(Column::Editor);
+        m_editor->focusEditor();
+    });
     // 5. Help.
     addCommand(u"command-palette"_s, tr("All Commands…"), key(Qt::CTRL | Qt::SHIFT | Qt::Key_P),
                [this] { openCommandPalette(); });

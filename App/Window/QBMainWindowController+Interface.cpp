@@ -89,6 +89,7 @@ void QBMainWindowController::setManagedObjectContext(
     restoreLists();
     updateEmptyStates();
     updateActions();
+    revealColumn(columnWorkedAt());
 }
 
 void QBMainWindowController::setSelectsFirstRowWhenBecomesFirstResponder(bool selects)
@@ -181,6 +182,7 @@ void QBMainWindowController::focusSearchField()
     if (m_columns == Columns::EditorOnly) {
         setColumns(Columns::ListAndEditor);
     }
+    revealColumn(Column::List);
     m_searchField->setFocus(Qt::ShortcutFocusReason);
 }
 
@@ -254,6 +256,7 @@ void QBMainWindowController::showNote(QBNote &note)
     }
     m_list->selectNote(note);
     notesSelectionDidChange();
+    revealColumn(Column::Editor);
 }
 
 void QBMainWindowController::scrollNote(QBNote &note, const QString &toHeader, const QString &orAttachment)
@@ -279,6 +282,7 @@ void QBMainWindowController::editNoteAtEnd(QBNote &note)
         }
     }
     if (m_editor->note().get() == &note) {
+        revealColumn(Column::Editor);
         m_editor->moveToEnd();
         m_editor->focusEditor();
     }
@@ -307,6 +311,7 @@ void QBMainWindowController::showList(QBXurlList list)
         m_sidebar->sidebarModel().controller().showArchiveSidebarItem(true);
     }
     m_sidebar->selectIdentifier(identifier());
+    revealColumn(Column::List);
 }
 
 void QBMainWindowController::selectTag(QBNoteTag &tag)
@@ -337,6 +342,7 @@ void QBMainWindowController::focusNotesTable()
     if (m_columns == Columns::EditorOnly) {
         m_editor->focusEditor();
     } else {
+        revealColumn(Column::List);
         m_list->setFocus();
     }
 }

@@ -102,6 +102,7 @@ void QBMainWindowController::restoreWindow()
     m_splitter->setHandleWidth(1);
     const qint64 columns = state.value(kColumns).toInteger();
     setColumns(columns == 1 ? Columns::ListAndEditor : columns == 2 ? Columns::EditorOnly : Columns::All);
+    revealColumn(columnWorkedAt());
 }
 
 void QBMainWindowController::restoreLists()

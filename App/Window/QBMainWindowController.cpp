@@ -2,6 +2,7 @@
 
 #include "DetachedWindow.h"
 #include "EditorPane.h"
+#include "ElidingLabel.h"
 #include "EmptyState.h"
 #include "MessageBar.h"
 #include "QuickNoteWindow.h"
@@ -32,9 +33,6 @@ namespace {
 // Units: points.
 constexpr int kSidebarWidth = 216;
 constexpr int kListWidth = 308;
-constexpr int kLeastSidebarWidth = 150;
-constexpr int kLeastListWidth = 220;
-constexpr int kLeastEditorWidth = 300;
 constexpr int kHeaderHeight = 46;
 
 } // namespace
@@ -83,23 +81,21 @@ void QBMainWindowController::makeColumns()
     setCentralWidget(center);
     // 1. The sidebar.
     m_sidebar = new SidebarView(m_splitter);
-    m_sidebar->setMinimumWidth(kLeastSidebarWidth);
     // 2. The list, under its title and the search field.
     m_listColumn = new QWidget(m_splitter);
     m_listColumn->setObjectName(u"listColumn"_s);
     m_listColumn->setAttribute(Qt::WA_StyledBackground);
-    m_listColumn->setMinimumWidth(kLeastListWidth);
     auto *list = new QVBoxLayout(m_listColumn);
     list->setContentsMargins(0, 0, 0, 0);
     list->setSpacing(0);
     auto *header = new QHBoxLayout;
     header->setContentsMargins(18, 0, 10, 0);
     header->setSpacing(2);
-    m_listTitle = new QLabel(m_listColumn);
+    m_listTitle = new ElidingLabel(m_listColumn);
     m_listTitle->setObjectName(u"columnTitle"_s);
     m_listTitle->setFont(interfaceFont(16, /*isBold=*/true));
-    m_listTitle->setMinimumWidth(20);
     m_listTitle->setFixedHeight(kHeaderHeight);
+    header->addWidget(makeButton(u"sidebar"_s, u"toggle-columns"_s, m_listColumn));
     header->addWidget(m_listTitle, 1);
     header->addWidget(makeButton(u"sort"_s, u"sort"_s, m_listColumn));
     header->addWidget(makeButton(u"new-note"_s, u"new-note"_s, m_listColumn));
@@ -115,7 +111,6 @@ void QBMainWindowController::makeColumns()
     m_editorColumn = new QWidget(m_splitter);
     m_editorColumn->setObjectName(u"editorColumn"_s);
     m_editorColumn->setAttribute(Qt::WA_StyledBackground);
-    m_editorColumn->setMinimumWidth(kLeastEditorWidth);
     auto *editor = new QVBoxLayout(m_editorColumn);
     editor->setContentsMargins(0, 0, 0, 0);
     editor->setSpacing(0);
@@ -123,7 +118,7 @@ void QBMainWindowController::makeColumns()
     bar->setContentsMargins(10, 0, 10, 0);
     bar->setSpacing(2);
     bar->addWidget(makeButton(u"sidebar"_s, u"toggle-columns"_s, m_editorColumn));
-    m_noteInfo = new QLabel(m_editorColumn);
+    m_noteInfo = new ElidingLabel(m_editorColumn);
     m_noteInfo->setFont(interfaceFont(11));
     m_noteInfo->setAlignment(Qt::AlignCenter);
     m_noteInfo->setFixedHeight(kHeaderHeight);
@@ -140,6 +135,7 @@ void QBMainWindowController::makeColumns()
     m_splitter->setStretchFactor(0, 0);
     m_splitter->setStretchFactor(1, 0);
     m_splitter->setStretchFactor(2, 1);
+    setLeastSizes();
     m_splitter->setSizes({kSidebarWidth, kListWidth, 1200 - kSidebarWidth - kListWidth});
     m_choices = new ChoicePanel(this);
     // 4. What the columns tell each other.
@@ -155,14 +151,29 @@ void QBMainWindowController::makeColumns()
     });
     connect(m_list, &NoteListView::selectionDidChange, this, &QBMainWindowController::notesSelectionDidChange);
     connect(m_list, &NoteListView::contextMenuWasRequested, this, &QBMainWindowController::showNoteMenu);
-    connect(m_list, &NoteListView::openWasRequested, this, [this] { m_editor->focusEditor(); });
+    connect(m_list, &NoteListView::openWasRequested, this, [this] {
+        revealColumn(Column::Editor);
+        m_editor->focusEditor();
+    });
+    // Where there is room for one column only, a click leads on to the next.
+    connect(m_list, &QAbstractItemView::clicked, this, [this] {
+        if (m_editorColumn->isHidden() && QGuiApplication::keyboardModifiers() == Qt::NoModifier) {
+            revealColumn(Column::Editor);
+        }
+    });
+    connect(m_sidebar, &QAbstractItemView::clicked, this, [this] {
+        if (m_listColumn->isHidden()) {
+            revealColumn(Column::List);
+        }
+    });
     connect(m_list, &NoteListView::openInWindowWasRequested, this, [this] {
         for (const auto &note : selectedNotes()) {
             detachEditorWindowForNote(*note, /*floating=*/false);
         }
     });
     connect(m_list, &NoteListView::leaveToSidebar, this, [this] {
-        if (m_sidebar->isVisible()) {
+        if (m_columns == Columns::All) {
+            revealColumn(Column::Sidebar);
             m_sidebar->setFocus();
         }
     });
@@ -377,17 +388,6 @@ QList<Ref<QBNote>> QBMainWindowController::selectedNotes() const
 QList<Ref<QBNote>> QBMainWindowController::notesWithIdentifiers(const QStringList &identifiers) const
 {
     return m_context ? QBNote::notesWithUniqueIdentifiers(identifiers, *m_context) : QList<Ref<QBNote>>();
-}
-
-void QBMainWindowController::setColumns(Columns columns)
-{
-    m_columns = columns;
-    m_sidebar->setVisible(columns == Columns::All);
-    m_listColumn->setVisible(columns != Columns::EditorOnly);
-    m_actions[u"columns-%1"_s.arg(int(columns) + 1)]->setChecked(true);
-    if (QWidget *focus = focusWidget(); focus == nullptr || !focus->isVisibleTo(this)) {
-        m_editor->focusEditor();
-    }
 }
 
 void QBMainWindowController::loadTextTheme(const std::shared_ptr<QBTheme> &theme)

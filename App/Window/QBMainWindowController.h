@@ -51,8 +51,17 @@ public:
         ListAndEditor = 1,
         EditorOnly = 2,
     };
+    /// Those that were chosen. Less are seen where the window is too narrow for them.
     [[nodiscard]] Columns columns() const { return m_columns; }
     void setColumns(Columns columns);
+    enum class Column
+    {
+        Sidebar,
+        List,
+        Editor,
+    };
+    /// In a window that has no room for all columns, shows this one, and beside it what there is room for.
+    void revealColumn(Column column);
 
     /// The command of that name; null for a name that there is none of.
     [[nodiscard]] QAction *action(const QString &name) const;
@@ -116,6 +125,7 @@ public:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     // QBMainWindowController.cpp
@@ -129,6 +139,12 @@ private:
     [[nodiscard]] QList<quib::Ref<QBNote>> notesWithIdentifiers(const QStringList &identifiers) const;
     /// The list's notes that a command is about.
     [[nodiscard]] QList<quib::Ref<QBNote>> selectedNotes() const;
+
+    // QBMainWindowController+Columns.cpp
+    void setLeastSizes();
+    void toggleColumns();
+    void updateShownColumns();
+    [[nodiscard]] Column columnWorkedAt() const;
 
     // QBMainWindowController+Actions.cpp
     void makeActions();
@@ -192,6 +208,7 @@ private:
     QMap<QString, QAction *> m_actions;
     QMenu *m_noteMenu = nullptr;
     Columns m_columns = Columns::All;
+    Column m_neededColumn = Column::Editor;
     NSUndoManager m_undoManager;
     std::shared_ptr<NSManagedObjectContext> m_context;
     std::shared_ptr<QBTheme> m_textTheme;
