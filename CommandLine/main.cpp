@@ -6,6 +6,7 @@
 #include "Session.h"
 
 #include <Files/Profile.h>
+#include <Foundation/WorkerThreads.h>
 #include <Graphics/GraphicsEnvironment.h>
 
 #include <QCommandLineParser>
@@ -149,5 +150,5 @@ int main(int argc, char **argv)
         complain(u"the output could not be written"_s);
         status = ExitStatus::Failed;
     }
-    return static_cast<int>(status);
+    return quib::WorkerThreads::endProcess(static_cast<int>(status));
 }

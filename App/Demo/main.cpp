@@ -10,6 +10,7 @@
 #include "DemoProfile.h"
 
 #include <Files/Profile.h>
+#include <Foundation/WorkerThreads.h>
 #include <Preferences/InterfaceLanguage.h>
 #include <Process/Message.h>
 #include <Process/QuibProcess.h>
@@ -176,5 +177,5 @@ int main(int argc, char **argv)
     }
     const bool isSaved = process.terminate(&error);
     window.forgetStore();
-    return isSaved ? 0 : 1;
+    return WorkerThreads::endProcess(isSaved ? 0 : 1);
 }

@@ -10,6 +10,7 @@
 #include "TerminationSignals.h"
 
 #include <Files/Profile.h>
+#include <Foundation/WorkerThreads.h>
 #include <Store/ProfileLock.h>
 
 #include <QCoreApplication>
@@ -270,7 +271,7 @@ int runQuib(int &argc, char **argv, FrontEnd &frontEnd)
     QCoreApplication::setApplicationName(u"quib"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(QUIB_VERSION));
     QLocale::setDefault(QLocale::system());
-    return serve(frontEnd, *options, name, *std::move(requests));
+    return WorkerThreads::endProcess(serve(frontEnd, *options, name, *std::move(requests)));
 }
 
 } // namespace quib

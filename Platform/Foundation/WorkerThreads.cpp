@@ -2,10 +2,11 @@
 
 #include "Assert.h"
 
-#include <chrono>
+#include <cstdio>
 #include <utility>
 
 #include <pthread.h>
+#include <unistd.h>
 
 namespace quib {
 
@@ -15,6 +16,8 @@ namespace {
 constexpr size_t kMaximumThreads = 256;
 /// How long a thread without work is kept.
 constexpr std::chrono::seconds kIdleTime{5};
+/// How long the end of the process waits for work under way. Nobody sees it: windows are closed and notes are saved.
+constexpr std::chrono::seconds kPatienceAtTheEnd{2};
 
 } // namespace
 
@@ -43,6 +46,21 @@ void WorkerThreads::start(std::function<void()> work)
     m_arrived.notify_one();
 }
 
+bool WorkerThreads::waitUntilIdle(std::chrono::milliseconds patience)
+{
+    std::unique_lock lock(m_mutex);
+    return m_becameIdle.wait_for(lock, patience, [this] { return m_work.empty() && m_idle == m_threads; });
+}
+
+int WorkerThreads::endProcess(int status)
+{
+    if (!shared().waitUntilIdle(kPatienceAtTheEnd)) {
+        std::fflush(nullptr);
+        ::_exit(status);
+    }
+    return status;
+}
+
 void *WorkerThreads::runThread(void *self)
 {
     static_cast<WorkerThreads *>(self)->run();
@@ -54,6 +72,9 @@ void WorkerThreads::run()
     std::unique_lock lock(m_mutex);
     for (;;) {
         ++m_idle;
+        if (m_work.empty() && m_idle == m_threads) {
+            m_becameIdle.notify_all();
+        }
         m_arrived.wait_for(lock, kIdleTime, [this] { return !m_work.empty(); });
         --m_idle;
         if (m_work.empty()) {

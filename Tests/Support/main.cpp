@@ -2,6 +2,8 @@
 
 #include "TestEnvironment.h"
 
+#include <Foundation/WorkerThreads.h>
+
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
@@ -11,5 +13,5 @@ int main(int argc, char **argv)
     quib::tests::prepareTestEnvironment();
     testing::InitGoogleTest(&argc, argv);
     const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
+    return quib::WorkerThreads::endProcess(RUN_ALL_TESTS());
 }

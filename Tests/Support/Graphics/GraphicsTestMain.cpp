@@ -1,5 +1,6 @@
 // The entry of test programs that ask for fonts: as the plain one, with an application object that knows them.
 
+#include <Foundation/WorkerThreads.h>
 #include <Graphics/GraphicsEnvironment.h>
 #include <Support/TestEnvironment.h>
 
@@ -19,5 +20,5 @@ int main(int argc, char **argv)
     quib::tests::prepareTestEnvironment();
     testing::InitGoogleTest(&argc, argv);
     const auto application = quib::GraphicsEnvironment::makeApplication(argc, argv);
-    return RUN_ALL_TESTS();
+    return quib::WorkerThreads::endProcess(RUN_ALL_TESTS());
 }

@@ -1,5 +1,6 @@
 // The entry of test programs that show windows: as the plain one, with an application of windows.
 
+#include <Foundation/WorkerThreads.h>
 #include <Support/TestEnvironment.h>
 
 #include <gtest/gtest.h>
@@ -19,5 +20,5 @@ int main(int argc, char **argv)
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
     QApplication::setCursorFlashTime(0);
-    return RUN_ALL_TESTS();
+    return quib::WorkerThreads::endProcess(RUN_ALL_TESTS());
 }
