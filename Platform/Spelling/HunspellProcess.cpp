@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <hunspell/hunspell.h>
 #include <poll.h>
+#include <spawn.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -30,6 +31,13 @@ constexpr int kLongestSearch = 10'000;
 /// What the process may ask for beyond what it begins with. Units: bytes.
 constexpr rlim_t kMostMemory = 512 * 1024 * 1024;
 constexpr std::uint32_t kLongestAnswer = 64 * 1024;
+
+/// The first word of a command line that makes a program such a process.
+constexpr char kServing[] = "--serve-spelling";
+/// Where the process finds its end of the connection.
+constexpr int kSocket = 3;
+/// Whether the program knows what to do when it is started so.
+bool s_isPrepared = false;
 
 constexpr char kCheck = 'c';
 constexpr char kSuggest = 's';
@@ -51,8 +59,8 @@ bool sendAll(int socket, const void *bytes, size_t size)
     return true;
 }
 
-// The process itself. It is a copy of its owner that has one thread, so that it uses nothing of what other threads may
-// have been in the middle of: no Qt, no shared object of ours, and it never returns.
+// The process itself. Where it is a copy of its owner it has one thread, so that it uses nothing of what other threads
+// may have been in the middle of: no Qt, no shared object of ours, and it never returns.
 
 bool receiveAll(int socket, void *bytes, size_t size)
 {
@@ -80,12 +88,13 @@ bool reply(int socket, const char *bytes, size_t size)
 /// Closes what the owner has open, takes its handlers of signals away, and keeps to a share of the memory.
 void settleDown(int socket)
 {
-    constexpr int kSocket = 3;
     const int nothing = open("/dev/null", O_RDWR);
     for (const int standard : {0, 1, 2}) {
         dup2(nothing, standard);
     }
-    dup2(socket, kSocket);
+    if (socket != kSocket) {
+        dup2(socket, kSocket);
+    }
     close_range(kSocket + 1, ~0U, 0);
     for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGALRM, SIGTERM, SIGINT, SIGHUP, SIGPIPE}) {
         std::signal(signal, SIG_DFL);
@@ -111,9 +120,27 @@ void settleDown(int socket)
 #endif
 }
 
+/// Starts this program once more, as such a process. Gives -1 where that fails.
+pid_t startAnew(int socket, QByteArray affixPath, QByteArray wordsPath)
+{
+    posix_spawn_file_actions_t actions;
+    if (posix_spawn_file_actions_init(&actions) != 0) {
+        return -1;
+    }
+    QByteArray name("quib-spelling");
+    QByteArray serving(kServing);
+    std::array<char *, 5> words{name.data(), serving.data(), affixPath.data(), wordsPath.data(), nullptr};
+    pid_t child = -1;
+    if (posix_spawn_file_actions_adddup2(&actions, socket, kSocket) != 0 ||
+        posix_spawn(&child, "/proc/self/exe", &actions, nullptr, words.data(), environ) != 0) {
+        child = -1;
+    }
+    posix_spawn_file_actions_destroy(&actions);
+    return child;
+}
+
 [[noreturn]] void serve(const char *affixPath, const char *wordsPath)
 {
-    constexpr int kSocket = 3;
     // A process whose owner is gone must not work for ever.
     const auto within = [](int milliseconds) { alarm(static_cast<unsigned>(milliseconds / 1000 + 1)); };
     within(kLongestLoad);
@@ -171,6 +198,32 @@ HunspellProcess::~HunspellProcess()
     end();
 }
 
+void HunspellProcess::prepare(int argc, char **argv)
+{
+    if (argc == 4 && std::strcmp(argv[1], kServing) == 0) {
+        settleDown(kSocket);
+        serve(argv[2], argv[3]);
+    }
+    s_isPrepared = true;
+}
+
+pid_t HunspellProcess::start(int socket, const QByteArray &affixPath, const QByteArray &wordsPath)
+{
+    if (s_isPrepared) {
+        // It borrows its owner's memory until it is another program: nothing is copied.
+        const pid_t child = startAnew(socket, affixPath, wordsPath);
+        if (child > 0) {
+            return child;
+        }
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        settleDown(socket);
+        serve(affixPath.constData(), wordsPath.constData());
+    }
+    return child;
+}
+
 std::unique_ptr<HunspellProcess> HunspellProcess::processWithFiles(const QByteArray &affixPath,
                                                                    const QByteArray &wordsPath)
 {
@@ -178,11 +231,7 @@ std::unique_ptr<HunspellProcess> HunspellProcess::processWithFiles(const QByteAr
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()) != 0) {
         return nullptr;
     }
-    const pid_t child = fork();
-    if (child == 0) {
-        settleDown(sockets[1]);
-        serve(affixPath.constData(), wordsPath.constData());
-    }
+    const pid_t child = start(sockets[1], affixPath, wordsPath);
     close(sockets[1]);
     if (child < 0) {
         close(sockets[0]);

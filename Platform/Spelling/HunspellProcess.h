@@ -18,6 +18,10 @@ namespace quib {
 class HunspellProcess
 {
 public:
+    /// For main, before anything else: where this program was started to be such a process, it is one, and does not
+    /// come back. Processes are this program started anew from then on. Without, they are copies of their owner: of a
+    /// large one that takes a while, and the owner pays for each page of its memory that it writes to next.
+    static void prepare(int argc, char **argv);
     /// Starts the process and has it load the two files, which need not be a dictionary.
     /// Errors: null where that fails, or takes too long.
     [[nodiscard]] static std::unique_ptr<HunspellProcess> processWithFiles(const QByteArray &affixPath,
@@ -38,6 +42,8 @@ public:
 
 private:
     HunspellProcess(pid_t process, int socket);
+    /// Gives -1 where no process can be started.
+    [[nodiscard]] static pid_t start(int socket, const QByteArray &affixPath, const QByteArray &wordsPath);
     /// Sends a request and waits for its answer.
     [[nodiscard]] std::optional<QByteArray> ask(char what, const QByteArray &word, int milliseconds);
     [[nodiscard]] std::optional<QByteArray> answer(int milliseconds);
