@@ -688,11 +688,17 @@ void AttributeRuns::append(const AttributeRuns &other, NSRange range, const Attr
     }
     AttributeRunsRewriter rewriter(*this, {m_length, 0});
     rewriter.keepTo(m_length);
-    Position position = other.find(range.location);
-    for (qint64 location = range.location; location < range.limit(); other.advance(position)) {
-        const qint64 limit = std::min(other.range(position).limit(), range.limit());
-        rewriter.add(change.applied(other.attributes(position)), limit - location);
-        location = limit;
+    const Position first = other.find(range.location);
+    qint64 start = first.start;
+    qsizetype run = first.run;
+    for (qsizetype leaf = first.leaf; leaf < other.m_leaves.size() && start < range.limit(); ++leaf, run = 0) {
+        const QList<Run> &runs = other.constRuns(leaf);
+        for (; run < runs.size() && start < range.limit(); ++run) {
+            const qint64 limit = start + runs.at(run).length;
+            rewriter.add(change.applied(runs.at(run).attributes),
+                         std::min(limit, range.limit()) - std::max(start, range.location));
+            start = limit;
+        }
     }
     rewriter.finish();
 }

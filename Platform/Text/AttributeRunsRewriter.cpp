@@ -11,8 +11,9 @@ namespace quib {
 
 namespace {
 
-constexpr size_t kMostSpares = 4;
 constexpr size_t kLeavesOfGroup = 64;
+/// So many leaves that were used up are kept for the next: the last one first, which is still near the processor.
+constexpr size_t kMostSpares = 2 * kLeavesOfGroup;
 
 } // namespace
 

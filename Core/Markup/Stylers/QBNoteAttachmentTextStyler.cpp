@@ -125,12 +125,13 @@ void QBNoteAttachmentTextStyler::addTextAttachmentsInAttributedString(NSMutableA
     if (expression == nullptr) {
         return;
     }
+    const bool hasGuards = attributedString.containsAttribute(QBNoteSkipAttachmentReplacementAttributeName, range);
     // Placed in one pass at the end: until then every match and every guard is seen where it was found.
     std::vector<Replacement> replacements;
     qint64 offset = 0;
     expression->enumerateMatchesInString(
         attributedString.string(), 0, range, [&](const NSTextCheckingResult &match, bool *stop) {
-            if (shouldSkipAttachmentReplacementInAttributedString(attributedString, match.range())) {
+            if (hasGuards && shouldSkipAttachmentReplacementInAttributedString(attributedString, match.range())) {
                 return;
             }
             const NSRange matched = matchedRangeForTextCheckingResult(match);
@@ -272,18 +273,23 @@ void QBNoteAttachmentTextStyler::enumerateAttachments(
     }
 }
 
-std::vector<QBNoteAttachmentTextStyler::PlacedAttachment>
-QBNoteAttachmentTextStyler::ownAttachments(const NSAttributedString &attributedString, NSRange range) const
+void QBNoteAttachmentTextStyler::forEachOwnAttachment(
+    const NSAttributedString &attributedString, NSRange range,
+    const std::function<void(const PlacedAttachment &placed)> &block) const
 {
-    std::vector<PlacedAttachment> found;
+    PlacedAttachment last;
     walkAttachments(
         attributedString, range, ownTextAttachmentClasses(),
         [this](const QBNotesTextAttachment &attachment) { return isOwnTextAttachment(attachment); },
-        [&found](const AttributeValue &value, NSRange place, const AttributeSet &attributes) {
+        [&](const AttributeValue &value, NSRange place, const AttributeSet &attributes) {
+            if (last.attachment != nullptr) {
+                block(last);
+            }
             // The class is known: every wanted one is of the family.
-            found.push_back(
-                {static_cast<const QBNotesTextAttachment *>(value.as<NSTextAttachment>()), place, &attributes});
-            return &found.back().range;
+            last = {static_cast<const QBNotesTextAttachment *>(value.as<NSTextAttachment>()), place, &attributes};
+            return &last.range;
         });
-    return found;
+    if (last.attachment != nullptr) {
+        block(last);
+    }
 }

@@ -89,9 +89,9 @@ protected:
         NSRange range;
         const quib::AttributeSet *attributes = nullptr; ///< of the first unit
     };
-    /// The same as a list. Valid until the text's characters change or an attachment is taken from them.
-    [[nodiscard]] std::vector<PlacedAttachment> ownAttachments(const NSAttributedString &attributedString,
-                                                               NSRange range) const;
+    /// The same without a list of them. The block must leave the text alone.
+    void forEachOwnAttachment(const NSAttributedString &attributedString, NSRange range,
+                              const std::function<void(const PlacedAttachment &placed)> &block) const;
     /// As enumerateOwnAttachments for those that are wanted, which is told by the class; none is of another class than
     /// those of the mask.
     static void enumerateAttachments(const NSAttributedString &attributedString, NSRange range,

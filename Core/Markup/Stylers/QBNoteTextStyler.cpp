@@ -1,5 +1,6 @@
 #include "QBNoteTextStyler.h"
 
+#include "QBNoteTextStylerAttributes.h"
 #include "QBNoteTextStylerCommonAttributes.h"
 
 QBNoteTextStyler::~QBNoteTextStyler() = default;
@@ -25,11 +26,13 @@ void QBNoteTextStyler::enumerateUnguardedMatches(const NSRegularExpression &expr
                                                  const NSAttributedString &attributedString, NSRange range,
                                                  const std::function<void(const NSTextCheckingResult &match)> &block)
 {
-    expression.enumerateMatchesInString(attributedString.string(), 0, range,
-                                        [&](const NSTextCheckingResult &match, bool * /*stop*/) {
-                                            if (!QBNoteTextStylerCommonAttributes::shouldSkipStylingInAttributedString(
-                                                    attributedString, match.range())) {
-                                                block(match);
-                                            }
-                                        });
+    // OPTIMIZATION: most texts guard nothing from most stylers, and a block guards no more than its own match.
+    const bool hasGuards = attributedString.containsAttribute(QBNoteSkipStylingAttributeName, range);
+    expression.enumerateMatchesInString(
+        attributedString.string(), 0, range, [&](const NSTextCheckingResult &match, bool * /*stop*/) {
+            if (!hasGuards || !QBNoteTextStylerCommonAttributes::shouldSkipStylingInAttributedString(attributedString,
+                                                                                                     match.range())) {
+                block(match);
+            }
+        });
 }

@@ -49,7 +49,7 @@ public:
 
 protected:
     /// Calls block for each match of an expression in the range that no guard touches. The block may change attributes
-    /// but no characters.
+    /// but no characters, and guard its match but nothing outside of it.
     static void enumerateUnguardedMatches(const NSRegularExpression &expression,
                                           const NSAttributedString &attributedString, NSRange range,
                                           const std::function<void(const NSTextCheckingResult &match)> &block);
