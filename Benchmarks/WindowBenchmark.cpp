@@ -8,7 +8,8 @@
 //   keys in the search field, each from the key to a window that has nothing left to do (unit: ms, against two frames
 //   of 16.7);
 //   from one note below 100 KB to the next (unit: ms, against one frame);
-//   "Open Quickly" and keys of a title there (unit: ms, against one frame).
+//   "Open Quickly" and keys of a title there (unit: ms, against one frame);
+//   keys of a title behind "[[" in a note, for which titles are offered (unit: ms, against one frame).
 //   All by the clock and of the main thread, which is what counts where the machine has other work.
 
 #include <Support/CorpusGenerator.h>
@@ -18,9 +19,11 @@
 #include <Files/Profile.h>
 #include <Process/QuibProcess.h>
 #include <Search/NoteTextSearch.h>
+#include <Spelling/HunspellProcess.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNote.h>
 #include <Window/ChoicePanel.h>
+#include <Window/EditorPane.h>
 #include <Window/QBMainWindowController.h>
 #include <Window/SearchField.h>
 #include <Window/WindowFrontEnd.h>
@@ -207,6 +210,42 @@ QJsonObject openQuickly(QBMainWindowController &window)
     return result;
 }
 
+/// The beginning of a link in a note, and the title that it leads to letter by letter.
+QJsonObject completeLinks(QBMainWindowController &window)
+{
+    const CorpusGenerator generator;
+    Frames keys;
+    const auto press = [](QWidget &view, int key, const QString &text) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QCoreApplication::sendEvent(&view, &event);
+        settle();
+    };
+    window.activateWindow();
+    window.noteList().selectRows({0});
+    settle();
+    window.editor().focusEditor();
+    settle();
+    QBNoteTextView &view = window.editor().textView();
+    require(view.hasFocus(), "the editor does not get the keyboard");
+    const auto *titles = window.editor().findChild<QWidget *>(u"completions"_s);
+    bool isOffered = false;
+    for (const QString &title : {generator.word(3), generator.word(5'000), u"zqqzzq"_s}) {
+        // A link does not begin in a heading, and nothing is offered before its first letter.
+        window.editor().moveToEnd();
+        press(view, Qt::Key_Return, u"\r"_s);
+        QString typed = u"[["_s;
+        press(view, Qt::Key_BracketLeft, u"["_s);
+        press(view, Qt::Key_BracketLeft, u"["_s);
+        for (const QChar c : title) {
+            typed += c;
+            keys.add(u"link "_s % typed, [&] { press(view, Qt::Key_A, c); });
+            isOffered |= titles->isVisible();
+        }
+    }
+    require(isOffered || isSmokeRun(), "no title is offered");
+    return keys.summary();
+}
+
 /// Opens the window on the profile of the environment and prints what that took; its end is not measured.
 [[noreturn]] void startOnce(int argc, char **argv, bool isWorking)
 {
@@ -242,6 +281,7 @@ QJsonObject openQuickly(QBMainWindowController &window)
         result.insert(u"keys"_s, typeSearches(window));
         result.insert(u"switches"_s, switchNotes(window));
         result.insert(u"titles"_s, openQuickly(window));
+        result.insert(u"links"_s, completeLinks(window));
         result.insert(u"memoryAfter"_s, residentMemory());
     }
     const QByteArray line = QJsonDocument(result).toJson(QJsonDocument::Compact);
@@ -286,6 +326,7 @@ Timing timing(const QJsonObject &result, const QString &key)
 
 int main(int argc, char **argv)
 {
+    quib::HunspellProcess::prepare(argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QByteArrayView mode = argc > 1 ? argv[1] : "";
     if (mode == "--start" || mode == "--work") {
@@ -320,6 +361,7 @@ int main(int argc, char **argv)
     addFrames(u"a key in the search field"_s, u"keys"_s, 2 * kFrame);
     addFrames(u"another note"_s, u"switches"_s, kFrame);
     addFrames(u"a key of a title to open"_s, u"titles"_s, kFrame);
+    addFrames(u"a key of a title to link to"_s, u"links"_s, kFrame);
     const QJsonObject titles = work.value(u"titles"_s).toObject();
     report.addRemark(
         u"titles to open: the first after %1 ms, all after %2 ms"_s.arg(titles.value(u"first"_s).toDouble(), 0, 'f', 0)

@@ -3,6 +3,7 @@
 #include "CompletionPopup.h"
 
 #include <Markup/Editing/QBEditorAutoCompleteCoreController.h>
+#include <Search/NoteTextSearch.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNotesPreferenceManager.h>
 
@@ -37,6 +38,10 @@ void QBNoteEditorViewController::resetCompletion()
     const std::weak_ptr<NSManagedObjectContext> context =
         m_note ? m_note->managedObjectContext()->weak_from_this() : std::weak_ptr<NSManagedObjectContext>();
     m_completion = std::make_unique<QBEditorAutoCompleteCoreController>(m_stack.noteTextStorage(), context);
+    m_completion->setNoteFinder([search = m_textSearch](const QString &partialTitle, qint64 limitTo) {
+        const auto found = search.lock();
+        return found ? found->titles().findNotesForPartialtitle(partialTitle, limitTo) : std::nullopt;
+    });
 }
 
 void QBNoteEditorViewController::updateCompletion()

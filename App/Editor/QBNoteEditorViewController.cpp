@@ -135,6 +135,8 @@ void QBNoteEditorViewController::resizeEvent(QResizeEvent *event)
 void QBNoteEditorViewController::setTextSearch(const std::shared_ptr<NoteTextSearch> &textSearch)
 {
     m_information->setTextSearch(textSearch);
+    m_textSearch = textSearch;
+    resetCompletion();
 }
 
 QBNoteEditorViewController::~QBNoteEditorViewController()

@@ -289,6 +289,7 @@ private:
     quib::FormatBar *m_formatBar = nullptr;
     quib::CompletionPopup *m_popup = nullptr;
     std::unique_ptr<QBEditorAutoCompleteCoreController> m_completion;
+    std::weak_ptr<quib::NoteTextSearch> m_textSearch;
     bool m_isCompleting = false;
     quib::InformationPanel *m_information = nullptr;
     QList<QAction *> m_editingCommands; ///< those that need a note that can be changed

@@ -213,6 +213,7 @@ DetachedWindow *QBMainWindowController::makeDetachedWindow(QBNote &note, bool fl
     if (geometry) {
         window->restoreGeometry(*geometry);
     }
+    window->editor().editor().setTextSearch(m_textSearch);
     m_detached.append(window);
     if (m_textTheme) {
         window->editor().loadTheme(m_textTheme);

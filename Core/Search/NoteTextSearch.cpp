@@ -45,12 +45,14 @@ NoteTextSearch::NoteTextSearch(NSManagedObjectContext &context)
     : m_context(context)
     , m_entity(context.managedObjectModel().entityNamed(QBNote::entityName()))
     , m_textSlot(m_entity->attributeNamed(u"text"_s)->slot)
+    , m_titles(NoteTitleSearch::make(context))
     , m_fillingQueue(DispatchQueue::serial(u"folded texts"_s))
 {
 }
 
 void NoteTextSearch::startFilling()
 {
+    m_titles->startFilling(m_fillingQueue);
     m_fillingQueue->async([weak = weak_from_this(), coordinator = m_context.persistentStoreCoordinator()] {
         if (const auto search = weak.lock()) {
             static_cast<void>(search->fillFrom(*coordinator->persistentStore(), nullptr));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FoldedTextArena.h"
+#include "NoteTitleSearch.h"
 #include "RowKeySet.h"
 
 #include <Foundation/DispatchQueue.h>
@@ -27,7 +28,7 @@ public:
     /// context: a root context, which must outlive the search.
     [[nodiscard]] static std::shared_ptr<NoteTextSearch> make(NSManagedObjectContext &context);
 
-    /// Fills the arena on a queue of its own.
+    /// Fills the arena on a queue of its own, and the titles before.
     void startFilling();
     /// Fills it now.
     /// Errors: false; the store goes on answering.
@@ -44,6 +45,7 @@ public:
     [[nodiscard]] std::optional<std::vector<NSManagedObject *>>
     objectsMatching(std::span<NSManagedObject *const> objects, const NSPredicate::Ref &predicate);
     [[nodiscard]] const FoldedTextArena &arena() const { return m_arena; }
+    [[nodiscard]] NoteTitleSearch &titles() { return *m_titles; }
 
 private:
     explicit NoteTextSearch(NSManagedObjectContext &context);
@@ -65,6 +67,7 @@ private:
     const NSEntityDescription *m_entity;
     int m_textSlot;
     FoldedTextArena m_arena;
+    std::shared_ptr<NoteTitleSearch> m_titles;
     std::shared_ptr<DispatchQueue> m_fillingQueue;
     std::atomic<bool> m_isFilled = false;
     /// The store's change counter when the arena agreed with it; -1 when that is not known.

@@ -14,9 +14,6 @@ using quib::requestFor;
 
 namespace {
 
-/// Of so many of the notes that changed last those are offered whose titles begin with what was typed.
-constexpr qint64 kCompletionCandidates = 200;
-
 QList<NSSortDescriptor> pinnedThenNewest()
 {
     return {{QBNoteAttributes::pinned, false}, {QBNoteAttributes::modificationDate, false}};

@@ -60,6 +60,8 @@ public:
     // Completion. Notes with a title that are neither trashed nor archived, no more than a limit, the last changed one
     // first.
 
+    /// Of so many of the notes that changed last those are offered first whose titles begin with what was typed.
+    static constexpr qint64 kCompletionCandidates = 200;
     /// Those with a string in their title; of the last changed ones those that begin with it come first.
     [[nodiscard]] static QList<quib::Ref<QBNote>>
     findNotesForPartialtitle(const QString &partialtitle, NSManagedObjectContext &inManagedObjectContext,

@@ -364,6 +364,22 @@ bool InMemoryPersistentStore::enumerateLazyValues(const NSEntityDescription *ent
     return true;
 }
 
+bool InMemoryPersistentStore::enumerateRows(const NSEntityDescription *entity, const QStringList & /*attributes*/,
+                                            const RowVisitor &visit, NSError * /*error*/)
+{
+    Rows rows;
+    {
+        const std::lock_guard lock(m_mutex);
+        rows = m_rows.value(entity->rootEntity());
+    }
+    for (const StoredRow &row : std::as_const(rows)) {
+        if (row.objectID.entity()->isKindOfEntity(entity) && !visit(row)) {
+            break;
+        }
+    }
+    return true;
+}
+
 std::optional<qint64> InMemoryPersistentStore::changeCounter(NSError * /*error*/)
 {
     const std::lock_guard lock(m_mutex);

@@ -165,6 +165,11 @@ public:
         std::function<bool(const NSManagedObjectID &objectID, qint64 version, const quib::Value &value)>;
     [[nodiscard]] virtual bool enumerateLazyValues(const NSEntityDescription *entity, int slot,
                                                    const LazyVisitor &visit, NSError *error) = 0;
+    /// Streams all rows of an entity and those below it, ascending by key, with these attributes present and no lazy
+    /// one; in batches like those.
+    using RowVisitor = std::function<bool(const quib::StoredRow &row)>;
+    [[nodiscard]] virtual bool enumerateRows(const NSEntityDescription *entity, const QStringList &attributes,
+                                             const RowVisitor &visit, NSError *error) = 0;
     /// A number that any committed write by anyone changes: cheap to ask, for telling that something changed outside.
     [[nodiscard]] virtual std::optional<qint64> changeCounter(NSError *error) = 0;
     /// What is wrong with the file itself, a line each; empty for a sound one.

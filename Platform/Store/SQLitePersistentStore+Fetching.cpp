@@ -601,6 +601,50 @@ bool SQLitePersistentStore::enumerateLazyValues(const NSEntityDescription *entit
     }
 }
 
+bool SQLitePersistentStore::enumerateRows(const NSEntityDescription *entity, const QStringList &attributes,
+                                          const RowVisitor &visit, NSError *error)
+{
+    constexpr qsizetype kBatch = 1024; // whoever else wants the store waits for a millisecond or two
+    const ColumnPlan plan = planFor(entity, attributes);
+    QByteArray sql = "SELECT " + plan.columns + " FROM " + SQLNames::table(entity) + " t0 WHERE t0._pk > ?";
+    if (plan.hasEntityColumn) {
+        QByteArray codes;
+        for (const auto *candidate : entity->withSubentities()) {
+            codes += (codes.isEmpty() ? "" : ", ") + QByteArray::number(candidate->code());
+        }
+        sql += " AND t0._entity IN (" + codes + ')';
+    }
+    sql += " ORDER BY t0._pk LIMIT " + QByteArray::number(kBatch);
+    qint64 last = 0;
+    for (;;) {
+        QList<StoredRow> batch;
+        {
+            const std::lock_guard lock(m_mutex);
+            SQLiteStatement statement = m_database->prepare(sql, error);
+            if (!statement) {
+                return false;
+            }
+            statement.bindInteger(1, last);
+            int result = statement.step();
+            for (; result == SQLITE_ROW; result = statement.step()) {
+                batch.append(readRow(statement, plan));
+            }
+            if (result != SQLITE_DONE) {
+                return m_database->fail(error, "read");
+            }
+        }
+        for (const StoredRow &row : std::as_const(batch)) {
+            if (!visit(row)) {
+                return true;
+            }
+        }
+        if (batch.size() < kBatch) {
+            return true;
+        }
+        last = batch.constLast().objectID.key();
+    }
+}
+
 std::optional<qint64> SQLitePersistentStore::changeCounter(NSError *error)
 {
     const std::lock_guard lock(m_mutex);

@@ -49,6 +49,8 @@ public:
                       NSError *error) override;
     [[nodiscard]] bool enumerateLazyValues(const NSEntityDescription *entity, int slot, const LazyVisitor &visit,
                                            NSError *error) override;
+    [[nodiscard]] bool enumerateRows(const NSEntityDescription *entity, const QStringList &attributes,
+                                     const RowVisitor &visit, NSError *error) override;
     [[nodiscard]] std::optional<qint64> changeCounter(NSError *error) override;
     [[nodiscard]] std::optional<QStringList> integrityProblems(NSError *error) override;
 

@@ -70,6 +70,11 @@ public:
         refused(error);
         return false;
     }
+    bool enumerateRows(const NSEntityDescription *, const QStringList &, const RowVisitor &, NSError *error) override
+    {
+        refused(error);
+        return false;
+    }
     std::optional<qint64> changeCounter(NSError *error) override { return refused(error); }
     std::optional<QStringList> integrityProblems(NSError *error) override { return refused(error); }
 

@@ -1,7 +1,6 @@
 #include "QBEditorAutoCompleteCoreController.h"
 
 #include "QBLanguageAutoCompletionItemsProvider.h"
-#include "QBNoteAutoCompletionItemsProvider.h"
 #include "QBTagAutoCompleteItemsProvider.h"
 
 #include <Markup/QBNotesTextStorage.h>
@@ -228,7 +227,8 @@ QBEditorAutoCompleteItemsProvider *QBEditorAutoCompleteCoreController::completio
             m_completionItemsProvider = std::make_unique<QBTagAutoCompleteItemsProvider>(m_managedObjectContext);
             break;
         case QBAutoCompleteType::Note:
-            m_completionItemsProvider = std::make_unique<QBNoteAutoCompletionItemsProvider>(m_managedObjectContext);
+            m_completionItemsProvider =
+                std::make_unique<QBNoteAutoCompletionItemsProvider>(m_managedObjectContext, m_noteFinder);
             break;
         case QBAutoCompleteType::Language:
             m_completionItemsProvider = std::make_unique<QBLanguageAutoCompletionItemsProvider>();

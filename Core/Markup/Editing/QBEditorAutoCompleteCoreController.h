@@ -2,6 +2,7 @@
 
 #include "NoteTextView.h"
 #include "QBEditorAutoCompleteItemsProvider.h"
+#include "QBNoteAutoCompletionItemsProvider.h"
 
 #include <Foundation/NSRange.h>
 
@@ -10,6 +11,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 class NSManagedObjectContext;
 class QBNotesTextStorage;
@@ -50,6 +52,8 @@ public:
     QBEditorAutoCompleteCoreController(const QBEditorAutoCompleteCoreController &) = delete;
     QBEditorAutoCompleteCoreController &operator=(const QBEditorAutoCompleteCoreController &) = delete;
 
+    /// Who finds notes sooner than the store does.
+    void setNoteFinder(QBNoteAutoCompletionItemsProvider::NoteFinder finder) { m_noteFinder = std::move(finder); }
     /// How far before the caret a marker is looked for. Units: UTF-16 units.
     [[nodiscard]] qint64 maxBackwardSearchLength() const { return m_maxBackwardSearchLength; }
 
@@ -102,6 +106,7 @@ private:
 
     QBNotesTextStorage &m_textStorage;
     std::weak_ptr<NSManagedObjectContext> m_managedObjectContext;
+    QBNoteAutoCompletionItemsProvider::NoteFinder m_noteFinder;
     qint64 m_maxBackwardSearchLength = 100;
     QBAutoCompleteProposal m_current;
     std::unique_ptr<QBEditorAutoCompleteItemsProvider> m_completionItemsProvider; ///< of the current kind, or null

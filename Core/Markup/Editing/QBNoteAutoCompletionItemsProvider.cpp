@@ -6,8 +6,9 @@
 #include <Store/QBNote.h>
 
 QBNoteAutoCompletionItemsProvider::QBNoteAutoCompletionItemsProvider(
-    std::weak_ptr<NSManagedObjectContext> managedObjectContext)
+    std::weak_ptr<NSManagedObjectContext> managedObjectContext, NoteFinder noteFinder)
     : m_managedObjectContext(std::move(managedObjectContext))
+    , m_noteFinder(std::move(noteFinder))
 {
     if (const auto context = m_managedObjectContext.lock()) {
         m_contextObserver = context->objectsDidChange.add(
@@ -35,7 +36,8 @@ void QBNoteAutoCompletionItemsProvider::updateCompletionForPartiaString(const QS
         setItemsForCompletion({}, partialString);
         return;
     }
-    const auto found = QBNote::findNotesForPartialtitle(partialString, *context, limit);
+    const auto known = m_noteFinder ? m_noteFinder(partialString, limit) : std::nullopt;
+    const auto found = known ? *known : QBNote::findNotesForPartialtitle(partialString, *context, limit);
     m_missing = found.isEmpty() ? partialString : QString();
     setItemsForCompletion(quib::completionItems(found), partialString);
 }

@@ -376,6 +376,48 @@ TEST_F(SQLiteStore, SavesGoOnWhileMoreKindsOfQueryAreAskedThanStatementsAreKept)
 }
 
 // Values come from few, so that rows repeat each other's in all ways, and tie in most orders.
+TEST_F(SQLiteStore, StreamsAllRowsInTheOrderOfTheirKeys)
+{
+    const auto store = open();
+    const auto streamed = [&](const QString &entity, qsizetype most) {
+        QList<NSManagedObjectID> identities;
+        EXPECT_TRUE(store->enumerateRows(
+            m_model->entityNamed(entity), {u"uniqueIdentifier"_s},
+            [&](const quib::StoredRow &row) {
+                EXPECT_EQ(row.snapshot->stringAt(row.objectID.entity()->attributeNamed(u"uniqueIdentifier"_s)->slot),
+                          QString::number(row.objectID.key()));
+                identities.append(row.objectID);
+                return identities.size() < most;
+            },
+            &m_error));
+        return identities;
+    };
+    EXPECT_TRUE(streamed(u"QBNote"_s, 10'000).isEmpty());
+    // Of several batches, and with some gone.
+    SaveRequest request;
+    for (qint64 i = 1; i <= 2500; ++i) {
+        request.insertions.append({NSManagedObjectID(m_note, -i), noteRow(QString::number(i), u"text"_s, u"title"_s)});
+        const auto *file = m_model->entityNamed(i % 2 == 0 ? u"QBNoteImage"_s : u"QBNoteVideo"_s);
+        if (i <= 20) {
+            RowSnapshotRef row = RowSnapshot::make(file);
+            set(row, u"uniqueIdentifier"_s, QString::number(i));
+            request.insertions.append({NSManagedObjectID(file, -5000 - i), row});
+        }
+    }
+    ASSERT_EQ(store->save(request).outcome, SaveResult::Outcome::Saved);
+    SaveRequest removal;
+    for (const qint64 key : {1, 1024, 1025, 2048, 2500}) {
+        removal.deletions.append({NSManagedObjectID(m_note, key), 1, true});
+    }
+    ASSERT_EQ(store->save(removal).outcome, SaveResult::Outcome::Saved);
+    for (const QString &entity : {u"QBNote"_s, u"QBNoteFile"_s, u"QBNoteImage"_s}) {
+        const auto fetched = store->fetchIDs({.entityName = entity}, &m_error);
+        ASSERT_TRUE(fetched && !fetched->isEmpty());
+        EXPECT_EQ(streamed(entity, 10'000), *fetched) << entity.toStdString();
+        EXPECT_EQ(streamed(entity, 7), fetched->first(7)) << entity.toStdString();
+    }
+}
+
 TEST_F(SQLiteStore, FetchedRowsAreThoseSavedInTheOrderAskedForWhateverRepeats)
 {
     const quib::tests::TestSeed seed;
