@@ -202,6 +202,7 @@ bool CompletionPopup::keyPress(int key, Qt::KeyboardModifiers modifiers)
         Q_EMIT itemWasChosen();
         return true;
     case Qt::Key_Escape:
+        Q_EMIT wasDismissed();
         close();
         return true;
     default:

@@ -29,6 +29,8 @@ public:
 
 Q_SIGNALS:
     void itemWasChosen();
+    /// The user wants none of them.
+    void wasDismissed();
 
 private:
     void tellOfChoice();

@@ -119,6 +119,7 @@ void QBNoteEditorViewController::makeWidgets()
     setTabOrder(&m_findBar->lastButton(), m_view);
     m_popup = new CompletionPopup(this);
     connect(m_popup, &CompletionPopup::itemWasChosen, this, &QBNoteEditorViewController::insertCompletion);
+    connect(m_popup, &CompletionPopup::wasDismissed, this, [this] { closeCompletion(); });
     resetCompletion();
 }
 

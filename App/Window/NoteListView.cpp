@@ -2,6 +2,7 @@
 
 #include "NoteRowDelegate.h"
 #include "OverlayScrollBar.h"
+#include "SpokenItem.h"
 #include "ThemeColors.h"
 
 #include <Editor/ScriptFonts.h>
@@ -219,12 +220,19 @@ void NoteListView::selectionChanged(const QItemSelection &selected, const QItemS
     selectionMayHaveChanged();
 }
 
+void NoteListView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    // The toolkit's list tells assistive programs that the keyboard is at its row also while it is elsewhere.
+    hasFocus() ? QListView::currentChanged(current, previous) : QAbstractItemView::currentChanged(current, previous);
+}
+
 void NoteListView::focusInEvent(QFocusEvent *event)
 {
     QListView::focusInEvent(event);
     if (m_selectsFirstRow && m_model.rowCount() > 0 && !selectionModel()->hasSelection()) {
         setCurrentIndex(m_model.index(0));
     }
+    tellCurrentItem(*this);
     viewport()->update();
 }
 

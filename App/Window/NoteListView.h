@@ -72,6 +72,7 @@ Q_SIGNALS:
     void contextMenuWasRequested(const QPoint &globalPosition);
 
 protected:
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;

@@ -1,6 +1,7 @@
 #include "SidebarView.h"
 
 #include "OverlayScrollBar.h"
+#include "SpokenItem.h"
 #include "Symbols.h"
 #include "ThemeColors.h"
 
@@ -233,7 +234,8 @@ void SidebarView::restore()
 
 void SidebarView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    QTreeView::currentChanged(current, previous);
+    // The toolkit's tree tells assistive programs that the keyboard is at its entry also while it is elsewhere.
+    hasFocus() ? QTreeView::currentChanged(current, previous) : QAbstractItemView::currentChanged(current, previous);
     if (m_isRestoring || !current.isValid()) {
         return;
     }
@@ -293,6 +295,12 @@ void SidebarView::contextMenuEvent(QContextMenuEvent *event)
     if (m_model.flags(index).testFlag(Qt::ItemIsSelectable)) {
         Q_EMIT contextMenuWasRequested(m_model.item(index), position);
     }
+}
+
+void SidebarView::focusInEvent(QFocusEvent *event)
+{
+    QTreeView::focusInEvent(event);
+    tellCurrentItem(*this);
 }
 
 void SidebarView::keyPressEvent(QKeyEvent *event)

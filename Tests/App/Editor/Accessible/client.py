@@ -6,45 +6,9 @@ Usage: client.py PROGRAM
 import subprocess
 import sys
 
-import gi
+from bus import Atspi, application, children, expect, fail, wait_for
 
-gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib  # noqa: E402
-
-PATIENCE = 60  # seconds until something that does not come counts as missing
 TEXT = "heading 1 Groceries\nunchecked item milk\nchecked item bread\nsome *bold* words"
-
-
-def fail(message):
-    print(f"FAILED: {message}")
-    sys.exit(1)
-
-
-def wait_for(what, condition):
-    """Runs the event loop until a condition holds, and gives what it gave."""
-    context = GLib.MainContext.default()
-    expired = []
-    GLib.timeout_add_seconds(PATIENCE, lambda: expired.append(True))
-    ticks = GLib.timeout_add(20, lambda: True)  # looked at again even where no event comes
-    while not expired:
-        found = condition()
-        if found:
-            GLib.source_remove(ticks)
-            return found
-        context.iteration(True)
-    return fail(f"waited in vain for {what}")
-
-
-def expect(actual, expected, what):
-    if actual != expected:
-        fail(f"{what}: {actual!r} instead of {expected!r}")
-
-
-def children(accessible):
-    for index in range(accessible.get_child_count()):
-        child = accessible.get_child_at_index(index)
-        if child is not None:
-            yield child
 
 
 def note_below(accessible):
@@ -54,13 +18,8 @@ def note_below(accessible):
 
 
 def find_note():
-    try:
-        for application in children(Atspi.get_desktop(0)):
-            if application.get_name() == "note-text-view":
-                return note_below(application)
-    except GLib.Error:
-        pass  # it is still starting
-    return None
+    program = application("note-text-view")
+    return note_below(program) if program is not None else None
 
 
 def check(note):
@@ -95,7 +54,6 @@ def check(note):
 
     Atspi.EditableText.insert_text(note.get_editable_text_iface(), 0, "My ", 3)
     wait_for("an insertion to be told", lambda: [each for each in heard if each[2] == "My "])
-
 
     # The list of completions keeps the keyboard in the text, and still each choice is heard.
     chosen = []
