@@ -299,6 +299,7 @@ void NSMutableAttributedString::rewrite(qint64 changeInLength, bool isOverItself
     }
     write(in + done, length - done);
     runs.finish();
+    QUIB_ASSERT(out == (isOverItself ? before.constData() : made.constData()) + length + changeInLength);
     if (isOverItself) {
         before.truncate(length + changeInLength);
         if (before.capacity() - before.size() > before.size() / kMostSpareRoom) {
@@ -306,6 +307,5 @@ void NSMutableAttributedString::rewrite(qint64 changeInLength, bool isOverItself
         }
         made = std::move(before);
     }
-    QUIB_ASSERT(out == made.constData() + made.size());
     m_text = quib::GapText(std::move(made));
 }
