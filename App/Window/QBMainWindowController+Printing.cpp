@@ -11,7 +11,6 @@
 #include <QLineEdit>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 using namespace quib;
@@ -34,10 +33,6 @@ void QBMainWindowController::printNote()
         const QString name = QBSafeFileWriter::sanitizeFilename(note->title()).simplified();
         const QString folder = file->text().left(file->text().lastIndexOf(u'/') + 1);
         file->setText(folder % (isSafeFileName(name) ? name : u"Quib"_s) % u".pdf"_s);
-    }
-    // The toolkit's own pictures for its buttons fit no theme.
-    for (auto *button : dialog->findChildren<QPushButton *>()) {
-        button->setIcon({});
     }
     connect(dialog, qOverload<QPrinter *>(&QPrintDialog::accepted), this, [this, note](QPrinter *chosen) {
         const NotePrinter pages(note->text(), currentSyntax(), m_context);

@@ -59,6 +59,7 @@ QLineEdit { background: {field}; color: {fieldText}; border: 1px solid {fieldLin
   padding: 4px 8px; selection-background-color: {fieldSelection}; selection-color: {fieldSelected}; }
 QLineEdit:focus { border-color: {fieldFocus}; }
 QAbstractItemView { outline: 0; }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QScrollBar:vertical { background: transparent; width: 10px; margin: 2px 1px; }
 QScrollBar:horizontal { background: transparent; height: 10px; margin: 1px 2px; }
 QScrollBar::handle { background: {handle}; border-radius: 3px; margin: 0 1px; }
