@@ -59,6 +59,9 @@ InterfaceLanguage::InterfaceLanguage(const QStringList &languages)
 
 InterfaceLanguage::~InterfaceLanguage()
 {
+    if (QCoreApplication::instance() == nullptr) {
+        return; // the application went first, and took what was set with it
+    }
     for (const auto &translator : m_translators) {
         QCoreApplication::removeTranslator(translator.get());
     }
