@@ -279,7 +279,7 @@ std::optional<QList<Ref<QBNote>>> NoteTitleSearch::findNotesForPartialtitle(cons
         return (left > 0) != (right > 0) ? left > 0 : std::abs(left) < std::abs(right);
     });
     found.erase(limit, found.end());
-    std::ranges::stable_partition(found, &Found::isAtBeginning);
+    std::stable_partition(found.begin(), found.end(), [](const Found &one) { return one.isAtBeginning; });
     if (std::cmp_greater(found.size(), limitTo)) {
         found.resize(static_cast<size_t>(std::max<qint64>(limitTo, 0)));
     }
