@@ -309,11 +309,8 @@ void QBNoteTextView::dropEvent(QDropEvent *event)
             return;
         }
     } else {
-        // What comes from elsewhere takes the place of the selection that it is dropped in.
-        const NSRange selection = selectedRange();
-        const bool isReplacing = !isOwn && location > selection.location && location < selection.limit();
-        insertMimeData(*event->mimeData(), isReplacing ? rangeTaken(selection) : NSRange{location, 0},
-                       /*isPlain=*/false);
+        // It stands where the caret was seen, within a selection too: nothing that was not dragged goes.
+        insertMimeData(*event->mimeData(), {location, 0}, /*isPlain=*/false);
     }
     event->acceptProposedAction();
     setFocus();

@@ -460,11 +460,7 @@ private:
             QCoreApplication::sendEvent(m_view.viewport(), &leave);
             return u"a drop that went away"_s;
         }
-        // In the selection it takes its place.
-        const qint64 place = m_view.locationAtViewportPoint(at);
-        if (place <= m_view.selectedRange().location || place >= m_view.selectedRange().limit()) {
-            m_view.setSelectedRange({place, 0});
-        }
+        m_view.setSelectedRange({m_view.locationAtViewportPoint(at), 0});
         write(data.text(), [&] {
             QDropEvent event(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
             QCoreApplication::sendEvent(m_view.viewport(), &event);

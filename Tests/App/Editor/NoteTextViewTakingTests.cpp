@@ -250,16 +250,15 @@ TEST(NoteTextViewTaking, WhatIsWrittenOverASelectionTakesWhatDeleteWould)
         {"by a new line", u"see [tit«le](http://a.example/) a»nd", Act::Return, u"see \nnd"},
         {"by a tab", u"see [tit«le](http://a.example/) a»nd", Act::Tab, u"see \tnd"},
         {"by an input method", u"see [tit«le](http://a.example/) a»nd", Act::Commit, u"see XYnd"},
-        {"by a drop", u"see [tit«le](http://a.example/) a»n¦d», e", Act::Drop,
-         u"see [title](http://a.example/) anXYd, e"},
         {"a link's title", u"see [ti«tl»e](http://a.example/)", Act::Type, u"see [tiXYe](http://a.example/)"},
         {"a marker takes its blank", u"a\n«*» bar", Act::Type, u"a\nXYbar"},
         {"from a line into an item", u"line «foo\n* b»ar", Act::Paste, u"line XYar"},
         {"a heading's start", u"a\n«# He»ad", Act::Commit, u"a\nXYad"},
         {"a box that is done", u"a «b\n+ d»one", Act::Return, u"a \none"},
         {"in the other syntax", u"a «b\n- [x] d»one", Act::Type, u"a XYone", 1},
-        {"a drop in the selection", u"see [tit«le](http://a.example/)¦ a»nd", Act::Drop, u"see XYnd"},
-        {"a drop at its edge is beside it", u"see «on¦»e", Act::Drop, u"see onXYe"},
+        {"a drop takes nothing", u"see [tit«le](http://a.example/) a¦n»d", Act::Drop,
+         u"see [title](http://a.example/) aXYnd"},
+        {"nor at the selection's edge", u"see «on¦»e", Act::Drop, u"see onXYe"},
     };
     for (const Case &testCase : cases) {
         EXPECT_EQ(outcome(testCase), QString::fromUtf16(testCase.expected)) << testCase.name;
