@@ -152,9 +152,10 @@ QList<Ref<QBNote>> QBNote::findNotesForPartialtitle(const QString &partialtitle,
     const auto folded = [](const QString &text) {
         return quib::foldedString(text, quib::FoldOption::CaseAndDiacritic);
     };
-    std::ranges::stable_partition(found, [&folded, beginning = folded(partialtitle)](const Ref<QBNote> &note) {
-        return folded(note->title()).startsWith(beginning);
-    });
+    std::stable_partition(found.begin(), found.end(),
+                          [&folded, beginning = folded(partialtitle)](const Ref<QBNote> &note) {
+                              return folded(note->title()).startsWith(beginning);
+                          });
     return found.mid(0, limitTo);
 }
 

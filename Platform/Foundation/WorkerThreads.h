@@ -20,12 +20,13 @@ public:
     void start(std::function<void()> work);
 
     /// Waits until there is no work under way and none that waits to begin.
-    /// Errors:  false when that takes longer than the patience.
+    /// Errors: false when that takes longer than the patience.
     [[nodiscard]] bool waitUntilIdle(std::chrono::milliseconds patience);
 
     /// The last thing that main() does, while there is an application: work under way may still use what the exit of
     /// the process destroys, so it is waited for. Where it takes too long the process ends here, and nothing is
-    /// destroyed. Shape:   the status.
+    /// destroyed.
+    /// Shape: gives the status.
     [[nodiscard]] static int endProcess(int status);
 
 private:

@@ -114,9 +114,10 @@ void AttributeRunsRewriter::insertTo(qint64 location, AttributeSet attributes)
         AttributeSet changed = take(length);
         if (m_place == location) {
             changed.insert(std::move(attributes));
-        } else {
-            changed.insert(attributes);
+            add(std::move(changed), length);
+            return;
         }
+        changed.insert(attributes);
         add(std::move(changed), length);
     }
 }

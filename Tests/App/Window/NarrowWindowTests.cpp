@@ -168,7 +168,7 @@ TEST_F(NarrowWindow, OneColumnLeadsToTheNextByMouse)
 {
     launchWithNotes();
     resize(kLeast);
-    const auto button = [this](QWidget &in) {
+    const auto button = [](QWidget &in) {
         for (auto *each : in.findChildren<QToolButton *>(u"toggle-columns"_s)) {
             if (each->isVisible()) {
                 return each;
