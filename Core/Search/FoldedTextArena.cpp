@@ -5,6 +5,9 @@
 #include <Text/Folding.h>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
+#include <limits>
 #include <mutex>
 #include <string_view>
 
@@ -18,16 +21,86 @@ constexpr char kSeparator = '\xFF';
 constexpr size_t kTolerableDeadBytes = 1024 * 1024;
 /// Bytes of a text that are passed over rather than read once a match was found before them.
 constexpr size_t kWorthSkipping = 32 * 1024;
-/// Texts here and there are asked for this many before their turn, by the lines of their beginning.
-constexpr size_t kReadAhead = 3;
-constexpr size_t kLinesReadAhead = 16;
+/// Texts here and there are asked for before their turn: as many lines of each as are likely to be read, and so many
+/// lines in all.
+constexpr size_t kMostLinesOfText = 16;
+constexpr size_t kLinesReadAhead = 48;
+constexpr size_t kMostTextsReadAhead = 24;
 constexpr size_t kCacheLine = 64;
 /// More than a search needs behind a text to compare it in full strides.
 constexpr size_t kRoomBehind = 128;
 /// What one thread goes through at a time: enough to be worth a turn, little enough to be waited for. Units: bytes.
 constexpr size_t kChunk = 4 * 1024 * 1024;
+/// From the first texts of a chunk it is told how far one has to read for a match.
+constexpr size_t kTrialTexts = 32;
+/// Reading here and there costs about so many times what reading in order does.
+constexpr double kCostOfPlaces = 1.5;
+/// Results that are more than one of so many texts are not looked through again, but met with those of the next term,
+/// which then stay known for its next letter.
+constexpr size_t kManyOf = 4;
+/// So few texts are looked at where they are asked for: others would have to be waited for.
+constexpr size_t kFewTexts = 1024;
 /// As many as a search line of a few words goes through while it is typed.
 constexpr size_t kMostFindings = 8;
+
+/// A bit for each byte that a folded text may have: letters, digits and marks that stand in words of their own each
+/// have one, all others share some. Inner bytes of longer characters have none.
+constexpr std::array<quint64, 256> makeLetters()
+{
+    constexpr std::string_view kOwn = "abcdefghijklmnopqrstuvwxyz0123456789@#-_/\"'([*:+=&!?";
+    constexpr unsigned kShared = kOwn.size();
+    constexpr unsigned kFirstLead = kShared + 1;
+    std::array<quint64, 256> letters{};
+    for (unsigned byte = 0; byte < 0x80; ++byte) {
+        letters[byte] = quint64{1} << kShared;
+    }
+    for (unsigned i = 0; i < kOwn.size(); ++i) {
+        letters[static_cast<unsigned char>(kOwn[i])] = quint64{1} << i;
+    }
+    for (unsigned byte = 0xC0; byte < 0x100; ++byte) {
+        letters[byte] = quint64{1} << (kFirstLead + byte % (64 - kFirstLead));
+    }
+    return letters;
+}
+
+constexpr std::array<quint64, 256> kLetters = makeLetters();
+
+quint64 lettersOf(const QByteArray &foldedText)
+{
+    quint64 letters = 0;
+    for (const char byte : foldedText) {
+        letters |= kLetters[static_cast<unsigned char>(byte)];
+    }
+    return letters;
+}
+
+/// Of texts that are too long for it, what is true as well: a match does not begin before.
+quint32 clampedOffset(size_t offset)
+{
+    return static_cast<quint32>(std::min<size_t>(offset, std::numeric_limits<quint32>::max()));
+}
+
+template <typename Places> Places joined(const std::vector<Places> &parts)
+{
+    Places all;
+    size_t count = 0;
+    for (const Places &part : parts) {
+        count += part.size();
+    }
+    all.reserve(count);
+    for (const Places &part : parts) {
+        all.insert(all.end(), part.begin(), part.end());
+    }
+    return all;
+}
+
+template <typename Places> Places common(const Places &first, const Places &second)
+{
+    Places both;
+    std::set_intersection(first.begin(), first.end(), second.begin(), second.end(), std::back_inserter(both),
+                          [](const auto &a, const auto &b) { return a.entry < b.entry; });
+    return both;
+}
 
 } // namespace
 
@@ -49,6 +122,7 @@ void FoldedTextArena::append(qint64 key, qint64 version, const QByteArray &folde
     forgetFindings();
     m_indexOfKey.insert(key, m_entries.size());
     m_entries.push_back({m_bytes.size(), static_cast<size_t>(foldedText.size()), key, version});
+    m_letters.push_back(lettersOf(foldedText));
     m_bytes.insert(m_bytes.end(), foldedText.cbegin(), foldedText.cend());
     m_bytes.push_back(kSeparator);
     for (qsizetype i = 0; i < foldedText.size(); i += 16) {
@@ -82,6 +156,7 @@ void FoldedTextArena::clear()
     forgetFindings();
     m_bytes = {};
     m_entries = {};
+    m_letters = {};
     m_indexOfKey.clear();
     m_deadBytes = 0;
 }
@@ -101,11 +176,13 @@ void FoldedTextArena::compactIfWorthwhile()
         // Downwards only, so that nothing is written over before it was read.
         std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(entry.start), entry.length + 1,
                     m_bytes.begin() + static_cast<std::ptrdiff_t>(limit));
+        m_letters[kept] = m_letters[static_cast<size_t>(&entry - m_entries.data())];
         m_entries[kept] = {limit, entry.length, entry.key, entry.version};
         m_indexOfKey[entry.key] = kept++;
         limit = m_entries[kept - 1].start + m_entries[kept - 1].length + 1;
     }
     m_entries.resize(kept);
+    m_letters.resize(kept);
     m_bytes.resize(limit);
     m_deadBytes = 0;
 }
@@ -116,65 +193,102 @@ void FoldedTextArena::forgetFindings() const
     m_findings.clear();
 }
 
-std::shared_ptr<const FoldedTextArena::Indexes> FoldedTextArena::narrowest(const QByteArray &needle,
-                                                                           bool *isExact) const
+std::optional<FoldedTextArena::Finding> FoldedTextArena::narrowest(const QByteArray &needle) const
 {
     const std::lock_guard lock(m_findingsMutex);
-    std::shared_ptr<const Indexes> least;
+    std::optional<Finding> least;
     for (const Finding &finding : m_findings) {
         if (finding.needle == needle) {
-            *isExact = true;
-            return finding.entries;
+            return finding;
         }
-        if (needle.contains(finding.needle) && (least == nullptr || finding.entries->size() < least->size())) {
-            least = finding.entries;
+        if (needle.contains(finding.needle) && (!least || finding.places->size() <= least->places->size())) {
+            least = finding;
         }
     }
-    *isExact = false;
     return least;
 }
 
-void FoldedTextArena::remember(const QByteArray &needle, const std::shared_ptr<const Indexes> &entries) const
+void FoldedTextArena::remember(const Finding &finding) const
 {
     const std::lock_guard lock(m_findingsMutex);
-    std::erase_if(m_findings, [&needle](const Finding &finding) { return finding.needle == needle; });
+    std::erase_if(m_findings, [&finding](const Finding &known) { return known.needle == finding.needle; });
     if (m_findings.size() == kMostFindings) {
         m_findings.erase(m_findings.begin());
     }
-    m_findings.push_back({needle, entries});
+    m_findings.push_back(finding);
 }
 
-std::shared_ptr<const FoldedTextArena::Indexes> FoldedTextArena::entriesContaining(const QByteArray &needle) const
+FoldedTextArena::Needle FoldedTextArena::needleOf(const QByteArray &bytes) const
 {
-    bool isExact = false;
-    const auto known = narrowest(needle, &isExact);
-    std::shared_ptr<const Indexes> found = known;
-    if (!isExact && known != nullptr && known->size() < m_entries.size() / 2) {
-        found = std::make_shared<const Indexes>(entriesContaining(needle, *known));
-    } else if (!isExact) {
-        const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())), m_counts);
-        // Entries of about one chunk's bytes each.
-        std::vector<size_t> limits{0};
-        for (size_t start = 0; limits.back() < m_entries.size();) {
-            start += kChunk;
-            const auto behind =
-                std::lower_bound(m_entries.begin() + static_cast<std::ptrdiff_t>(limits.back() + 1), m_entries.end(),
-                                 start, [](const Entry &entry, size_t position) { return entry.start < position; });
-            limits.push_back(static_cast<size_t>(behind - m_entries.begin()));
-        }
-        std::vector<Indexes> parts(limits.size() - 1);
-        runInChunks(parts.size(), [&](size_t i) { sweep(search, limits[i], limits[i + 1], &parts[i]); });
-        auto all = std::make_shared<Indexes>();
-        for (const Indexes &part : parts) {
-            all->insert(all->end(), part.begin(), part.end());
-        }
-        found = std::move(all);
+    const std::string_view view(bytes.constData(), static_cast<size_t>(bytes.size()));
+    return {ByteSearch(view, m_counts), lettersOf(bytes), view.size()};
+}
+
+std::shared_ptr<const FoldedTextArena::Places> FoldedTextArena::placesOf(const QByteArray &needle) const
+{
+    const auto known = narrowest(needle);
+    std::shared_ptr<const Places> found;
+    if (known && known->needle == needle) {
+        found = known->places;
+    } else if (known) {
+        found = std::make_shared<const Places>(
+            placesOf(needle, known->places.get(), static_cast<size_t>(needle.indexOf(known->needle))));
+    } else {
+        found = std::make_shared<const Places>(placesOf(needle, nullptr, 0));
     }
-    remember(needle, found);
+    remember({needle, found});
     return found;
 }
 
-void FoldedTextArena::sweep(const ByteSearch &search, size_t firstEntry, size_t limitEntry, Indexes *found) const
+void FoldedTextArena::search(const Needle &needle, size_t back, std::span<const Place> within, Places *found) const
+{
+    std::vector<Start> starts;
+    starts.reserve(within.size());
+    size_t sizeWithin = 0;
+    for (const Place &place : within) {
+        if ((m_letters[place.entry] & needle.letters) == needle.letters) {
+            const Entry &entry = m_entries[place.entry];
+            const size_t offset = place.offset > back ? place.offset - back : 0;
+            starts.push_back({entry.start + offset, place.entry});
+            sizeWithin += entry.length - std::min(entry.length, offset);
+        }
+    }
+    // OPTIMIZATION: a term that is met soon in most texts, or that few can have, is found by reading little of the
+    // memory here and there; any other by reading all of it in order.
+    const std::span<const Start> all(starts);
+    const auto trial = all.first(std::min(kTrialTexts, all.size()));
+    size_t sizeOfTrial = 1;
+    for (const Start &start : trial) {
+        const Entry &entry = m_entries[start.entry];
+        sizeOfTrial += entry.start + entry.length - std::min(entry.start + entry.length, start.position);
+    }
+    const size_t read = look(needle, trial, found);
+    const auto rest = all.subspan(trial.size());
+    if (rest.empty()) {
+        return;
+    }
+    const double expected =
+        static_cast<double>(sizeWithin) * static_cast<double>(read) / static_cast<double>(sizeOfTrial);
+    const size_t firstEntry = rest.front().entry;
+    const size_t lastEntry = rest.back().entry;
+    const size_t inOrder = m_entries[lastEntry].start + m_entries[lastEntry].length - m_entries[firstEntry].start;
+    if (expected * kCostOfPlaces < static_cast<double>(inOrder)) {
+        look(needle, rest, found);
+        return;
+    }
+    Places swept;
+    sweep(needle.search, firstEntry, lastEntry + 1, &swept);
+    // Those in between that were not asked about are not told of.
+    auto asked = rest.begin();
+    for (const Place &place : swept) {
+        asked = std::find_if(asked, rest.end(), [&place](const Start &start) { return start.entry >= place.entry; });
+        if (asked != rest.end() && asked->entry == place.entry) {
+            found->push_back(place);
+        }
+    }
+}
+
+void FoldedTextArena::sweep(const ByteSearch &search, size_t firstEntry, size_t limitEntry, Places *found) const
 {
     const size_t limit = m_entries[limitEntry - 1].start + m_entries[limitEntry - 1].length;
     // With some room behind; no match begins in one text and ends in another.
@@ -196,7 +310,7 @@ void FoldedTextArena::sweep(const ByteSearch &search, size_t firstEntry, size_t 
         index = static_cast<size_t>(behind - m_entries.begin()) - 1;
         const Entry &entry = m_entries[index];
         if (entry.key != 0) {
-            found->push_back(index);
+            found->push_back({static_cast<quint32>(index), clampedOffset(place - entry.start)});
         }
         // One match a text is enough. What is left of a short text is asked for all the same: memory that is read in
         // order is there in time, and the start of the next text would have to be waited for.
@@ -208,51 +322,84 @@ void FoldedTextArena::sweep(const ByteSearch &search, size_t firstEntry, size_t 
     }
 }
 
-FoldedTextArena::Indexes FoldedTextArena::entriesContaining(const QByteArray &needle, const Indexes &within) const
+FoldedTextArena::Places FoldedTextArena::placesOf(const QByteArray &needle, const Places *within, size_t back) const
 {
-    const ByteSearch search(std::string_view(needle.constData(), static_cast<size_t>(needle.size())), m_counts);
-    // Texts of about one chunk's bytes, if they are as long as all are in the middle.
-    const size_t entries = std::max<size_t>(1, m_entries.size());
-    const size_t most = std::max<size_t>(1, kChunk / (m_bytes.size() / entries + 1));
-    std::vector<Indexes> parts((within.size() + most - 1) / most);
-    runInChunks(parts.size(), [&](size_t i) {
-        const std::span all(within);
-        look(search, needle.size(), all.subspan(i * most, std::min(most, within.size() - i * most)), &parts[i]);
-    });
-    Indexes found;
-    for (const Indexes &part : parts) {
-        found.insert(found.end(), part.begin(), part.end());
+    const Needle wanted = needleOf(needle);
+    // Entries of about one chunk's bytes each.
+    std::vector<size_t> limits{0};
+    if (within != nullptr && within->size() < kFewTexts) {
+        limits.push_back(m_entries.size());
     }
-    return found;
+    for (size_t start = 0; limits.back() < m_entries.size();) {
+        start += kChunk;
+        const auto behind =
+            std::lower_bound(m_entries.begin() + static_cast<std::ptrdiff_t>(limits.back() + 1), m_entries.end(), start,
+                             [](const Entry &entry, size_t position) { return entry.start < position; });
+        limits.push_back(static_cast<size_t>(behind - m_entries.begin()));
+    }
+    std::vector<Places> parts(limits.size() - 1);
+    runInChunks(parts.size(), [&](size_t i) {
+        if (within == nullptr) {
+            search(wanted, 0, living(limits[i], limits[i + 1]), &parts[i]);
+            return;
+        }
+        const auto placeOf = [within](size_t entry) {
+            return std::lower_bound(within->begin(), within->end(), entry,
+                                    [](const Place &place, size_t index) { return place.entry < index; });
+        };
+        search(wanted, back, {placeOf(limits[i]), placeOf(limits[i + 1])}, &parts[i]);
+    });
+    return joined(parts);
 }
 
-void FoldedTextArena::look(const ByteSearch &search, qsizetype needleSize, std::span<const size_t> within,
-                           Indexes *found) const
+FoldedTextArena::Places FoldedTextArena::living(size_t firstEntry, size_t limitEntry) const
 {
-    for (size_t i = 0; i < within.size(); ++i) {
-        if (i + kReadAhead < within.size()) {
-            const char *const start = m_bytes.data() + m_entries[within[i + kReadAhead]].start;
-            for (size_t line = 0; line < kLinesReadAhead; ++line) {
+    Places places;
+    places.reserve(limitEntry - firstEntry);
+    for (size_t index = firstEntry; index < limitEntry; ++index) {
+        if (m_entries[index].key != 0) {
+            places.push_back({static_cast<quint32>(index), 0});
+        }
+    }
+    return places;
+}
+
+size_t FoldedTextArena::look(const Needle &needle, std::span<const Start> starts, Places *found) const
+{
+    size_t read = 0;
+    size_t lately = 0; // what one of the last texts took, sixteen times
+    for (size_t i = 0; i < starts.size(); ++i) {
+        const size_t lines = std::min(kMostLinesOfText, lately / 16 / kCacheLine + 1);
+        const size_t ahead = i + std::min(kMostTextsReadAhead, kLinesReadAhead / lines);
+        if (ahead < starts.size()) {
+            const char *const start = m_bytes.data() + starts[ahead].position;
+            for (size_t line = 0; line < lines; ++line) {
                 __builtin_prefetch(start + line * kCacheLine);
             }
         }
-        const Entry &entry = m_entries[within[i]];
+        const Entry &entry = m_entries[starts[i].entry];
         const size_t end = entry.start + entry.length;
         // A little of what follows is searched too, as the search wants room behind a text; no match begins in one text
         // and ends in another.
-        const size_t limit = std::min(m_bytes.size(), end + static_cast<size_t>(needleSize) + kRoomBehind);
-        if (search.find(std::string_view(m_bytes.data(), limit), entry.start, entry.start) < end) {
-            found->push_back(within[i]);
+        const size_t limit = std::min(m_bytes.size(), end + needle.size + kRoomBehind);
+        const size_t start = starts[i].position;
+        const size_t place = needle.search.find(std::string_view(m_bytes.data(), limit), start, start);
+        if (place < end) {
+            found->push_back({starts[i].entry, clampedOffset(place - entry.start)});
         }
+        const size_t taken = std::min(place, end) - std::min(start, end);
+        read += taken;
+        lately += taken - lately / 16;
     }
+    return read;
 }
 
-std::vector<qint64> FoldedTextArena::keysOfEntries(const Indexes &indexes) const
+std::vector<qint64> FoldedTextArena::keysOfPlaces(const Places &places) const
 {
     std::vector<qint64> keys;
-    keys.reserve(indexes.size());
-    for (const size_t index : indexes) {
-        keys.push_back(m_entries[index].key);
+    keys.reserve(places.size());
+    for (const Place &place : places) {
+        keys.push_back(m_entries[place.entry].key);
     }
     if (!std::is_sorted(keys.begin(), keys.end())) {
         std::sort(keys.begin(), keys.end());
@@ -285,9 +432,8 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContainingAll(const QStringList 
     std::stable_sort(needles.begin(), needles.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
     // What was found of one of them lately goes first, where it leaves little to look at.
     const auto knownCount = [this](const QByteArray &needle) {
-        bool isExact = false;
-        const auto known = narrowest(needle, &isExact);
-        return known == nullptr ? m_entries.size() : known->size();
+        const auto known = narrowest(needle);
+        return known ? known->places->size() : m_entries.size();
     };
     const auto known = std::min_element(needles.begin(), needles.end(), [&](const auto &a, const auto &b) {
         return knownCount(a.second) < knownCount(b.second);
@@ -295,20 +441,24 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContainingAll(const QStringList 
     if (known != needles.end() && knownCount(known->second) < m_entries.size() / 8) {
         std::rotate(needles.begin(), known, known + 1);
     }
-    Indexes found;
     if (needles.empty()) {
-        for (size_t index = 0; index < m_entries.size(); ++index) {
-            if (m_entries[index].key != 0) {
-                found.push_back(index);
+        return keysOfPlaces(living(0, m_entries.size()));
+    }
+    std::shared_ptr<const Places> found = placesOf(needles.front().second);
+    for (size_t i = 1; i < needles.size() && !found->empty(); ++i) {
+        const QByteArray &needle = needles[i].second;
+        const auto alone = narrowest(needle);
+        if ((alone && alone->needle == needle) || found->size() > m_entries.size() / kManyOf) {
+            found = std::make_shared<const Places>(common(*found, *placesOf(needle)));
+        } else {
+            Places anywhere = *found;
+            for (Place &place : anywhere) {
+                place.offset = 0;
             }
+            found = std::make_shared<const Places>(placesOf(needle, &anywhere, 0));
         }
-        return keysOfEntries(found);
     }
-    found = *entriesContaining(needles.front().second);
-    for (size_t i = 1; i < needles.size() && !found.empty(); ++i) {
-        found = entriesContaining(needles[i].second, found);
-    }
-    return keysOfEntries(found);
+    return keysOfPlaces(*found);
 }
 
 std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term, const std::vector<qint64> &within) const
@@ -318,15 +468,15 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term, con
         return within;
     }
     const std::shared_lock lock(m_mutex);
-    Indexes indexes;
+    Places places;
     for (const qint64 key : within) {
         const auto index = m_indexOfKey.constFind(key);
         if (index != m_indexOfKey.constEnd()) {
-            indexes.push_back(*index);
+            places.push_back({static_cast<quint32>(*index), 0});
         }
     }
-    std::sort(indexes.begin(), indexes.end());
-    return keysOfEntries(entriesContaining(needle, indexes));
+    std::sort(places.begin(), places.end(), [](const Place &a, const Place &b) { return a.entry < b.entry; });
+    return keysOfPlaces(placesOf(needle, &places, 0));
 }
 
 qint64 FoldedTextArena::versionOfKey(qint64 key) const

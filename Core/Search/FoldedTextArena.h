@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <shared_mutex>
 #include <span>
 #include <vector>
@@ -61,23 +62,48 @@ private:
         qint64 key = 0; // 0: replaced or removed
         qint64 version = 0;
     };
-    using Indexes = std::vector<size_t>;
+    /// A text that holds a needle, by its entry, and a place before which the needle does not begin in it.
+    struct Place
+    {
+        quint32 entry = 0;
+        quint32 offset = 0;
+    };
+    using Places = std::vector<Place>;
     /// What a needle was found in lately.
     struct Finding
     {
         QByteArray needle;
-        std::shared_ptr<const Indexes> entries;
+        std::shared_ptr<const Places> places;
     };
-    // The indexes of the living entries whose text holds the needle, ascending; of all, or of some that are ascending.
+    /// What is looked for, and the letters without which a text is not looked at.
+    struct Needle
+    {
+        ByteSearch search;
+        quint64 letters = 0;
+        size_t size = 0;
+    };
+    [[nodiscard]] Needle needleOf(const QByteArray &bytes) const;
+
+    // The living entries whose text holds the needle, ascending; of all, or of some that are ascending.
     // Requires: locked; the needle is not empty.
-    [[nodiscard]] std::shared_ptr<const Indexes> entriesContaining(const QByteArray &needle) const;
-    [[nodiscard]] Indexes entriesContaining(const QByteArray &needle, const Indexes &within) const;
-    void sweep(const ByteSearch &search, size_t firstEntry, size_t limitEntry, Indexes *found) const;
-    void look(const ByteSearch &search, qsizetype needleSize, std::span<const size_t> within, Indexes *found) const;
-    /// Of what was found lately, the least that must hold all of the needle's places; null where nothing does.
-    [[nodiscard]] std::shared_ptr<const Indexes> narrowest(const QByteArray &needle, bool *isExact) const;
-    void remember(const QByteArray &needle, const std::shared_ptr<const Indexes> &entries) const;
-    [[nodiscard]] std::vector<qint64> keysOfEntries(const Indexes &indexes) const;
+    [[nodiscard]] std::shared_ptr<const Places> placesOf(const QByteArray &needle) const;
+    /// within: null for all. back: how much of the needle stands before what the places are those of.
+    [[nodiscard]] Places placesOf(const QByteArray &needle, const Places *within, size_t back) const;
+    [[nodiscard]] Places living(size_t firstEntry, size_t limitEntry) const;
+    void search(const Needle &needle, size_t back, std::span<const Place> within, Places *found) const;
+    void sweep(const ByteSearch &search, size_t firstEntry, size_t limitEntry, Places *found) const;
+    /// Where to begin in a text of which more cannot hold the needle.
+    struct Start
+    {
+        size_t position = 0; // in all bytes
+        quint32 entry = 0;
+    };
+    /// Gives how many bytes it went through.
+    size_t look(const Needle &needle, std::span<const Start> starts, Places *found) const;
+    /// Of what was found lately, the least that must hold all of the needle's places.
+    [[nodiscard]] std::optional<Finding> narrowest(const QByteArray &needle) const;
+    void remember(const Finding &finding) const;
+    [[nodiscard]] std::vector<qint64> keysOfPlaces(const Places &places) const;
     void append(qint64 key, qint64 version, const QByteArray &foldedText);
     void drop(qint64 key);
     void compactIfWorthwhile();
@@ -85,10 +111,13 @@ private:
     mutable std::shared_mutex m_mutex;
     std::vector<char> m_bytes;
     std::vector<Entry> m_entries;
+    /// By entry, which letters its text has: a bit each, or one for some that are rare.
+    std::vector<quint64> m_letters;
     QHash<qint64, size_t> m_indexOfKey;
     size_t m_deadBytes = 0;
     ByteCounts m_counts{}; // of every sixteenth byte that was ever appended
-    /// Of the present entries, newest last: what holds a longer term is among what holds a part of it.
+    /// Of the present entries, newest last: what holds a longer term is among what holds a part of it, and not before
+    /// that part.
     mutable std::vector<Finding> m_findings; // guarded by m_findingsMutex, which is locked last
     mutable std::mutex m_findingsMutex;
 };

@@ -53,6 +53,9 @@ TEST(FoldedTextArena, FindsWhatComparingEveryTextFinds)
                              u"\u0301"_s,
                              QString(QChar(0)),
                              u"the"_s,
+                             u"@"_s,
+                             u"7"_s,
+                             u"\\"_s,
                              u"z"_s};
     const auto text = [&](int most) {
         QString made;
@@ -128,6 +131,20 @@ TEST(FoldedTextArena, FindsTheSameInPiecesOfALargeArena)
     const auto expectFound = [&] {
         for (const QString &term : {u"o"_s, u"on"_s, u"one"_s, u"ones"_s, u"tw"_s, u"a"_s, u"zz"_s, u"aone"_s}) {
             EXPECT_EQ(arena.keysOfTextsContaining(term), scanned(texts, term)) << term.toStdString();
+        }
+        // Where one term leaves few texts, and the other would be found in many more.
+        arena.forgetFindings();
+        for (const QString &other : {u"a"_s, u"on"_s, u"two"_s}) {
+            for (const QString &term : {u"oneself"_s, u"selfa"_s, u"oneselfaaaa"_s}) {
+                const auto first = scanned(texts, other);
+                const auto second = scanned(texts, term);
+                std::vector<qint64> both;
+                std::set_intersection(first.begin(), first.end(), second.begin(), second.end(),
+                                      std::back_inserter(both));
+                EXPECT_EQ(arena.keysOfTextsContainingAll({other, term}), both)
+                    << other.toStdString() << ' ' << term.toStdString();
+                arena.forgetFindings();
+            }
         }
     };
     expectFound();
