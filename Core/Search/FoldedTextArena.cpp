@@ -33,8 +33,9 @@ constexpr size_t kRoomBehind = 128;
 constexpr size_t kChunk = 4 * 1024 * 1024;
 /// From the first texts of a chunk it is told how far one has to read for a match.
 constexpr size_t kTrialTexts = 32;
-/// Reading here and there costs about so many times what reading in order does.
-constexpr double kCostOfPlaces = 1.5;
+/// Measured against reading in order: what a text costs that has to be waited for, in bytes, and each byte of it.
+constexpr double kCostOfText = 1200;
+constexpr double kCostOfByte = 3;
 /// Results that are more than one of so many texts are not looked through again, but met with those of the next term,
 /// which then stay known for its next letter.
 constexpr size_t kManyOf = 4;
@@ -272,7 +273,7 @@ void FoldedTextArena::search(const Needle &needle, size_t back, std::span<const 
     const size_t firstEntry = rest.front().entry;
     const size_t lastEntry = rest.back().entry;
     const size_t inOrder = m_entries[lastEntry].start + m_entries[lastEntry].length - m_entries[firstEntry].start;
-    if (expected * kCostOfPlaces < static_cast<double>(inOrder)) {
+    if (static_cast<double>(rest.size()) * kCostOfText + expected * kCostOfByte < static_cast<double>(inOrder)) {
         look(needle, rest, found);
         return;
     }
