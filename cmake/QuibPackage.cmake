@@ -16,5 +16,5 @@ set(CPACK_DEBIAN_PACKAGE_SECTION editors)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # xdg-open answers callbacks; without the fonts and picture plugins other fonts are used and some pictures not shown.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "xdg-utils, fonts-dejavu-core")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-image-formats-plugins, hunspell-en-us | hunspell-dictionary, fonts-inter, fonts-lato, fonts-liberation2, dbus-user-session | dbus-x11")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, qt6-image-formats-plugins, hunspell-en-us | hunspell-dictionary, fonts-inter, fonts-lato, fonts-liberation2, dbus-user-session | dbus-x11")
 include(CPack)

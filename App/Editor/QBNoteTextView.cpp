@@ -51,14 +51,16 @@ QBNoteTextView::QBNoteTextView(QBNoteTextKitStack &textKitStack, QWidget *parent
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     QScroller::grabGesture(viewport(), QScroller::TouchGesture);
     setAccessibleName(tr("Note"));
-    const auto *inputMethod = QGuiApplication::inputMethod();
-    const auto followKeyboard = [this, inputMethod] {
-        m_layout.setRightToLeftByDefault(inputMethod->inputDirection() == Qt::RightToLeft);
-        setNeedsUpdate();
-    };
-    connect(inputMethod, &QInputMethod::inputDirectionChanged, this, followKeyboard);
-    followKeyboard();
+    m_layout.setRightToLeftByDefault(isRightToLeft());
+    connect(QGuiApplication::inputMethod(), &QInputMethod::inputDirectionChanged, this,
+            &QBNoteTextView::followKeyboard);
     m_layout.setPageWidth(viewport()->width());
+}
+
+void QBNoteTextView::followKeyboard()
+{
+    m_layout.setRightToLeftByDefault(QGuiApplication::inputMethod()->inputDirection() == Qt::RightToLeft);
+    setNeedsUpdate();
 }
 
 QBNoteTextView::~QBNoteTextView()
@@ -317,6 +319,7 @@ void QBNoteTextView::autoscroll()
 void QBNoteTextView::focusInEvent(QFocusEvent *event)
 {
     QAbstractScrollArea::focusInEvent(event);
+    followKeyboard();
     restartBlinking();
     updateAll();
 }

@@ -196,6 +196,9 @@ private:
     /// Does something after which everything must be laid out again, and keeps the line at the top of the view.
     void layOutAnew(const std::function<void()> &change);
     void showChange();
+    /// An empty text goes the way of the keyboard. To be asked when the view has the keyboard: on a display without
+    /// any the toolkit does not survive the question.
+    void followKeyboard();
     void restartBlinking();
     void autoscroll();
     void moveSelection(qint64 anchor, qint64 caret, bool upstream);
