@@ -69,8 +69,8 @@ QScrollBar::handle:hover { background: {handleHover}; }
 QScrollBar::add-line, QScrollBar::sub-line, QScrollBar::add-page, QScrollBar::sub-page { background: transparent;
   border: 0; width: 0; height: 0; }
 #listColumn, #listColumn QListView { background: {list}; }
-#sidebar { background: {side}; border: 0; padding-top: 10px; }
-#sidebar QScrollBar::handle { background: {sideHandle}; }
+QTreeView#sidebar { background: {side}; border: 0; padding-top: 10px; }
+QTreeView#sidebar QScrollBar::handle { background: {sideHandle}; }
 #editorColumn { background: {paper}; }
 #choicePanel { background: {panel}; border: 1px solid {panelLine}; border-radius: 10px; }
 #choicePanel QListView { background: transparent; border: 0; }
