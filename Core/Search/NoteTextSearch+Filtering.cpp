@@ -47,6 +47,9 @@ struct NoteTextSearch::Condition
 
 std::shared_ptr<const RowKeySet> NoteTextSearch::storedRows(const PredicateNodeRef &node, NSError *error)
 {
+    if (auto keys = m_fields->keysMeeting(*node)) {
+        return std::make_shared<const RowKeySet>(std::move(*keys));
+    }
     auto &store = *m_context.persistentStoreCoordinator()->persistentStore();
     const auto counter = store.changeCounter(error);
     if (!counter) {

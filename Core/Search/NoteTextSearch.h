@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FoldedTextArena.h"
+#include "NoteFieldSearch.h"
 #include "NoteTitleSearch.h"
 #include "RowKeySet.h"
 
@@ -28,9 +29,9 @@ public:
     /// context: a root context, which must outlive the search.
     [[nodiscard]] static std::shared_ptr<NoteTextSearch> make(NSManagedObjectContext &context);
 
-    /// Fills the arena on a queue of its own, and the titles before.
+    /// Fills the arena on a queue of its own, and the titles and fields before.
     void startFilling();
-    /// Fills it now.
+    /// Fills it now, and the fields.
     /// Errors: false; the store goes on answering.
     [[nodiscard]] bool fill(NSError *error = nullptr);
     [[nodiscard]] bool isFilled() const { return m_isFilled; }
@@ -60,7 +61,8 @@ private:
     struct Condition;
     [[nodiscard]] std::optional<Condition> conditionForNode(const PredicateNodeRef &node, NSError *error);
     [[nodiscard]] std::optional<Condition> joinedCondition(const PredicateNode &node, NSError *error);
-    /// Which rows meet a condition that names no text, by the store; remembered until anybody writes.
+    /// Which rows meet a condition that names no text, by the fields in memory, or else by the store; what that tells
+    /// is remembered until anybody writes.
     [[nodiscard]] std::shared_ptr<const RowKeySet> storedRows(const PredicateNodeRef &node, NSError *error);
 
     NSManagedObjectContext &m_context;
@@ -68,6 +70,7 @@ private:
     int m_textSlot;
     FoldedTextArena m_arena;
     std::shared_ptr<NoteTitleSearch> m_titles;
+    std::shared_ptr<NoteFieldSearch> m_fields;
     std::shared_ptr<DispatchQueue> m_fillingQueue;
     std::atomic<bool> m_isFilled = false;
     /// The store's change counter when the arena agreed with it; -1 when that is not known.
