@@ -4,6 +4,7 @@
 #include "EditorPane.h"
 #include "QuickNoteWindow.h"
 #include "SearchField.h"
+#include "WindowStyle.h"
 
 #include <Store/QBNoteTag.h>
 #include <Themes/QBNotesThemesManager.h>
@@ -211,7 +212,7 @@ DetachedWindow *QBMainWindowController::makeDetachedWindow(QBNote &note, bool fl
 {
     auto *window = new DetachedWindow(Ref<QBNote>(&note), floating);
     if (geometry) {
-        window->restoreGeometry(*geometry);
+        restoreGeometryOnScreen(*window, *geometry);
     }
     window->editor().editor().setTextSearch(m_textSearch);
     m_detached.append(window);

@@ -2,6 +2,7 @@
 
 #include "DetachedWindow.h"
 #include "EditorPane.h"
+#include "WindowStyle.h"
 
 #include <Files/PropertyList.h>
 #include <Store/QBNotesPreferenceManager.h>
@@ -94,7 +95,7 @@ void QBMainWindowController::restoreWindow()
 {
     const PropertyValue::Dictionary state = storedState();
     if (const auto geometry = state.value(kGeometry).asData()) {
-        restoreGeometry(*geometry);
+        restoreGeometryOnScreen(*this, *geometry);
     }
     if (const auto splitter = state.value(kSplitter).asData()) {
         m_splitter->restoreState(*splitter);

@@ -9,6 +9,7 @@
 #include <QStyleFactory>
 #include <QWidget>
 
+#include <algorithm>
 #include <initializer_list>
 #include <utility>
 
@@ -17,6 +18,9 @@ using namespace Qt::StringLiterals;
 namespace quib {
 
 namespace {
+
+/// What a window manager draws around a window: known only once it is shown. Units: points.
+constexpr QMargins kFrame{8, 40, 8, 8};
 
 /// As a style sheet writes it.
 QString css(const QColor &color)
@@ -153,10 +157,30 @@ QString styleSheetOfTheme()
 
 QSize sizeOnScreen(const QWidget &window, QSize wanted)
 {
-    // What a window manager draws around a window is known only once it is shown.
-    constexpr QSize kFrame{16, 48};
     const QScreen *screen = window.screen();
-    return screen == nullptr ? wanted : wanted.boundedTo(screen->availableGeometry().size() - kFrame);
+    return screen == nullptr ? wanted : wanted.boundedTo((screen->availableGeometry() - kFrame).size());
+}
+
+void restoreGeometryOnScreen(QWidget &window, const QByteArray &geometry)
+{
+    window.restoreGeometry(geometry);
+    const QRect restored = window.geometry();
+    const QScreen *screen = QGuiApplication::screenAt(restored.center());
+    if (screen == nullptr) {
+        screen = QGuiApplication::primaryScreen();
+    }
+    if (screen == nullptr || window.isMaximized() || window.isFullScreen()) {
+        return;
+    }
+    const QRect room = screen->availableGeometry() - kFrame;
+    QRect bounded(restored.topLeft(), restored.size().boundedTo(room.size()));
+    if (bounded.size() == restored.size()) {
+        return; // wherever the user has put it
+    }
+    bounded.moveRight(std::min(bounded.right(), room.right()));
+    bounded.moveBottom(std::min(bounded.bottom(), room.bottom()));
+    bounded.moveTopLeft({std::max(bounded.left(), room.left()), std::max(bounded.top(), room.top())});
+    window.setGeometry(bounded);
 }
 
 WindowStyle::WindowStyle()

@@ -19,6 +19,8 @@ namespace quib {
 
 /// The size that a new window is given: the wanted one, or what the screen has room for beside the window's frame.
 [[nodiscard]] QSize sizeOnScreen(const QWidget &window, QSize wanted);
+/// Puts a window back where QWidget::saveGeometry found it, no larger than the screen that is there now.
+void restoreGeometryOnScreen(QWidget &window, const QByteArray &geometry);
 
 /// Dresses the application in its theme and follows the theme's changes. Made once the theme manager is installed and
 /// kept by whoever makes the windows; main queue.

@@ -8,12 +8,14 @@
 #include <Window/EditorPane.h>
 #include <Window/SearchField.h>
 #include <Window/Symbols.h>
+#include <Window/WindowStyle.h>
 
 #include <QAction>
 #include <QApplication>
 #include <QImage>
 #include <QLineEdit>
 #include <QListView>
+#include <QScreen>
 #include <QSplitter>
 #include <QToolButton>
 
@@ -33,9 +35,9 @@ TEST_F(Window, ComesBackAsItWasLeft)
     openList(u"garden"_s);
     selectRow(u"One #garden"_s);
     window().sidebar().collapse(window().sidebar().sidebarModel().indexOfIdentifier(u"garden"_s));
-    window().resize(1010, 640);
+    window().resize(780, 640);
     auto *splitter = window().findChild<QSplitter *>();
-    splitter->setSizes({180, 300, 530});
+    splitter->setSizes({170, 250, 358});
     settle();
     const QList<int> sizes = splitter->sizes();
     quit();
@@ -44,8 +46,26 @@ TEST_F(Window, ComesBackAsItWasLeft)
     EXPECT_EQ(selectedRows(), QStringList{u"One #garden"_s});
     EXPECT_EQ(window().editor().note()->title(), u"One #garden"_s);
     EXPECT_FALSE(window().sidebar().isExpanded(window().sidebar().sidebarModel().indexOfIdentifier(u"garden"_s)));
-    EXPECT_EQ(window().size(), QSize(1010, 640));
+    EXPECT_EQ(window().size(), QSize(780, 640));
     EXPECT_EQ(window().findChild<QSplitter *>()->sizes(), sizes);
+}
+
+TEST_F(Window, IsNoLargerThanTheScreenWhereItComesBack)
+{
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect cases[] = {room.adjusted(30, 40, 400, 500),
+                           {room.left() - 50, room.top() + 10, room.width() * 2, 300},
+                           {room.left() + 90, room.top() + 70, 330, 310},
+                           {room.left(), room.top(), room.width() / 2, room.height() / 2}};
+    for (const QRect &left : cases) {
+        QWidget before;
+        before.setGeometry(left);
+        QWidget after;
+        restoreGeometryOnScreen(after, before.saveGeometry());
+        const bool hadRoom = left.width() < room.width() && left.height() < room.height();
+        EXPECT_EQ(after.size() == left.size(), hadRoom) << left.width();
+        EXPECT_TRUE(room.contains(after.geometry())) << left.width();
+    }
 }
 
 TEST_F(Window, ColumnsGoAndComeBackByKeys)
