@@ -22,29 +22,6 @@ bool namesText(const PredicateNode &node)
 
 } // namespace
 
-/// A condition on rows, as far as it is a question of their keys.
-struct NoteTextSearch::Condition
-{
-    PredicateNode::Kind kind = PredicateNode::Kind::Comparison;
-    std::vector<Condition> children = {};
-    std::shared_ptr<const RowKeySet> rows = {}; // of a comparison
-
-    [[nodiscard]] bool holds(qint64 key) const
-    {
-        const auto childHolds = [key](const Condition &child) { return child.holds(key); };
-        switch (kind) {
-        case PredicateNode::Kind::And:
-            return std::all_of(children.begin(), children.end(), childHolds);
-        case PredicateNode::Kind::Or:
-            return std::any_of(children.begin(), children.end(), childHolds);
-        case PredicateNode::Kind::Not:
-            return !children.front().holds(key);
-        default:
-            return rows->contains(key);
-        }
-    }
-};
-
 std::shared_ptr<const RowKeySet> NoteTextSearch::storedRows(const PredicateNodeRef &node, NSError *error)
 {
     if (auto keys = m_fields->keysMeeting(*node)) {
@@ -77,27 +54,25 @@ std::shared_ptr<const RowKeySet> NoteTextSearch::storedRows(const PredicateNodeR
     return rows;
 }
 
-std::optional<NoteTextSearch::Condition> NoteTextSearch::conditionForNode(const PredicateNodeRef &node, NSError *error)
+std::shared_ptr<const RowKeySet> NoteTextSearch::rowsMeeting(const PredicateNodeRef &node, NSError *error)
 {
     if (!namesText(*node)) {
-        auto rows = storedRows(node, error);
-        return rows == nullptr ? std::nullopt : std::optional(Condition{.rows = std::move(rows)});
+        return storedRows(node, error);
     }
     if (isTextContainment(*node)) {
-        return Condition{.rows = std::make_shared<const RowKeySet>(
-                             m_arena.keysOfTextsContainingAll({termOfTextContainment(*node)}))};
+        return std::make_shared<const RowKeySet>(m_arena.keysOfTextsContainingAll({termOfTextContainment(*node)}));
     }
     if (node->kind == PredicateNode::Kind::Not) {
-        auto child = conditionForNode(node->children.constFirst(), error);
-        return child ? std::optional(Condition{.kind = node->kind, .children = {std::move(*child)}}) : std::nullopt;
+        const auto rows = rowsMeeting(node->children.constFirst(), error);
+        return rows != nullptr ? std::make_shared<const RowKeySet>(rows->inverted()) : nullptr;
     }
-    return joinedCondition(*node, error);
+    return rowsMeetingJoined(*node, error);
 }
 
-std::optional<NoteTextSearch::Condition> NoteTextSearch::joinedCondition(const PredicateNode &node, NSError *error)
+std::shared_ptr<const RowKeySet> NoteTextSearch::rowsMeetingJoined(const PredicateNode &node, NSError *error)
 {
     // What the store knows is asked for in one question; so are terms that must all be there.
-    Condition joined{.kind = node.kind};
+    std::vector<std::shared_ptr<const RowKeySet>> parts;
     QStringList terms;
     QList<PredicateNodeRef> stored;
     for (const PredicateNodeRef &child : node.children) {
@@ -105,21 +80,25 @@ std::optional<NoteTextSearch::Condition> NoteTextSearch::joinedCondition(const P
             terms.append(termOfTextContainment(*child));
         } else if (!namesText(*child)) {
             stored.append(child);
-        } else if (auto condition = conditionForNode(child, error)) {
-            joined.children.push_back(std::move(*condition));
         } else {
-            return std::nullopt;
+            parts.push_back(rowsMeeting(child, error));
         }
     }
     if (!terms.isEmpty()) {
-        joined.children.push_back({.rows = std::make_shared<const RowKeySet>(m_arena.keysOfTextsContainingAll(terms))});
+        parts.push_back(std::make_shared<const RowKeySet>(m_arena.keysOfTextsContainingAll(terms)));
     }
     if (!stored.isEmpty()) {
-        auto rows = storedRows(joinedNode(node.kind, stored), error);
-        if (rows == nullptr) {
-            return std::nullopt;
+        parts.push_back(storedRows(joinedNode(node.kind, stored), error));
+    }
+    std::shared_ptr<const RowKeySet> joined;
+    for (const auto &part : parts) {
+        if (part == nullptr) {
+            return nullptr;
         }
-        joined.children.push_back({.rows = std::move(rows)});
+        joined = joined == nullptr
+                     ? part
+                     : std::make_shared<const RowKeySet>(
+                           node.kind == PredicateNode::Kind::And ? joined->intersected(*part) : joined->united(*part));
     }
     return joined;
 }
@@ -132,15 +111,13 @@ std::optional<std::vector<NSManagedObject *>> NoteTextSearch::objectsMatching(st
     }
     // The tree is shared with the predicate; a handle that owns nothing stands for its root.
     const PredicateNodeRef root(predicate, &predicate->root());
-    std::optional<Condition> condition;
+    std::shared_ptr<const RowKeySet> rows;
     if (!m_isFilled) {
-        if (auto rows = storedRows(root, nullptr)) {
-            condition = Condition{.rows = std::move(rows)};
-        }
+        rows = storedRows(root, nullptr);
     } else if (catchUp(nullptr)) {
-        condition = conditionForNode(root, nullptr);
+        rows = rowsMeeting(root, nullptr);
     }
-    if (!condition) {
+    if (rows == nullptr) {
         return std::nullopt;
     }
     std::vector<NSManagedObject *> matching;
@@ -154,7 +131,7 @@ std::optional<std::vector<NSManagedObject *>> NoteTextSearch::objectsMatching(st
         }
         const NSManagedObjectID identity = object->objectID();
         const bool isStored = !object->hasChanges() && identity.key() > 0 && identity.entity() == m_entity;
-        if (isStored ? condition->holds(identity.key()) : predicate->evaluateWithObject(*object)) {
+        if (isStored ? rows->contains(identity.key()) : predicate->evaluateWithObject(*object)) {
             matching.push_back(object);
         }
     }

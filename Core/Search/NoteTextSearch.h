@@ -58,9 +58,9 @@ private:
     [[nodiscard]] NSPredicate::Ref answered(const NSPredicate::Ref &predicate) const;
 
     // NoteTextSearch+Filtering.cpp
-    struct Condition;
-    [[nodiscard]] std::optional<Condition> conditionForNode(const PredicateNodeRef &node, NSError *error);
-    [[nodiscard]] std::optional<Condition> joinedCondition(const PredicateNode &node, NSError *error);
+    // Which rows meet a condition; null when the store fails.
+    [[nodiscard]] std::shared_ptr<const RowKeySet> rowsMeeting(const PredicateNodeRef &node, NSError *error);
+    [[nodiscard]] std::shared_ptr<const RowKeySet> rowsMeetingJoined(const PredicateNode &node, NSError *error);
     /// Which rows meet a condition that names no text, by the fields in memory, or else by the store; what that tells
     /// is remembered until anybody writes.
     [[nodiscard]] std::shared_ptr<const RowKeySet> storedRows(const PredicateNodeRef &node, NSError *error);
