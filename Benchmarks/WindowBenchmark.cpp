@@ -133,8 +133,13 @@ QJsonObject typeSearches(QBMainWindowController &window)
     Frames keys;
     window.focusSearchField();
     settle();
-    for (const QString &line : {generator.word(3), generator.word(5'000), u"zqqzzq"_s,
-                                QString(generator.word(50) % u' ' % generator.word(400)), u"@todo "_s}) {
+    const QString common = generator.word(3);
+    const QString rarer = generator.word(50);
+    // Words, conditions on notes' fields, on their tags and on dates, and all of it negated, quoted and together.
+    for (const QString &line : {common, generator.word(5'000), u"zqqzzq"_s, QString(rarer % u' ' % generator.word(400)),
+                                u"@todo "_s, u"@untagged "_s, u"@last7days "_s, u"@attachments "_s,
+                                QString(u'-' % rarer), QString(u'"' % common % u' ' % rarer % u'"'),
+                                QString(common % u" -" % rarer % u" @task -@done @tagged"), u"@cdate(2024-12-31) "_s}) {
         for (const QChar c : line) {
             keys.add(QString(window.searchField().text() + c), [&window, c] {
                 QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
