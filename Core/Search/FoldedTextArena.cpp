@@ -113,6 +113,11 @@ template <typename Places> Places common(const Places &first, const Places &seco
 
 } // namespace
 
+FoldedTextArena::~FoldedTextArena()
+{
+    const std::unique_lock lock(*m_mutex);
+}
+
 void FoldedTextArena::setText(qint64 key, qint64 version, QStringView text)
 {
     setFoldedText(key, version, foldedUtf8(text));
@@ -120,7 +125,7 @@ void FoldedTextArena::setText(qint64 key, qint64 version, QStringView text)
 
 void FoldedTextArena::setFoldedText(qint64 key, qint64 version, const QByteArray &foldedText)
 {
-    const std::unique_lock lock(m_mutex);
+    const std::unique_lock lock(*m_mutex);
     drop(key);
     append(key, version, foldedText);
     compactIfWorthwhile();
@@ -154,14 +159,14 @@ void FoldedTextArena::drop(qint64 key)
 
 void FoldedTextArena::remove(qint64 key)
 {
-    const std::unique_lock lock(m_mutex);
+    const std::unique_lock lock(*m_mutex);
     drop(key);
     compactIfWorthwhile();
 }
 
 void FoldedTextArena::clear()
 {
-    const std::unique_lock lock(m_mutex);
+    const std::unique_lock lock(*m_mutex);
     forgetFindings();
     m_bytes = {};
     m_entries = {};
@@ -230,7 +235,7 @@ void FoldedTextArena::remember(const Finding &finding) const
 FoldedTextArena::Needle FoldedTextArena::needleOf(const QByteArray &bytes) const
 {
     const std::string_view view(bytes.constData(), static_cast<size_t>(bytes.size()));
-    return {ByteSearch(view, m_counts), lettersOf(bytes), view.size()};
+    return {bytes, ByteSearch(view, m_counts), lettersOf(bytes), view.size()};
 }
 
 std::shared_ptr<const FoldedTextArena::Places> FoldedTextArena::placesOf(const QByteArray &needle) const
@@ -241,7 +246,7 @@ std::shared_ptr<const FoldedTextArena::Places> FoldedTextArena::placesOf(const Q
         found = known->places;
     } else if (known) {
         found = std::make_shared<const Places>(
-            placesOf(needle, known->places.get(), static_cast<size_t>(needle.indexOf(known->needle))));
+            placesOf(needle, known->places, static_cast<size_t>(needle.indexOf(known->needle))));
     } else {
         found = std::make_shared<const Places>(placesOf(needle, nullptr, 0));
     }
@@ -331,7 +336,45 @@ void FoldedTextArena::sweep(const ByteSearch &search, size_t firstEntry, size_t 
     }
 }
 
-FoldedTextArena::Places FoldedTextArena::placesOf(const QByteArray &needle, const Places *within, size_t back) const
+/// A search in pieces, each of some entries in their order.
+struct FoldedTextArena::Searching final : ChunkedWork
+{
+    Searching(const FoldedTextArena &searched, Needle sought, std::shared_ptr<const Places> places, size_t before,
+              std::vector<size_t> ends)
+        : ChunkedWork(ends.size() - 1, searched.m_mutex)
+        , arena(searched)
+        , needle(std::move(sought))
+        , within(std::move(places))
+        , back(before)
+        , limits(std::move(ends))
+        , parts(limits.size() - 1)
+    {
+    }
+    [[nodiscard]] std::function<void()> workOut(size_t index) override
+    {
+        Places found;
+        if (within == nullptr) {
+            arena.search(needle, 0, arena.living(limits[index], limits[index + 1]), &found);
+        } else {
+            const auto placeOf = [this](size_t entry) {
+                return std::lower_bound(within->begin(), within->end(), entry,
+                                        [](const Place &place, size_t other) { return place.entry < other; });
+            };
+            arena.search(needle, back, {placeOf(limits[index]), placeOf(limits[index + 1])}, &found);
+        }
+        return [this, index, found = std::move(found)]() mutable { parts[index] = std::move(found); };
+    }
+
+    const FoldedTextArena &arena; // guarded
+    const Needle needle;
+    const std::shared_ptr<const Places> within;
+    const size_t back;
+    const std::vector<size_t> limits;
+    std::vector<Places> parts;
+};
+
+FoldedTextArena::Places FoldedTextArena::placesOf(const QByteArray &needle, const std::shared_ptr<const Places> &within,
+                                                  size_t back) const
 {
     const Needle wanted = needleOf(needle);
     if (isOwnLetter(needle)) {
@@ -355,19 +398,9 @@ FoldedTextArena::Places FoldedTextArena::placesOf(const QByteArray &needle, cons
                              [](const Entry &entry, size_t position) { return entry.start < position; });
         limits.push_back(static_cast<size_t>(behind - m_entries.begin()));
     }
-    std::vector<Places> parts(limits.size() - 1);
-    runInChunks(parts.size(), [&](size_t i) {
-        if (within == nullptr) {
-            search(wanted, 0, living(limits[i], limits[i + 1]), &parts[i]);
-            return;
-        }
-        const auto placeOf = [within](size_t entry) {
-            return std::lower_bound(within->begin(), within->end(), entry,
-                                    [](const Place &place, size_t index) { return place.entry < index; });
-        };
-        search(wanted, back, {placeOf(limits[i]), placeOf(limits[i + 1])}, &parts[i]);
-    });
-    return joined(parts);
+    const auto searching = std::make_shared<Searching>(*this, wanted, within, back, std::move(limits));
+    runInChunks(searching);
+    return joined(searching->parts);
 }
 
 FoldedTextArena::Places FoldedTextArena::living(size_t firstEntry, size_t limitEntry) const
@@ -432,7 +465,7 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term) con
 
 std::vector<qint64> FoldedTextArena::keysOfTextsContainingAll(const QStringList &terms) const
 {
-    const std::shared_lock lock(m_mutex);
+    const std::shared_lock lock(*m_mutex);
     // How rare a term is, is told by its rarest byte and its length; a wrong guess costs time only.
     std::vector<std::pair<double, QByteArray>> needles;
     for (const QString &term : terms) {
@@ -469,11 +502,11 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContainingAll(const QStringList 
         if ((alone && alone->needle == needle) || found->size() > m_entries.size() / kManyOf) {
             found = std::make_shared<const Places>(common(*found, *placesOf(needle)));
         } else {
-            Places anywhere = *found;
-            for (Place &place : anywhere) {
+            auto anywhere = std::make_shared<Places>(*found);
+            for (Place &place : *anywhere) {
                 place.offset = 0;
             }
-            found = std::make_shared<const Places>(placesOf(needle, &anywhere, 0));
+            found = std::make_shared<const Places>(placesOf(needle, anywhere, 0));
         }
     }
     return keysOfPlaces(*found);
@@ -485,46 +518,46 @@ std::vector<qint64> FoldedTextArena::keysOfTextsContaining(QStringView term, con
     if (needle.isEmpty()) {
         return within;
     }
-    const std::shared_lock lock(m_mutex);
-    Places places;
+    const std::shared_lock lock(*m_mutex);
+    const auto places = std::make_shared<Places>();
     for (const qint64 key : within) {
         const auto index = m_indexOfKey.constFind(key);
         if (index != m_indexOfKey.constEnd()) {
-            places.push_back({static_cast<quint32>(*index), 0});
+            places->push_back({static_cast<quint32>(*index), 0});
         }
     }
-    std::sort(places.begin(), places.end(), [](const Place &a, const Place &b) { return a.entry < b.entry; });
-    return keysOfPlaces(placesOf(needle, &places, 0));
+    std::sort(places->begin(), places->end(), [](const Place &a, const Place &b) { return a.entry < b.entry; });
+    return keysOfPlaces(placesOf(needle, places, 0));
 }
 
 qint64 FoldedTextArena::versionOfKey(qint64 key) const
 {
-    const std::shared_lock lock(m_mutex);
+    const std::shared_lock lock(*m_mutex);
     const auto found = m_indexOfKey.constFind(key);
     return found == m_indexOfKey.constEnd() ? -1 : m_entries[*found].version;
 }
 
 QList<qint64> FoldedTextArena::keys() const
 {
-    const std::shared_lock lock(m_mutex);
+    const std::shared_lock lock(*m_mutex);
     return m_indexOfKey.keys();
 }
 
 qint64 FoldedTextArena::count() const
 {
-    const std::shared_lock lock(m_mutex);
+    const std::shared_lock lock(*m_mutex);
     return m_indexOfKey.size();
 }
 
 qint64 FoldedTextArena::sizeInBytes() const
 {
-    const std::shared_lock lock(m_mutex);
+    const std::shared_lock lock(*m_mutex);
     return static_cast<qint64>(m_bytes.size());
 }
 
 void FoldedTextArena::reserve(qint64 bytes)
 {
-    const std::unique_lock lock(m_mutex);
+    const std::unique_lock lock(*m_mutex);
     m_bytes.reserve(static_cast<size_t>(bytes));
 }
 

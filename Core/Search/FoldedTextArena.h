@@ -26,6 +26,12 @@ namespace quib {
 class FoldedTextArena
 {
 public:
+    FoldedTextArena() = default;
+    /// Waits for a thread that is still at a piece of a search.
+    ~FoldedTextArena();
+    FoldedTextArena(const FoldedTextArena &) = delete;
+    FoldedTextArena &operator=(const FoldedTextArena &) = delete;
+
     /// Sets the text of a row; version is the row's, for telling later what moved on.
     void setText(qint64 key, qint64 version, QStringView text);
     /// The same for a text that was folded elsewhere, by foldedUtf8.
@@ -78,6 +84,7 @@ private:
     /// What is looked for, and the letters without which a text is not looked at.
     struct Needle
     {
+        QByteArray bytes; // which the search goes by
         ByteSearch search;
         quint64 letters = 0;
         size_t size = 0;
@@ -88,7 +95,9 @@ private:
     // Requires: locked; the needle is not empty.
     [[nodiscard]] std::shared_ptr<const Places> placesOf(const QByteArray &needle) const;
     /// within: null for all. back: how much of the needle stands before what the places are those of.
-    [[nodiscard]] Places placesOf(const QByteArray &needle, const Places *within, size_t back) const;
+    [[nodiscard]] Places placesOf(const QByteArray &needle, const std::shared_ptr<const Places> &within,
+                                  size_t back) const;
+    struct Searching;
     [[nodiscard]] Places living(size_t firstEntry, size_t limitEntry) const;
     void search(const Needle &needle, size_t back, std::span<const Place> within, Places *found) const;
     void sweep(const ByteSearch &search, size_t firstEntry, size_t limitEntry, Places *found) const;
@@ -108,7 +117,7 @@ private:
     void drop(qint64 key);
     void compactIfWorthwhile();
 
-    mutable std::shared_mutex m_mutex;
+    const std::shared_ptr<std::shared_mutex> m_mutex = std::make_shared<std::shared_mutex>();
     std::vector<char> m_bytes;
     std::vector<Entry> m_entries;
     /// By entry, which letters its text has: a bit each, or one for some that are rare.

@@ -6,9 +6,8 @@
 
 #include <algorithm>
 #include <atomic>
-#include <condition_variable>
-#include <memory>
 #include <mutex>
+#include <vector>
 
 namespace quib {
 
@@ -17,28 +16,41 @@ namespace {
 /// More threads than this wait for memory, not for each other.
 constexpr int kMostThreads = 4;
 
-/// Outlives the call for a helper that starts when everything is done.
 struct Job
 {
-    std::function<void(size_t)> work; // called for indexes below count only, which the caller waits for
-    size_t count = 0;
+    explicit Job(const std::shared_ptr<ChunkedWork> &asked)
+        : work(asked)
+        , isKept(asked->count())
+    {
+    }
+
+    const std::shared_ptr<ChunkedWork> work;
     std::atomic<size_t> next = 0;
     std::mutex mutex;
-    std::condition_variable isDone;
-    size_t done = 0; // guarded by mutex
+    std::vector<bool> isKept; // guarded by mutex
+    bool isOver = false;      // guarded by mutex
 
+    [[nodiscard]] bool isWanted(size_t index)
+    {
+        const std::lock_guard lock(mutex);
+        return !isOver && !isKept[index];
+    }
+    void workOut(size_t index)
+    {
+        const auto keep = work->workOut(index);
+        const std::lock_guard lock(mutex);
+        if (!isOver && !isKept[index]) {
+            keep();
+            isKept[index] = true;
+        }
+    }
     void help()
     {
-        size_t finished = 0;
-        for (size_t index = next.fetch_add(1); index < count; index = next.fetch_add(1)) {
-            work(index);
-            ++finished;
-        }
-        if (finished > 0) {
-            const std::lock_guard lock(mutex);
-            done += finished;
-            if (done == count) {
-                isDone.notify_all();
+        for (size_t index = next.fetch_add(1); index < work->count(); index = next.fetch_add(1)) {
+            // What is guarded may be gone when nobody wants the piece any more, and stays as long as somebody does.
+            const std::shared_lock lock(work->guard());
+            if (isWanted(index)) {
+                workOut(index);
             }
         }
     }
@@ -46,25 +58,24 @@ struct Job
 
 } // namespace
 
-void runInChunks(size_t count, const std::function<void(size_t index)> &work)
+void runInChunks(const std::shared_ptr<ChunkedWork> &work)
 {
-    const auto helpers = std::min<size_t>(static_cast<size_t>(std::min(kMostThreads, QThread::idealThreadCount()) - 1),
-                                          count > 0 ? count - 1 : 0);
-    if (helpers == 0) {
-        for (size_t index = 0; index < count; ++index) {
-            work(index);
-        }
-        return;
-    }
-    const auto job = std::make_shared<Job>();
-    job->work = work;
-    job->count = count;
+    const auto threads = static_cast<size_t>(std::min(kMostThreads, QThread::idealThreadCount()));
+    const size_t helpers = work->count() > 0 ? std::min(threads, work->count()) - 1 : 0;
+    const auto job = std::make_shared<Job>(work);
     for (size_t i = 0; i < helpers; ++i) {
         DispatchQueue::serial(QStringLiteral("search helper"))->async([job] { job->help(); });
     }
-    job->help();
-    std::unique_lock lock(job->mutex);
-    job->isDone.wait(lock, [&job] { return job->done == job->count; });
+    for (size_t index = job->next.fetch_add(1); index < work->count(); index = job->next.fetch_add(1)) {
+        job->workOut(index);
+    }
+    for (size_t index = 0; index < work->count(); ++index) {
+        if (job->isWanted(index)) {
+            job->workOut(index);
+        }
+    }
+    const std::lock_guard lock(job->mutex);
+    job->isOver = true;
 }
 
 } // namespace quib
