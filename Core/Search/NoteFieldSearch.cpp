@@ -1,8 +1,5 @@
 #include "NoteFieldSearch.h"
 
-#include <Store/NSPersistentStore.h>
-#include <Store/QBNote.h>
-
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -172,24 +169,10 @@ private:
 };
 
 NoteFieldSearch::NoteFieldSearch(NSManagedObjectContext &context)
-    : m_context(context)
-    , m_entity(context.managedObjectModel().entityNamed(QBNote::entityName()))
+    : m_rows(NoteMirror<Rows>::make(
+          context, &NoteFieldSearch::rowsIn,
+          [this](Rows &rows, const NSManagedObjectContext::Changes &changes) { return follow(rows, changes); }))
 {
-}
-
-std::shared_ptr<NoteFieldSearch> NoteFieldSearch::make(NSManagedObjectContext &context)
-{
-    const std::shared_ptr<NoteFieldSearch> search(new NoteFieldSearch(context));
-    search->m_didSave = context.didSave.add(
-        [search = search.get()](NSManagedObjectContext &, const NSManagedObjectContext::Changes &changes) {
-            search->follow(changes);
-        });
-    return search;
-}
-
-NSPersistentStore &NoteFieldSearch::store() const
-{
-    return *m_context.persistentStoreCoordinator()->persistentStore();
 }
 
 // Filling
@@ -268,76 +251,17 @@ std::optional<NoteFieldSearch::Rows> NoteFieldSearch::rowsIn(NSPersistentStore &
     return rows;
 }
 
-void NoteFieldSearch::startFilling(std::shared_ptr<DispatchQueue> queue)
-{
-    m_fillingQueue = std::move(queue);
-    m_fillingQueue->async([weak = weak_from_this(), coordinator = m_context.persistentStoreCoordinator(),
-                           entity = m_entity, home = m_context.queue()] {
-        NSPersistentStore &store = *coordinator->persistentStore();
-        // Asked before the rows are read: what is written meanwhile moves the counter on.
-        const auto counter = store.changeCounter(nullptr);
-        auto rows =
-            std::make_shared<std::optional<Rows>>(counter ? rowsIn(store, entity, nullptr) : std::optional<Rows>());
-        home->async([weak, rows, counter = counter.value_or(-1)] {
-            if (const auto search = weak.lock()) {
-                search->take(std::move(*rows), counter);
-            }
-        });
-    });
-}
-
-bool NoteFieldSearch::fill(NSError *error)
-{
-    const auto counter = store().changeCounter(error);
-    if (!counter) {
-        return false;
-    }
-    take(rowsIn(store(), m_entity, error), *counter);
-    return m_isFilled;
-}
-
-void NoteFieldSearch::take(std::optional<Rows> rows, qint64 changeCounter)
-{
-    if (!rows) {
-        return; // the store goes on answering
-    }
-    if (store().changeCounter(nullptr) != changeCounter) {
-        forget(); // a writer was quicker
-        return;
-    }
-    m_rows = std::move(*rows);
-    m_changeCounter = changeCounter;
-    m_isFilled = true;
-}
-
-void NoteFieldSearch::forget()
-{
-    m_isFilled = false;
-    m_rows = {};
-    if (m_fillingQueue != nullptr) {
-        startFilling(m_fillingQueue);
-    }
-}
-
 // Following
 
-void NoteFieldSearch::follow(const NSManagedObjectContext::Changes &changes)
+bool NoteFieldSearch::follow(Rows &rows, const NSManagedObjectContext::Changes &changes) const
 {
-    if (!m_isFilled) {
-        return; // what was saved is in the rows, or moves the counter while they are read
-    }
-    // Our own save moves the counter by one; any further and somebody else wrote too.
-    if (store().changeCounter(nullptr) != m_changeCounter + 1) {
-        forget();
-        return;
-    }
-    ++m_changeCounter;
+    const NSEntityDescription *const notes = m_rows->entity();
     // 1. Which notes were written, and which are gone.
     std::vector<Row> written;
-    const Slots slotsOfFields = slotsOf(m_entity);
+    const Slots slotsOfFields = slotsOf(notes);
     for (const auto *set : {&changes.inserted, &changes.updated}) {
         for (const auto &object : *set) {
-            if (object->entity() != m_entity) {
+            if (object->entity() != notes) {
                 continue;
             }
             // Of a note that a list read the row may have some of them only.
@@ -358,7 +282,7 @@ void NoteFieldSearch::follow(const NSManagedObjectContext::Changes &changes)
     std::ranges::sort(written, {}, &Row::key);
     std::vector<qint64> gone;
     for (const auto &object : changes.deleted) {
-        if (object->entity() == m_entity) {
+        if (object->entity() == notes) {
             gone.push_back(object->objectID().key());
         }
     }
@@ -366,41 +290,35 @@ void NoteFieldSearch::follow(const NSManagedObjectContext::Changes &changes)
     // 2. A tag that comes or goes tells its notes, so that those are all whose tags can have changed.
     std::vector<Row *> counted;
     std::ranges::transform(written, std::back_inserter(counted), [](Row &row) { return &row; });
-    if (!countTags(store(), m_entity, counted, nullptr)) {
-        forget();
-        return;
+    if (!countTags(m_rows->store(), notes, counted, nullptr)) {
+        return false;
     }
     // 3. Known ones in their places, new ones all at once.
     std::vector<Row> joining;
     for (const Row &row : written) {
-        const auto place = std::ranges::lower_bound(m_rows, row.key, {}, &Row::key);
-        if (place != m_rows.end() && place->key == row.key) {
+        const auto place = std::ranges::lower_bound(rows, row.key, {}, &Row::key);
+        if (place != rows.end() && place->key == row.key) {
             *place = row;
         } else {
             joining.push_back(row);
         }
     }
     if (!gone.empty()) {
-        std::erase_if(m_rows, [&gone](const Row &row) { return std::ranges::binary_search(gone, row.key); });
+        std::erase_if(rows, [&gone](const Row &row) { return std::ranges::binary_search(gone, row.key); });
     }
-    const auto end = static_cast<std::ptrdiff_t>(m_rows.size());
-    m_rows.insert(m_rows.end(), joining.begin(), joining.end());
-    std::ranges::inplace_merge(m_rows, m_rows.begin() + end, {}, &Row::key);
+    const auto end = static_cast<std::ptrdiff_t>(rows.size());
+    rows.insert(rows.end(), joining.begin(), joining.end());
+    std::ranges::inplace_merge(rows, rows.begin() + end, {}, &Row::key);
+    return true;
 }
 
 // Answering
 
 std::optional<std::vector<qint64>> NoteFieldSearch::keysMeeting(const PredicateNode &condition)
 {
-    if (!m_isFilled) {
-        return std::nullopt;
-    }
-    if (store().changeCounter(nullptr) != m_changeCounter) {
-        forget();
-        return std::nullopt;
-    }
-    const auto answer = Answer::make(m_rows, condition);
-    return answer ? std::optional(answer->keys(m_rows)) : std::nullopt;
+    const Rows *rows = m_rows->contents();
+    const auto answer = rows != nullptr ? Answer::make(*rows, condition) : std::nullopt;
+    return answer ? std::optional(answer->keys(*rows)) : std::nullopt;
 }
 
 } // namespace quib

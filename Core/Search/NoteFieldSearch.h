@@ -1,8 +1,7 @@
 #pragma once
 
-#include <Foundation/DispatchQueue.h>
-#include <Foundation/NotificationCenter.h>
-#include <Store/NSManagedObjectContext.h>
+#include "NoteMirror.h"
+
 #include <Store/PredicateNode.h>
 
 #include <array>
@@ -16,18 +15,21 @@ namespace quib {
 /// fields of all notes lie in memory, read in the background and following the context's saves. Where it does not know
 /// them, because they are not read yet or somebody else wrote, the store is to be asked; the notes are the same either
 /// way. Queue: the context's.
-class NoteFieldSearch : public std::enable_shared_from_this<NoteFieldSearch>
+class NoteFieldSearch
 {
 public:
     /// context: a root context, which must outlive the search.
-    [[nodiscard]] static std::shared_ptr<NoteFieldSearch> make(NSManagedObjectContext &context);
+    explicit NoteFieldSearch(NSManagedObjectContext &context);
+    NoteFieldSearch(const NoteFieldSearch &) = delete;
+    NoteFieldSearch &operator=(const NoteFieldSearch &) = delete;
+    ~NoteFieldSearch() = default;
 
     /// Reads the fields on a queue, and again there whenever somebody else wrote.
-    void startFilling(std::shared_ptr<DispatchQueue> queue);
+    void startFilling(std::shared_ptr<DispatchQueue> queue) { m_rows->startFilling(std::move(queue)); }
     /// Reads them now.
     /// Errors: false; the store goes on answering.
-    [[nodiscard]] bool fill(NSError *error = nullptr);
-    [[nodiscard]] bool isFilled() const { return m_isFilled; }
+    [[nodiscard]] bool fill(NSError *error = nullptr) { return m_rows->fill(error); }
+    [[nodiscard]] bool isFilled() const { return m_rows->isFilled(); }
 
     /// The keys of the stored notes that meet a condition, ascending.
     /// Shape:   nullopt where the store is to be asked: also for a condition on anything else.
@@ -51,27 +53,16 @@ private:
     };
     class Answer;
 
-    explicit NoteFieldSearch(NSManagedObjectContext &context);
     [[nodiscard]] static Slots slotsOf(const NSEntityDescription *entity);
     [[nodiscard]] static std::optional<Rows> rowsIn(NSPersistentStore &store, const NSEntityDescription *entity,
                                                     NSError *error);
     /// Errors: false when the store cannot be read.
     [[nodiscard]] static bool countTags(NSPersistentStore &store, const NSEntityDescription *entity,
                                         const std::vector<Row *> &rows, NSError *error);
-    [[nodiscard]] NSPersistentStore &store() const;
-    void take(std::optional<Rows> rows, qint64 changeCounter);
-    void follow(const NSManagedObjectContext::Changes &changes);
-    /// Begins anew; until then the store answers.
-    void forget();
+    /// Errors: false when the rows must be read anew.
+    [[nodiscard]] bool follow(Rows &rows, const NSManagedObjectContext::Changes &changes) const;
 
-    NSManagedObjectContext &m_context;
-    const NSEntityDescription *m_entity;
-    std::shared_ptr<DispatchQueue> m_fillingQueue; ///< null where nobody asked for it
-    Rows m_rows;
-    bool m_isFilled = false;
-    /// The store's when the fields agreed with it.
-    qint64 m_changeCounter = -1;
-    ObservationToken m_didSave;
+    std::shared_ptr<NoteMirror<Rows>> m_rows;
 };
 
 } // namespace quib

@@ -24,7 +24,7 @@ bool namesText(const PredicateNode &node)
 
 std::shared_ptr<const RowKeySet> NoteTextSearch::storedRows(const PredicateNodeRef &node, NSError *error)
 {
-    if (auto keys = m_fields->keysMeeting(*node)) {
+    if (auto keys = m_fields.keysMeeting(*node)) {
         return std::make_shared<const RowKeySet>(std::move(*keys));
     }
     auto &store = *m_context.persistentStoreCoordinator()->persistentStore();

@@ -45,16 +45,16 @@ NoteTextSearch::NoteTextSearch(NSManagedObjectContext &context)
     : m_context(context)
     , m_entity(context.managedObjectModel().entityNamed(QBNote::entityName()))
     , m_textSlot(m_entity->attributeNamed(u"text"_s)->slot)
-    , m_titles(NoteTitleSearch::make(context))
-    , m_fields(NoteFieldSearch::make(context))
+    , m_titles(context)
+    , m_fields(context)
     , m_fillingQueue(DispatchQueue::serial(u"folded texts"_s))
 {
 }
 
 void NoteTextSearch::startFilling()
 {
-    m_titles->startFilling(m_fillingQueue);
-    m_fields->startFilling(m_fillingQueue);
+    m_titles.startFilling(m_fillingQueue);
+    m_fields.startFilling(m_fillingQueue);
     m_fillingQueue->async([weak = weak_from_this(), coordinator = m_context.persistentStoreCoordinator()] {
         if (const auto search = weak.lock()) {
             static_cast<void>(search->fillFrom(*coordinator->persistentStore(), nullptr));
@@ -64,7 +64,7 @@ void NoteTextSearch::startFilling()
 
 bool NoteTextSearch::fill(NSError *error)
 {
-    return m_fields->fill(error) && fillFrom(*m_context.persistentStoreCoordinator()->persistentStore(), error);
+    return m_fields.fill(error) && fillFrom(*m_context.persistentStoreCoordinator()->persistentStore(), error);
 }
 
 bool NoteTextSearch::fillFrom(NSPersistentStore &store, NSError *error)

@@ -46,7 +46,7 @@ public:
     [[nodiscard]] std::optional<std::vector<NSManagedObject *>>
     objectsMatching(std::span<NSManagedObject *const> objects, const NSPredicate::Ref &predicate);
     [[nodiscard]] const FoldedTextArena &arena() const { return m_arena; }
-    [[nodiscard]] NoteTitleSearch &titles() { return *m_titles; }
+    [[nodiscard]] NoteTitleSearch &titles() { return m_titles; }
 
 private:
     explicit NoteTextSearch(NSManagedObjectContext &context);
@@ -69,8 +69,8 @@ private:
     const NSEntityDescription *m_entity;
     int m_textSlot;
     FoldedTextArena m_arena;
-    std::shared_ptr<NoteTitleSearch> m_titles;
-    std::shared_ptr<NoteFieldSearch> m_fields;
+    NoteTitleSearch m_titles;
+    NoteFieldSearch m_fields;
     std::shared_ptr<DispatchQueue> m_fillingQueue;
     std::atomic<bool> m_isFilled = false;
     /// The store's change counter when the arena agreed with it; -1 when that is not known.

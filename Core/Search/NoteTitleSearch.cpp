@@ -1,7 +1,5 @@
 #include "NoteTitleSearch.h"
 
-#include <Store/NSPersistentStore.h>
-#include <Store/QBNote.h>
 #include <Text/Folding.h>
 
 #include <algorithm>
@@ -52,26 +50,9 @@ bool NoteTitleSearch::Titles::append(qint64 key, const std::optional<NSDate> &da
 
 NoteTitleSearch::NoteTitleSearch(NSManagedObjectContext &context)
     : m_context(context)
-    , m_entity(context.managedObjectModel().entityNamed(QBNote::entityName()))
+    , m_titles(NoteMirror<Titles>::make(context, &NoteTitleSearch::titlesIn, &NoteTitleSearch::follow))
 {
 }
-
-std::shared_ptr<NoteTitleSearch> NoteTitleSearch::make(NSManagedObjectContext &context)
-{
-    const std::shared_ptr<NoteTitleSearch> search(new NoteTitleSearch(context));
-    search->m_didSave = context.didSave.add(
-        [search = search.get()](NSManagedObjectContext &, const NSManagedObjectContext::Changes &changes) {
-            search->follow(changes);
-        });
-    return search;
-}
-
-NSPersistentStore &NoteTitleSearch::store() const
-{
-    return *m_context.persistentStoreCoordinator()->persistentStore();
-}
-
-// Filling
 
 std::optional<NoteTitleSearch::Titles> NoteTitleSearch::titlesIn(NSPersistentStore &store,
                                                                  const NSEntityDescription *entity, NSError *error)
@@ -105,116 +86,53 @@ std::optional<NoteTitleSearch::Titles> NoteTitleSearch::titlesIn(NSPersistentSto
     return titles;
 }
 
-void NoteTitleSearch::startFilling(std::shared_ptr<DispatchQueue> queue)
+bool NoteTitleSearch::follow(Titles &titles, const NSManagedObjectContext::Changes &changes)
 {
-    m_fillingQueue = std::move(queue);
-    m_fillingQueue->async([weak = weak_from_this(), coordinator = m_context.persistentStoreCoordinator(),
-                           entity = m_entity, home = m_context.queue()] {
-        NSPersistentStore &store = *coordinator->persistentStore();
-        // Asked before the rows are read: what is written meanwhile moves the counter on.
-        const auto counter = store.changeCounter(nullptr);
-        auto titles = std::make_shared<std::optional<Titles>>(counter ? titlesIn(store, entity, nullptr)
-                                                                      : std::optional<Titles>());
-        home->async([weak, titles, counter = counter.value_or(-1)] {
-            if (const auto search = weak.lock()) {
-                search->take(std::move(*titles), counter);
-            }
-        });
-    });
-}
-
-bool NoteTitleSearch::fill(NSError *error)
-{
-    const auto counter = store().changeCounter(error);
-    if (!counter) {
-        return false;
-    }
-    take(titlesIn(store(), m_entity, error), *counter);
-    return m_isFilled;
-}
-
-void NoteTitleSearch::take(std::optional<Titles> titles, qint64 changeCounter)
-{
-    if (!titles) {
-        return; // nothing to be read: the store goes on answering
-    }
-    if (store().changeCounter(nullptr) != changeCounter) {
-        forget(); // a writer was quicker
-        return;
-    }
-    m_titles = std::move(*titles);
-    m_changeCounter = changeCounter;
-    m_isFilled = true;
-}
-
-void NoteTitleSearch::forget()
-{
-    m_isFilled = false;
-    m_titles = {};
-    if (m_fillingQueue != nullptr) {
-        startFilling(m_fillingQueue);
-    }
-}
-
-// Following
-
-void NoteTitleSearch::follow(const NSManagedObjectContext::Changes &changes)
-{
-    if (!m_isFilled) {
-        return; // what was saved is in the rows, or moves the counter while they are read
-    }
-    // Our own save moves the counter by one; any further and somebody else wrote too.
-    if (store().changeCounter(nullptr) != m_changeCounter + 1) {
-        forget();
-        return;
-    }
-    ++m_changeCounter;
     for (const auto *set : {&changes.inserted, &changes.updated}) {
         for (const auto &object : *set) {
-            if (const auto note = object.as<QBNote>()) {
-                followNote(*note);
+            const auto note = object.as<QBNote>();
+            if (note && !followNote(titles, *note)) {
+                return false;
             }
         }
     }
     for (const auto &object : changes.deleted) {
-        if (object->entity() == m_entity) {
+        if (object.as<QBNote>()) {
             const qint64 key = object->objectID().key();
-            const auto place = std::ranges::lower_bound(m_titles.entries, key, {}, &Entry::key);
-            if (place != m_titles.entries.end() && place->key == key) {
-                m_titles.deadBytes += place->length;
-                m_titles.entries.erase(place);
+            const auto place = std::ranges::lower_bound(titles.entries, key, {}, &Entry::key);
+            if (place != titles.entries.end() && place->key == key) {
+                titles.deadBytes += place->length;
+                titles.entries.erase(place);
             }
         }
     }
-    if (m_titles.deadBytes > kTolerableDeadBytes && m_titles.deadBytes * 2 > m_titles.bytes.size()) {
-        forget();
-    }
+    return titles.deadBytes <= kTolerableDeadBytes || titles.deadBytes * 2 <= titles.bytes.size();
 }
 
-void NoteTitleSearch::followNote(const QBNote &note)
+bool NoteTitleSearch::followNote(Titles &titles, const QBNote &note)
 {
     const qint64 key = note.objectID().key();
-    auto place = std::ranges::lower_bound(m_titles.entries, key, {}, &Entry::key);
-    const bool isKnown = place != m_titles.entries.end() && place->key == key;
+    auto place = std::ranges::lower_bound(titles.entries, key, {}, &Entry::key);
+    const bool isKnown = place != titles.entries.end() && place->key == key;
     const QByteArray folded = canBeLinkedTo(note) ? foldedUtf8(note.title()) : QByteArray();
     if (isKnown && canBeLinkedTo(note) &&
-        std::string_view(m_titles.bytes.data() + place->start, place->length) ==
+        std::string_view(titles.bytes.data() + place->start, place->length) ==
             std::string_view(folded.constData(), static_cast<size_t>(folded.size()))) {
         place->modificationDate = numberOf(note.modificationDate());
-        return;
+        return true;
     }
     if (isKnown) {
-        m_titles.deadBytes += place->length;
-        place = m_titles.entries.erase(place);
+        titles.deadBytes += place->length;
+        place = titles.entries.erase(place);
     }
     if (canBeLinkedTo(note)) {
-        const auto index = place - m_titles.entries.begin();
-        if (!m_titles.append(key, note.modificationDate(), folded)) {
-            forget();
-            return;
+        const auto index = place - titles.entries.begin();
+        if (!titles.append(key, note.modificationDate(), folded)) {
+            return false;
         }
-        std::rotate(m_titles.entries.begin() + index, m_titles.entries.end() - 1, m_titles.entries.end());
+        std::rotate(titles.entries.begin() + index, titles.entries.end() - 1, titles.entries.end());
     }
+    return true;
 }
 
 // Finding
@@ -248,23 +166,23 @@ std::vector<NoteTitleSearch::Found> NoteTitleSearch::foundAmongChanged(const QBy
 std::optional<QList<Ref<QBNote>>> NoteTitleSearch::findNotesForPartialtitle(const QString &partialtitle, qint64 limitTo)
 {
     const QByteArray needle = foldedUtf8(partialtitle);
-    if (!m_isFilled || needle.isEmpty()) {
+    if (!isFilled() || needle.isEmpty()) {
         return std::nullopt;
     }
     m_context.processPendingChanges();
-    if (store().changeCounter(nullptr) != m_changeCounter) {
-        forget();
+    const Titles *titles = m_titles->contents();
+    if (titles == nullptr) {
         return std::nullopt;
     }
     // 1. All that have it.
     std::vector<qint64> changed;
     std::vector<Found> found = m_context.hasChanges() ? foundAmongChanged(needle, &changed) : std::vector<Found>();
     const auto size = static_cast<size_t>(needle.size());
-    for (const Entry &entry : m_titles.entries) {
-        const char *title = m_titles.bytes.data() + entry.start;
+    for (const Entry &entry : titles->entries) {
+        const char *title = titles->bytes.data() + entry.start;
         const void *place = ::memmem(title, entry.length, needle.constData(), size);
         if (place != nullptr && !std::ranges::binary_search(changed, entry.key)) {
-            found.push_back({entry.modificationDate, NSManagedObjectID(m_entity, entry.key), place == title});
+            found.push_back({entry.modificationDate, NSManagedObjectID(m_titles->entity(), entry.key), place == title});
         }
     }
     // 2. Of those that changed last, the ones that begin with it first. Of one date in the order of their making.

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <Foundation/DispatchQueue.h>
-#include <Foundation/NotificationCenter.h>
-#include <Store/NSManagedObjectContext.h>
+#include "NoteMirror.h"
 
 #include <QByteArray>
 #include <QList>
@@ -12,26 +10,26 @@
 #include <optional>
 #include <vector>
 
-class NSPersistentStore;
-class QBNote;
-
 namespace quib {
 
 /// Finds notes by a part of their titles while it is typed: the folded titles of all notes lie in memory, read in the
 /// background and following the context's saves. Where it does not know them, because they are not read yet or somebody
 /// else wrote, the store is to be asked; the notes are the same either way. Queue: the context's.
-class NoteTitleSearch : public std::enable_shared_from_this<NoteTitleSearch>
+class NoteTitleSearch
 {
 public:
     /// context: a root context, which must outlive the search.
-    [[nodiscard]] static std::shared_ptr<NoteTitleSearch> make(NSManagedObjectContext &context);
+    explicit NoteTitleSearch(NSManagedObjectContext &context);
+    NoteTitleSearch(const NoteTitleSearch &) = delete;
+    NoteTitleSearch &operator=(const NoteTitleSearch &) = delete;
+    ~NoteTitleSearch() = default;
 
     /// Reads the titles on a queue, and again there whenever somebody else wrote.
-    void startFilling(std::shared_ptr<DispatchQueue> queue);
+    void startFilling(std::shared_ptr<DispatchQueue> queue) { m_titles->startFilling(std::move(queue)); }
     /// Reads them now.
     /// Errors: false; the store goes on answering.
-    [[nodiscard]] bool fill(NSError *error = nullptr);
-    [[nodiscard]] bool isFilled() const { return m_isFilled; }
+    [[nodiscard]] bool fill(NSError *error = nullptr) { return m_titles->fill(error); }
+    [[nodiscard]] bool isFilled() const { return m_titles->isFilled(); }
 
     /// The notes of QBNote::findNotesForPartialtitle; nullopt where the store is to be asked.
     [[nodiscard]] std::optional<QList<Ref<QBNote>>> findNotesForPartialtitle(const QString &partialtitle,
@@ -58,27 +56,17 @@ private:
     };
     struct Found;
 
-    explicit NoteTitleSearch(NSManagedObjectContext &context);
     [[nodiscard]] static std::optional<Titles> titlesIn(NSPersistentStore &store, const NSEntityDescription *entity,
                                                         NSError *error);
-    [[nodiscard]] NSPersistentStore &store() const;
-    void take(std::optional<Titles> titles, qint64 changeCounter);
-    void follow(const NSManagedObjectContext::Changes &changes);
-    void followNote(const QBNote &note);
-    /// Begins anew; until then the store answers.
-    void forget();
+    // Errors: false when the titles must be read anew.
+    [[nodiscard]] static bool follow(Titles &titles, const NSManagedObjectContext::Changes &changes);
+    [[nodiscard]] static bool followNote(Titles &titles, const QBNote &note);
     /// Those that were changed since the last save, of which the titles here are not those that count.
     [[nodiscard]] std::vector<Found> foundAmongChanged(const QByteArray &needle, std::vector<qint64> *changed) const;
     [[nodiscard]] std::optional<QList<Ref<QBNote>>> notes(const std::vector<Found> &found) const;
 
     NSManagedObjectContext &m_context;
-    const NSEntityDescription *m_entity;
-    std::shared_ptr<DispatchQueue> m_fillingQueue; ///< null where nobody asked for it
-    Titles m_titles;
-    bool m_isFilled = false;
-    /// The store's when the titles agreed with it.
-    qint64 m_changeCounter = -1;
-    ObservationToken m_didSave;
+    std::shared_ptr<NoteMirror<Titles>> m_titles;
 };
 
 } // namespace quib

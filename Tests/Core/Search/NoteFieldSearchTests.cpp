@@ -33,7 +33,7 @@ protected:
         m_stack.setupStackWithDelegate({});
         m_other.setupStackWithDelegate({});
         EXPECT_FALSE(m_stack.openError().isSet()) << m_stack.openError().localizedDescription().toStdString();
-        m_search = quib::NoteFieldSearch::make(context());
+        m_search = std::make_shared<quib::NoteFieldSearch>(context());
     }
     ~FieldSearch() override
     {

@@ -31,7 +31,7 @@ protected:
         m_stack.setupStackWithDelegate({});
         m_other.setupStackWithDelegate({});
         EXPECT_FALSE(m_stack.openError().isSet()) << m_stack.openError().localizedDescription().toStdString();
-        m_search = quib::NoteTitleSearch::make(context());
+        m_search = std::make_shared<quib::NoteTitleSearch>(context());
     }
     ~TitleSearch() override
     {
