@@ -76,38 +76,113 @@ std::optional<double> processorSecondsOfProgram(const std::vector<char *> &argum
     return secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime);
 }
 
-/// Times work, which answers with its processor time.
-Timing measureWork(const std::function<double()> &work, const MeasureOptions &options,
-                   const std::function<void()> &prepare)
+/// Work that answers with its processor time.
+using TimedWork = std::function<double()>;
+
+TimedWork timed(const std::function<void()> &work)
+{
+    return [&work] {
+        const double start = processorSecondsNow();
+        work();
+        return processorSecondsNow() - start;
+    };
+}
+
+/// What the runs of one piece of work took so far.
+struct Runs
+{
+    /// Answers with how long the run took.
+    double add(const TimedWork &work, bool isCounted)
+    {
+        const double start = secondsNow();
+        const double processorTaken = work();
+        const double taken = secondsNow() - start;
+        if (isCounted) {
+            times.push_back(taken);
+            processor = std::min(processor, processorTaken);
+        }
+        return taken;
+    }
+    [[nodiscard]] Timing timing()
+    {
+        std::sort(times.begin(), times.end());
+        return {.minimum = times.front(),
+                .median = times[times.size() / 2],
+                .maximum = times.back(),
+                .runs = static_cast<qsizetype>(times.size()),
+                .processor = processor};
+    }
+
+    std::vector<double> times;
+    double processor = std::numeric_limits<double>::infinity();
+};
+
+/// Calls round(isCounted), which answers with how long it took, until there are enough rounds.
+template <typename Round> void repeat(const MeasureOptions &options, const Round &round)
 {
     const MeasureOptions used =
         isSmokeRun() ? MeasureOptions{.fewestRuns = 1, .mostRuns = 1, .seconds = 0, .warmUps = 0} : options;
-    std::vector<double> times;
-    double processor = std::numeric_limits<double>::infinity();
     double total = 0;
     for (qsizetype run = -used.warmUps; run < used.mostRuns; ++run) {
         if (run >= used.fewestRuns && total >= used.seconds) {
             break;
         }
+        const double taken = round(run >= 0);
+        total += run >= 0 ? taken : 0;
+    }
+}
+
+Timing measureWork(const TimedWork &work, const MeasureOptions &options, const std::function<void()> &prepare)
+{
+    Runs runs;
+    repeat(options, [&](bool isCounted) {
         if (prepare) {
             prepare();
         }
-        const double start = secondsNow();
-        const double processorTaken = work();
-        const double taken = secondsNow() - start;
-        if (run >= 0) {
-            times.push_back(taken);
-            processor = std::min(processor, processorTaken);
-            total += taken;
-        }
-    }
-    std::sort(times.begin(), times.end());
-    return {.minimum = times.front(),
-            .median = times[times.size() / 2],
-            .maximum = times.back(),
-            .runs = static_cast<qsizetype>(times.size()),
-            .processor = processor};
+        return runs.add(work, isCounted);
+    });
+    return runs.timing();
 }
+
+TimingPair measureWorkInTurn(const TimedWork &work, const TimedWork &baseline, const MeasureOptions &options)
+{
+    Runs ofWork;
+    Runs ofBaseline;
+    repeat(options, [&](bool isCounted) {
+        const double taken = ofBaseline.add(baseline, isCounted);
+        return taken + ofWork.add(work, isCounted);
+    });
+    return {ofWork.timing(), ofBaseline.timing()};
+}
+
+/// A program's runs as work.
+class Program
+{
+public:
+    explicit Program(const QStringList &commandLine)
+    {
+        for (const QString &word : commandLine) {
+            m_words.push_back(word.toUtf8());
+        }
+        for (QByteArray &word : m_words) {
+            m_arguments.push_back(word.data());
+        }
+        m_arguments.push_back(nullptr);
+    }
+
+    [[nodiscard]] double run()
+    {
+        const auto taken = processorSecondsOfProgram(m_arguments);
+        m_hasFailed = !taken || m_hasFailed;
+        return taken.value_or(0);
+    }
+    [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
+
+private:
+    std::vector<QByteArray> m_words;
+    std::vector<char *> m_arguments;
+    bool m_hasFailed = false;
+};
 
 } // namespace
 
@@ -123,36 +198,37 @@ qsizetype sizeForRun(qsizetype full, qsizetype tiny)
 
 Timing measure(const std::function<void()> &work, const MeasureOptions &options, const std::function<void()> &prepare)
 {
-    const auto timed = [&work] {
-        const double start = processorSecondsNow();
-        work();
-        return processorSecondsNow() - start;
-    };
-    return measureWork(timed, options, prepare);
+    return measureWork(timed(work), options, prepare);
+}
+
+TimingPair measureInTurn(const std::function<void()> &work, const std::function<void()> &baseline,
+                         const MeasureOptions &options)
+{
+    return measureWorkInTurn(timed(work), timed(baseline), options);
+}
+
+std::optional<TimingPair> measureInTurn(const std::function<void()> &work, const QStringList &commandLine,
+                                        const MeasureOptions &options)
+{
+    Program program(commandLine);
+    static_cast<void>(program.run());
+    if (program.hasFailed()) {
+        return std::nullopt;
+    }
+    const TimingPair pair = measureWorkInTurn(
+        timed(work), [&program] { return program.run(); }, options);
+    return program.hasFailed() ? std::nullopt : std::optional(pair);
 }
 
 std::optional<Timing> measureProgram(const QStringList &commandLine, const MeasureOptions &options)
 {
-    std::vector<QByteArray> words;
-    for (const QString &word : commandLine) {
-        words.push_back(word.toUtf8());
-    }
-    std::vector<char *> arguments;
-    for (QByteArray &word : words) {
-        arguments.push_back(word.data());
-    }
-    arguments.push_back(nullptr);
-    if (!processorSecondsOfProgram(arguments)) {
+    Program program(commandLine);
+    static_cast<void>(program.run());
+    if (program.hasFailed()) {
         return std::nullopt;
     }
-    bool failed = false;
-    const auto timed = [&] {
-        const auto taken = processorSecondsOfProgram(arguments);
-        failed = !taken || failed;
-        return taken.value_or(0);
-    };
-    const Timing timing = measureWork(timed, options, {});
-    return failed ? std::nullopt : std::optional(timing);
+    const Timing timing = measureWork([&program] { return program.run(); }, options, {});
+    return program.hasFailed() ? std::nullopt : std::optional(timing);
 }
 
 qint64 heapBytes()

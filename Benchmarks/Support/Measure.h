@@ -40,6 +40,18 @@ struct MeasureOptions
 [[nodiscard]] Timing measure(const std::function<void()> &work, const MeasureOptions &options = {},
                              const std::function<void()> &prepare = {});
 
+/// Times two pieces of work in turn, so that what changes the machine's speed changes it for both.
+struct TimingPair
+{
+    Timing work;
+    Timing baseline;
+};
+[[nodiscard]] TimingPair measureInTurn(const std::function<void()> &work, const std::function<void()> &baseline,
+                                       const MeasureOptions &options = {});
+/// The same against a program, see measureProgram.
+[[nodiscard]] std::optional<TimingPair> measureInTurn(const std::function<void()> &work, const QStringList &commandLine,
+                                                      const MeasureOptions &options = {});
+
 /// Times a program from its start to its end, its output thrown away; nothing if it can't be run or fails. Programs
 /// that report what they count by the exit status (1: nothing found) are not failures.
 [[nodiscard]] std::optional<Timing> measureProgram(const QStringList &commandLine, const MeasureOptions &options = {});
@@ -64,6 +76,10 @@ public:
     /// value against baseline, both in seconds; target is the highest ratio that is good enough, 0 for none. The ratio
     /// of processor times stands behind it where both were measured.
     void addTime(const QString &name, const Timing &value, const Timing &baseline, double target);
+    void addTime(const QString &name, const TimingPair &pair, double target)
+    {
+        addTime(name, pair.work, pair.baseline, target);
+    }
     /// As addTime for a bare number of any unit.
     void addValue(const QString &name, double value, double baseline, double target, const QString &unit);
     /// A line of words below the figures: sizes, what the baseline was.
