@@ -281,6 +281,7 @@ std::optional<NSMutableAttributedString> QBNotesTextStorage::styleTextInRange(NS
         }
         styler->styleTextInAttributedString(text, local, this);
     }
+    text.joinEqualRuns();
     if (isChanged) {
         text.fixAttributesInRange(text.fullRange());
         *proposedSelectionRange = selection.range();
@@ -311,17 +312,14 @@ void QBNotesTextStorage::applyStylingInRange(NSRange range)
     NSRange styled = range;
     const auto names = QBNoteTextStylerCommonAttributes::attributesNamesToReset();
     if (range == fullRange()) {
-        // OPTIMIZATION: all runs are made anew beside the old, as a load makes them, rather than changed one by one.
-        auto text = NSMutableAttributedString::resetCopy(attributedString(), range, names, groundAttributes());
-        for (const auto &styler : stylersAfterReset()) {
-            styler->styleTextInAttributedString(text, styled, this);
-        }
-        contents().setAttributedString(std::move(text));
+        // OPTIMIZATION: runs stay where they are for what comes back to them.
+        contents().reset(names, groundAttributes());
     } else {
         contents().removeAndAddAttributes(names, groundAttributes(), range);
-        for (const auto &styler : stylersAfterReset()) {
-            styler->styleTextInAttributedString(contents(), styled, this);
-        }
     }
+    for (const auto &styler : stylersAfterReset()) {
+        styler->styleTextInAttributedString(contents(), styled, this);
+    }
+    contents().joinEqualRuns();
     edited(kEditedAttributes, range, 0); // which fixes the attributes
 }

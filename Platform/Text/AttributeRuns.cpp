@@ -150,7 +150,7 @@ AttributeSet AttributeChange::applied(const AttributeSet &attributes) const
     AttributeSet changed;
     changed.m_shared = known->to;
     changed.m_place = AttributeSet::placeWithout(attributes.m_place, m_removed, m_set->m_shared);
-    changed.m_objects = AttributeSet::placeWithout(attributes.m_objects, m_removed, m_set->m_shared);
+    changed.setObjects(AttributeSet::placeWithout(attributes.objects(), m_removed, m_set->m_shared));
     return changed;
 }
 
@@ -161,16 +161,18 @@ AttributeRuns::AttributeRuns(const AttributeSet &attributes, qint64 length)
 
 AttributeRuns::AttributeRuns(const AttributeRuns &other)
     : m_length(other.m_length)
+    , m_isApart(other.m_isApart)
+    , m_leaves(other.m_leaves)
     , m_leafLengths(other.m_leafLengths)
 {
-    m_leaves.reserve(other.m_leaves.size());
-    for (const Leaf *leaf : other.m_leaves) {
-        m_leaves.append(new Leaf(*leaf));
+    for (Leaf *const leaf : std::as_const(m_leaves)) {
+        Leaf::retain(leaf);
     }
 }
 
 AttributeRuns::AttributeRuns(AttributeRuns &&other) noexcept
     : m_length(std::exchange(other.m_length, 0))
+    , m_isApart(std::exchange(other.m_isApart, false))
     , m_leaves(std::exchange(other.m_leaves, {}))
     , m_leafLengths(std::exchange(other.m_leafLengths, {}))
 {
@@ -181,6 +183,7 @@ AttributeRuns::AttributeRuns(AttributeRuns &&other) noexcept
 AttributeRuns &AttributeRuns::operator=(AttributeRuns other) noexcept
 {
     std::swap(m_length, other.m_length);
+    std::swap(m_isApart, other.m_isApart);
     m_leaves.swap(other.m_leaves);
     m_leafLengths.swap(other.m_leafLengths);
     m_knownGroups = 0;
@@ -190,13 +193,26 @@ AttributeRuns &AttributeRuns::operator=(AttributeRuns other) noexcept
 
 AttributeRuns::~AttributeRuns()
 {
-    qDeleteAll(m_leaves);
+    for (Leaf *const leaf : std::as_const(m_leaves)) {
+        Leaf::release(leaf);
+    }
+}
+
+AttributeRuns::Leaf &AttributeRuns::ownLeaf(qsizetype index)
+{
+    Leaf *leaf = m_leaves.at(index);
+    if (leaf->isShared()) {
+        m_leaves[index] = leaf->copy();
+        Leaf::release(leaf);
+        leaf = m_leaves.at(index);
+    }
+    return *leaf;
 }
 
 qsizetype AttributeRuns::runCount() const
 {
     return std::accumulate(m_leaves.begin(), m_leaves.end(), qsizetype(0),
-                           [](qsizetype sum, const Leaf *leaf) { return sum + leaf->runs.size(); });
+                           [](qsizetype sum, const Leaf *leaf) { return sum + leaf->count(); });
 }
 
 AttributeRuns::Position AttributeRuns::find(qint64 location) const
@@ -208,7 +224,7 @@ AttributeRuns::Position AttributeRuns::find(qint64 location) const
         m_cursor = {leaf, 0, start};
         m_cursorLeafStart = start;
     }
-    const Run *const runs = constRuns(m_cursor.leaf).constData();
+    const qint64 *const lengths = constLeaf(m_cursor.leaf).lengths();
     Position position = m_cursor;
     if (location - m_cursorLeafStart < position.start - location) {
         position.run = 0;
@@ -216,10 +232,10 @@ AttributeRuns::Position AttributeRuns::find(qint64 location) const
     }
     while (location < position.start) {
         --position.run;
-        position.start -= runs[position.run].length;
+        position.start -= lengths[position.run];
     }
-    while (location - position.start >= runs[position.run].length) {
-        position.start += runs[position.run].length;
+    while (location - position.start >= lengths[position.run]) {
+        position.start += lengths[position.run];
         ++position.run;
     }
     m_cursor = position;
@@ -264,28 +280,30 @@ void AttributeRuns::retreat(Position &position) const
 {
     if (position.run == 0) {
         --position.leaf;
-        position.run = constRuns(position.leaf).size();
+        position.run = constLeaf(position.leaf).count();
     }
     --position.run;
-    position.start -= constRuns(position.leaf).at(position.run).length;
+    position.start -= constLeaf(position.leaf).lengthOf(position.run);
 }
 
 template <typename IsWanted>
 void AttributeRuns::advanceTo(Position &position, AttributeNameMask names, qint64 limit, const IsWanted &isWanted) const
 {
     for (; !isAtEnd(position) && position.start < limit; ++position.leaf, position.run = 0) {
-        const Leaf &leaf = *m_leaves.at(position.leaf);
-        if (position.run == 0 && !leaf.names.intersects(names)) {
+        const Leaf &leaf = constLeaf(position.leaf);
+        if (position.run == 0 && !leaf.names().intersects(names)) {
             position.start += m_leafLengths.at(position.leaf);
             continue;
         }
-        const Run *const runs = leaf.runs.constData();
-        const qsizetype count = leaf.runs.size();
+        prefetchBehind(position.leaf);
+        const AttributeSet *const sets = leaf.sets();
+        const qint64 *const lengths = leaf.lengths();
+        const qsizetype count = leaf.count();
         for (; position.run < count; ++position.run) {
-            if (position.start >= limit || isWanted(runs[position.run].attributes)) {
+            if (position.start >= limit || isWanted(sets[position.run])) {
                 return;
             }
-            position.start += runs[position.run].length;
+            position.start += lengths[position.run];
         }
     }
 }
@@ -306,22 +324,30 @@ void AttributeRuns::change(NSRange range, const AttributeChange &change)
     qint64 location = range.location;
     const qint64 limit = range.limit();
     while (location < limit) {
-        const Position position = find(location);
-        const qint64 leafLimit = m_cursorLeafStart + m_leafLengths.at(position.leaf);
-        if (!change.mayChange(m_leaves.at(position.leaf)->names)) {
-            location = leafLimit;
+        Position position = find(location);
+        if (!change.mayChange(constLeaf(position.leaf).names())) {
+            // OPTIMIZATION: leaves are passed without a look into them.
+            location = m_cursorLeafStart;
+            while (location < limit && !change.mayChange(constLeaf(position.leaf).names())) {
+                location += m_leafLengths.at(position.leaf++);
+                if (isAtEnd(position)) {
+                    return;
+                }
+            }
+            m_cursor = {position.leaf, 0, location};
+            m_cursorLeafStart = location;
             continue;
         }
-        const Run &run = constRuns(position.leaf).at(position.run);
-        const qint64 runLimit = position.start + run.length;
+        const Leaf &leaf = constLeaf(position.leaf);
+        const qint64 runLimit = position.start + leaf.lengthOf(position.run);
         if (position.start == location && runLimit <= limit) {
             location = changeWholeRuns(position, limit, change);
             continue;
         }
-        AttributeSet attributes = run.attributes;
+        AttributeSet attributes = leaf.attributesOf(position.run);
         const qint64 partLimit = std::min(runLimit, limit);
         change.apply(attributes);
-        if (!(attributes == run.attributes)) {
+        if (!(attributes == leaf.attributesOf(position.run))) {
             changePart(position, {location, partLimit - location}, std::move(attributes));
         }
         location = partLimit;
@@ -331,71 +357,73 @@ void AttributeRuns::change(NSRange range, const AttributeChange &change)
 void AttributeRuns::changePart(Position position, NSRange part, AttributeSet attributes)
 {
     makeRoom(position, 2);
-    Leaf &leaf = *m_leaves.at(position.leaf);
-    leaf.names |= attributes.names();
-    QList<Run> &list = leaf.runs;
-    Run *const run = list.data() + position.run;
+    Leaf &leaf = ownLeaf(position.leaf);
+    leaf.addNames(attributes.names());
+    const qsizetype run = position.run;
+    qint64 *const lengths = leaf.lengths();
+    const AttributeSet *const sets = leaf.sets();
     const qint64 before = part.location - position.start;
-    const qint64 after = run->length - before - part.length;
-    if (before == 0 && position.run > 0 && run[-1].attributes == attributes) {
-        run[-1].length += part.length;
-        run->length = after;
-        m_cursor = {position.leaf, position.run, part.limit()};
-    } else if (after == 0 && position.run + 1 < list.size() && run[1].attributes == attributes) {
-        run[1].length += part.length;
-        run->length = before;
+    const qint64 after = lengths[run] - before - part.length;
+    if (before == 0 && run > 0 && sets[run - 1] == attributes) {
+        lengths[run - 1] += part.length;
+        lengths[run] = after;
+        m_cursor = {position.leaf, run, part.limit()};
+    } else if (after == 0 && run + 1 < leaf.count() && sets[run + 1] == attributes) {
+        lengths[run + 1] += part.length;
+        lengths[run] = before;
     } else if (before == 0) {
-        run->length = after;
-        list.insert(position.run, Run{std::move(attributes), part.length});
+        lengths[run] = after;
+        leaf.insert(run, std::move(attributes), part.length);
     } else if (after == 0) {
-        run->length = before;
-        list.insert(position.run + 1, Run{std::move(attributes), part.length});
+        lengths[run] = before;
+        leaf.insert(run + 1, std::move(attributes), part.length);
     } else {
-        run->length = before;
-        list.insert(position.run + 1, 2, Run{run->attributes, after});
-        Run &middle = list[position.run + 1];
-        middle = Run{std::move(attributes), part.length};
+        lengths[run] = before;
+        leaf.insert(run + 1, AttributeSet(sets[run]), after);
+        leaf.insert(run + 1, std::move(attributes), part.length);
     }
 }
 
 qint64 AttributeRuns::changeWholeRuns(Position position, qint64 limit, const AttributeChange &change)
 {
-    Leaf &leaf = *m_leaves.at(position.leaf);
-    leaf.names |= change.insertedNames();
-    const qsizetype count = leaf.runs.size();
-    Run *const runs = leaf.runs.data();
+    Leaf &leaf = ownLeaf(position.leaf);
+    leaf.addNames(change.insertedNames());
+    const qsizetype count = leaf.count();
+    AttributeSet *const sets = leaf.sets();
+    qint64 *const lengths = leaf.lengths();
     // Runs up to in are read, those up to out are what has become of them.
     qsizetype out = position.run;
     qsizetype in = position.run;
     qint64 location = position.start;
     AttributeNameMask names;
-    for (; in < count && location + runs[in].length <= limit; ++in) {
-        location += runs[in].length;
-        change.apply(runs[in].attributes);
-        names |= runs[in].attributes.names();
-        if (out > 0 && runs[out - 1].attributes == runs[in].attributes) {
-            runs[out - 1].length += runs[in].length;
+    for (; in < count && location + lengths[in] <= limit; ++in) {
+        location += lengths[in];
+        change.apply(sets[in]);
+        names |= sets[in].names();
+        if (!m_isApart && out > 0 && sets[out - 1] == sets[in]) {
+            lengths[out - 1] += lengths[in];
         } else {
             if (out != in) {
-                std::swap(runs[out], runs[in]);
+                sets[out].swap(sets[in]);
+                lengths[out] = lengths[in];
             }
             ++out;
         }
     }
     if (position.run == 0 && in == count) {
-        leaf.names = names; // every run was looked at: what is gone is forgotten
+        leaf.setNames(names); // every run was looked at: what is gone is forgotten
     }
     qint64 nextStart = location;
-    if (in < count && out > 0 && runs[out - 1].attributes == runs[in].attributes) {
+    if (!m_isApart && in < count && out > 0 && sets[out - 1] == sets[in]) {
         --out;
-        runs[in].length += runs[out].length;
-        nextStart -= runs[out].length;
+        lengths[in] += lengths[out];
+        nextStart -= lengths[out];
     }
     if (out != in) {
-        leaf.runs.erase(leaf.runs.cbegin() + out, leaf.runs.cbegin() + in);
+        leaf.erase(out, in);
     }
-    m_cursor = out < leaf.runs.size() ? Position{position.leaf, out, nextStart}
-                                      : Position{position.leaf, 0, m_cursorLeafStart};
+    m_cursor =
+        out < leaf.count() ? Position{position.leaf, out, nextStart} : Position{position.leaf, 0, m_cursorLeafStart};
     mergeIfSmall(position.leaf);
     return location;
 }
@@ -453,33 +481,32 @@ void AttributeRuns::remove(NSRange range)
     qint64 left = range.length;
     while (left > 0) {
         const Position position = find(range.location);
-        QList<Run> &list = m_leaves.at(position.leaf)->runs;
-        Run *const runs = list.data();
+        Leaf &leaf = ownLeaf(position.leaf);
+        qint64 *const lengths = leaf.lengths();
         if (range.location > position.start) {
-            const qint64 part = std::min(left, position.start + runs[position.run].length - range.location);
-            runs[position.run].length -= part;
+            const qint64 part = std::min(left, position.start + lengths[position.run] - range.location);
+            lengths[position.run] -= part;
             addToLeafLength(position.leaf, -part);
             left -= part;
             continue;
         }
         const qint64 leftBefore = left;
         qsizetype limit = position.run;
-        for (; limit < list.size() && runs[limit].length <= left; ++limit) {
-            left -= runs[limit].length;
+        for (; limit < leaf.count() && lengths[limit] <= left; ++limit) {
+            left -= lengths[limit];
         }
-        if (limit < list.size()) {
-            runs[limit].length -= left;
+        if (limit < leaf.count()) {
+            lengths[limit] -= left;
             left = 0;
-            if (limit > position.run && position.run > 0 &&
-                runs[position.run - 1].attributes == runs[limit].attributes) {
-                runs[position.run - 1].length += runs[limit].length;
+            if (limit > position.run && position.run > 0 && leaf.sets()[position.run - 1] == leaf.sets()[limit]) {
+                lengths[position.run - 1] += lengths[limit];
                 ++limit;
             }
         }
         m_cursor = {position.leaf, 0, m_cursorLeafStart};
-        list.erase(list.cbegin() + position.run, list.cbegin() + limit);
+        leaf.erase(position.run, limit);
         addToLeafLength(position.leaf, left - leftBefore);
-        if (list.isEmpty()) {
+        if (leaf.count() == 0) {
             removeLeaf(position.leaf);
         } else {
             mergeIfSmall(position.leaf);
@@ -497,25 +524,26 @@ void AttributeRuns::insert(qint64 location, qint64 length, const AttributeSet &a
         return;
     }
     Position position = find(std::max<qint64>(location - 1, 0));
-    QList<Run> &list = m_leaves.at(position.leaf)->runs;
-    Run *const run = list.data() + position.run;
-    const qint64 runLimit = position.start + run->length;
-    if (run->attributes == attributes) {
-        run->length += length;
+    const qsizetype run = position.run;
+    const Leaf &leaf = constLeaf(position.leaf);
+    const qint64 runLimit = position.start + leaf.lengthOf(run);
+    if (leaf.attributesOf(run) == attributes) {
+        ownLeaf(position.leaf).lengths()[run] += length;
         addToLeafLength(position.leaf, length);
     } else if (location == 0) {
         insertRun(position, attributes, length);
     } else if (location < runLimit) {
-        const Run tail{run->attributes, runLimit - location};
+        const AttributeSet tail = leaf.attributesOf(run);
+        const qint64 tailLength = runLimit - location;
         makeRoom(position, 2);
-        runs(position.leaf)[position.run].length = location - position.start;
+        ownLeaf(position.leaf).lengths()[position.run] = location - position.start;
         ++position.run;
-        addToLeafLength(position.leaf, -tail.length);
+        addToLeafLength(position.leaf, -tailLength);
         insertRun(position, attributes, length);
         ++position.run;
-        insertRun(position, tail.attributes, tail.length);
-    } else if (position.run + 1 < list.size() && run[1].attributes == attributes) {
-        run[1].length += length;
+        insertRun(position, tail, tailLength);
+    } else if (run + 1 < leaf.count() && leaf.attributesOf(run + 1) == attributes) {
+        ownLeaf(position.leaf).lengths()[run + 1] += length;
         addToLeafLength(position.leaf, length);
     } else {
         ++position.run;
@@ -526,34 +554,29 @@ void AttributeRuns::insert(qint64 location, qint64 length, const AttributeSet &a
 void AttributeRuns::insertRun(Position &position, const AttributeSet &attributes, qint64 length)
 {
     makeRoom(position, 1);
-    Leaf &leaf = *m_leaves.at(position.leaf);
-    leaf.names |= attributes.names();
-    leaf.runs.insert(position.run, Run{attributes, length});
+    Leaf &leaf = ownLeaf(position.leaf);
+    leaf.addNames(attributes.names());
+    leaf.insert(position.run, attributes, length);
     addToLeafLength(position.leaf, length);
     m_cursor = {position.leaf, 0, m_cursorLeafStart};
 }
 
 void AttributeRuns::makeRoom(Position &position, qsizetype count)
 {
-    Leaf &leaf = *m_leaves.at(position.leaf);
-    if (leaf.runs.size() + count <= kLeafCapacity) {
+    if (constLeaf(position.leaf).count() + count <= kLeafCapacity) {
         return;
     }
+    Leaf &leaf = ownLeaf(position.leaf);
     // OPTIMIZATION: a text that is styled from front to back grows at the end of its leaf, and leaves it rather full.
-    const bool isAtEnd = position.run + 2 >= leaf.runs.size();
-    const qsizetype half = isAtEnd ? kBuiltLeafSize : leaf.runs.size() / 2;
-    auto *upper = new Leaf;
-    upper->runs.reserve(kLeafCapacity);
-    upper->runs.append(leaf.runs.sliced(half));
-    leaf.runs.resize(half);
-    qint64 upperLength = 0;
-    for (const Run &run : std::as_const(upper->runs)) {
-        upperLength += run.length;
-        upper->names |= run.attributes.names();
-    }
-    leaf.names = {};
-    for (const Run &run : std::as_const(leaf.runs)) {
-        leaf.names |= run.attributes.names();
+    const bool isAtEnd = position.run + 2 >= leaf.count();
+    const qsizetype half = isAtEnd ? kBuiltLeafSize : leaf.count() / 2;
+    auto *const upper = new Leaf(kLeafCapacity);
+    leaf.moveTail(half, *upper);
+    const qint64 upperLength = std::accumulate(upper->lengths(), upper->lengths() + upper->count(), qint64(0));
+    for (Leaf *const part : {&leaf, upper}) {
+        AttributeNameMask names;
+        std::for_each_n(part->sets(), part->count(), [&names](const AttributeSet &set) { names |= set.names(); });
+        part->setNames(names);
     }
     addToLeafLength(position.leaf, -upperLength);
     insertLeaf(position.leaf + 1, upper, upperLength);
@@ -586,7 +609,7 @@ void AttributeRuns::insertLeaf(qsizetype index, Leaf *leaf, qint64 length)
 
 void AttributeRuns::removeLeaf(qsizetype index)
 {
-    delete m_leaves.takeAt(index);
+    Leaf::release(m_leaves.takeAt(index));
     m_leafLengths.removeAt(index);
     m_knownGroups = std::min(m_knownGroups, index / kGroupSize);
     if (m_cursor.leaf >= index) {
@@ -596,26 +619,27 @@ void AttributeRuns::removeLeaf(qsizetype index)
 
 void AttributeRuns::mergeIfSmall(qsizetype leaf)
 {
-    const qsizetype count = constRuns(leaf).size();
+    const qsizetype count = constLeaf(leaf).count();
     if (count >= kSmallLeafSize || m_leaves.size() == 1) {
         return;
     }
     qsizetype lower = leaf;
-    if (leaf > 0 && constRuns(leaf - 1).size() + count <= kJoinedLeafSize) {
+    if (leaf > 0 && constLeaf(leaf - 1).count() + count <= kJoinedLeafSize) {
         lower = leaf - 1;
-    } else if (leaf + 1 == m_leaves.size() || constRuns(leaf + 1).size() + count > kJoinedLeafSize) {
+    } else if (leaf + 1 == m_leaves.size() || constLeaf(leaf + 1).count() + count > kJoinedLeafSize) {
         return;
     }
-    Leaf &target = *m_leaves.at(lower);
-    const Leaf &source = *m_leaves.at(lower + 1);
+    Leaf &target = ownLeaf(lower);
+    Leaf &source = ownLeaf(lower + 1);
     const qint64 sourceLength = m_leafLengths.at(lower + 1);
-    target.names |= source.names;
-    auto first = source.runs.cbegin();
-    if (target.runs.constLast().attributes == first->attributes) {
-        target.runs.last().length += first->length;
-        ++first;
+    target.addNames(source.names());
+    if (target.attributesOf(target.count() - 1) == source.attributesOf(0)) {
+        target.lengths()[target.count() - 1] += source.lengthOf(0);
+        source.erase(0, 1);
     }
-    std::copy(first, source.runs.cend(), std::back_inserter(target.runs));
+    target.reserve(std::max(target.capacity(), target.count() + source.count()));
+    target.appendMoved(source, 0, source.count());
+    source.forget();
     addToLeafLength(lower + 1, -sourceLength);
     addToLeafLength(lower, sourceLength);
     removeLeaf(lower + 1);
@@ -626,20 +650,17 @@ void AttributeRuns::append(AttributeSet attributes, qint64 length)
     if (length == 0) {
         return;
     }
-    if (m_leaves.isEmpty() || m_leaves.constLast()->runs.size() >= kBuiltLeafSize) {
-        auto *leaf = new Leaf;
-        if (!m_leaves.isEmpty()) {
-            leaf->runs.reserve(kLeafCapacity); // one of many
-        }
-        insertLeaf(m_leaves.size(), leaf, 0);
+    if (m_leaves.isEmpty() || m_leaves.constLast()->count() >= kBuiltLeafSize) {
+        const bool isOneOfMany = !m_leaves.isEmpty();
+        insertLeaf(m_leaves.size(), new Leaf(isOneOfMany ? kLeafCapacity : 0), 0);
     }
     const qsizetype last = m_leaves.size() - 1;
-    Leaf &leaf = *m_leaves.at(last);
-    if (!leaf.runs.isEmpty() && leaf.runs.constLast().attributes == attributes) {
-        leaf.runs.last().length += length;
+    Leaf &leaf = ownLeaf(last);
+    if (const qsizetype count = leaf.count(); count > 0 && leaf.attributesOf(count - 1) == attributes) {
+        leaf.lengths()[count - 1] += length;
     } else {
-        leaf.names |= attributes.names();
-        leaf.runs.append(Run{std::move(attributes), length});
+        leaf.addNames(attributes.names());
+        leaf.append(std::move(attributes), length);
     }
     addToLeafLength(last, length);
 }
@@ -653,7 +674,11 @@ void AttributeRuns::insert(std::span<Insertion> insertions)
     const auto leafOf = [this](qint64 location) { return find(std::min(location, m_length - 1)).leaf; };
     const qsizetype leaves =
         m_length == 0 ? 0 : leafOf(insertions.back().range.location) - leafOf(insertions.front().range.location) + 1;
-    if (count < kFewChangesOfLeaf * leaves) {
+    const qsizetype few = kFewChangesOfLeaf * leaves;
+    if (m_isApart && leaves > 0 && insertInPlace(insertions, few)) {
+        return;
+    }
+    if (count < few) {
         for (const Insertion &insertion : insertions) {
             change(insertion.range, AttributeChange::insertingSet(insertion.attributes));
         }
@@ -666,6 +691,114 @@ void AttributeRuns::insert(std::span<Insertion> insertions)
         rewriter.insertTo(insertion.range.limit(), std::move(insertion.attributes));
     }
     rewriter.finish();
+}
+
+bool AttributeRuns::insertInPlace(std::span<Insertion> insertions, qsizetype most)
+{
+    struct Start
+    {
+        qint32 leaf;
+        qint32 run;
+    };
+    constexpr Start kWithinRun{-1, 0};
+    Position position = find(std::min(insertions.front().range.location, m_length - 1));
+    qint64 leafStart = m_cursorLeafStart;
+    // Goes on to the run that starts at a place; false where none does.
+    const auto goTo = [&](qint64 location) {
+        while (!isAtEnd(position) && location - leafStart >= m_leafLengths.at(position.leaf)) {
+            leafStart += m_leafLengths.at(position.leaf);
+            position = {position.leaf + 1, 0, leafStart};
+            prefetchBehind(position.leaf);
+        }
+        if (position.start < location) {
+            const qint64 *const lengths = constLeaf(position.leaf).lengths();
+            while (position.start < location) {
+                position.start += lengths[position.run++];
+            }
+        }
+        return position.start == location;
+    };
+    // OPTIMIZATION: all are looked for in one walk over the lengths before anything is touched.
+    std::vector<Start> starts;
+    starts.reserve(insertions.size());
+    qsizetype edges = 0;
+    for (const Insertion &insertion : insertions) {
+        const bool isAtStart = goTo(insertion.range.location);
+        const Start start{static_cast<qint32>(position.leaf), static_cast<qint32>(position.run)};
+        const bool isWhole = goTo(insertion.range.limit()) && isAtStart;
+        starts.push_back(isWhole ? start : kWithinRun);
+        edges += isWhole ? 0 : 1;
+        if (edges >= most) {
+            return false;
+        }
+    }
+    for (size_t index = 0; index < insertions.size(); ++index) {
+        Insertion &insertion = insertions[index];
+        auto [leafIndex, run] = starts[index];
+        if (leafIndex == kWithinRun.leaf) {
+            continue;
+        }
+        const AttributeNameMask names = insertion.attributes.names();
+        for (qint64 left = insertion.range.length; left > 0; ++leafIndex, run = 0) {
+            Leaf &leaf = ownLeaf(leafIndex);
+            leaf.addNames(names);
+            for (; left > 0 && run < leaf.count(); ++run) {
+                left -= leaf.lengthOf(run);
+                AttributeSet &set = leaf.sets()[run];
+                if (left == 0) {
+                    set.insert(std::move(insertion.attributes));
+                } else {
+                    set.insert(insertion.attributes);
+                }
+            }
+        }
+    }
+    for (size_t index = 0; edges > 0; ++index) {
+        if (starts[index].leaf == kWithinRun.leaf) {
+            change(insertions[index].range, AttributeChange::insertingSet(insertions[index].attributes));
+            --edges;
+        }
+    }
+    return true;
+}
+
+void AttributeRuns::changeAllApart(const AttributeChange &change)
+{
+    m_isApart = true;
+    for (qsizetype index = 0; index < m_leaves.size(); ++index) {
+        Leaf &leaf = ownLeaf(index);
+        AttributeNameMask names;
+        for (AttributeSet &set : std::span(leaf.sets(), static_cast<size_t>(leaf.count()))) {
+            change.apply(set);
+            names |= set.names();
+        }
+        leaf.setNames(names);
+    }
+}
+
+void AttributeRuns::joinEqual()
+{
+    if (!std::exchange(m_isApart, false)) {
+        return;
+    }
+    forgetCursor();
+    qsizetype equal = 0;
+    for (const Leaf *const leaf : std::as_const(m_leaves)) {
+        equal += leaf->equalNeighbours();
+    }
+    if (equal > m_leaves.size()) {
+        AttributeRunsRewriter rewriter(*this, {0, m_length});
+        rewriter.joinTo(m_length);
+        rewriter.finish();
+        return;
+    }
+    for (qsizetype index = m_leaves.size() - 1; index >= 0 && equal > 0; --index) {
+        if (const qsizetype joined = constLeaf(index).equalNeighbours(); joined > 0) {
+            equal -= joined;
+            ownLeaf(index).joinEqual();
+            mergeIfSmall(index);
+        }
+    }
 }
 
 void AttributeRuns::append(const AttributeRuns &other, NSRange range)
@@ -681,22 +814,23 @@ void AttributeRuns::append(const AttributeRuns &other, NSRange range)
     }
 }
 
-void AttributeRuns::append(const AttributeRuns &other, NSRange range, const AttributeChange &change)
+void AttributeRuns::appendApart(const AttributeRuns &other, NSRange range, const AttributeChange &change)
 {
     if (range.length == 0) {
         return;
     }
+    m_isApart = true;
     AttributeRunsRewriter rewriter(*this, {m_length, 0});
     rewriter.keepTo(m_length);
     const Position first = other.find(range.location);
     qint64 start = first.start;
     qsizetype run = first.run;
     for (qsizetype leaf = first.leaf; leaf < other.m_leaves.size() && start < range.limit(); ++leaf, run = 0) {
-        const QList<Run> &runs = other.constRuns(leaf);
-        for (; run < runs.size() && start < range.limit(); ++run) {
-            const qint64 limit = start + runs.at(run).length;
-            rewriter.add(change.applied(runs.at(run).attributes),
-                         std::min(limit, range.limit()) - std::max(start, range.location));
+        const Leaf &runs = other.constLeaf(leaf);
+        for (; run < runs.count() && start < range.limit(); ++run) {
+            const qint64 limit = start + runs.lengthOf(run);
+            rewriter.addApart(change.applied(runs.attributesOf(run)),
+                              std::min(limit, range.limit()) - std::max(start, range.location));
             start = limit;
         }
     }
@@ -710,24 +844,23 @@ void AttributeRuns::checkInvariants() const
     qint64 total = 0;
     for (qsizetype index = 0; index < m_leaves.size(); ++index) {
         const Leaf &leaf = *m_leaves.at(index);
-        const QList<Run> &runs = leaf.runs;
-        QUIB_REQUIRE(!runs.isEmpty() && runs.size() <= kLeafCapacity);
+        QUIB_REQUIRE(leaf.count() > 0 && leaf.count() <= leaf.capacity() && leaf.capacity() <= kLeafCapacity);
         if (index == m_cursor.leaf) {
             QUIB_REQUIRE(m_cursorLeafStart == total);
         }
         qint64 length = 0;
-        for (qsizetype run = 0; run < runs.size(); ++run) {
-            const AttributeSet &attributes = runs.at(run).attributes;
+        for (qsizetype run = 0; run < leaf.count(); ++run) {
+            const AttributeSet &attributes = leaf.attributesOf(run);
             attributes.checkInvariants();
-            AttributeNameMask names = leaf.names;
+            AttributeNameMask names = leaf.names();
             names |= attributes.names();
-            QUIB_REQUIRE(names == leaf.names);
-            QUIB_REQUIRE(runs.at(run).length > 0);
-            QUIB_REQUIRE(run == 0 || !(runs.at(run - 1).attributes == attributes));
+            QUIB_REQUIRE(names == leaf.names());
+            QUIB_REQUIRE(leaf.lengthOf(run) > 0);
+            QUIB_REQUIRE(m_isApart || run == 0 || !(leaf.attributesOf(run - 1) == attributes));
             if (index == m_cursor.leaf && run == m_cursor.run) {
                 QUIB_REQUIRE(m_cursor.start == total + length);
             }
-            length += runs.at(run).length;
+            length += leaf.lengthOf(run);
         }
         QUIB_REQUIRE(length == m_leafLengths.at(index));
         total += length;
@@ -735,7 +868,7 @@ void AttributeRuns::checkInvariants() const
         groups.back() += length;
     }
     QUIB_REQUIRE(total == m_length);
-    QUIB_REQUIRE(m_leaves.isEmpty() || m_cursor.run < constRuns(m_cursor.leaf).size());
+    QUIB_REQUIRE(m_leaves.isEmpty() || m_cursor.run < constLeaf(m_cursor.leaf).count());
     for (qsizetype group = 0; group < m_knownGroups; ++group) {
         QUIB_REQUIRE(m_groupLengths.at(static_cast<size_t>(group)) == groups.at(static_cast<size_t>(group)));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AttributeLeaf.h"
 #include "AttributeSet.h"
 
 #include <Foundation/NSRange.h>
@@ -68,28 +69,17 @@ private:
     mutable std::unique_ptr<KnownSets> m_known;
 };
 
-struct AttributeRun
-{
-    AttributeSet attributes;
-    qint64 length = 0;
-};
-
-} // namespace quib
-
-Q_DECLARE_TYPEINFO(quib::AttributeRun, Q_RELOCATABLE_TYPE);
-
-namespace quib {
-
 class AttributeRunsRewriter;
 
 /// The attributes of a text as runs in two levels: leaves of at most kLeafCapacity runs each, and their lengths with
-/// sums over groups of leaves, so that neither a look-up nor an edit walks the text. Neighbouring runs of one leaf
-/// differ; no run and no leaf is empty. The place of the last look-up is remembered: going on from there is free.
-/// A value; also reading one instance belongs to one thread at a time.
+/// sums over groups of leaves, so that neither a look-up nor an edit walks the text. Copies share their leaves.
+/// Neighbouring runs of one leaf differ, unless they are kept apart for a while; no run and no leaf is empty. The place
+/// of the last look-up is remembered: going on from there is free. A value; also reading one instance belongs to one
+/// thread at a time.
 class AttributeRuns
 {
 public:
-    static constexpr qsizetype kLeafCapacity = 128;
+    static constexpr qsizetype kLeafCapacity = AttributeLeaf::kMostRuns;
 
     /// A run and where it starts in the text. Valid until the next change.
     struct Position
@@ -112,19 +102,19 @@ public:
     [[nodiscard]] Position find(qint64 location) const;
     [[nodiscard]] const AttributeSet &attributes(Position position) const
     {
-        return constRuns(position.leaf).at(position.run).attributes;
+        return constLeaf(position.leaf).attributesOf(position.run);
     }
     [[nodiscard]] NSRange range(Position position) const
     {
-        return {position.start, constRuns(position.leaf).at(position.run).length};
+        return {position.start, constLeaf(position.leaf).lengthOf(position.run)};
     }
     [[nodiscard]] bool isAtEnd(Position position) const { return position.leaf >= m_leaves.size(); }
     /// Requires: not at the end.
     void advance(Position &position) const
     {
-        const QList<Run> &runs = constRuns(position.leaf);
-        position.start += runs.at(position.run).length;
-        if (++position.run == runs.size()) {
+        const Leaf &leaf = constLeaf(position.leaf);
+        position.start += leaf.lengthOf(position.run);
+        if (++position.run == leaf.count()) {
             position.run = 0;
             ++position.leaf;
         }
@@ -155,8 +145,13 @@ public:
     void append(AttributeSet attributes, qint64 length);
     /// Requires: the range lies in the other runs, which are not these.
     void append(const AttributeRuns &other, NSRange range);
-    /// The same for runs that are changed on the way.
-    void append(const AttributeRuns &other, NSRange range, const AttributeChange &change);
+    /// The same for runs that are changed on the way, and stay apart.
+    void appendApart(const AttributeRuns &other, NSRange range, const AttributeChange &change);
+    /// Changes all runs, which stay apart even where they become equal: what is put back to its old places then finds
+    /// its runs there, and moves no other.
+    void changeAllApart(const AttributeChange &change);
+    /// Ends that runs stay apart.
+    void joinEqual();
 
     /// Requires the statements of the class comment, and that what is remembered is right; for tests.
     void checkInvariants() const;
@@ -172,13 +167,7 @@ private:
     static constexpr qsizetype kSmallLeafSize = 16;
     static constexpr qsizetype kJoinedLeafSize = 96;
 
-    using Run = AttributeRun;
-    struct Leaf
-    {
-        QList<Run> runs;
-        /// At least the names of its runs.
-        AttributeNameMask names;
-    };
+    using Leaf = AttributeLeaf;
 
     template <typename IsWanted>
     void advanceTo(Position &position, AttributeNameMask names, qint64 limit, const IsWanted &isWanted) const;
@@ -186,6 +175,9 @@ private:
     [[nodiscard]] bool isWide(NSRange range) const;
     void remove(NSRange range);
     void insert(qint64 location, qint64 length, const AttributeSet &attributes);
+    /// Changes runs that begin and end where the insertions do, which moves nothing, and then the others one by one.
+    /// False, with nothing changed, where there are too many others.
+    [[nodiscard]] bool insertInPlace(std::span<Insertion> insertions, qsizetype most);
     void changePart(Position position, NSRange part, AttributeSet attributes);
     [[nodiscard]] qint64 changeWholeRuns(Position position, qint64 limit, const AttributeChange &change);
     void insertRun(Position &position, const AttributeSet &attributes, qint64 length);
@@ -195,8 +187,17 @@ private:
     void removeLeaf(qsizetype index);
     void mergeIfSmall(qsizetype leaf);
     [[nodiscard]] qsizetype leafAt(qint64 location, qint64 *start) const;
-    [[nodiscard]] Run *runs(qsizetype leaf) { return m_leaves.at(leaf)->runs.data(); }
-    [[nodiscard]] const QList<Run> &constRuns(qsizetype leaf) const { return m_leaves.at(leaf)->runs; }
+    [[nodiscard]] const Leaf &constLeaf(qsizetype index) const { return *m_leaves.at(index); }
+    /// Walks over very many leaves wait for the memory of each unless it is asked for before.
+    void prefetchBehind(qsizetype index) const
+    {
+        if (index + 2 < m_leaves.size()) {
+            m_leaves.at(index + 1)->prefetch();
+            __builtin_prefetch(m_leaves.at(index + 2));
+        }
+    }
+    /// A leaf to be changed, which no other text shares from here on.
+    [[nodiscard]] Leaf &ownLeaf(qsizetype index);
     void forgetCursor() const
     {
         m_cursor = {};
@@ -204,6 +205,8 @@ private:
     }
 
     qint64 m_length = 0;
+    /// Whether equal runs may be neighbours.
+    bool m_isApart = false;
     QList<Leaf *> m_leaves;
     QList<qint64> m_leafLengths;
     /// Sums over kGroupSize leaves each; the first m_knownGroups are right.

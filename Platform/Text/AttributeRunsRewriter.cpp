@@ -3,9 +3,8 @@
 #include <Foundation/Assert.h>
 
 #include <algorithm>
-#include <cstring>
-#include <memory>
 #include <numeric>
+#include <utility>
 
 namespace quib {
 
@@ -35,13 +34,15 @@ AttributeRunsRewriter::AttributeRunsRewriter(AttributeRuns &runs, NSRange range)
 AttributeRunsRewriter::~AttributeRunsRewriter()
 {
     QUIB_ASSERT(m_isFinished);
-    qDeleteAll(m_spares);
+    for (Leaf *const leaf : m_spares) {
+        Leaf::release(leaf);
+    }
 }
 
 void AttributeRunsRewriter::keepTo(qint64 location)
 {
     while (m_place < location) {
-        if (m_leafRuns == nullptr) {
+        if (m_in == nullptr) {
             const qint64 length = m_runs.m_leafLengths.at(m_leaf);
             if (m_place + length <= location) {
                 keepLeaf(m_runs.m_leaves.at(m_leaf), length);
@@ -52,7 +53,7 @@ void AttributeRunsRewriter::keepTo(qint64 location)
             open();
         }
         keep(std::min(m_left, location - m_place));
-        if (m_leafRuns != nullptr) {
+        if (m_in != nullptr) {
             keepNeighbours(location);
         }
     }
@@ -61,35 +62,32 @@ void AttributeRunsRewriter::keepTo(qint64 location)
 void AttributeRunsRewriter::keepNeighbours(qint64 limit)
 {
     // OPTIMIZATION: runs that stand beside each other already differ, so that they move by their bytes, many at once.
-    if (!m_isNeighbour || m_stagedCount == 0) {
+    if (!m_isNeighbour || m_out == nullptr) {
         return;
     }
-    const qsizetype most = std::min(m_runCount - m_run - 1, AttributeRuns::kBuiltLeafSize - 1 - m_stagedCount);
-    Run *const first = m_leafRuns + m_run;
+    const qsizetype most = std::min(m_runCount - m_run - 1, AttributeRuns::kBuiltLeafSize - 1 - m_out->count());
+    const qint64 *const lengths = m_in->lengths() + m_run;
     qint64 length = 0;
     qsizetype count = 0;
-    while (count < most && first[count].length <= limit - m_place - length) {
-        length += first[count].length;
+    while (count < most && lengths[count] <= limit - m_place - length) {
+        length += lengths[count];
         ++count;
     }
     if (count == 0) {
         return;
     }
-    const size_t size = static_cast<size_t>(count) * sizeof(Run);
-    std::memcpy(static_cast<void *>(&staged(m_stagedCount)), first, size);
-    std::memset(static_cast<void *>(first), 0, size); // they own nothing any more
-    m_stagedCount += count;
-    m_stagedLength += length;
-    m_stagedNames |= m_runs.m_leaves.at(m_leaf)->names;
+    m_out->appendMoved(*m_in, m_run, count);
+    m_out->addNames(m_in->names());
+    m_outLength += length;
     m_place += length;
     m_run += count;
-    m_left = first[count].length;
+    m_left = lengths[count];
 }
 
 void AttributeRunsRewriter::skipTo(qint64 location)
 {
     while (m_place < location) {
-        if (m_leafRuns == nullptr) {
+        if (m_in == nullptr) {
             const qint64 length = m_runs.m_leafLengths.at(m_leaf);
             if (m_place + length <= location) {
                 recycle(m_runs.m_leaves.at(m_leaf));
@@ -107,7 +105,7 @@ void AttributeRunsRewriter::skipTo(qint64 location)
 void AttributeRunsRewriter::insertTo(qint64 location, AttributeSet attributes)
 {
     while (m_place < location) {
-        if (m_leafRuns == nullptr) {
+        if (m_in == nullptr) {
             open();
         }
         const qint64 length = std::min(m_left, location - m_place);
@@ -122,45 +120,52 @@ void AttributeRunsRewriter::insertTo(qint64 location, AttributeSet attributes)
     }
 }
 
+void AttributeRunsRewriter::joinTo(qint64 location)
+{
+    while (m_place < location) {
+        if (m_in == nullptr) {
+            open();
+        }
+        const qint64 length = std::min(m_left, location - m_place);
+        add(take(length), length);
+    }
+}
+
 void AttributeRunsRewriter::add(AttributeSet attributes, qint64 length)
 {
     if (length == 0) {
         return;
     }
     m_isNeighbour = false;
-    if (m_stagedCount > 0 && staged(m_stagedCount - 1).attributes == attributes) {
-        staged(m_stagedCount - 1).length += length;
-        m_stagedLength += length;
-        return;
+    if (!goesOn(attributes, length)) {
+        const AttributeNameMask names = attributes.names();
+        stage(std::move(attributes), length, names);
     }
-    const AttributeNameMask names = attributes.names();
-    stage(std::move(attributes), length, names);
 }
 
 void AttributeRunsRewriter::open()
 {
-    Leaf &leaf = *m_runs.m_leaves.at(m_leaf);
-    m_leafRuns = leaf.runs.data();
-    m_runCount = leaf.runs.size();
+    m_in = &m_runs.ownLeaf(m_leaf);
+    m_runCount = m_in->count();
     m_run = 0;
-    m_left = m_leafRuns[0].length;
+    m_left = m_in->lengthOf(0);
     m_isNeighbour = false;
 }
 
 AttributeSet AttributeRunsRewriter::take(qint64 length)
 {
-    Run &run = m_leafRuns[m_run];
+    AttributeSet &set = m_in->sets()[m_run];
     m_place += length;
     m_left -= length;
     if (m_left > 0) {
-        return run.attributes;
+        return set;
     }
-    AttributeSet attributes = std::move(run.attributes);
+    AttributeSet attributes = std::move(set);
     if (++m_run < m_runCount) {
-        m_left = m_leafRuns[m_run].length;
+        m_left = m_in->lengthOf(m_run);
     } else {
-        m_leafRuns = nullptr;
-        recycle(m_runs.m_leaves.at(m_leaf));
+        m_in->forget();
+        recycle(std::exchange(m_in, nullptr));
         ++m_leaf;
     }
     return attributes;
@@ -169,14 +174,11 @@ AttributeSet AttributeRunsRewriter::take(qint64 length)
 void AttributeRunsRewriter::keep(qint64 length)
 {
     // At least those of the run.
-    const AttributeNameMask names = m_runs.m_leaves.at(m_leaf)->names;
+    const AttributeNameMask names = m_in->names();
     const bool isWhole = length == m_left;
-    const bool isNeighbour = m_isNeighbour && m_stagedCount > 0;
+    const bool isNeighbour = m_isNeighbour && m_out != nullptr;
     AttributeSet attributes = take(length);
-    if (!isNeighbour && m_stagedCount > 0 && staged(m_stagedCount - 1).attributes == attributes) {
-        staged(m_stagedCount - 1).length += length;
-        m_stagedLength += length;
-    } else {
+    if (isNeighbour || !goesOn(attributes, length)) {
         stage(std::move(attributes), length, names);
     }
     m_isNeighbour = isWhole;
@@ -184,20 +186,17 @@ void AttributeRunsRewriter::keep(qint64 length)
 
 void AttributeRunsRewriter::keepLeaf(Leaf *leaf, qint64 length)
 {
-    const qsizetype count = leaf->runs.size();
-    if (m_stagedCount == 0 || std::min(m_stagedCount, count) >= AttributeRuns::kSmallLeafSize ||
-        m_stagedCount + count >= AttributeRuns::kBuiltLeafSize) {
+    const qsizetype count = leaf->count();
+    if (m_out == nullptr || std::min(outCount(), count) >= AttributeRuns::kSmallLeafSize ||
+        outCount() + count >= AttributeRuns::kBuiltLeafSize) {
         flush();
         m_leaves.push_back(leaf);
         m_lengths.push_back(length);
         return;
     }
-    for (Run &run : leaf->runs) {
-        if (staged(m_stagedCount - 1).attributes == run.attributes) {
-            staged(m_stagedCount - 1).length += run.length;
-            m_stagedLength += run.length;
-        } else {
-            stage(std::move(run.attributes), run.length, leaf->names);
+    for (qsizetype run = 0; run < count; ++run) {
+        if (!goesOn(leaf->attributesOf(run), leaf->lengthOf(run))) {
+            stage(leaf->attributesOf(run), leaf->lengthOf(run), leaf->names());
         }
     }
     m_isNeighbour = false;
@@ -207,52 +206,42 @@ void AttributeRunsRewriter::keepLeaf(Leaf *leaf, qint64 length)
 void AttributeRunsRewriter::recycle(Leaf *leaf)
 {
     m_isNeighbour = false;
-    if (m_spares.size() < kMostSpares && leaf->runs.isDetached() &&
-        leaf->runs.capacity() >= AttributeRuns::kLeafCapacity) {
-        leaf->runs.clear();
+    if (m_spares.size() < kMostSpares && !leaf->isShared() && leaf->capacity() == AttributeRuns::kLeafCapacity) {
+        leaf->clear();
         m_spares.push_back(leaf);
     } else {
-        delete leaf;
+        Leaf::release(leaf);
     }
 }
 
-void AttributeRunsRewriter::makeSpares()
+AttributeRunsRewriter::Leaf *AttributeRunsRewriter::takeSpare()
 {
-    // OPTIMIZATION: leaves of a long text are made in groups, so that they lie beside each other and not each behind
-    // the values of the one before: walks over the runs alone are twice as fast.
-    for (size_t left = m_leaves.size() < kLeavesOfGroup ? 1 : kLeavesOfGroup; left > 0; --left) {
-        auto *leaf = new Leaf;
-        leaf->runs.reserve(AttributeRuns::kLeafCapacity);
-        m_spares.push_back(leaf);
+    if (m_spares.empty()) {
+        // OPTIMIZATION: leaves of a long text are made in groups, so that they lie beside each other and not each
+        // behind the values of the one before: walks over the runs alone are twice as fast.
+        for (size_t left = m_leaves.size() < kLeavesOfGroup ? 1 : kLeavesOfGroup; left > 0; --left) {
+            m_spares.push_back(new Leaf(AttributeRuns::kLeafCapacity));
+        }
+        std::ranges::reverse(m_spares);
     }
-    std::ranges::reverse(m_spares);
+    Leaf *const leaf = m_spares.back();
+    m_spares.pop_back();
+    return leaf;
 }
 
 void AttributeRunsRewriter::flush()
 {
-    if (m_stagedCount == 0) {
+    if (m_out == nullptr) {
         return;
     }
-    if (m_spares.empty()) {
-        makeSpares();
-    }
-    Leaf *const leaf = m_spares.back();
-    m_spares.pop_back();
-    // OPTIMIZATION: runs move by their bytes; the empty ones that are written over own nothing.
-    leaf->runs.resize(m_stagedCount);
-    std::memcpy(static_cast<void *>(leaf->runs.data()), m_stage, static_cast<size_t>(m_stagedCount) * sizeof(Run));
-    leaf->names = m_stagedNames;
-    m_leaves.push_back(leaf);
-    m_lengths.push_back(m_stagedLength);
-    m_stagedCount = 0;
-    m_stagedLength = 0;
-    m_stagedNames = {};
+    m_leaves.push_back(std::exchange(m_out, nullptr));
+    m_lengths.push_back(std::exchange(m_outLength, 0));
 }
 
 void AttributeRunsRewriter::finish()
 {
     while (m_leaf < m_limitLeaf) {
-        keepTo(m_place + (m_leafRuns != nullptr ? m_left : m_runs.m_leafLengths.at(m_leaf)));
+        keepTo(m_place + (m_in != nullptr ? m_left : m_runs.m_leafLengths.at(m_leaf)));
     }
     flush();
     m_isFinished = true;

@@ -2,7 +2,6 @@
 
 #include "AttributeRuns.h"
 
-#include <cstddef>
 #include <vector>
 
 namespace quib {
@@ -26,11 +25,19 @@ public:
     void insertTo(qint64 location, AttributeSet attributes);
     /// Puts something new in place.
     void add(AttributeSet attributes, qint64 length);
+    /// The same, as a run of its own.
+    void addApart(AttributeSet attributes, qint64 length)
+    {
+        m_isNeighbour = false;
+        const AttributeNameMask names = attributes.names();
+        stage(std::move(attributes), length, names);
+    }
+    /// Keeps what there is, but joins equal runs.
+    void joinTo(qint64 location);
     /// Keeps the rest.
     void finish();
 
 private:
-    using Run = AttributeRun;
     using Leaf = AttributeRuns::Leaf;
 
     /// Requires: a leaf is left.
@@ -42,19 +49,39 @@ private:
     void keepNeighbours(qint64 limit);
     void stage(AttributeSet attributes, qint64 length, AttributeNameMask names)
     {
-        new (&staged(m_stagedCount)) Run{std::move(attributes), length};
-        m_stagedNames |= names;
-        m_stagedLength += length;
-        if (++m_stagedCount == AttributeRuns::kBuiltLeafSize) {
+        Leaf &out = openOut();
+        out.appendReserved(std::move(attributes), length);
+        out.addNames(names);
+        m_outLength += length;
+        if (out.count() == AttributeRuns::kBuiltLeafSize) {
             flush();
         }
     }
-    [[nodiscard]] Run &staged(qsizetype index) { return *(reinterpret_cast<Run *>(m_stage) + index); }
+    /// The leaf that is being made.
+    [[nodiscard]] Leaf &openOut()
+    {
+        if (m_out == nullptr) {
+            m_out = takeSpare();
+        }
+        return *m_out;
+    }
+    /// Whether the last run that was made has these attributes, and goes on for so long then.
+    [[nodiscard]] bool goesOn(const AttributeSet &attributes, qint64 length)
+    {
+        if (m_out == nullptr || !(m_out->attributesOf(m_out->count() - 1) == attributes)) {
+            return false;
+        }
+        m_out->lengths()[m_out->count() - 1] += length;
+        m_outLength += length;
+        return true;
+    }
+    [[nodiscard]] qsizetype outCount() const { return m_out != nullptr ? m_out->count() : 0; }
     /// A whole leaf, as it is.
     void keepLeaf(Leaf *leaf, qint64 length);
     void recycle(Leaf *leaf);
-    void makeSpares();
-    /// Makes a leaf of what is staged.
+    /// An empty leaf with room for all.
+    [[nodiscard]] Leaf *takeSpare();
+    /// Ends the leaf that is being made.
     void flush();
 
     AttributeRuns &m_runs;
@@ -62,12 +89,12 @@ private:
     qsizetype m_limitLeaf = 0;
     /// The leaf at hand, not in the list of leaves for this walk any more.
     qsizetype m_leaf = 0;
-    Run *m_leafRuns = nullptr; ///< null until it is opened
+    Leaf *m_in = nullptr; ///< null until it is opened; then its own, and what is passed of it owns nothing any more
     qsizetype m_run = 0;
     qsizetype m_runCount = 0;
     qint64 m_left = 0;  ///< of the run at hand
     qint64 m_place = 0; ///< all before this one has been dealt with
-    /// Whether the last staged run is the neighbour of the one at hand, from which it differs.
+    /// Whether the last run that was made is the neighbour of the one at hand, from which it differs.
     bool m_isNeighbour = false;
     bool m_isFinished = false;
 
@@ -76,10 +103,8 @@ private:
     /// Leaves that are used up, with room for the next.
     std::vector<Leaf *> m_spares;
 
-    alignas(Run) std::byte m_stage[sizeof(Run) * AttributeRuns::kBuiltLeafSize];
-    qsizetype m_stagedCount = 0;
-    qint64 m_stagedLength = 0;
-    AttributeNameMask m_stagedNames;
+    Leaf *m_out = nullptr; ///< null or not empty
+    qint64 m_outLength = 0;
 };
 
 } // namespace quib

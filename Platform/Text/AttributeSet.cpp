@@ -102,7 +102,7 @@ AttributeSet::AttributeSet(std::initializer_list<Pair> pairs)
 
 qint64 AttributeSet::count() const
 {
-    return static_cast<qint64>(sharedEntries().size() + entriesOf(m_place).size() + entriesOf(m_objects).size());
+    return static_cast<qint64>(sharedEntries().size() + entriesOf(m_place).size() + entriesOf(objects()).size());
 }
 
 AttributeValue AttributeSet::value(const NSAttributeName &name) const
@@ -114,7 +114,7 @@ AttributeValue AttributeSet::value(const NSAttributeName &name) const
 std::vector<NSAttributeName> AttributeSet::allNames() const
 {
     std::vector<quint16> indexes;
-    for (const auto &side : {sharedEntries(), entriesOf(m_place), entriesOf(m_objects)}) {
+    for (const auto &side : {sharedEntries(), entriesOf(m_place), entriesOf(objects())}) {
         std::ranges::transform(side, std::back_inserter(indexes), &AttributeEntry::name);
     }
     std::ranges::sort(indexes);
@@ -172,8 +172,10 @@ void AttributeSet::insertUnshared(quint16 name, AttributeValue value)
 {
     removeFromShared(name);
     const bool isObject = hasIdentity(value);
-    removeFromPlace(isObject ? m_place : m_objects, name);
-    insertIntoPlace(isObject ? m_objects : m_place, name, std::move(value));
+    changeObjects([&](Place *&objects) {
+        removeFromPlace(isObject ? m_place : objects, name);
+        insertIntoPlace(isObject ? objects : m_place, name, std::move(value));
+    });
 }
 
 void AttributeSet::insert(const AttributeSet &other)
@@ -184,8 +186,8 @@ void AttributeSet::insert(const AttributeSet &other)
     if (other.hasNoPlace() || &other == this) {
         return;
     }
-    for (Place *const added : {other.m_place, other.m_objects}) {
-        if (added == nullptr || added == m_place || added == m_objects) {
+    for (Place *const added : {other.m_place, other.objects()}) {
+        if (added == nullptr || added == m_place || added == objects()) {
             continue;
         }
         if (m_shared != nullptr && m_shared->names.intersects(added->names)) {
@@ -193,20 +195,23 @@ void AttributeSet::insert(const AttributeSet &other)
                 removeFromShared(entry.name);
             }
         }
-        Place *&otherKind = added == other.m_place ? m_objects : m_place;
-        if (otherKind != nullptr && otherKind->names.intersects(added->names)) {
-            for (const AttributeEntry &entry : added->entries()) {
-                removeFromPlace(otherKind, entry.name);
+        const bool isObjects = added != other.m_place;
+        changeObjects([&](Place *&objects) {
+            Place *&otherKind = isObjects ? m_place : objects;
+            if (otherKind != nullptr && otherKind->names.intersects(added->names)) {
+                for (const AttributeEntry &entry : added->entries()) {
+                    removeFromPlace(otherKind, entry.name);
+                }
             }
-        }
-        insertPlace(added == other.m_place ? m_place : m_objects, added);
+            insertPlace(isObjects ? objects : m_place, added);
+        });
     }
 }
 
 void AttributeSet::insert(AttributeSet &&other)
 {
     // OPTIMIZATION: the usual case, in which the place goes over as it is.
-    if (other.m_objects == nullptr && other.m_place != nullptr && m_place == nullptr) {
+    if (other.m_objects == 0 && other.m_place != nullptr && m_place == nullptr) {
         AttributeSet taken;
         std::swap(taken.m_shared, other.m_shared);
         insert(taken);
@@ -248,6 +253,23 @@ void AttributeSet::remove(const AttributeNameList &names)
     removeFromPlaces(names);
 }
 
+AttributeSet AttributeSet::replacing(std::span<const NSAttributeName> names, const AttributeValue &value) const
+{
+    QUIB_ASSERT(m_place != nullptr && !value.isNumber() && !value.isObject() && !value.isNothing());
+    AttributeSet copy;
+    copy.m_shared = m_shared;
+    copy.setObjects(retained(objects()));
+    // OPTIMIZATION: made in one go, rather than copied and then written to name by name.
+    copy.m_place = newPlace(m_place->count);
+    const AttributeNameList replaced(names);
+    for (const AttributeEntry &entry : m_place->entries()) {
+        const bool isReplaced = replaced.contains(entry.name);
+        new (copy.m_place->data() + copy.m_place->count++) AttributeEntry{entry.name, isReplaced ? value : entry.value};
+    }
+    copy.m_place->names = m_place->names;
+    return copy;
+}
+
 void AttributeSet::insertShared(const AttributeEntries *other)
 {
     const auto to =
@@ -257,18 +279,22 @@ void AttributeSet::insertShared(const AttributeEntries *other)
                          [&] { return AttributeTable::shared().inserting(m_shared, other); });
     if (to.has_value()) {
         m_shared = *to;
-        for (Place **const place : {&m_place, &m_objects}) {
-            if (*place != nullptr && (*place)->names.intersects(other->names)) {
-                for (const AttributeEntry &entry : other->entries) {
-                    removeFromPlace(*place, entry.name);
-                }
+        const auto removeFrom = [other](Place *&place) {
+            for (const AttributeEntry &entry : other->entries) {
+                removeFromPlace(place, entry.name);
             }
+        };
+        if (m_place != nullptr && m_place->names.intersects(other->names)) {
+            removeFrom(m_place);
+        }
+        if (m_objects != 0 && objects()->names.intersects(other->names)) {
+            changeObjects(removeFrom);
         }
         return;
     }
     for (const AttributeEntry &entry : other->entries) {
         removeFromShared(entry.name);
-        removeFromPlace(m_objects, entry.name);
+        changeObjects([&entry](Place *&objects) { removeFromPlace(objects, entry.name); });
         insertIntoPlace(m_place, entry.name, entry.value);
     }
 }
@@ -296,6 +322,8 @@ void AttributeSet::removeFromShared(quint16 name)
 AttributeSet::Place *AttributeSet::newPlace(size_t capacity)
 {
     static_assert(sizeof(Place) % alignof(AttributeEntry) == 0 && alignof(Place) >= alignof(AttributeEntry));
+    // The address tells the class of an object in its lowest bits.
+    static_assert(__STDCPP_DEFAULT_NEW_ALIGNMENT__ > kClassNumbers);
     auto *place = new (::operator new(sizeof(Place) + capacity * sizeof(AttributeEntry))) Place;
     place->capacity = static_cast<quint16>(capacity);
     return place;
@@ -390,15 +418,19 @@ void AttributeSet::removeFromPlace(Place *&place, quint16 name)
 void AttributeSet::removeFromPlaces(quint16 name)
 {
     removeFromPlace(m_place, name);
-    removeFromPlace(m_objects, name);
+    if (m_objects != 0) {
+        changeObjects([name](Place *&objects) { removeFromPlace(objects, name); });
+    }
 }
 
 void AttributeSet::removeFromPlaces(const AttributeNameList &names)
 {
-    for (Place **const place : {&m_place, &m_objects}) {
-        if (*place != nullptr && (*place)->names.intersects(names.mask)) {
-            eraseEntries(*place, [&names](const AttributeEntry &entry) { return names.contains(entry.name); });
-        }
+    const auto isGone = [&names](const AttributeEntry &entry) { return names.contains(entry.name); };
+    if (m_place != nullptr && m_place->names.intersects(names.mask)) {
+        eraseEntries(m_place, isGone);
+    }
+    if (m_objects != 0 && objects()->names.intersects(names.mask)) {
+        changeObjects([&isGone](Place *&objects) { eraseEntries(objects, isGone); });
     }
 }
 
@@ -412,7 +444,11 @@ AttributeSet::Place *AttributeSet::placeWithout(Place *place, const AttributeNam
     if (place == nullptr || !place->names.intersects(gone)) {
         return retained(place);
     }
-    // OPTIMIZATION: mostly all of a place goes, and nothing is copied.
+    // OPTIMIZATION: mostly all of a place goes, which its mask tells where it is exact, and nothing is copied.
+    if (names.isMaskExact && place->names.isWithin(names.mask) &&
+        place->entries().back().name < AttributeNameMask::kBitCount) {
+        return nullptr;
+    }
     const auto isGone = [&](const AttributeEntry &entry) {
         return names.contains(entry.name) || (others != nullptr && others->find(entry.name) != nullptr);
     };
@@ -443,7 +479,7 @@ void AttributeSet::checkInvariants() const
     if (m_shared != nullptr) {
         check(m_shared->entries, m_shared->names);
     }
-    for (const Place *const place : {m_place, m_objects}) {
+    for (const Place *const place : {m_place, objects()}) {
         if (place != nullptr) {
             check(place->entries(), place->names);
             QUIB_REQUIRE(place->count <= place->capacity);
@@ -453,7 +489,7 @@ void AttributeSet::checkInvariants() const
         QUIB_REQUIRE(m_shared == nullptr || m_shared->find(entry.name) == nullptr);
         QUIB_REQUIRE(!hasIdentity(entry.value));
     }
-    for (const AttributeEntry &entry : entriesOf(m_objects)) {
+    for (const AttributeEntry &entry : entriesOf(objects())) {
         QUIB_REQUIRE(m_shared == nullptr || m_shared->find(entry.name) == nullptr);
         QUIB_REQUIRE(m_place == nullptr || m_place->find(entry.name) == nullptr);
         QUIB_REQUIRE(hasIdentity(entry.value));
@@ -469,10 +505,6 @@ bool AttributeSet::hasSameEntries(const Place &a, const Place &b)
 
 bool AttributeSet::hasSameContent(const AttributeSet &a, const AttributeSet &b)
 {
-    // Each shared content exists once, so two different ones can only be made equal by what stands beside them.
-    if (a.m_place == nullptr && b.m_place == nullptr) {
-        return false;
-    }
     const size_t count = a.sharedEntries().size() + entriesOf(a.m_place).size();
     if (count != b.sharedEntries().size() + entriesOf(b.m_place).size()) {
         return false;

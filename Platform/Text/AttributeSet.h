@@ -7,6 +7,7 @@
 
 #include <array>
 #include <atomic>
+#include <bit>
 #include <initializer_list>
 #include <new>
 #include <span>
@@ -75,13 +76,14 @@ public:
     AttributeSet(const AttributeSet &other)
         : m_shared(other.m_shared)
         , m_place(retained(other.m_place))
-        , m_objects(retained(other.m_objects))
+        , m_objects(other.m_objects)
     {
+        static_cast<void>(retained(objects()));
     }
     AttributeSet(AttributeSet &&other) noexcept
         : m_shared(std::exchange(other.m_shared, nullptr))
         , m_place(std::exchange(other.m_place, nullptr))
-        , m_objects(std::exchange(other.m_objects, nullptr))
+        , m_objects(std::exchange(other.m_objects, 0))
     {
     }
     AttributeSet &operator=(const AttributeSet &other)
@@ -98,7 +100,7 @@ public:
     ~AttributeSet()
     {
         release(m_place);
-        release(m_objects);
+        release(objects());
     }
     void swap(AttributeSet &other) noexcept
     {
@@ -120,10 +122,10 @@ public:
         if (value == nullptr && m_place != nullptr) {
             value = m_place->find(index);
         }
-        return value == nullptr && m_objects != nullptr ? m_objects->find(index) : value;
+        return value == nullptr && m_objects != 0 ? objects()->find(index) : value;
     }
     /// Whether one of its values is an object with identity, as attachments are. Costs nothing.
-    [[nodiscard]] bool hasObjects() const { return m_objects != nullptr; }
+    [[nodiscard]] bool hasObjects() const { return m_objects != 0; }
     /// The part that it has in common with other places; sets with the same one have the same values in it.
     [[nodiscard]] const AttributeEntries *shared() const { return m_shared; }
     /// May hold names that the set does not, never the other way round.
@@ -133,18 +135,23 @@ public:
         if (m_place != nullptr) {
             names |= m_place->names;
         }
-        if (m_objects != nullptr) {
-            names |= m_objects->names;
+        if (m_objects != 0) {
+            names |= objects()->names;
         }
         return names;
     }
     /// False only when the set has none of the names.
     [[nodiscard]] bool mayHave(AttributeNameMask names) const
     {
-        // OPTIMIZATION: classes are told by the objects alone, which most sets have none of.
-        return (m_objects != nullptr && m_objects->names.intersects(names)) ||
-               (!names.hasClassesOnly() && ((m_shared != nullptr && m_shared->names.intersects(names)) ||
-                                            (m_place != nullptr && m_place->names.intersects(names))));
+        // OPTIMIZATION: classes are told by the objects alone, and mostly without a look at them.
+        if (names.hasClassesOnly()) {
+            const quintptr number = m_objects & kClassNumbers;
+            return number != 0 ? (names.classes >> (number - 1) & 1) != 0
+                               : m_objects != 0 && objects()->names.intersects(names);
+        }
+        return (m_shared != nullptr && m_shared->names.intersects(names)) ||
+               (m_place != nullptr && m_place->names.intersects(names)) ||
+               (m_objects != 0 && objects()->names.intersects(names));
     }
     /// The names in no order that means anything, but the same in every equal set.
     [[nodiscard]] std::vector<NSAttributeName> allNames() const;
@@ -160,11 +167,16 @@ public:
     void insert(AttributeSet &&other);
     void remove(const NSAttributeName &name);
     void remove(const AttributeNameList &names);
+    /// A copy in which one value, a text or a URL, stands under all these names. Requires: a text or a URL does in
+    /// this.
+    [[nodiscard]] AttributeSet replacing(std::span<const NSAttributeName> names, const AttributeValue &value) const;
 
     friend bool operator==(const AttributeSet &a, const AttributeSet &b)
     {
-        return (a.m_shared == b.m_shared ? isSamePlace(a.m_place, b.m_place) : hasSameContent(a, b)) &&
-               isSamePlace(a.m_objects, b.m_objects);
+        // Each shared content exists once: two different ones are made equal only by what differs beside them.
+        return (a.m_shared == b.m_shared ? isSamePlace(a.m_place, b.m_place)
+                                         : a.m_place != b.m_place && hasSameContent(a, b)) &&
+               isSamePlace(a.objects(), b.objects());
     }
 
     /// Requires that each name stands on one side only, in order, and that the masks are right; for tests.
@@ -200,7 +212,23 @@ private:
         }
     };
 
-    [[nodiscard]] bool hasNoPlace() const { return m_place == nullptr && m_objects == nullptr; }
+    [[nodiscard]] bool hasNoPlace() const { return m_place == nullptr && m_objects == 0; }
+    /// Null where it has no object with identity.
+    [[nodiscard]] Place *objects() const { return reinterpret_cast<Place *>(m_objects & ~kClassNumbers); }
+    void setObjects(Place *place)
+    {
+        const quint64 classes = place != nullptr ? place->names.classes : 0;
+        const bool isOne = (classes & (classes - 1)) == 0 && classes != 0 && classes >> kClassNumbers == 0;
+        m_objects = reinterpret_cast<quintptr>(place) |
+                    (isOne ? static_cast<quintptr>(std::countr_zero(classes)) + 1 : quintptr(0));
+    }
+    /// Calls a function with the objects, which it may put others in the place of.
+    template <typename Function> void changeObjects(const Function &change)
+    {
+        Place *place = objects();
+        change(place);
+        setObjects(place);
+    }
     [[nodiscard]] std::span<const AttributeEntry> sharedEntries() const
     {
         return m_shared != nullptr ? std::span(m_shared->entries) : std::span<const AttributeEntry>();
@@ -257,8 +285,10 @@ private:
     const AttributeEntries *m_shared = nullptr;
     /// Null where the place has nothing of its own. No name stands on two sides.
     Place *m_place = nullptr;
-    /// Null where it has no object with identity.
-    Place *m_objects = nullptr;
+    /// The address of the objects, which is a multiple of 16; and below it one more than the bit of their class, or 0
+    /// where they are of several or of one that came late.
+    static constexpr quintptr kClassNumbers = 15;
+    quintptr m_objects = 0;
 };
 
 } // namespace quib

@@ -69,9 +69,7 @@ quint64 quib::AttributeNameMask::bitOfClass(const std::type_info &type)
 {
     // One bit after the other, so that classes share theirs only when all are taken. Once written a bit's class stays.
     static constinit std::array<std::atomic<const std::type_info *>, 64> s_classes{};
-    const size_t first = type.hash_code() % s_classes.size();
-    for (size_t step = 0; step < s_classes.size(); ++step) {
-        const size_t bit = (first + step) % s_classes.size();
+    for (size_t bit = 0; bit < s_classes.size(); ++bit) {
         const std::type_info *known = s_classes[bit].load(std::memory_order_acquire);
         if (known == nullptr && s_classes[bit].compare_exchange_strong(known, &type, std::memory_order_acq_rel)) {
             known = &type;
@@ -80,7 +78,7 @@ quint64 quib::AttributeNameMask::bitOfClass(const std::type_info &type)
             return quint64(1) << bit;
         }
     }
-    return quint64(1) << first;
+    return quint64(1) << (type.hash_code() % s_classes.size());
 }
 
 NSAttributeName::NSAttributeName(const QString &name)

@@ -32,6 +32,11 @@ struct AttributeNameMask
     {
         return ((low & other.low) | (high & other.high) | (classes & other.classes)) != 0;
     }
+    /// Whether each name's bit is in the other too.
+    [[nodiscard]] constexpr bool isWithin(AttributeNameMask other) const
+    {
+        return ((low & ~other.low) | (high & ~other.high)) == 0;
+    }
     constexpr AttributeNameMask &operator|=(AttributeNameMask other)
     {
         low |= other.low;

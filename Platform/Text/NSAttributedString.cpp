@@ -250,7 +250,9 @@ bool NSAttributedString::containsAttribute(const NSAttributeName &name, NSRange 
             return true;
         }
         m_runs.advance(position);
-        m_runs.advanceToNames(position, mask, cut.limit());
+        if (!m_runs.isAtEnd(position) && position.start < cut.limit()) {
+            m_runs.advanceToNames(position, mask, cut.limit());
+        }
         if (m_runs.isAtEnd(position) || position.start >= cut.limit()) {
             return false;
         }

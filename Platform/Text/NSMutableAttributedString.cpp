@@ -54,8 +54,14 @@ NSMutableAttributedString NSMutableAttributedString::resetCopy(const NSAttribute
     const NSRange cut = quib::rangeCutToLength(range, text.length());
     NSMutableAttributedString copy(text.substring(cut), AttributeSet());
     copy.m_runs = AttributeRuns();
-    copy.m_runs.append(text.runs(), cut, AttributeChange::resetting(withoutNames, withAttributes));
+    copy.m_runs.appendApart(text.runs(), cut, AttributeChange::resetting(withoutNames, withAttributes));
     return copy;
+}
+
+void NSMutableAttributedString::reset(std::span<const NSAttributeName> withoutNames, const AttributeSet &withAttributes)
+{
+    m_fixed = {};
+    m_runs.changeAllApart(AttributeChange::resetting(withoutNames, withAttributes));
 }
 
 void NSMutableAttributedString::addAttribute(const NSAttributeName &name, const AttributeValue &value, NSRange range)
@@ -138,7 +144,9 @@ void NSMutableAttributedString::fixAttributesInRange(NSRange range)
     qint64 checked = paragraphs.location; // all before it is, or is known to be mixed
     for (; !m_runs.isAtEnd(position) && position.start < paragraphs.limit(); m_runs.advance(position)) {
         const AttributeSet &attributes = m_runs.attributes(position);
-        if (attributes.hasObjects()) {
+        // OPTIMIZATION: most objects are attachments, and most stand where they belong.
+        if (attributes.hasObjects() &&
+            !(m_runs.range(position).length == 1 && m_text.at(position.start) == kObjectReplacement)) {
             addMisplacedAttachments(position, cut, misplaced);
         }
         const AttributeValue *other = styles.of(attributes);
@@ -171,9 +179,7 @@ void NSMutableAttributedString::addMisplacedAttachments(AttributeRuns::Position 
                                                         std::vector<NSRange> &misplaced) const
 {
     const NSRange run = NSIntersectionRange(m_runs.range(position), range);
-    // OPTIMIZATION: most objects are attachments, and most stand where they belong.
-    if ((run.length == 1 && m_text.at(run.location) == kObjectReplacement) ||
-        !m_runs.attributes(position).contains(NSAttachmentAttributeName)) {
+    if (!m_runs.attributes(position).contains(NSAttachmentAttributeName)) {
         return;
     }
     for (qint64 place = run.location; place < run.limit(); ++place) {

@@ -34,10 +34,15 @@ public:
     {
     }
 
-    /// A copy of a part of a text that starts anew: without some names, and with the attributes of a set.
+    /// A copy of a part of a text that starts anew: without some names, and with the attributes of a set. Its runs stay
+    /// apart until joinEqualRuns, since most attributes come back to where they were.
     [[nodiscard]] static NSMutableAttributedString resetCopy(const NSAttributedString &text, NSRange range,
                                                              std::span<const NSAttributeName> withoutNames,
                                                              const quib::AttributeSet &withAttributes);
+
+    /// The same for this text.
+    void reset(std::span<const NSAttributeName> withoutNames, const quib::AttributeSet &withAttributes);
+    void joinEqualRuns() { m_runs.joinEqual(); }
 
     // Attributes
 

@@ -113,7 +113,7 @@ void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange
     // Two tags of one name are told apart by where they stand.
     std::array<char, std::numeric_limits<qint64>::digits10 + 2> digits{};
     char *const digitsLimit = std::to_chars(digits.data(), digits.data() + digits.size(), hash + 1).ptr;
-    quib::AttributeValue identity(
+    const quib::AttributeValue identity(
         QString(written % u'_' % QLatin1StringView(digits.data(), digitsLimit - digits.data())));
     const bool isClosed = written.endsWith(u'#');
     const QStringView name = isClosed ? written.chopped(1) : written;
@@ -125,9 +125,8 @@ void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange
         }
         attributes.tag.insert(NSLinkAttributeName, link);
     }
-    AttributeSet tag = attributes.tag;
-    tag.insert(QBNoteTagStylerAttributeName, identity);
-    tag.insert(QBNoteFullSelectionRangeAttributeName, std::move(identity));
+    static const std::array names{QBNoteTagStylerAttributeName, QBNoteFullSelectionRangeAttributeName};
+    AttributeSet tag = attributes.tag.replacing(names, identity);
     AttributeSet marked = tag;
     marked.insert(attributes.marker);
     additions.add({range.location, 1}, tag);

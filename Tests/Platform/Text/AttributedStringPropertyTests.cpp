@@ -94,6 +94,9 @@ class Pair
 public:
     NSMutableAttributedString text;
     AttributedStringModel model;
+    /// A copy from some moment, which no later change reaches.
+    NSAttributedString copy;
+    AttributedStringModel copyModel;
 
     void setAttributes(const AttributeSet &attributes, NSRange range)
     {
@@ -132,6 +135,16 @@ public:
     void removeAndAddAttributes(std::span<const NSAttributeName> removed, const AttributeSet &added, NSRange range)
     {
         text.removeAndAddAttributes(removed, added, range);
+        removeAndAddInModel(removed, added, range);
+    }
+    /// What stands where it stood stays a run of its own until the runs are joined.
+    void reset(std::span<const NSAttributeName> removed, const AttributeSet &added)
+    {
+        text.reset(removed, added);
+        removeAndAddInModel(removed, added, text.fullRange());
+    }
+    void removeAndAddInModel(std::span<const NSAttributeName> removed, const AttributeSet &added, NSRange range)
+    {
         model.change(range, [&, dictionary = AttributedStringModel::dictionary(added)](auto &all) {
             for (const NSAttributeName &name : removed) {
                 all.erase(name.index());
@@ -150,6 +163,28 @@ public:
             additions.push_back({{start, length}, randomSet(random)});
             location = start + length;
         }
+        add(additions);
+    }
+    /// Mostly to whole runs.
+    void addToRuns(std::mt19937 &random)
+    {
+        std::vector<NSMutableAttributedString::Addition> additions;
+        const quib::AttributeRuns &runs = text.runs();
+        const bool isExact = random() % 2 == 0;
+        for (quib::AttributeRuns::Position position; !runs.isAtEnd(position); runs.advance(position)) {
+            NSRange run = runs.range(position);
+            const bool isNext = !additions.empty() && additions.back().range.limit() == run.location;
+            if (isNext && random() % 4 == 0) {
+                additions.back().range.length += run.length;
+            } else if (random() % 3 > 0) {
+                run.length -= isExact ? 0 : static_cast<qint64>(random() % 2);
+                additions.push_back({run, randomSet(random)});
+            }
+        }
+        add(additions);
+    }
+    void add(const std::vector<NSMutableAttributedString::Addition> &additions)
+    {
         auto taken = additions;
         text.addAttributes(taken);
         for (const auto &[range, attributes] : additions) {
@@ -163,11 +198,14 @@ public:
     /// The copy that starts anew is the one that is changed to do so.
     void expectResetCopy(std::span<const NSAttributeName> removed, const AttributeSet &added, NSRange range) const
     {
-        const auto copy = NSMutableAttributedString::resetCopy(text, range, removed, added);
+        auto anew = NSMutableAttributedString::resetCopy(text, range, removed, added);
         NSMutableAttributedString changed(text.attributedSubstringFromRange(range));
         changed.removeAndAddAttributes(removed, added, changed.fullRange());
-        copy.runs().checkInvariants();
-        EXPECT_EQ(copy, changed);
+        anew.runs().checkInvariants();
+        EXPECT_EQ(anew, changed);
+        anew.joinEqualRuns();
+        anew.runs().checkInvariants();
+        EXPECT_EQ(anew, changed);
     }
     void replace(NSRange range, QStringView string)
     {
@@ -218,7 +256,7 @@ public:
     void step(std::mt19937 &random)
     {
         const NSRange range = randomRange(random, text.length());
-        switch (random() % 14) {
+        switch (random() % 18) {
         case 0:
             setAttributes(randomSet(random), range);
             break;
@@ -257,6 +295,23 @@ public:
                 addMany(random);
             }
             break;
+        case 13:
+            if (random() % 4 == 0) {
+                reset(std::span(names()).first(random() % 5), randomSet(random));
+            }
+            break;
+        case 14:
+            addToRuns(random);
+            break;
+        case 15:
+            if (random() % 2 == 0) {
+                text.joinEqualRuns();
+            }
+            break;
+        case 16:
+            copy = text;
+            copyModel = model;
+            break;
         default:
             if (random() % 20 == 0) {
                 replaceMany(random);
@@ -267,6 +322,8 @@ public:
 
     void expectSame() const
     {
+        copy.runs().checkInvariants();
+        ASSERT_EQ(AttributedStringModel(copy), copyModel);
         text.runs().checkInvariants();
         ASSERT_EQ(text.runs().length(), text.length());
         ASSERT_EQ(AttributedStringModel(text), model);
