@@ -766,6 +766,7 @@ void AttributeRuns::changeAllApart(const AttributeChange &change)
 {
     m_isApart = true;
     for (qsizetype index = 0; index < m_leaves.size(); ++index) {
+        prefetchBehind(index);
         Leaf &leaf = ownLeaf(index);
         AttributeNameMask names;
         for (AttributeSet &set : std::span(leaf.sets(), static_cast<size_t>(leaf.count()))) {
@@ -783,8 +784,9 @@ void AttributeRuns::joinEqual()
     }
     forgetCursor();
     qsizetype equal = 0;
-    for (const Leaf *const leaf : std::as_const(m_leaves)) {
-        equal += leaf->equalNeighbours();
+    for (qsizetype index = 0; index < m_leaves.size(); ++index) {
+        prefetchBehind(index);
+        equal += constLeaf(index).equalNeighbours();
     }
     if (equal > m_leaves.size()) {
         AttributeRunsRewriter rewriter(*this, {0, m_length});
@@ -826,6 +828,7 @@ void AttributeRuns::appendApart(const AttributeRuns &other, NSRange range, const
     qint64 start = first.start;
     qsizetype run = first.run;
     for (qsizetype leaf = first.leaf; leaf < other.m_leaves.size() && start < range.limit(); ++leaf, run = 0) {
+        other.prefetchBehind(leaf);
         const Leaf &runs = other.constLeaf(leaf);
         for (; run < runs.count() && start < range.limit(); ++run) {
             const qint64 limit = start + runs.lengthOf(run);

@@ -117,6 +117,7 @@ public:
         if (++position.run == leaf.count()) {
             position.run = 0;
             ++position.leaf;
+            prefetchBehind(position.leaf);
         }
     }
     /// Requires: not at the first run.
