@@ -1,50 +1,26 @@
 // Conditions on notes' fields that are answered in memory are met by the notes that meet them in the store, whatever
 // happened to the notes and their tags in between and whoever wrote them.
 
-#include <Files/Profile.h>
+#include "TwoWritersFixture.h"
+
 #include <Search/NoteFieldSearch.h>
 #include <Store/NSPersistentStore.h>
-#include <Store/QBCoreDataStack.h>
 #include <Store/QBNote.h>
 #include <Store/QBNoteTag.h>
-#include <Store/QBNotesPreferenceManager.h>
-#include <Support/TemporaryFolder.h>
-#include <Support/TestSeed.h>
 
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
-
-#include <random>
 
 using namespace Qt::StringLiterals;
 using quib::Ref;
 
 namespace {
 
-class FieldSearch : public testing::Test
+class FieldSearch : public quib::tests::TwoWritersFixture
 {
 protected:
-    FieldSearch()
-    {
-        quib::Profile::setRoot(m_folder.path());
-        m_preferences = std::make_unique<QBNotesPreferenceManager>();
-        QBNotesPreferenceManager::setSharedPreferenceManager(m_preferences.get());
-        m_stack.setupStackWithDelegate({});
-        m_other.setupStackWithDelegate({});
-        EXPECT_FALSE(m_stack.openError().isSet()) << m_stack.openError().localizedDescription().toStdString();
-        m_search = std::make_shared<quib::NoteFieldSearch>(context());
-    }
-    ~FieldSearch() override
-    {
-        m_search.reset();
-        QBNotesPreferenceManager::setSharedPreferenceManager(nullptr);
-        quib::Profile::setRoot({});
-    }
-
-    [[nodiscard]] NSManagedObjectContext &context() { return *m_stack.managedObjectContext(); }
-    int random(int bound) { return static_cast<int>(m_generator() % static_cast<unsigned>(bound)); }
-    template <typename List> auto any(const List &list) { return list[random(static_cast<int>(list.size()))]; }
+    FieldSearch() { m_search = std::make_shared<quib::NoteFieldSearch>(context()); }
 
     QString anyText()
     {
@@ -131,13 +107,6 @@ protected:
         return keys;
     }
 
-    quib::tests::TestSeed m_seed;
-    std::mt19937 m_generator = m_seed.generator();
-    quib::tests::TemporaryFolder m_folder;
-    std::unique_ptr<QBNotesPreferenceManager> m_preferences;
-    QBCoreDataStack m_stack;
-    /// Another process, as far as the first stack can tell.
-    QBCoreDataStack m_other;
     std::shared_ptr<quib::NoteFieldSearch> m_search;
     NSDate m_past = NSDate::dateWithTimeIntervalSince1970(1'500'000'000.25);
 };

@@ -1,14 +1,11 @@
 // Searches answered from the folded texts give the notes that the store gives, in the same order, whatever happened to
 // the notes in between and whoever wrote them.
 
-#include <Files/Profile.h>
+#include "TwoWritersFixture.h"
+
 #include <Search/NoteTextSearch.h>
 #include <Search/QBNoteSearchManager.h>
-#include <Store/QBCoreDataStack.h>
 #include <Store/QBNote.h>
-#include <Store/QBNotesPreferenceManager.h>
-#include <Support/TemporaryFolder.h>
-#include <Support/TestSeed.h>
 
 #include <gtest/gtest.h>
 
@@ -17,26 +14,9 @@ using quib::Ref;
 
 namespace {
 
-class TextSearch : public testing::Test
+class TextSearch : public quib::tests::TwoWritersFixture
 {
 protected:
-    TextSearch()
-    {
-        quib::Profile::setRoot(m_folder.path());
-        m_preferences = std::make_unique<QBNotesPreferenceManager>();
-        QBNotesPreferenceManager::setSharedPreferenceManager(m_preferences.get());
-        m_stack.setupStackWithDelegate({});
-        m_other.setupStackWithDelegate({});
-        EXPECT_FALSE(m_stack.openError().isSet()) << m_stack.openError().localizedDescription().toStdString();
-    }
-    ~TextSearch() override
-    {
-        m_search.reset();
-        QBNotesPreferenceManager::setSharedPreferenceManager(nullptr);
-        quib::Profile::setRoot({});
-    }
-
-    int random(int bound) { return static_cast<int>(m_generator() % static_cast<unsigned>(bound)); }
     QString anyText()
     {
         static const QStringList words{
@@ -96,13 +76,6 @@ protected:
         m_filtered += static_cast<qint64>(filtered->size());
     }
 
-    quib::tests::TestSeed m_seed;
-    std::mt19937 m_generator = m_seed.generator();
-    quib::tests::TemporaryFolder m_folder;
-    std::unique_ptr<QBNotesPreferenceManager> m_preferences;
-    QBCoreDataStack m_stack;
-    /// Another process, as far as the first stack can tell.
-    QBCoreDataStack m_other;
     std::shared_ptr<quib::NoteTextSearch> m_search;
     qint64 m_found = 0;
     qint64 m_filtered = 0;

@@ -1,47 +1,25 @@
 // Notes that are found by a part of their titles are those that the store finds, in the same order, whatever happened
 // to the notes in between and whoever wrote them.
 
-#include <Files/Profile.h>
+#include "TwoWritersFixture.h"
+
 #include <Search/NoteTitleSearch.h>
-#include <Store/QBCoreDataStack.h>
 #include <Store/QBNote.h>
-#include <Store/QBNotesPreferenceManager.h>
-#include <Support/TemporaryFolder.h>
-#include <Support/TestSeed.h>
 
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
-
-#include <random>
 
 using namespace Qt::StringLiterals;
 using quib::Ref;
 
 namespace {
 
-class TitleSearch : public testing::Test
+class TitleSearch : public quib::tests::TwoWritersFixture
 {
 protected:
-    TitleSearch()
-    {
-        quib::Profile::setRoot(m_folder.path());
-        m_preferences = std::make_unique<QBNotesPreferenceManager>();
-        QBNotesPreferenceManager::setSharedPreferenceManager(m_preferences.get());
-        m_stack.setupStackWithDelegate({});
-        m_other.setupStackWithDelegate({});
-        EXPECT_FALSE(m_stack.openError().isSet()) << m_stack.openError().localizedDescription().toStdString();
-        m_search = std::make_shared<quib::NoteTitleSearch>(context());
-    }
-    ~TitleSearch() override
-    {
-        m_search.reset();
-        QBNotesPreferenceManager::setSharedPreferenceManager(nullptr);
-        quib::Profile::setRoot({});
-    }
+    TitleSearch() { m_search = std::make_shared<quib::NoteTitleSearch>(context()); }
 
-    [[nodiscard]] NSManagedObjectContext &context() { return *m_stack.managedObjectContext(); }
-    int random(int bound) { return static_cast<int>(m_generator() % static_cast<unsigned>(bound)); }
     QString anyWords(int most)
     {
         static const QStringList words{u"Caffè"_s,  u"caffe"_s, u"plan"_s,
@@ -89,13 +67,6 @@ protected:
         return known.has_value();
     }
 
-    quib::tests::TestSeed m_seed;
-    std::mt19937 m_generator = m_seed.generator();
-    quib::tests::TemporaryFolder m_folder;
-    std::unique_ptr<QBNotesPreferenceManager> m_preferences;
-    QBCoreDataStack m_stack;
-    /// Another process, as far as the first stack can tell.
-    QBCoreDataStack m_other;
     std::shared_ptr<quib::NoteTitleSearch> m_search;
     qint64 m_found = 0;
 };
