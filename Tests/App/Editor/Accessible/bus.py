@@ -16,13 +16,19 @@ def fail(message):
 
 
 def wait_for(what, condition):
-    """Runs the event loop until a condition holds, and gives what it gave."""
+    """Runs the event loop until a condition holds, and gives what it gave.
+
+    A condition that comes upon an object which the program has just given up is looked at anew, as a screen reader does.
+    """
     context = GLib.MainContext.default()
     expired = []
     GLib.timeout_add_seconds(PATIENCE, lambda: expired.append(True))
     ticks = GLib.timeout_add(20, lambda: True)  # looked at again even where no event comes
     while not expired:
-        found = condition()
+        try:
+            found = condition()
+        except GLib.Error:
+            found = None
         if found:
             GLib.source_remove(ticks)
             return found
@@ -44,7 +50,4 @@ def children(accessible):
 
 def application(name):
     """The application of that name, once it is on the bus."""
-    try:
-        return next((each for each in children(Atspi.get_desktop(0)) if each.get_name() == name), None)
-    except GLib.Error:
-        return None  # it is still starting
+    return next((each for each in children(Atspi.get_desktop(0)) if each.get_name() == name), None)
