@@ -14,6 +14,8 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 
+#include <ctime>
+
 using namespace Qt::StringLiterals;
 
 namespace quib::tests {
@@ -55,7 +57,7 @@ protected:
     {
         QElapsedTimer timer;
         timer.start();
-        while (!isDone() && timer.elapsed() < 10'000) {
+        while (!isDone() && timer.elapsed() < 30'000) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
             clock.advance(StoreWatch::kLatency);
         }
@@ -302,17 +304,16 @@ TEST_F(ExternalChanges, ManyRowsAreTakenUpInTimeThatGrowsWithTheirNumber)
                                                     QBNote::entityInManagedObjectContext(moc()), 1 + i)));
         }
         save();
-        QElapsedTimer timer;
-        timer.start();
+        const std::clock_t start = std::clock(); // the processor's time: the machine may have other work
         const auto merged = QBExternalChanges::mergeExternalChangesInManagedObjectContext(moc());
         EXPECT_TRUE(merged && merged->size() == count);
         save();
-        return static_cast<double>(timer.nsecsElapsed());
+        return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
     };
     timeFor(1000);
     const double few = timeFor(10'000);
     const double many = timeFor(100'000);
-    RecordProperty("milliseconds", static_cast<int>(many / 1e6));
+    RecordProperty("milliseconds", static_cast<int>(many * 1e3));
     EXPECT_LT(many / few, 40) << "10 times the rows";
     EXPECT_EQ(rows(), 0);
 }

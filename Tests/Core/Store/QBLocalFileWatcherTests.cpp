@@ -22,7 +22,7 @@ namespace quib::tests {
 namespace {
 
 constexpr double kLatency = 3;
-constexpr int kPatience = 10'000; ///< milliseconds until something awaited counts as missed
+constexpr int kPatience = 30'000; ///< milliseconds until something awaited counts as missed
 
 } // namespace
 
