@@ -62,20 +62,23 @@ def start_compositor(environment):
 
 
 def check(quib, environment):
-    program = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'echo "process $$"; exec "$0"', quib],
-                               env=dict(environment, WAYLAND_DEBUG="1"),
-                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
-                               start_new_session=True)
+    # What it says comes by a pipe of its own: the bus says things beside it, and in the middle of its lines.
+    reading, writing = os.pipe()
+    program = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'exec 2>"$1"; echo $$ >&2; exec "$0"', quib,
+                                f"/dev/fd/{writing}"],
+                               env=dict(environment, WAYLAND_DEBUG="1"), pass_fds=(writing,), start_new_session=True)
+    os.close(writing)
+    said = open(reading, errors="replace")
     watch = threading.Timer(PATIENCE, lambda: os.killpg(program.pid, signal.SIGKILL))
     watch.start()
     try:
-        process = next((int(line.split()[1]) for line in program.stdout if line.startswith("process ")), None)
+        process = said.readline().strip()
         # It asks for a window, names it, and hands over a picture of it.
-        if not wait_for_line(program.stdout, r"xdg_surface@\d+\.get_toplevel", r'xdg_toplevel@\d+\.set_title\("Quib"\)',
+        if not wait_for_line(said, r"xdg_surface@\d+\.get_toplevel", r'xdg_toplevel@\d+\.set_title\("Quib"\)',
                              r"wl_surface@\d+\.attach\(wl_buffer@\d+"):
             fail("no window was shown")
-        drain(program.stdout)
-        os.kill(process, signal.SIGTERM)
+        drain(said)
+        os.kill(int(process), signal.SIGTERM)
         if program.wait() != 0:
             fail(f"the program ended with {program.returncode}")
     finally:
