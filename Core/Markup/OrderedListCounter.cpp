@@ -1,5 +1,7 @@
 #include "OrderedListCounter.h"
 
+#include <Text/DecimalDigits.h>
+
 #include <QChar>
 
 namespace quib {
@@ -36,7 +38,7 @@ qint64 OrderedListCounter::leadingNumber(QStringView text, qint64 *digits)
             text[place].isHighSurrogate() && place + 1 < text.size() && text[place + 1].isLowSurrogate();
         const char32_t codePoint =
             isPair ? QChar::surrogateToUcs4(text[place], text[place + 1]) : char32_t{text[place].unicode()};
-        const int digit = QChar::category(codePoint) == QChar::Number_DecimalDigit ? QChar::digitValue(codePoint) : -1;
+        const int digit = decimalDigitValue(codePoint);
         if (digit < 0) {
             break;
         }

@@ -1,5 +1,6 @@
 #include "QBItalicDataDetector.h"
 
+#include <Text/DecimalDigits.h>
 #include <Text/NSStringHelpers.h>
 
 #include <QChar>
@@ -13,9 +14,9 @@ bool isDigitBefore(QStringView text, qsizetype place)
     }
     const QChar unit = text[place - 1];
     if (unit.isLowSurrogate() && place >= 2 && text[place - 2].isHighSurrogate()) {
-        return QChar::category(QChar::surrogateToUcs4(text[place - 2], unit)) == QChar::Number_DecimalDigit;
+        return quib::decimalDigitValue(QChar::surrogateToUcs4(text[place - 2], unit)) >= 0;
     }
-    return unit.category() == QChar::Number_DecimalDigit;
+    return quib::decimalDigitValue(unit.unicode()) >= 0;
 }
 
 bool isDigitAt(QStringView text, qsizetype place)
@@ -25,9 +26,9 @@ bool isDigitAt(QStringView text, qsizetype place)
     }
     const QChar unit = text[place];
     if (unit.isHighSurrogate() && place + 1 < text.size() && text[place + 1].isLowSurrogate()) {
-        return QChar::category(QChar::surrogateToUcs4(unit, text[place + 1])) == QChar::Number_DecimalDigit;
+        return quib::decimalDigitValue(QChar::surrogateToUcs4(unit, text[place + 1])) >= 0;
     }
-    return unit.category() == QChar::Number_DecimalDigit;
+    return quib::decimalDigitValue(unit.unicode()) >= 0;
 }
 
 /// The end of the paragraph that begins at a place, without its terminator; next is where the one behind it begins.

@@ -8,6 +8,8 @@
 #include "QBNoteTextStylerRegexHelper.h"
 #include "SyntaxCharacters.h"
 
+#include <Text/DecimalDigits.h>
+
 #include <QChar>
 
 #include <algorithm>
@@ -83,7 +85,7 @@ qsizetype numberMarker(QStringView region, qsizetype place, qsizetype *followLen
         const qsizetype length = codePointLength(region, limit);
         const char32_t codePoint = length == 2 ? QChar::surrogateToUcs4(region[limit], region[limit + 1])
                                                : static_cast<char32_t>(region[limit].unicode());
-        if (QChar::category(codePoint) != QChar::Number_DecimalDigit) {
+        if (decimalDigitValue(codePoint) < 0) {
             break;
         }
         limit += length;

@@ -129,6 +129,7 @@ const QStringList &pieces()
         u"1. "_s,
         u"٣."_s,
         u"𝟙."_s,
+        u"\U00011F51."_s, // of a script that few libraries know
         u"->"_s,
         u"<-"_s,
         u"<"_s,
