@@ -141,7 +141,8 @@ void QBNoteEditorViewController::addLinkEntries(QMenu &menu, qint64 location)
     }
     const bool isNote = link->kind == Link::Kind::Note;
     menu.addAction(isNote ? tr("Open Note") : tr("Open Link"), this, open);
-    const QString copied = isNote ? text.stringInRange(link->range).toString() : link->url.toString();
+    const QString copied = isNote ? m_stack.noteTextStorage().stringWithExpandedTextAttachmentsWithRange(link->range)
+                                  : link->url.toString(QUrl::FullyEncoded);
     menu.addAction(tr("Copy Link"), this, [copied] { QGuiApplication::clipboard()->setText(copied); });
     if (!m_view->isReadOnly()) {
         const NSRange address = addressInLink(text.stringInRange(link->range), link->range.location);

@@ -1,6 +1,7 @@
 #include "QBNoteTagStyler.h"
 
 #include "AttributeAdditions.h"
+#include "ExpandedText.h"
 #include "PercentEncoding.h"
 #include "QBNoteTextStylerAttributes.h"
 #include "ThemeValues.h"
@@ -117,10 +118,14 @@ void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange
         QString(written % u'_' % QLatin1StringView(digits.data(), digitsLimit - digits.data())));
     const bool isClosed = written.endsWith(u'#');
     const QStringView name = isClosed ? written.chopped(1) : written;
-    if (attributes.name != name) {
+    // An arrow in a name is an attachment here, which looks like any other: the link has what it stands for, as the tag
+    // has.
+    const bool hasAttachment = name.contains(NSTextAttachment::placeholderString());
+    if (attributes.name != name || hasAttachment) {
         attributes.name = name.toString();
+        const QString tagName = hasAttachment ? quib::expandedText(text, {hash + 1, name.size()}) : *attributes.name;
         quib::AttributeValue link;
-        if (const auto value = quib::percentEncoded(*attributes.name, quib::PlainCharacters::QueryValue)) {
+        if (const auto value = quib::percentEncoded(tagName, quib::PlainCharacters::QueryValue)) {
             link = QUrl(QString(u"quib://x-callback-url/open-tag?name="_s % *value));
         }
         attributes.tag.insert(NSLinkAttributeName, link);

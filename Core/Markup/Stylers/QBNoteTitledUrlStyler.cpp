@@ -8,11 +8,11 @@
 #include <Markup/Attachments/QBLinkedNoteTextAttachment.h>
 #include <Markup/Attachments/QBTitledURLTextAttachment.h>
 #include <Markup/Syntax/StylerSyntax.h>
+#include <Text/URIReference.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
 #include <QUrl>
 
-#include <algorithm>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -21,44 +21,33 @@ using quib::syntax::Construct;
 
 namespace {
 
-/// A URL in ASCII with nothing left to escape, absolute or relative.
-std::optional<QUrl> strictURL(const QString &text)
+/// The text of a link as a URL: as it stands, or else percent-encoded; nothing where neither is one.
+std::optional<QString> linkText(const QString &text)
 {
-    if (std::ranges::any_of(text, [](QChar unit) { return unit.unicode() >= 0x80; })) {
-        return std::nullopt;
+    if (quib::isURIReference(text)) {
+        return text;
     }
-    QUrl url(text, QUrl::StrictMode);
-    return url.isValid() ? std::optional(url) : std::nullopt;
+    const auto encoded = quib::percentEncoded(text, quib::PlainCharacters::Query);
+    return encoded && quib::isURIReference(*encoded) ? encoded : std::nullopt;
 }
 
-/// The text of a link as a URL: as it stands, or else percent-encoded; url is empty where neither is one.
-struct LinkText
-{
-    QString text;
-    std::optional<QUrl> url;
-};
-
-LinkText linkText(const QString &text)
-{
-    if (auto url = strictURL(text)) {
-        return {text, std::move(url)};
-    }
-    const QString encoded = quib::percentEncoded(text, quib::PlainCharacters::Query).value_or(QString());
-    return {encoded, strictURL(encoded)};
-}
-
-/// Where a link leads to. A text without a scheme begins with the host's name.
+/// Where a link leads to; nothing where it names a host that none can be. A text without a scheme begins with the
+/// host's name.
 std::optional<QUrl> linkURL(const QString &text)
 {
-    const LinkText link = linkText(text);
-    if (!link.url || !link.url->scheme().isEmpty()) {
-        return link.url;
+    const auto link = linkText(text);
+    if (!link) {
+        return std::nullopt;
     }
-    auto url = strictURL(QString(u"//" % link.text));
-    if (url) {
-        url->setScheme(u"http"_s);
+    // Tolerant, as the name of a host may be escaped: it is read in its own letters then.
+    QUrl url(*link, QUrl::TolerantMode);
+    if (url.scheme().isEmpty()) {
+        url = QUrl(QString(u"//" % *link), QUrl::TolerantMode);
+        if (url.isValid()) {
+            url.setScheme(u"http"_s);
+        }
     }
-    return url && url->isValid() ? url : std::nullopt;
+    return url.isValid() ? std::optional(url) : std::nullopt;
 }
 
 } // namespace
@@ -130,7 +119,7 @@ int QBNoteTitledUrlStyler::attachmentRegularExpressionTextGroupIndex() const
 
 std::shared_ptr<QBNotesTextAttachment> QBNoteTitledUrlStyler::makeTextAttachment(const QString &representedText) const
 {
-    return linkText(representedText).url ? makeLinkAttachment(representedText) : nullptr;
+    return linkText(representedText) ? makeLinkAttachment(representedText) : nullptr;
 }
 
 std::shared_ptr<QBNotesTextAttachment> QBNoteTitledUrlStyler::makeLinkAttachment(const QString &representedText) const

@@ -1,6 +1,7 @@
 #include "QBNoteWikiTextStyler.h"
 
 #include "AttributeAdditions.h"
+#include "ExpandedText.h"
 #include "PercentEncoding.h"
 #include "QBNoteTextStylerAttributes.h"
 #include "ThemeValues.h"
@@ -58,7 +59,7 @@ void QBNoteWikiTextStyler::applyStyleIn(NSMutableAttributedString &attributedStr
     quib::AttributeAdditions additions(attributedString);
     enumerateUnguardedMatches(*regularExpression(), attributedString, range, [&](const NSTextCheckingResult &match) {
         const NSRange title = match.rangeAtIndex(2);
-        const quib::AttributeValue link = linkForTitle(attributedString.stringInRange(title));
+        const quib::AttributeValue link = linkForTitle(quib::expandedText(attributedString, title));
         if (!link) {
             return;
         }
@@ -82,15 +83,14 @@ void QBNoteWikiTextStyler::applyStyleIn(NSMutableAttributedString &attributedStr
     additions.flush();
 }
 
-quib::AttributeValue QBNoteWikiTextStyler::linkForTitle(QStringView title)
+quib::AttributeValue QBNoteWikiTextStyler::linkForTitle(const QString &title)
 {
-    const QString key = title.toString();
-    if (const auto *known = m_links.object(key)) {
+    if (const auto *known = m_links.object(title)) {
         return *known;
     }
-    const auto url = urlForTitle(key);
+    const auto url = urlForTitle(title);
     const quib::AttributeValue link = url ? quib::AttributeValue(*url) : quib::AttributeValue();
-    m_links.insert(key, new quib::AttributeValue(link), title.size());
+    m_links.insert(title, new quib::AttributeValue(link), title.size());
     return link;
 }
 

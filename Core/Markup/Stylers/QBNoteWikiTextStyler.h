@@ -24,7 +24,7 @@ public:
 
 private:
     /// As an attribute, kept for the titles that come again; nothing where the title makes no link.
-    [[nodiscard]] quib::AttributeValue linkForTitle(QStringView title);
+    [[nodiscard]] quib::AttributeValue linkForTitle(const QString &title);
     /// Opens the note of that title, or else creates it.
     [[nodiscard]] static std::optional<QUrl> urlForTitle(const QString &title);
 

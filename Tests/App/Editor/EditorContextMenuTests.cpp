@@ -76,6 +76,9 @@ TEST_F(EditorContextMenu, LinksAreOpenedCopiedAndEdited)
          u"https://example.org/a?b=c#d"_s, u"[https://example.org/a?b=c#d]"_s},
         {"an address with a title", u"[title](https://example.org)"_s, u"Open Link"_s, u"https://example.org"_s,
          u"https://example.org"_s, u"[title]([https://example.org])"_s},
+        {"an address to escape", u"[title](https://example.org/a b)"_s, u"Open Link"_s, u"https://example.org/a b"_s,
+         u"https://example.org/a%20b"_s, u"[title]([https://example.org/a b])"_s},
+        {"a note with an arrow", u"[[a -> b]]"_s, u"Open Note"_s, {}, u"[[a -> b]]"_s, u"[[[a -> b]]]"_s},
         {"a note", u"[[Garden plan]]"_s, u"Open Note"_s, {}, u"[[Garden plan]]"_s, u"[[[Garden plan]]]"_s},
     };
     for (const Case &testCase : cases) {

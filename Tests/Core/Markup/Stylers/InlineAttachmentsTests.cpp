@@ -140,7 +140,6 @@ TEST(InlineAttachments, ALinkLeadsWhereItsTextSays)
     for (const auto &[text, url] : {
              std::pair(u"http://a.bc/d?e=f#g"_s, u"http://a.bc/d?e=f#g"_s),
              std::pair(u"a.bc/d"_s, u"http://a.bc/d"_s),
-             std::pair(u"a b"_s, u""_s), // the name of no host
              std::pair(u"a.bc/d e"_s, u"http://a.bc/d%20e"_s),
              std::pair(u"http://a.bc/d e"_s, u"http://a.bc/d%20e"_s),
              std::pair(u"http://a.bc/d%20e f"_s, u"http://a.bc/d%2520e%20f"_s),
@@ -153,10 +152,19 @@ TEST(InlineAttachments, ALinkLeadsWhereItsTextSays)
              std::pair(u"quib://x-callback-url/open-note?title=a%26b"_s,
                        u"quib://x-callback-url/open-note?title=a%26b"_s),
              std::pair(u"/d"_s, u"http:///d"_s),
+             std::pair(u"http://\u043F\u0440\u0438\u043C\u0435\u0440.\u0440\u0444/\u044F a"_s,
+                       u"http://xn--e1afmkfd.xn--p1ai/%D1%8F%20a"_s),
+             std::pair(u"m\u00FCnchen.de/stra\u00DFe"_s, u"http://xn--mnchen-3ya.de/stra%C3%9Fe"_s),
+             // A URL may name hosts that none is: there is nowhere to go then.
+             std::pair(u"a b"_s, u""_s),
+             std::pair(u"http://a.bc \"d\""_s, u""_s),
+             std::pair(u"http://a%2Fb/c"_s, u""_s),
+             std::pair(u"http://a:99999/"_s, u""_s),
          }) {
         StyledInline styled;
         styled.load(QString(u"[t](" % text % u')'));
         EXPECT_EQ(linkAt(styled, u"t"_s), url) << text.toStdString();
+        EXPECT_TRUE(styled.shown() == u"[t](§)" || styled.shown() == u"[t](¶)") << text.toStdString();
         EXPECT_EQ(styled.expanded(), QString(u"[t](" % text % u')'));
     }
     // No URL can hold a lone surrogate: the markup stays as it is.
@@ -349,6 +357,34 @@ TEST(InlineAttachments, AWikiLinkOpensItsNoteOrMakesIt)
     styled.load(u"`[[a]]` [[ b]] [[#t]] [[c]]"_s);
     EXPECT_EQ(styled.marked(NSLinkAttributeName), u"`[[a]]` [[ b]] [[{¦#t¦}]] [[{c}]]"_s);
     EXPECT_EQ(styled.marked(QBNoteWikiTextStylerAttributeName), u"`[[a]]` [[ b]] [[¦#t¦]] {[[c]]}"_s);
+}
+
+TEST(InlineAttachments, LinksToNotesAndTagsHaveWhatAttachmentsInTheirNamesStandFor)
+{
+    for (const auto &[text, shown, value] : {
+             std::tuple(u"[[a -> b]]"_s, u"[[a → b]]"_s, u"title=a%20-%3E%20b&"_s),
+             std::tuple(u"[[a <- b]]"_s, u"[[a ← b]]"_s, u"title=a%20%3C-%20b&"_s),
+             std::tuple(u"[[#123456]]"_s, u"[[■#123456]]"_s, u"title=%23123456&"_s),
+             std::tuple(u"#a -> b#"_s, u"¦#a → b#¦"_s, u"name=a%20-%3E%20b"_s),
+             std::tuple(u"#a -> b# #a <- b#"_s, u"¦#a → b#¦ ¦#a ← b#¦"_s, u"name=a%20-%3E%20b"_s),
+             std::tuple(u"#a <- b# #a -> b#"_s, u"¦#a ← b#¦ ¦#a → b#¦"_s, u"name=a%20%3C-%20b"_s),
+         }) {
+        StyledInline styled;
+        styled.load(text);
+        EXPECT_EQ(styled.shown(), shown);
+        const QString place = shown.startsWith(u'[') ? shown.sliced(2, 2) : u"a "_s;
+        EXPECT_TRUE(linkAt(styled, place).contains(value)) << linkAt(styled, place).toStdString();
+        styled.restyle();
+        EXPECT_TRUE(linkAt(styled, place).contains(value)) << linkAt(styled, place).toStdString();
+    }
+    // Neighbours of one look lead to two tags.
+    StyledInline styled;
+    styled.load(u"#a -> b# #a <- c#"_s);
+    EXPECT_TRUE(linkAt(styled, u"a ←"_s).endsWith(u"name=a%20%3C-%20c"));
+    // An arrow that comes later changes where the link leads.
+    styled.load(u"[[a - b]]"_s);
+    styled.edit(u"- "_s, u"-> "_s);
+    EXPECT_TRUE(linkAt(styled, u"a →"_s).contains(u"title=a%20-%3E%20b&"));
 }
 
 TEST(InlineAttachments, ABareLinkIsMarkedOutsideOfGuardedText)
