@@ -2,7 +2,10 @@
 
 #include "QBNoteFile.h"
 
+#include <Files/FileMoving.h>
 #include <Markup/Syntax/StylerSyntax.h>
+
+using namespace Qt::StringLiterals;
 
 namespace quib {
 
@@ -24,6 +27,19 @@ QList<FileMarker> fileMarkersInText(const QString &text)
             });
     }
     return markers;
+}
+
+QString fileNameForMarker(const QString &name)
+{
+    constexpr QChar kObjectReplacement{0xFFFC};
+    QString kept = name;
+    kept.removeIf([](QChar unit) {
+        const QChar::Category category = unit.category();
+        return unit == u'[' || unit == u']' || unit == u'`' || unit == kObjectReplacement ||
+               category == QChar::Other_Control || category == QChar::Separator_Line ||
+               category == QChar::Separator_Paragraph;
+    });
+    return isSafeFileName(kept) ? kept : u"file"_s;
 }
 
 } // namespace quib

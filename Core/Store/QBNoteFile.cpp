@@ -186,9 +186,7 @@ std::optional<QUrl> QBNoteFile::fileURL() const
 
 std::optional<QString> QBNoteFile::copyFileToLocalFolder(const QUrl &fileURL, NSError *error) const
 {
-    QString name = fileURL.fileName(QUrl::FullyDecoded);
-    name.remove(u'[');
-    name.remove(u']');
+    const QString name = quib::fileNameForMarker(fileURL.fileName(QUrl::FullyDecoded));
     if (!localFileManager()->copyFileAtURL(fileURL, uniqueIdentifier(), name, error)) {
         return std::nullopt;
     }
@@ -240,11 +238,16 @@ bool QBNoteFile::importFile(const QUrl &fileURL, NSError *error)
         managedObjectContext()->deleteObject(this);
         return false;
     }
-    setFilename(*name);
-    setNormalizedFileExtension(QFileInfo(*name).suffix().toLower());
+    takeName(*name);
     setDownloaded(true);
     updateFileMetadata();
     return true;
+}
+
+void QBNoteFile::takeName(const QString &name)
+{
+    setFilename(name);
+    setNormalizedFileExtension(QFileInfo(name).suffix().toLower());
 }
 
 Ref<QBNoteFile> QBNoteFile::duplicate()
@@ -259,7 +262,9 @@ Ref<QBNoteFile> QBNoteFile::duplicate()
     }
     copy->updateUniqueIdentifier();
     if (const auto url = fileURL(); url && QFileInfo::exists(url->toLocalFile())) {
-        if (!copy->copyFileToLocalFolder(*url)) {
+        if (const auto name = copy->copyFileToLocalFolder(*url)) {
+            copy->takeName(*name);
+        } else {
             copy->setDownloaded(false);
         }
     }

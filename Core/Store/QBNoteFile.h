@@ -70,7 +70,7 @@ public:
 
     /// Nothing without a file name, or with one that would leave the folder.
     [[nodiscard]] std::optional<QUrl> fileURL() const;
-    /// Copies a file into the attachment's folder, under its own name without brackets, durably.
+    /// Copies a file into the attachment's folder, durably, under its own name without what would break a marker.
     /// Errors: nullopt, with the reason; otherwise the name of the copy.
     [[nodiscard]] std::optional<QString> copyFileToLocalFolder(const QUrl &fileURL, NSError *error = nullptr) const;
     /// The folder of the class below the persistent data, a path of components.
@@ -97,4 +97,8 @@ protected:
     /// The steps that every class shares: a row with an identifier gets its copy, its name and its metadata.
     /// Errors: false after the row was deleted.
     [[nodiscard]] bool importFile(const QUrl &fileURL, NSError *error);
+
+private:
+    /// The name under which the binary lies, and its extension.
+    void takeName(const QString &name);
 };

@@ -56,6 +56,30 @@ TEST_F(NoteFile, AFileEntersByACopyInAFolderOfItsOwn)
     EXPECT_TRUE(folder.contains(u"user/a[1].txt"_s)) << "the source stays";
 }
 
+TEST_F(NoteFile, WhateverTheNameOfAFileItsMarkerStands)
+{
+    const std::pair<QString, QString> rows[] = {
+        {u"a\nb.txt"_s, u"ab.txt"_s},
+        {u"\r\u2028\u2029\u0085\v\fb\x01\x7F.txt"_s, u"b.txt"_s},
+        {u"\uFFFCb.txt"_s, u"b.txt"_s},
+        {u"a `b.txt"_s, u"a b.txt"_s},
+        {u"tab\tand blank .txt "_s, u"taband blank .txt "_s},
+        {u"\U0001F468\u200D\U0001F469 #1.txt"_s, u"\U0001F468\u200D\U0001F469 #1.txt"_s},
+        {u"[].txt"_s, u".txt"_s},
+        {u"[\n]"_s, u"file"_s},
+        {u"[.]"_s, u"file"_s},
+        {u".[.]"_s, u"file"_s},
+    };
+    for (const auto &[name, kept] : rows) {
+        const auto file = import(name);
+        ASSERT_TRUE(file);
+        EXPECT_EQ(file->filename(), kept);
+        EXPECT_TRUE(hasBinary(*file)) << kept.toStdString();
+        const auto note = makeNote(u"x "_s + file->textRepresentation() + u" `code`"_s);
+        EXPECT_EQ(note->orderedFiles(), QList{file}) << kept.toStdString();
+    }
+}
+
 TEST_F(NoteFile, PicturesAreToldByTheirNameAndMeasured)
 {
     const auto image = import(u"P.PNG"_s, png(640, 480)).as<QBNoteImage>();
@@ -177,6 +201,19 @@ TEST_F(NoteFile, DuplicateHasABinaryOfItsOwn)
     EXPECT_EQ(copy->filename(), u"f.txt"_s);
     EXPECT_TRUE(hasBinary(*copy));
     EXPECT_NE(copy->fileURL(), file->fileURL());
+}
+
+TEST_F(NoteFile, ADuplicateOfAFileWhoseNameBrokeItsMarkerHasANameThatHolds)
+{
+    const auto file = import(u"f.txt"_s, "one");
+    const QString path = file->fileURL()->toLocalFile();
+    file->setFilename(u"f\n.tx\nt"_s);
+    ASSERT_TRUE(QFile::rename(path, file->fileURL()->toLocalFile()));
+    const auto copy = file->duplicate();
+    EXPECT_EQ(copy->filename(), u"f.txt"_s);
+    EXPECT_EQ(copy->normalizedFileExtension(), u"txt"_s);
+    EXPECT_TRUE(hasBinary(*copy));
+    EXPECT_TRUE(hasBinary(*file));
 }
 
 TEST_F(NoteFile, DuplicateAndMergeOfNotesGiveEachItsOwnFiles)
