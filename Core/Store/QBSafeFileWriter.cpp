@@ -117,11 +117,15 @@ bool QBSafeFileWriter::isTaken(const QString &name) const
 QString QBSafeFileWriter::freeName(const QString &name)
 {
     QString candidate = fitted(name, QString());
-    // Counts that were taken once stay taken, so that many notes of one title cost the same each.
+    // Counts that were taken once stay taken, so that many notes of one title cost the same each. The free one stays
+    // the next until something was written under it.
     qint64 &count = m_nextCounts[normalizedFilename(candidate)];
     count = std::max<qint64>(count, 2);
-    while (isTaken(candidate)) {
-        candidate = fitted(name, u' ' % QString::number(count++));
+    if (isTaken(candidate)) {
+        candidate = fitted(name, u' ' % QString::number(count));
+        while (isTaken(candidate)) {
+            candidate = fitted(name, u' ' % QString::number(++count));
+        }
     }
     return candidate;
 }

@@ -119,6 +119,25 @@ TEST(SafeWriting, HandsOnErrorsAndKeepsTheNameFree)
     EXPECT_EQ(folder.names(), QStringList{u"a"_s});
 }
 
+TEST(SafeWriting, AWriteThatFailedTakesNoCount)
+{
+    const TemporaryFolder folder;
+    folder.write(u"a.txt"_s, "old");
+    auto writer = QBSafeFileWriter::safeFileWriterForFolderPath(folder.path());
+    QStringList offered;
+    const auto fail = [&offered](const QUrl &url, NSError *error) {
+        offered.append(url.fileName());
+        return NSError::fill(error, u"d"_s, 7, u"m"_s);
+    };
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_FALSE(writer.safelyWriteFilename(u"A.txt"_s, fail, nullptr));
+        EXPECT_FALSE(writer.safelyWriteFilename(u"A.txt"_s, fail, nullptr));
+        EXPECT_TRUE(writer.safelyWriteFilename(u"A.txt"_s, writeName, nullptr));
+    }
+    EXPECT_EQ(offered, (QStringList{u"A 2.txt"_s, u"A 2.txt"_s, u"A 3.txt"_s, u"A 3.txt"_s}));
+    EXPECT_EQ(folder.names(), (QStringList{u"A 2.txt"_s, u"A 3.txt"_s, u"a.txt"_s}));
+}
+
 TEST(SafeWriting, FitsLongNamesIntoTheFileSystem)
 {
     const TemporaryFolder folder;
