@@ -50,6 +50,19 @@ bool endsTag(QChar unit)
            QBPunctuationCharactersSets::allowedPunctuationCharactersAfterStyler().contains(unit);
 }
 
+/// Whether the character of a tag's marker stands within a tag that began before it, as the one that closes a tag does.
+bool isInsideOfTag(const NSAttributedString &text, qint64 place)
+{
+    NSRange tag;
+    if (!text.attribute(QBNoteTagStylerAttributeName, place, &tag, text.fullRange())) {
+        return false;
+    }
+    while (tag.location < place && text.attribute(QBNoteTagSpacerAttributeName, tag.location)) {
+        ++tag.location;
+    }
+    return tag.location < place;
+}
+
 } // namespace
 
 QBEditorAutoCompleteCoreController::QBEditorAutoCompleteCoreController(
@@ -103,8 +116,8 @@ QBEditorAutoCompleteCoreController::Proposal QBEditorAutoCompleteCoreController:
 {
     Proposal proposal = markerProposal(QBAutoCompleteType::Tag, QBNoteTagStyler::stylerMarker(), selectionRange,
                                        paragraphRange, allowEmptyString);
-    if (!proposal) {
-        return proposal;
+    if (!proposal || isInsideOfTag(m_textStorage.attributedString(), proposal->fullCompletionRange.location)) {
+        return std::nullopt;
     }
     // What is left of the tag behind the caret is replaced with it.
     NSRange &full = proposal->fullCompletionRange;
@@ -153,13 +166,13 @@ QBEditorAutoCompleteCoreController::markerProposal(QBAutoCompleteType type, QStr
     }
     const qint64 place = range.location + found;
     const qint64 behindMarker = place + marker.size();
-    if ((behindMarker == caret && !allowEmptyString) || indexContainsAttributesToSkip(place)) {
+    const QString partial =
+        m_textStorage.stringWithExpandedTextAttachmentsWithRange({behindMarker, caret - behindMarker});
+    // What stands for no text was not typed.
+    if ((partial.isEmpty() && !allowEmptyString) || indexContainsAttributesToSkip(place)) {
         return std::nullopt;
     }
-    return QBAutoCompleteProposal{
-        type,
-        m_textStorage.stringWithExpandedTextAttachmentsWithRange({behindMarker, caret - behindMarker}),
-        {place, caret - place}};
+    return QBAutoCompleteProposal{type, partial, {place, caret - place}};
 }
 
 QBEditorAutoCompleteCoreController::Proposal

@@ -31,6 +31,21 @@ TEST_F(EditorCompletion, ATagIsCompletedByKeys)
     EXPECT_EQ(shown(), u"Mine #ga"_s);
 }
 
+TEST_F(EditorCompletion, AClosedTagIsLeftAsItIs)
+{
+    const auto other = makeNote(u"Other #garden #gallery #At Work#"_s);
+    show(u"x "_s);
+    type(u"#multi word"_s);
+    type(u"#"_s);
+    EXPECT_FALSE(popup().isOpen());
+    type(u" "_s);
+    EXPECT_FALSE(popup().isOpen());
+    press(Qt::Key_Backspace);
+    EXPECT_FALSE(popup().isOpen());
+    press(Qt::Key_Return);
+    EXPECT_EQ(shown(), u"x #multi word#\n"_s);
+}
+
 TEST_F(EditorCompletion, ALinkToANoteIsCompleted)
 {
     const auto other = makeNote(u"Garden plan\ntext"_s);

@@ -84,6 +84,18 @@ TEST(CompletionProposalTest, ComesWhileAMarkerIsInReach)
         {u"a #wo/rk|"_s, u"1:wo/rk"_s},
         {u"#a b|"_s, u"1:a b"_s},
         {u"#a #b|"_s, u"1:b"_s},
+        // The marker that closes a tag begins none.
+        {u"#a b#|"_s, u"-"_s},
+        {u"x #a b#|\nnext"_s, u"-"_s},
+        {u"x #a b#| y"_s, u"-"_s},
+        {u"#a b# |"_s, u"-"_s},
+        {u"#a b#c|"_s, u"-"_s},
+        {u"#a#|"_s, u"-"_s},
+        {u"#a b#\n|"_s, u"-"_s},
+        {u"#a b|#"_s, u"1:a b"_s},
+        {u"#a |b#"_s, u"1:a "_s},
+        {u"#a b# #c|"_s, u"1:c"_s},
+        {u"#a b##c d|#"_s, u"1:c d"_s},
         {u"* #wo|"_s, u"1:wo"_s},
         {u"#|"_s, u"-"_s},
         {u"|#wo"_s, u"-"_s},
@@ -136,6 +148,15 @@ TEST(CompletionProposalTest, TheMarkerAloneIsEnoughOnRequest)
     Completing note(u"a \\[\\[|");
     EXPECT_TRUE(note.completion.canAutocompleteNoteForSelectionRange(note.note.selectedRange()));
     EXPECT_EQ(note.completion.fullCompletionRange(), (NSRange{2, 2}));
+}
+
+TEST(CompletionProposalTest, AClosedTagIsNoneOnRequestEither)
+{
+    for (const QStringView text : {QStringView(u"a #b c#|"), QStringView(u"a #b c# |"), QStringView(u"#b#|")}) {
+        Completing tag(text);
+        EXPECT_FALSE(tag.completion.canAutocompleteTagForSelectionRange(tag.note.selectedRange()))
+            << text.toString().toStdString();
+    }
 }
 
 TEST(CompletionProposalTest, TheRangeThatEndsLastIsTaken)
