@@ -22,6 +22,7 @@
 #include <URL/QBURLPasteboard.h>
 #include <URL/QBXurlActions.h>
 
+#include <QDir>
 #include <QDirIterator>
 #include <QFontDatabase>
 
@@ -211,6 +212,9 @@ void QBAppDelegate::setupLaunch()
     m_localFileWatcher = std::make_unique<QBLocalFileWatcher>(context);
     m_externalChangeMonitor = std::make_unique<quib::ExternalChangeMonitor>(m_services.stack);
     m_localFileWatcher->checkAndUpdateLocalFilesInBackground();
+    if (QDir(quib::UnsavedTextJournal::defaultFolder()).isEmpty()) {
+        m_localFileWatcher->markForgottenFilesInBackground();
+    }
     if (m_mainWindowController != nullptr) {
         // 4. The lists are filled.
         m_mainWindowController->setManagedObjectContext(context);

@@ -1,5 +1,6 @@
 #include "QBLocalFileWatcher.h"
 
+#include "ForgottenFiles.h"
 #include "QBLocalFileManager.h"
 #include "QBNoteFilesDowloadedNotification.h"
 
@@ -103,6 +104,29 @@ void QBLocalFileWatcher::checkAndUpdateLocalFilesInBackground()
                 }
             });
         }
+    });
+}
+
+void QBLocalFileWatcher::markForgottenFilesInBackground()
+{
+    const QSet<QString> possible = quib::possiblyForgottenFiles(*m_managedObjectContext);
+    if (possible.isEmpty()) {
+        return;
+    }
+    const auto context = NSManagedObjectContext::contextWithParent(NSManagedObjectContextConcurrencyType::PrivateQueue,
+                                                                   m_managedObjectContext);
+    context->performBlock([context, possible, life = std::weak_ptr<char>(m_life)] {
+        const QSet<QString> forgotten = life.expired() ? QSet<QString>() : quib::filesNamedInNoText(possible, *context);
+        const auto parent = context->parentContext();
+        parent->performBlock([parent, forgotten, life] {
+            if (forgotten.isEmpty() || life.expired()) {
+                return;
+            }
+            // One that came into a note meanwhile is none any more.
+            auto stillForgotten = quib::possiblyForgottenFiles(*parent);
+            quib::markAsUnused(stillForgotten.intersect(forgotten), *parent);
+            static_cast<void>(saved(*parent));
+        });
     });
 }
 

@@ -22,6 +22,10 @@ public:
     /// Looks at all attachments in a private child context; for what changed while nobody watched. The context takes
     /// the changes over and is saved.
     void checkAndUpdateLocalFilesInBackground();
+    /// Has the attachments that came in and reached no text collected with the unused ones. All texts are read for
+    /// that, in a private child context, but only where there may be such attachments. The context is saved.
+    /// Requires: no text is waiting to be brought back: it may name one of them.
+    void markForgottenFilesInBackground();
     /// Compares the rows with the disk and saves the context, later, on its queue. Attachments that are unknown on disk
     /// or not downloaded are left alone.
     /// Requires: the files are the context's.

@@ -1,4 +1,5 @@
 #include "CurrentSyntax.h"
+#include "ForgottenFiles.h"
 #include "QBCoreDataStack.h"
 #include "QBLocalFileManager.h"
 #include "QBNote.h"
@@ -7,10 +8,8 @@
 #include "QBNoteImage.h"
 #include "QBStoreChecker.h"
 
-#include <Foundation/NSDate.h>
 #include <Store/NSManagedObjectContext.h>
 
-#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
@@ -19,21 +18,7 @@ using quib::Ref;
 
 namespace {
 
-/// A folder younger than this may belong to an import whose row is not saved yet. Units: seconds.
-constexpr double kYoungestOrphan = 24.0 * 60 * 60;
-
 using Kind = QBStoreFinding::Kind;
-
-/// The instant at which a folder or the file in it changed last.
-NSDate lastChangeOf(const QString &folder)
-{
-    qint64 milliseconds = QFileInfo(folder).lastModified().toMSecsSinceEpoch();
-    for (const QFileInfo &file : QDir(folder).entryInfoList(QDir::Files | QDir::Hidden)) {
-        milliseconds = std::max(milliseconds, file.lastModified().toMSecsSinceEpoch());
-    }
-    constexpr double kMillisecondsPerSecond = 1000;
-    return NSDate::dateWithTimeIntervalSince1970(static_cast<double>(milliseconds) / kMillisecondsPerSecond);
-}
 
 } // namespace
 
@@ -67,9 +52,26 @@ bool QBStoreChecker::checkBinaries(NSError *error)
     return saveRepairs(error);
 }
 
+bool QBStoreChecker::checkForgottenFiles(NSError *error)
+{
+    auto &moc = *m_stack.managedObjectContext();
+    QSet<QString> forgotten = quib::possiblyForgottenFiles(moc);
+    if (forgotten.isEmpty()) {
+        return true;
+    }
+    const auto scratch = m_stack.backgroundPrivateManagedObjectContext();
+    scratch->performBlockAndWait([&] { forgotten = quib::filesNamedInNoText(forgotten, *scratch); });
+    for (const QString &identifier : std::as_const(forgotten)) {
+        m_findings.append({Kind::ForgottenAttachment, identifier, u"no note has this attachment"_s, m_repair});
+    }
+    if (m_repair) {
+        quib::markAsUnused(forgotten, moc);
+    }
+    return saveRepairs(error);
+}
+
 bool QBStoreChecker::checkFolders(NSError *error)
 {
-    const NSDate now = NSDate::now();
     for (const bool isImage : {true, false}) {
         const QString component = isImage ? u"Local Files/Note Images"_s : u"Local Files/Note Files"_s;
         auto *manager = QBLocalFileManager::localFileManagerForPathComponent(component);
@@ -83,7 +85,7 @@ bool QBStoreChecker::checkFolders(NSError *error)
                 const bool isRepaired = m_repair && restoreLostAttachment(name, folder, isImage);
                 m_findings.append(
                     {Kind::LostAttachment, name, u"a note's attachment is on disk without a row"_s, isRepaired});
-            } else if (now.timeIntervalSinceDate(lastChangeOf(folder)) > kYoungestOrphan) {
+            } else if (quib::ageOfFolder(folder) > quib::kYoungestLeftBehind) {
                 if (m_repair) {
                     manager->deleteFileForUniqueID(name);
                 }

@@ -58,7 +58,8 @@ std::optional<QList<QBStoreFinding>> QBStoreChecker::checkStore(bool repair, NSP
     // Links before notes, since a dangling link must not reach an object; rows before folders, since the notes and the
     // rows tell which folders are known.
     const bool isDone = checkFile(error) && checkLinks(error) && checkTags(error) && checkBinaries(error) &&
-                        checkNotes(progress, error) && (progress.isCancelled() || checkFolders(error));
+                        checkNotes(progress, error) &&
+                        (progress.isCancelled() || (checkForgottenFiles(error) && checkFolders(error)));
     return isDone ? std::optional(m_findings) : std::nullopt;
 }
 

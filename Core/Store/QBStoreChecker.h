@@ -31,6 +31,8 @@ struct QBStoreFinding
         MissingBinary,
         /// A binary whose marker stands in a note, but that no row knows.
         LostAttachment,
+        /// An attachment that is in no text and never was a note's; repaired, it goes with those that are unused.
+        ForgottenAttachment,
         /// A binary that no row and no note knows, and that is not just being made.
         OrphanedFolder,
     };
@@ -66,6 +68,7 @@ private:
     [[nodiscard]] bool checkNotesOfBatch(const QList<NSManagedObjectID> &batch, NSError *error);
     [[nodiscard]] bool checkTags(NSError *error);
     [[nodiscard]] bool checkBinaries(NSError *error);
+    [[nodiscard]] bool checkForgottenFiles(NSError *error);
     [[nodiscard]] bool checkFolders(NSError *error);
     [[nodiscard]] bool restoreLostAttachment(const QString &uniqueIdentifier, const QString &folder, bool isImage);
     [[nodiscard]] bool saveRepairs(NSError *error);

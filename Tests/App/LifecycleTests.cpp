@@ -16,6 +16,9 @@
 
 #include <tuple>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace quib::tests {
@@ -131,6 +134,34 @@ TEST_F(Lifecycle, AnAttachmentThatChangedWhileNobodyWatchedIsFoundAtTheLaunch)
     EXPECT_FALSE(row->uploaded());
     EXPECT_EQ(row->fileSize(), 18);
     EXPECT_FALSE(moc().hasChanges());
+}
+
+TEST_F(Lifecycle, AnAttachmentThatReachedNoTextGoesAtTheEndOfALaterRun)
+{
+    launch();
+    const QUrl source = QUrl::fromLocalFile(folder.write(u"user/a.txt"_s, "a"));
+    const auto attached = [this, &source] { return QBNoteFile::factoryNoteFileForFileURL(source, moc()); };
+    const auto folderOf = [](const Ref<QBNoteFile> &file) { return QFileInfo(file->fileURL()->toLocalFile()).path(); };
+    const auto [identifier, lost, kept] = [&] {
+        const auto taken = attached();
+        QBNote::noteWithText(taken->textRepresentation(), 0, moc());
+        const auto forgotten = attached();
+        return std::tuple(forgotten->uniqueIdentifier(), folderOf(forgotten), folderOf(taken));
+    }();
+    NSError error;
+    ASSERT_TRUE(process->terminate(&error));
+    process.reset();
+    ASSERT_TRUE(QFileInfo::exists(lost));
+    const timespec longAgo[2] = {{.tv_sec = 1'000'000'000, .tv_nsec = 0}, {.tv_sec = 1'000'000'000, .tv_nsec = 0}};
+    for (const QString &item : {QString(lost % u"/a.txt"_s), lost, QString(kept % u"/a.txt"_s), kept}) {
+        ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(item).constData(), longAgo, 0), 0);
+    }
+    launch();
+    wait([this, id = identifier] { return QBNoteFile::noteFileWithUniqueIdentifier(id, moc())->unused(); });
+    EXPECT_TRUE(QFileInfo::exists(lost)) << "a text may still take it up";
+    ASSERT_TRUE(process->terminate(&error));
+    EXPECT_FALSE(QFileInfo::exists(lost));
+    EXPECT_TRUE(QFileInfo::exists(kept));
 }
 
 TEST_F(Lifecycle, AProcessWithoutWindowsGoesThroughTheSameSteps)

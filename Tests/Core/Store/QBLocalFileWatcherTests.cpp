@@ -1,6 +1,7 @@
 #include "StoreFixture.h"
 
 #include <Graphics/GraphicsContext.h>
+#include <Store/ForgottenFiles.h>
 #include <Store/QBLocalFileWatcher.h>
 #include <Store/QBNoteFilesDowloadedNotification.h>
 #include <Store/QBNoteImage.h>
@@ -170,6 +171,40 @@ TEST_F(LocalFileWatcher, TheCheckFindsWhatChangedWhileNobodyWatched)
     EXPECT_FALSE(moc().hasChanges()) << "what the check found is saved";
     reopen();
     EXPECT_FALSE(QBNoteFile::noteFileWithUniqueIdentifier(posted.constFirst().constFirst(), moc())->uploaded());
+}
+
+TEST_F(LocalFileWatcher, AttachmentsThatReachedNoTextAreCollectedWithTheUnused)
+{
+    const auto import = [this](const QString &name) {
+        return QBNoteFile::factoryNoteFileForFileURL(userFile(name, "old"), moc());
+    };
+    const auto forgotten = import(u"a.txt"_s);
+    const auto taken = import(u"b.txt"_s);
+    const auto inCode = import(u"c.txt"_s);
+    const auto takenUpMeanwhile = import(u"d.txt"_s);
+    const auto note = makeNote(u"one"_s);
+    const auto other = makeNote(taken->textRepresentation() + u" `"_s + inCode->textRepresentation() + u'`');
+    save();
+    const QString path = pathOf(*forgotten);
+    watch();
+    EXPECT_TRUE(possiblyForgottenFiles(moc()).isEmpty()) << "they are new";
+    clock.setNow(NSDate::dateWithTimeIntervalSince1970(static_cast<double>(QDateTime::currentSecsSinceEpoch()) +
+                                                       2.0 * 24 * 60 * 60));
+    watcher->markForgottenFilesInBackground();
+    note->updateNoteWithText(takenUpMeanwhile->textRepresentation(), 0);
+    const QDeadlineTimer deadline(kPatience);
+    while (!forgotten->unused() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+    }
+    EXPECT_TRUE(forgotten->unused());
+    EXPECT_FALSE(takenUpMeanwhile->unused());
+    EXPECT_FALSE(taken->unused());
+    EXPECT_FALSE(inCode->unused());
+    EXPECT_TRUE(QFileInfo::exists(path));
+    QBNoteFile::deleteAllUnusedNoteFilesInManagedObjectContext(moc());
+    save();
+    EXPECT_FALSE(QFileInfo::exists(QFileInfo(path).path()));
+    EXPECT_EQ(QBNoteFile::filesInManagedObjectContext(moc(), {}).size(), 3);
 }
 
 TEST_F(LocalFileWatcher, AReplacedPictureHasItsNewSize)

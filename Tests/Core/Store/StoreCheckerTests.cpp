@@ -1,5 +1,6 @@
 #include "StoreFixture.h"
 
+#include <Store/QBNoteFileServerData.h>
 #include <Store/QBStoreChecker.h>
 
 #include <QDateTime>
@@ -128,9 +129,43 @@ TEST_F(StoreChecker, ALostAttachmentGetsItsRowBack)
     EXPECT_EQ(note->text(), u"x "_s + marker);
 }
 
+TEST_F(StoreChecker, AttachmentsThatReachedNoTextAreForgottenAfterADay)
+{
+    const auto forgotten = import(u"forgotten.txt"_s);
+    const auto taken = import(u"taken.txt"_s);
+    const auto inCode = import(u"code.txt"_s);
+    const auto inTrash = import(u"trash.txt"_s);
+    const auto broken = import(u"broken.txt"_s);
+    const auto unused = import(u"unused.txt"_s);
+    const auto uploaded = import(u"uploaded.txt"_s);
+    const auto known = import(u"known.txt"_s);
+    const auto note =
+        makeNote(taken->textRepresentation() + u"\n```\n"_s + inCode->textRepresentation() + u"\n```\n"_s);
+    makeNote(u"x\n`"_s + inTrash->textRepresentation() + u'`')->trash();
+    makeNote(u"[file:"_s + broken->uniqueIdentifier() + u"/a\nb.txt]"_s)->archive();
+    unused->setUnused(true);
+    uploaded->setUploaded(true);
+    known->setServerData(
+        moc().insertNewObjectForEntityForName(QBNoteFileServerData::entityName()).as<QBNoteFileServerData>());
+    const double real = static_cast<double>(QDateTime::currentSecsSinceEpoch());
+    clock.setNow(NSDate::dateWithTimeIntervalSince1970(real + 60));
+    EXPECT_TRUE(check().isEmpty()) << "it may be in an editor that is open";
+    clock.setNow(NSDate::dateWithTimeIntervalSince1970(real + 2.0 * 24 * 60 * 60));
+    expectRepairable(QBStoreFinding::Kind::ForgottenAttachment);
+    EXPECT_TRUE(forgotten->unused());
+    for (const auto &file : {taken, inCode, inTrash, broken, uploaded, known}) {
+        EXPECT_FALSE(file->unused()) << file->filename().toStdString();
+    }
+    // A text that takes it up keeps it.
+    note->appendNoteWithText(forgotten->textRepresentation(), 0);
+    EXPECT_FALSE(forgotten->unused());
+}
+
 TEST_F(StoreChecker, OnlyOldFoldersAreOrphans)
 {
-    const QString orphan = QFileInfo(import(u"f.txt"_s)->fileURL()->toLocalFile()).path() + u"/../ORPHAN"_s;
+    const auto file = import(u"f.txt"_s);
+    const auto note = makeNote(file->textRepresentation());
+    const QString orphan = QFileInfo(file->fileURL()->toLocalFile()).path() + u"/../ORPHAN"_s;
     ASSERT_TRUE(QDir().mkpath(orphan));
     const double real = static_cast<double>(QDateTime::currentSecsSinceEpoch());
     clock.setNow(NSDate::dateWithTimeIntervalSince1970(real + 60));
