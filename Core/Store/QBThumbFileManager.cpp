@@ -153,7 +153,7 @@ std::optional<NSImage> readScaledPicture(const QString &path, QSize size, const 
                                          NSError *error)
 {
     size = size.expandedTo({1, 1});
-    if (std::max(size.width(), size.height()) > QBThumbFileManager::kLargestSide) {
+    if (size.height() > QBThumbFileManager::kLargestPixelCount / size.width()) {
         NSError::fill(error, kNSCocoaErrorDomain, static_cast<qint64>(NSCocoaErrorCode::FileReadTooLarge),
                       u"a thumbnail of %1 by %2 is too large"_s.arg(size.width()).arg(size.height()));
         return std::nullopt;

@@ -46,8 +46,8 @@ public:
 
     /// The component of the copies that notes and lists of notes show.
     static constexpr QLatin1StringView kNoteImages{"Note Images"};
-    /// Nothing wider or higher is made. Units: pixels.
-    static constexpr int kLargestSide = 16384;
+    /// Nothing with more pixels is made. However long a side is: a picture of a whole page may be very high.
+    static constexpr qint64 kLargestPixelCount = qint64{16384} * 16384;
 
     /// The instance for a folder below "Thumbs" in the application's support folder.
     [[nodiscard]] static QBThumbFileManager *thumbFileManagerForPathComponent(const QString &pathComponent);

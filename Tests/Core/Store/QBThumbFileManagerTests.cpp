@@ -203,7 +203,7 @@ TEST_F(Thumbs, WhatIsNoPictureOrMakesNoSenseGivesNoFile)
     EXPECT_FALSE(manager.makeThumbForImageURL(broken, {10, 10}, {}));
     EXPECT_FALSE(manager.makeThumbForImageURL(QUrl::fromLocalFile(folder.path(u"absent.png"_s)), {10, 10}, {}));
     EXPECT_FALSE(manager.makeThumbForImageURL(good, {1e300, 10}, {}));
-    EXPECT_FALSE(manager.makeThumbForImageURL(good, {10, QBThumbFileManager::kLargestSide + 1.0}, {}));
+    EXPECT_FALSE(manager.makeThumbForImageURL(good, {16384, 16385}, {}));
     EXPECT_TRUE(thumbs().isEmpty());
     const auto least = manager.makeThumbForImageURL(good, {-5, 0}, {});
     ASSERT_TRUE(least);
@@ -242,6 +242,39 @@ TEST_F(Thumbs, AThinPictureThatCoversASquareStaysWithinIt)
     const auto thumb = manager.makeThumbForImageURL(thin, {500, 500}, with({{kQBThumbCover, true}}));
     ASSERT_TRUE(thumb);
     EXPECT_EQ(thumb->pixelSize(), QSize(500, 500));
+}
+
+TEST_F(Thumbs, ALongPictureIsShownToItsEnd)
+{
+    // One half red and one blue, far longer than any screen, both ways.
+    const auto longPicture = [](int length, bool isHigh) {
+        GraphicsContext context({4, 4}, 1, red());
+        context.fillRect(isHigh ? QRectF(0, 2, 4, 2) : QRectF(2, 0, 2, 4), blue());
+        return context.image().imageScaledToPixelSize(isHigh ? QSize(4, length) : QSize(length, 4),
+                                                      /*antialias=*/false);
+    };
+    const auto white = QVariant::fromValue(NSColor::whiteColor());
+    const std::pair<QString, Options> modes[] = {
+        {u"fitting"_s, {}},
+        {u"stretched"_s, with({{kQBThumbPreserveRatio, false}})},
+        {u"on white"_s, with({{kQBThumbContain, true}, {kQBThumbBackgroundColor, white}})},
+        {u"covering"_s, with({{kQBThumbCover, true}})},
+        {u"single pixels"_s, with({{kQBThumbAntialias, false}})},
+    };
+    for (const bool isHigh : {true, false}) {
+        for (const int length : {20'000, 40'000}) {
+            const QUrl url = picture(u"long%1%2.png"_s.arg(length).arg(isHigh), longPicture(2 * length, isHigh));
+            const QSize size = isHigh ? QSize(2, length) : QSize(length, 2);
+            for (const auto &[mode, options] : modes) {
+                SCOPED_TRACE(u"%1 %2 %3"_s.arg(mode).arg(length).arg(isHigh).toStdString());
+                const auto thumb = manager.makeThumbForImageURL(url, size, options);
+                ASSERT_TRUE(thumb);
+                EXPECT_EQ(thumb->pixelSize(), size);
+                EXPECT_EQ(thumb->colorAt(0, 0), red());
+                EXPECT_EQ(thumb->colorAt(size.width() - 1, size.height() - 1), blue());
+            }
+        }
+    }
 }
 
 TEST_F(Thumbs, ThumbsArriveOnTheMainQueue)
