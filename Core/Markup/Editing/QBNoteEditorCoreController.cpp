@@ -1,5 +1,7 @@
 #include "QBNoteEditorCoreController.h"
 
+#include "SelectionInStyledText.h"
+
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
 #include <Markup/QBNoteTextKitStack.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
@@ -82,8 +84,15 @@ void QBNoteEditorCoreController::performStylingInTextView(NoteTextView &textView
         storage.applyStylingInRange(range);
         return;
     }
+    const NSRange selection = textView.selectedRange();
     NSRange proposedSelection;
-    if (const auto styled = storage.styleTextInRange(range, textView.selectedRange(), &proposedSelection)) {
+    if (const auto styled = storage.styleTextInRange(range, selection, &proposedSelection)) {
+        if (selection.length > 0) {
+            // What is proposed shrinks with each spacer that goes from its start and comes back: the next command would
+            // find less selected than this one.
+            proposedSelection = quib::selectionInStyledText(selection, storage.attributedString(),
+                                                            NSIntersectionRange(range, storage.fullRange()), *styled);
+        }
         textView.replaceCharactersInrange(range, *styled, proposedSelection);
     }
     reorderOrderedListInTextView(textView);

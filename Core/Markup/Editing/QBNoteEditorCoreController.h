@@ -29,8 +29,8 @@ public:
     // After each change
 
     /// Styles again what the last change calls for. While undoing or redoing, in place: the attachments of then have
-    /// come back already. Otherwise attachments come and go as a step that can be undone, and numbers of lists are put
-    /// in order.
+    /// come back already. Otherwise attachments come and go as a step that can be undone, the selection staying on its
+    /// text, and numbers of lists are put in order.
     void performStylingInTextView(quib::NoteTextView &textView);
     /// Numbers the ordered list at the selection anew, as a step that can be undone, unless its numbers are in order.
     void reorderOrderedListInTextView(quib::NoteTextView &textView);

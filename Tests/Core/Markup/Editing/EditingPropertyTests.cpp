@@ -146,6 +146,46 @@ TEST(EditingPropertyTest, IndentingChangesIndentationsAlone)
     }
 }
 
+TEST(EditingPropertyTest, StylingLeavesTheSelectionOnItsText)
+{
+    const TestSeed seed;
+    auto random = seed.generator();
+    const auto expanded = [](EditedNote &note, qint64 place) {
+        return note.textStorage().stringWithExpandedTextAttachmentsWithRange({0, place}).size();
+    };
+    int compared = 0;
+    for (int i = 0; i < 800; ++i) {
+        RandomNote of(random);
+        EditedNote &note = of.note;
+        const bool isBack = random() % 2 == 0;
+        note.undoManager().beginUndoGrouping();
+        if (random() % 2 == 0) {
+            note.controller().shiftSelectionRight(isBack, note);
+        } else {
+            note.controller().moveParagraphUp(isBack, note);
+        }
+        const QString text = note.text();
+        const qint64 start = expanded(note, note.selectedRange().location);
+        const qint64 limit = expanded(note, note.selectedRange().limit());
+        note.controller().performStylingInTextView(note);
+        note.undoManager().endUndoGrouping();
+        if (note.text() != text) {
+            continue; // numbers followed
+        }
+        ++compared;
+        // An edge within what became an attachment has gone to its edge.
+        const NSRange selection = note.selectedRange();
+        const qint64 newStart = expanded(note, selection.location);
+        const qint64 newLimit = expanded(note, selection.limit());
+        EXPECT_TRUE(newStart == start || (newStart < start && start < expanded(note, selection.location + 1)))
+            << text.toStdString() << "\nat " << start << ", now " << newStart;
+        EXPECT_TRUE(newLimit == limit || selection.length == 0 ||
+                    (newLimit > limit && limit > expanded(note, selection.limit() - 1)))
+            << text.toStdString() << "\nto " << limit << ", now " << newLimit;
+    }
+    EXPECT_GT(compared, 400);
+}
+
 TEST(EditingPropertyTest, MovingLinesKeepsThemAll)
 {
     const TestSeed seed;

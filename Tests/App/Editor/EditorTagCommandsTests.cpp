@@ -1,0 +1,92 @@
+// Commands in lines with tags: the spacers around these come and go with each styling, and stand for no text.
+
+#include "EditorPaneFixture.h"
+
+#include <QAction>
+
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace quib::tests {
+
+class EditorTagCommands : public EditorPaneFixture
+{
+protected:
+    /// A note with this text, and in it the selection in brackets, whole tags with their spacers.
+    void showMarked(const QString &marked)
+    {
+        QString text = marked;
+        text.remove(u'[').remove(u']');
+        show(text);
+        const qsizetype start = marked.indexOf(u'[');
+        const qsizetype limit = marked.indexOf(u']') - 1;
+        const auto expanded = [this](qint64 place) {
+            return view().textStorage().stringWithExpandedTextAttachmentsWithRange({0, place}).size();
+        };
+        qint64 first = 0;
+        while (expanded(first) < start) {
+            ++first;
+        }
+        qint64 last = view().textStorage().length();
+        while (expanded(last) > limit) {
+            --last;
+        }
+        view().setSelectedRange({first, last - first});
+    }
+    void run(const QString &command, int times = 1)
+    {
+        for (; times > 0; --times) {
+            pane->action(command)->trigger();
+        }
+    }
+};
+
+TEST_F(EditorTagCommands, TheSelectionStaysOnItsTextHoweverOftenACommandIsRun)
+{
+    struct Case
+    {
+        QString text;
+        QString command;
+        int times;
+        QString expected;
+    };
+    const std::vector<Case> cases = {
+        {u"[#plan\nbuy milk]\none\ntwo\nthree"_s, u"move-down"_s, 3, u"one\ntwo\nthree\n[#plan\nbuy milk]"_s},
+        {u"[#tag\nb]\nc"_s, u"move-down"_s, 1, u"c\n[#tag\nb]"_s},
+        {u"c\n[b\nx #tag]"_s, u"move-up"_s, 1, u"[b\nx #tag]\nc"_s},
+        {u"[#tag]"_s, u"bold"_s, 1, u"[*#tag*]"_s},
+        {u"[#tag]"_s, u"bold"_s, 2, u"[#tag]"_s},
+        {u"[#tag]"_s, u"bold"_s, 3, u"[*#tag*]"_s},
+        {u"[#tag\nx]"_s, u"code-block"_s, 1, u"```\n[#tag\nx]\n```"_s},
+        {u"[#tag\nx]"_s, u"code-block"_s, 3, u"```\n[#tag\nx]\n```"_s},
+        {u"[#tag\nx]"_s, u"todo"_s, 3, u"[- #tag\n- x]"_s},
+        {u"a [#one #two] b"_s, u"marker"_s, 3, u"a [::#one #two::] b"_s},
+        {u"[#a\n#b]"_s, u"indent"_s, 4, u"\t\t\t\t[#a\n\t\t\t\t#b]"_s},
+    };
+    for (const Case &each : cases) {
+        showMarked(each.text);
+        run(each.command, each.times);
+        EXPECT_EQ(marked(), each.expected)
+            << each.text.toStdString() << ", " << each.times << " " << each.command.toStdString();
+    }
+}
+
+TEST_F(EditorTagCommands, LinesGoBackTheWayTheyCame)
+{
+    showMarked(u"[#tag\nb]\nc"_s);
+    run(u"move-down"_s);
+    run(u"move-up"_s);
+    EXPECT_EQ(marked(), u"[#tag\nb]\nc"_s);
+    showMarked(u"[#a\n* x]"_s);
+    for (int i = 0; i < 4; ++i) {
+        press(Qt::Key_Tab);
+    }
+    EXPECT_EQ(shown(), u"\t\t\t\t#a\n\t\t\t\t* x"_s);
+    for (int i = 0; i < 4; ++i) {
+        press(Qt::Key_Backtab);
+    }
+    EXPECT_EQ(shown(), u"#a\n* x"_s);
+}
+
+} // namespace quib::tests
