@@ -40,8 +40,8 @@ QStringView visiblePart(Construct construct, QStringView string, const NSTextChe
     }
 }
 
-/// Keeps the slashes and underscores of web addresses: no marker inside of one opens or closes italics, as none does
-/// where links are styled.
+/// Keeps the slashes and underscores of web addresses and tags: no marker inside of one opens or closes italics, as
+/// none does where they are styled.
 class AddressGuard final : public QBItalicDataDetectorDelegate
 {
 public:
@@ -56,33 +56,35 @@ private:
     [[nodiscard]] bool isInside(NSRange range)
     {
         if (!m_isRead) {
-            readAddresses();
+            readGuarded();
         }
         const auto after =
-            std::upper_bound(m_addresses.begin(), m_addresses.end(), range.location,
-                             [](qint64 location, const NSRange &address) { return location < address.location; });
-        return after != m_addresses.begin() && std::prev(after)->contains(range.location);
+            std::upper_bound(m_guarded.begin(), m_guarded.end(), range.location,
+                             [](qint64 location, const NSRange &guarded) { return location < guarded.location; });
+        return after != m_guarded.begin() && std::prev(after)->contains(range.location);
     }
-    void readAddresses()
+    /// Each from its scheme or its hash to the next white space.
+    void readGuarded()
     {
         m_isRead = true;
-        for (qsizetype place = m_string.indexOf(u':'); place >= 0; place = m_string.indexOf(u':', place)) {
-            if (!m_string.sliced(place).startsWith(u"://")) {
-                ++place;
-                continue;
-            }
+        for (qsizetype place = 0; place < m_string.size(); ++place) {
+            const QChar unit = m_string[place];
             qsizetype start = place;
-            while (start > 0 && m_string[start - 1].isLetterOrNumber()) {
-                --start;
+            if (unit == u':' && m_string.sliced(place).startsWith(u"://")) {
+                while (start > 0 && m_string[start - 1].isLetterOrNumber()) {
+                    --start;
+                }
+            } else if (unit != u'#' || (place > 0 && m_string[place - 1].isLetterOrNumber())) {
+                continue;
             }
             while (place < m_string.size() && !isSpace(m_string[place].unicode())) {
                 ++place;
             }
-            m_addresses.append({start, place - start});
+            m_guarded.append({start, place - start});
         }
     }
     QStringView m_string;
-    QList<NSRange> m_addresses;
+    QList<NSRange> m_guarded;
     bool m_isRead = false; // most strings have no marker that is asked about
 };
 

@@ -101,6 +101,7 @@ TEST(NoteTextParser, TitlesLoseTheirMarkupUnlessTheyAreHeadings)
         {u"[b](quib://z) rest"_s, u"b rest"_s},
         // A link to a note begins at the line's first bracket, whatever stands between.
         {u"[a](http://x.y) [b](quib://z)"_s, u"a](http://x.y) [b"_s},
+        {u"see #home/garden #work/plans or /this/, a#b /c d/"_s, u"see #home/garden #work/plans or this, a#b c d"_s},
         {u"see https://example.org/a_b_c/ or /this/"_s, u"see https://example.org/a_b_c/ or this"_s},
         {u"[file:1/report.pdf]"_s, u"report.pdf"_s},
         {u"[image:1/a.png] Trip"_s, u"Trip"_s},
