@@ -70,10 +70,14 @@ void QBNoteTagStyler::applyStyleIn(NSMutableAttributedString &attributedString, 
     }
     Attributes set = attributes();
     quib::AttributeAdditions additions(attributedString);
-    const auto forEachTag = [&spacers](const auto &block) {
-        for (size_t closing = 1; closing < spacers.size(); closing += 2) {
+    const auto forEachTag = [&](const auto &block) {
+        for (size_t closing = 1; closing < spacers.size(); ++closing) {
             const qint64 opening = spacers[closing - 1];
-            block(NSRange{opening, spacers[closing] + 1 - opening});
+            const NSRange tag{opening, spacers[closing] + 1 - opening};
+            if (isTag(attributedString, tag)) {
+                block(tag);
+                ++closing;
+            }
         }
     };
     forEachTag([&](NSRange tag) { addAttributesOfTag(attributedString, tag, set, additions); });
@@ -81,6 +85,16 @@ void QBNoteTagStyler::applyStyleIn(NSMutableAttributedString &attributedString, 
     if (attributedString.containsAttribute(QBNoteBoundaryMarkerAttributeName, range)) {
         forEachTag([&](NSRange tag) { spreadMarks(attributedString, tag); });
     }
+}
+
+bool QBNoteTagStyler::isTag(const NSAttributedString &text, NSRange range)
+{
+    if (range.length < kShortestTag || text.characterAtIndex(range.location + 1) != u'#') {
+        return false;
+    }
+    const QStringView name = text.stringInRange({range.location + 2, range.length - 3});
+    const QStringView inner = name.endsWith(u'#') ? name.chopped(1) : name;
+    return !inner.contains(u'#') && !inner.contains(u'\n');
 }
 
 QBNoteTagStyler::Attributes QBNoteTagStyler::attributes() const
@@ -104,10 +118,6 @@ QBNoteTagStyler::Attributes QBNoteTagStyler::attributes() const
 void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange range, Attributes &attributes,
                                          quib::AttributeAdditions &additions)
 {
-    // A spacer, a hash, one character of the name at least, a spacer.
-    if (range.length < kShortestTag) {
-        return;
-    }
     const qint64 hash = range.location + 1;
     const qint64 last = range.limit() - 2;
     const QStringView written = text.stringInRange({hash + 1, last - hash});
@@ -148,9 +158,6 @@ void QBNoteTagStyler::addAttributesOfTag(const NSAttributedString &text, NSRange
 
 void QBNoteTagStyler::spreadMarks(NSMutableAttributedString &text, NSRange range)
 {
-    if (range.length < kShortestTag) {
-        return;
-    }
     // A mark that covers an end of the tag covers its spacer: tags stay whole within it.
     for (const auto &[place, spacer] :
          {std::pair(range.location + 1, range.location), std::pair(range.limit() - 2, range.limit() - 1)}) {

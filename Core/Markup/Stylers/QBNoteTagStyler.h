@@ -43,6 +43,9 @@ private:
     /// A link and twice an identity.
     static constexpr size_t kValuesOfPlace = 3;
 
+    /// Whether two spacers stand around a tag: an edit may have left one alone, where a tag goes over the end of a
+    /// paragraph, and the next is no end of its tag.
+    [[nodiscard]] static bool isTag(const NSAttributedString &text, NSRange range);
     [[nodiscard]] Attributes attributes() const;
     /// Adds what a tag with its two spacers gets.
     static void addAttributesOfTag(const NSAttributedString &text, NSRange range, Attributes &attributes,

@@ -359,6 +359,23 @@ TEST(InlineAttachments, AWikiLinkOpensItsNoteOrMakesIt)
     EXPECT_EQ(styled.marked(QBNoteWikiTextStylerAttributeName), u"`[[a]]` [[ b]] [[¦#t¦]] {[[c]]}"_s);
 }
 
+TEST(InlineAttachments, ASpacerThatAnEditLeftAloneBeginsNoTag)
+{
+    for (const auto &[cut, left] : {std::pair(u"\uFFFC#a"_s, u" b#¦ z\nwords {¦#t¦} {¦#u v#¦}"_s),
+                                    std::pair(u"#a b#\uFFFC"_s, u"¦ z\nwords {¦#t¦} {¦#u v#¦}"_s),
+                                    std::pair(u"\uFFFC#a b"_s, u"#¦ z\nwords {¦#t¦} {¦#u v#¦}"_s)}) {
+        StyledInline styled;
+        styled.load(u"#a b# z\nwords #t #u v#"_s);
+        NSMutableAttributedString &text = styled.text();
+        text.deleteCharactersInRange({text.string().indexOf(cut), cut.size()});
+        text.removeAttribute(QBNoteTagStylerAttributeName, text.fullRange());
+        QBNoteTagStyler styler;
+        NSRange range = text.fullRange();
+        styler.applyStyleIn(text, range, nullptr);
+        EXPECT_EQ(styled.marked(QBNoteTagStylerAttributeName), left);
+    }
+}
+
 TEST(InlineAttachments, LinksToNotesAndTagsHaveWhatAttachmentsInTheirNamesStandFor)
 {
     for (const auto &[text, shown, value] : {
