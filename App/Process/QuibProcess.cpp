@@ -5,6 +5,7 @@
 #include <URL/QBSendToQuibService.h>
 #include <URL/URLParameters.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QStandardPaths>
 #include <QUrl>
@@ -30,7 +31,23 @@ QuibProcess::QuibProcess(std::unique_ptr<QBApplicationInterface> interface, IACM
     , m_themes(m_preferences, m_textThemeManager, m_appThemeManager, *m_interface)
     , m_callbacks(std::make_shared<IACManager>())
 {
-    m_callbacks->setOpener(std::move(opener));
+    m_callbacks->setOpener([this, opener = std::move(opener)](const QUrl &url) {
+        const QString scheme = m_callbacks->callbackURLScheme();
+        if (scheme.isEmpty() || url.scheme() != scheme) {
+            return opener && opener(url);
+        }
+        // Ours is for this process and its profile: the desktop may know no program for it, or another's profile. Once
+        // the action is done that calls back.
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [delegate = std::weak_ptr(m_delegate), url] {
+                if (const auto running = delegate.lock()) {
+                    running->applicationOpenURL(url);
+                }
+            },
+            Qt::QueuedConnection);
+        return true;
+    });
     QBNotesPreferenceManager::setSharedPreferenceManager(&m_preferences);
     QBCoreDataStack::setSharedStack(&m_stack);
     QBNotesAppThemeManager::setSharedThemeManager(&m_appThemeManager);

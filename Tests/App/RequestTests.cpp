@@ -114,6 +114,17 @@ TEST_F(Requests, CallbacksIntoThisMachineAreNotOpened)
     EXPECT_EQ(opened.size(), 1);
 }
 
+TEST_F(Requests, CallbacksToOurselvesAreServedHere)
+{
+    // As a link to a note that is not there calls back, to make it.
+    delegate().applicationOpenURL(QUrl(u"quib://x-callback-url/open-note?title=Nope&x-error="
+                                       "quib%3A%2F%2Fx%2Dcallback%2Durl%2Fcreate%3Ftitle%3DNope"_s));
+    EXPECT_TRUE(texts().isEmpty()) << "not within the action that calls back";
+    wait([this] { return !texts().isEmpty(); });
+    EXPECT_EQ(texts(), QStringList{u"# Nope\n"_s});
+    EXPECT_TRUE(opened.isEmpty());
+}
+
 TEST_F(Requests, AURLOfNobodyIsNotHandled)
 {
     EXPECT_FALSE(delegate().handleGetURLEvent(QUrl(u"quib://x-callback-url/nosuch"_s)));
