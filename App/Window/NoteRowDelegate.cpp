@@ -91,9 +91,11 @@ int setLines(QTextLayout &layout, int width, int mostLines)
     if (isWhole) {
         return -1;
     }
+    // From where the text begins, which lies outside of the row where a long line stands at the other margin.
+    const double start = last.cursorToX(last.textStart());
+    const double room = std::max(0, width - kEllipsisWidth);
     const bool isRightToLeft = layout.textOption().textDirection() == Qt::RightToLeft;
-    return last.xToCursor(isRightToLeft ? kEllipsisWidth : std::max(0, width - kEllipsisWidth),
-                          QTextLine::CursorOnCharacter);
+    return last.xToCursor(isRightToLeft ? start - room : start + room, QTextLine::CursorOnCharacter);
 }
 
 /// A text runs in its own direction. Where the window runs from right to left, so do its margins: all texts begin

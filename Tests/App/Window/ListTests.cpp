@@ -42,6 +42,25 @@ TEST_F(NoteList, TypingInItSearches)
     EXPECT_EQ(rows().size(), 3);
 }
 
+TEST_F(NoteList, ALongTitleOfAnotherDirectionStaysInItsRow)
+{
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    launch({u"# "_s + u"Donaudampfschiff"_s.repeated(8), u"# Other"_s});
+    const QModelIndex index = window().noteList().model()->index(1, 0);
+    const QRect row = window().noteList().visualRect(index);
+    const QImage shown = window().noteList().viewport()->grab().toImage();
+    const double scale = shown.devicePixelRatio();
+    const auto pixel = [&](int x, int y) { return shown.pixel(int(x * scale), int(y * scale)); };
+    // Nothing is drawn beyond the margin, where the age of the note ends.
+    const QRgb ground = pixel(row.left() + 1, row.top() + 2);
+    for (int y = row.top() + 2; y < row.top() + row.height() / 2; ++y) {
+        for (int x = row.left(); x < row.left() + 8; ++x) {
+            ASSERT_EQ(pixel(x, y), ground) << x << ' ' << y;
+        }
+    }
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
 TEST_F(NoteList, ASearchThatFindsNothingSaysSo)
 {
     launch({u"# Soup"_s});
