@@ -10,11 +10,13 @@
 
 #include <Editor/EditorSymbol.h>
 
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStackedWidget>
 
 using namespace Qt::StringLiterals;
@@ -60,6 +62,19 @@ PreferencesWindow::PreferencesWindow(Host host, QWidget *owner)
     columns->addWidget(m_pages, 1);
     makePages();
     connect(m_list, &QListWidget::currentRowChanged, m_pages, &QStackedWidget::setCurrentIndex);
+    connect(m_list, &QListWidget::itemSelectionChanged, this, [this] {
+        // A click beside the entries takes their selection away; the page shown goes on being marked.
+        if (m_list->selectedItems().isEmpty() && m_list->currentItem() != nullptr) {
+            m_list->currentItem()->setSelected(true);
+        }
+    });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget * /*before*/, QWidget *now) {
+        // The toolkit shows what the keyboard goes to from within a page only.
+        auto *page = qobject_cast<QScrollArea *>(m_pages->currentWidget());
+        if (page != nullptr && now != nullptr && page->widget() != nullptr && page->widget()->isAncestorOf(now)) {
+            page->ensureWidgetVisible(now);
+        }
+    });
     m_list->setCurrentRow(0);
     placeNames();
     applyStyle();
@@ -93,8 +108,8 @@ PreferencesWindow &PreferencesWindow::show(QWidget &owner, Page page, const Host
     window->QWidget::show();
     window->raise();
     window->activateWindow();
-    window->pageWidget(page)->focusWidget() != nullptr ? window->pageWidget(page)->focusWidget()->setFocus()
-                                                       : window->m_list->setFocus();
+    // Where the keyboard changes nothing but the page, whatever had it when the window was closed.
+    window->m_list->setFocus();
     return *window;
 }
 
