@@ -158,6 +158,7 @@ QAction *QBNoteEditorViewController::addCommand(const QString &name, const QStri
     auto *command = new QAction(text, this);
     command->setObjectName(name);
     command->setIcon(editorSymbol(name));
+    command->setIconVisibleInMenu(false); // a few among many that have none
     command->setShortcut(shortcut);
     command->setToolTip(toolTipOf(*command));
     command->setShortcutContext(Qt::WidgetWithChildrenShortcut);

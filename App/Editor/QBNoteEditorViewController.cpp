@@ -105,6 +105,7 @@ void QBNoteEditorViewController::makeWidgets()
         m_view->setFocus();
     });
     connect(m_information, &InformationPanel::didLeave, this, &QBNoteEditorViewController::focusEditor);
+    connect(this, &QBNoteEditorViewController::noteWasSaved, m_information, &InformationPanel::noteDidChange);
     connect(m_information, &InformationPanel::noteWasChosen, this, &QBNoteEditorViewController::noteWasChosen);
     auto *textColumn = new QVBoxLayout;
     textColumn->setSpacing(0);

@@ -46,6 +46,18 @@ DetachedWindow::DetachedWindow(const Ref<QBNote> &note, bool floating)
 
 DetachedWindow::~DetachedWindow() = default;
 
+void DetachedWindow::addApplicationCommands(const QList<QAction *> &commands,
+                                            const std::function<void(QAction *command)> &run)
+{
+    for (QAction *command : commands) {
+        auto *own = new QAction(command->text(), this);
+        own->setObjectName(command->objectName());
+        own->setShortcuts(command->shortcuts());
+        connect(own, &QAction::triggered, command, [command, run] { run(command); });
+        addAction(own);
+    }
+}
+
 void DetachedWindow::setFloating(bool isFloating)
 {
     if (isFloating != this->isFloating()) {

@@ -139,7 +139,7 @@ void QBMainWindowController::makeActions()
     addCommand(u"restore"_s, tr("Put Back"), {}, [this] { m_notes->restoreNotes(); });
     addCommand(u"copy-link"_s, tr("Copy Link to Note"), key(Qt::CTRL | Qt::ALT | Qt::Key_L),
                [this] { copyNoteLinks(); });
-    addCommand(u"print"_s, tr("Print…"), QKeySequence::Print, [this] { printNote(); });
+    addCommand(u"print"_s, tr("Print…"), QKeySequence::Print, [this] { printNote(*this, *m_editor); });
     addCommand(u"close-window"_s, tr("Close Window"), QKeySequence::Close, [this] { close(); });
     addCommand(u"quit"_s, tr("Quit"), key(Qt::CTRL | Qt::Key_Q), [this] {
         if (m_terminate) {
@@ -274,42 +274,46 @@ void QBMainWindowController::makeMenus()
                       {"open-in-window"_L1, "copy-link"_L1, ""_L1, "pin"_L1, "duplicate"_L1, "merge"_L1, ""_L1,
                        "remove-tag"_L1, ""_L1, "archive"_L1, "restore"_L1, "trash"_L1});
     fill(menuBar()->addMenu(tr("&Tag")), {"rename-tag"_L1, "tag-symbol"_L1, "delete-tag"_L1, ""_L1, "remove-tag"_L1});
-    // What the pane can do with the text: what finds stands among the editing, what zooms in the view.
-    const auto ofPane = [this](std::initializer_list<QLatin1StringView> names) {
-        QList<QAction *> commands;
+    // What the pane can do with the text.
+    const auto addOfPane = [this](QMenu *menu, std::initializer_list<QLatin1StringView> names) {
         for (const QLatin1StringView name : names) {
             if (QAction *command = m_editor->action(name); command != nullptr) {
-                commands.append(command);
+                menu->addAction(command);
+            } else {
+                menu->addSeparator();
             }
         }
-        return commands;
+        return menu;
     };
-    const QList<QAction *> finding = ofPane({"find"_L1, "find-replace"_L1, "find-next"_L1, "find-previous"_L1});
-    const QList<QAction *> zooming = ofPane({"zoom-in"_L1, "zoom-out"_L1, "zoom-reset"_L1});
-    const QList<QAction *> looking = ofPane({"info"_L1, "format-bar"_L1, "typewriter"_L1, "focus-mode"_L1});
-    edit->addActions(finding);
-    fill(edit, {""_L1, "preferences"_L1});
+    const auto paneText = [](const char *text) {
+        return QCoreApplication::translate("QBNoteEditorViewController", text);
+    };
+    addOfPane(edit, {""_L1, "find"_L1, "find-replace"_L1, "find-next"_L1, "find-previous"_L1, ""_L1});
+    addOfPane(edit->addMenu(paneText("Copy As")), {"copy-as-text"_L1, "copy-as-text-without-tags"_L1});
+    addOfPane(edit->addMenu(paneText("Paste As")), {"paste-plain"_L1, "paste-code"_L1});
+    addOfPane(edit, {"complete"_L1, ""_L1});
+    fill(edit, {"preferences"_L1});
+    addOfPane(m_noteMenu, {""_L1, "note-from-selection"_L1, "open-link"_L1});
     QMenu *format = menuBar()->addMenu(tr("F&ormat"));
-    for (QAction *command : m_editor->editor().actions()) {
-        if (!command->text().isEmpty() && !finding.contains(command) && !zooming.contains(command) &&
-            !looking.contains(command)) {
-            format->addAction(command);
-        }
-    }
+    addOfPane(format, {"bold"_L1, "italic"_L1, "underline"_L1, "strike"_L1, "marker"_L1, "inline-code"_L1, ""_L1});
+    addOfPane(format->addMenu(paneText("Heading")), {"heading-1"_L1, "heading-2"_L1, "heading-3"_L1, "heading-4"_L1,
+                                                     "heading-5"_L1, "heading-6"_L1, ""_L1, "no-heading"_L1});
+    addOfPane(format, {"todo"_L1, "bullet-list"_L1, "numbered-list"_L1, "quote"_L1, "code-block"_L1, "separator"_L1,
+                       ""_L1, "toggle-todo"_L1, "indent"_L1, "outdent"_L1, "move-up"_L1, "move-down"_L1, ""_L1,
+                       "link"_L1, "note-link"_L1, "attach"_L1});
     QMenu *view = fill(menuBar()->addMenu(tr("&View")), {"columns-1"_L1, "columns-2"_L1, "columns-3"_L1, ""_L1});
     QMenu *sorting = view->addMenu(tr("Sort Notes"));
     QMenu *themes = view->addMenu(tr("Theme"));
-    view->addSeparator();
-    view->addActions(looking);
-    view->addSeparator();
-    view->addActions(zooming);
-    view->addSeparator();
+    addOfPane(view, {""_L1, "info"_L1, "format-bar"_L1, "typewriter"_L1, "focus-mode"_L1, ""_L1, "fold-completed"_L1,
+                     "unfold-completed"_L1, ""_L1, "zoom-in"_L1, "zoom-out"_L1, "zoom-reset"_L1, "wider-lines"_L1,
+                     "narrower-lines"_L1, ""_L1});
     fill(view, {"tray-icon"_L1, "global-shortcuts"_L1, ""_L1, "full-screen"_L1});
     connect(sorting, &QMenu::aboutToShow, this, [this, sorting] { fillSortMenu(*sorting); });
     connect(themes, &QMenu::aboutToShow, this, [this, themes] { fillThemeMenu(*themes); });
-    fill(menuBar()->addMenu(tr("&Go")),
-         {"previous-note"_L1, "next-note"_L1, ""_L1, "go-notes"_L1, "go-untagged"_L1, "go-todo"_L1, "go-today"_L1,
-          "go-trash"_L1, ""_L1, "focus-sidebar"_L1, "focus-notes"_L1, "focus-editor"_L1});
+    QMenu *go = fill(menuBar()->addMenu(tr("&Go")),
+                     {"previous-note"_L1, "next-note"_L1, ""_L1, "go-notes"_L1, "go-untagged"_L1, "go-todo"_L1,
+                      "go-today"_L1, "go-trash"_L1, ""_L1, "focus-sidebar"_L1, "focus-notes"_L1, "focus-editor"_L1});
+    addOfPane(go, {"next-part"_L1, "previous-part"_L1});
     fill(menuBar()->addMenu(tr("&Help")), {"command-palette"_L1, "shortcuts"_L1, ""_L1, "about"_L1});
     // Buttons.
     for (auto *button : findChildren<QToolButton *>()) {

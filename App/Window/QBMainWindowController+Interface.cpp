@@ -207,6 +207,21 @@ void QBMainWindowController::detachEditorWindowForNote(QBNote &note, bool floati
     window->editor().focusEditor();
 }
 
+void QBMainWindowController::addCommandsTo(DetachedWindow &window)
+{
+    // Those that go on in this window bring it to the front.
+    window.addApplicationCommands({m_actions[u"new-note"_s], m_actions[u"quick-open"_s], m_actions[u"search-notes"_s]},
+                                  [this](QAction *command) {
+                                      makeKeyAndOrderFront();
+                                      command->trigger();
+                                  });
+    window.addApplicationCommands({m_actions[u"new-note-in-window"_s], m_actions[u"quick-note"_s],
+                                   m_actions[u"preferences"_s], m_actions[u"shortcuts"_s], m_actions[u"quit"_s]},
+                                  [](QAction *command) { command->trigger(); });
+    window.addApplicationCommands({m_actions[u"print"_s]},
+                                  [this, &window](QAction * /*command*/) { printNote(window, window.editor()); });
+}
+
 DetachedWindow *QBMainWindowController::makeDetachedWindow(QBNote &note, bool floating,
                                                            const std::optional<QByteArray> &geometry)
 {
@@ -215,6 +230,7 @@ DetachedWindow *QBMainWindowController::makeDetachedWindow(QBNote &note, bool fl
         restoreGeometryOnScreen(*window, *geometry);
     }
     window->editor().editor().setTextSearch(m_textSearch);
+    addCommandsTo(*window);
     m_detached.append(window);
     if (m_textTheme) {
         window->editor().loadTheme(m_textTheme);
@@ -225,6 +241,8 @@ DetachedWindow *QBMainWindowController::makeDetachedWindow(QBNote &note, bool fl
             m_terminate();
         }
     });
+    connect(&window->editor().editor(), &QBNoteEditorViewController::noteWasSaved, this,
+            &QBMainWindowController::updateActions);
     connect(&window->editor(), &EditorPane::urlWasOpened, m_editor, &EditorPane::urlWasOpened);
     connect(&window->editor(), &EditorPane::noteWasChosen, m_editor, &EditorPane::noteWasChosen);
     connect(&window->editor(), &EditorPane::attachingFailed, m_editor, &EditorPane::attachingFailed);

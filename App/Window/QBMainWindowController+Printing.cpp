@@ -15,15 +15,15 @@
 using namespace Qt::StringLiterals;
 using namespace quib;
 
-void QBMainWindowController::printNote()
+void QBMainWindowController::printNote(QWidget &window, const EditorPane &pane)
 {
-    const Ref<QBNote> note = m_editor->note();
+    const Ref<QBNote> note = pane.note();
     if (!note) {
         return;
     }
     saveNote(/*forceSave=*/false);
     // The desktop's own dialog knows its printers; it belongs to the window and lets the program go on.
-    auto *dialog = new QPrintDialog(this);
+    auto *dialog = new QPrintDialog(&window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(tr("Print Note"));
     dialog->setOptions(QPrintDialog::PrintToFile | QPrintDialog::PrintPageRange | QPrintDialog::PrintCollateCopies);

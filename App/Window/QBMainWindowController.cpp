@@ -369,9 +369,9 @@ void QBMainWindowController::updateActions()
         }
     }
     m_noteInfo->setText(info);
-    setWindowTitle(selected.size() == 1 && !selected.constFirst()->title().isEmpty()
-                       ? tr("%1 – Quib").arg(selected.constFirst()->title())
-                       : tr("Quib"));
+    // Behind a title the toolkit says whose window it is, as it does for the other windows.
+    setWindowTitle(selected.size() == 1 && !selected.constFirst()->title().isEmpty() ? selected.constFirst()->title()
+                                                                                     : u"Quib"_s);
     m_actions[u"undo"_s]->setText(m_undoManager.canUndo() && !m_undoManager.undoActionName().isEmpty()
                                       ? tr("Undo %1").arg(m_undoManager.undoActionName())
                                       : tr("Undo"));

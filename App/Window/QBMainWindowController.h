@@ -163,7 +163,9 @@ private:
     void copyNoteLinks();
 
     // QBMainWindowController+Printing.cpp
-    void printNote();
+    /// The note of a pane, asked about in the window that it stands in.
+    void printNote(QWidget &window, const quib::EditorPane &pane);
+    void addCommandsTo(quib::DetachedWindow &window);
 
     // QBMainWindowController+Tags.cpp
 

@@ -156,7 +156,8 @@ void WindowInterface::integrateWithDesktop()
 
 void WindowInterface::terminate()
 {
-    QCoreApplication::quit();
+    // Not quit(), which closes all windows before it ends: those that are open now are those that come back.
+    QCoreApplication::exit();
 }
 
 void WindowInterface::exitProcess(int status)

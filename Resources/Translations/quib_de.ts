@@ -421,10 +421,6 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <translation>Bearbeitet am %1</translation>
     </message>
     <message>
-        <source>%1 – Quib</source>
-        <translation>%1 – Quib</translation>
-    </message>
-    <message>
         <source>Undo %1</source>
         <translation>%1 rückgängig machen</translation>
     </message>

@@ -421,10 +421,6 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <translation>Modificada el %1</translation>
     </message>
     <message>
-        <source>%1 – Quib</source>
-        <translation>%1 – Quib</translation>
-    </message>
-    <message>
         <source>Undo %1</source>
         <translation>Deshacer: %1</translation>
     </message>

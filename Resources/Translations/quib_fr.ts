@@ -421,10 +421,6 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <translation>Modifiée le %1</translation>
     </message>
     <message>
-        <source>%1 – Quib</source>
-        <translation>%1 – Quib</translation>
-    </message>
-    <message>
         <source>Undo %1</source>
         <translation>Annuler&#xa0;: %1</translation>
     </message>

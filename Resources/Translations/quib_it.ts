@@ -421,10 +421,6 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>Modificata il %1</translation>
     </message>
     <message>
-        <source>%1 – Quib</source>
-        <translation>%1 – Quib</translation>
-    </message>
-    <message>
         <source>Undo %1</source>
         <translation>Annulla: %1</translation>
     </message>

@@ -418,10 +418,6 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>%1に編集</translation>
     </message>
     <message>
-        <source>%1 – Quib</source>
-        <translation>%1 – Quib</translation>
-    </message>
-    <message>
         <source>Undo %1</source>
         <translation>元に戻す: %1</translation>
     </message>

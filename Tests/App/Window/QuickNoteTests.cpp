@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -105,6 +106,43 @@ TEST_F(QuickNote, WindowsOfTheirOwnComeBackAtTheNextStart)
     quit();
     launch();
     EXPECT_EQ(detached(), nullptr);
+}
+
+TEST_F(QuickNote, QuittingKeepsTheWindowsThatComeBack)
+{
+    launch({u"# One"_s});
+    selectRow(u"One"_s);
+    trigger(u"open-in-window"_s);
+    ASSERT_NE(detached(), nullptr);
+    QTimer::singleShot(0, &window(), [this] { trigger(u"quit"_s); });
+    QCoreApplication::exec();
+    quit();
+    launch();
+    EXPECT_NE(detached(), nullptr);
+}
+
+TEST_F(QuickNote, AWindowOfItsOwnHasCommandsOfTheApplication)
+{
+    launch({u"# One"_s});
+    selectRow(u"One"_s);
+    trigger(u"open-in-window"_s);
+    DetachedWindow *own = detached();
+    ASSERT_NE(own, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(own));
+    press(Qt::Key_O, Qt::ControlModifier);
+    EXPECT_TRUE(window().choices().isVisible());
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    press(Qt::Key_Escape);
+    own->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(own));
+    press(Qt::Key_N, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    type(u"# Two"_s);
+    trigger(u"focus-notes"_s);
+    settle();
+    window().saveNote(/*forceSave=*/true);
+    EXPECT_NE(noteTitled(u"Two"_s), nullptr);
+    EXPECT_EQ(own->editor().note()->text(), u"# One"_s);
 }
 
 TEST_F(QuickNote, AWindowOfItsOwnHasAPaletteOfItsCommands)

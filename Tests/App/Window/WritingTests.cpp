@@ -43,7 +43,7 @@ TEST_F(Writing, AnEmptyStoreInvitesToTheFirstNote)
     EXPECT_EQ(notes().constFirst()->text(), u"# Plan\nall of it #work/plans"_s);
     EXPECT_EQ(rows(), QStringList{u"Plan"_s});
     EXPECT_TRUE(entries().contains(u"plans"_s));
-    EXPECT_EQ(window().windowTitle(), u"Plan – Quib"_s);
+    EXPECT_EQ(window().windowTitle(), u"Plan"_s);
 }
 
 TEST_F(Writing, TheRowFollowsTheTextAndMovesToTheTop)
