@@ -375,7 +375,15 @@ void AccessibleNoteTextView::deleteText(int startOffset, int endOffset)
 
 void AccessibleNoteTextView::insertText(int offset, const QString &text)
 {
-    view().replaceText({locationOf(offset), 0}, text);
+    const NSRange place = {locationOf(offset), 0};
+    if (place != view().selectedRange()) {
+        view().replaceText(place, text);
+        return;
+    }
+    // What writes at the caret, as a keyboard on the screen does, is typing, though each piece is a step of its own.
+    view().breakUndoCoalescing();
+    view().typeText(text);
+    view().breakUndoCoalescing();
 }
 
 void AccessibleNoteTextView::replaceText(int startOffset, int endOffset, const QString &text)

@@ -49,11 +49,8 @@ void QBNoteEditorViewController::updateCompletion()
     const auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
     const bool isWanted = preferences == nullptr || preferences->autocompleteEnabled();
     const NSRange selection = m_view->selectedRange();
-    if (m_isCompleting) {
-        return;
-    }
-    if (!isWanted || selection.length > 0 || !m_view->hasFocus() || m_undoManager->isUndoing() ||
-        m_undoManager->isRedoing() || !m_completion->canAutoCompleteForSelectionRange(selection)) {
+    if (!isWanted || !m_view->isTypedChange() || selection.length > 0 || !m_view->hasFocus() ||
+        !m_completion->canAutoCompleteForSelectionRange(selection)) {
         closeCompletion();
         return;
     }
@@ -97,11 +94,9 @@ void QBNoteEditorViewController::closeCompletion()
 void QBNoteEditorViewController::insertCompletion()
 {
     const auto item = m_popup->chosenItem();
-    m_isCompleting = true;
     if (item) {
         edit([&] { m_completion->insertCompletionForItem(*item, *m_view); });
     }
-    m_isCompleting = false;
     closeCompletion();
     m_core.correctTagSelectionAfterInsertionInTextView(*m_view);
     m_view->setFocus();

@@ -222,6 +222,7 @@ void QBNoteEditorViewController::loadNote()
 
 void QBNoteEditorViewController::showText(const QString &text)
 {
+    closeCompletion(); // of a text that is gone
     m_view->loadString(text);
     const auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
     if (preferences != nullptr && preferences->foldCompletedTodo()) {
@@ -437,6 +438,7 @@ void QBNoteEditorViewController::didEditNote()
 {
     markForAutoSave();
     m_information->noteDidChange();
+    updateCompletion();
     if (std::exchange(m_hasNewFiles, false)) {
         // A journal has no attachments: their rows are in the store before anything can happen to them.
         QTimer::singleShot(0, this, [this] { saveNote(/*forceSave=*/true); });
@@ -467,7 +469,6 @@ void QBNoteEditorViewController::qbNoteTextViewDidChangeText(QBNoteTextView &vie
     m_core.performStylingInTextView(view);
     updateStyles();
     didEditNote();
-    updateCompletion();
 }
 
 void QBNoteEditorViewController::qbNoteTextViewDidClickAttachment(QBNoteTextView &view,

@@ -196,6 +196,7 @@ private:
 
     // QBNoteEditorViewController+Completion.cpp
     void resetCompletion();
+    /// After a change of the text: the list opens, or stays, where something is being typed that can be completed.
     void updateCompletion();
     void completeAtCaret();
     void showCompletions();
@@ -290,7 +291,6 @@ private:
     quib::CompletionPopup *m_popup = nullptr;
     std::unique_ptr<QBEditorAutoCompleteCoreController> m_completion;
     std::weak_ptr<quib::NoteTextSearch> m_textSearch;
-    bool m_isCompleting = false;
     quib::InformationPanel *m_information = nullptr;
     QList<QAction *> m_editingCommands; ///< those that need a note that can be changed
     QList<QAction *> m_headerCommands;

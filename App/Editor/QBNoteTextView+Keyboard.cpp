@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QStyleHints>
 #include <QTextBoundaryFinder>
 
@@ -370,6 +371,7 @@ void QBNoteTextView::typeText(const QString &text, NSRange replacedRange)
         breakUndoCoalescing();
     }
     beginTyping();
+    const QScopedValueRollback typed(m_isTypedChange, true);
     const auto heading = headingForText(text, replacedRange);
     insertText(heading ? heading->text : text, heading ? heading->replaced : replacedRange);
     didChangeText();
@@ -481,6 +483,7 @@ void QBNoteTextView::deleteBesideCaret(NSRange range)
 
 void QBNoteTextView::deleteBackward()
 {
+    const QScopedValueRollback typed(m_isTypedChange, true);
     const NSRange selection = selectedRange();
     if (selection.length > 0) {
         breakUndoCoalescing();
@@ -534,6 +537,7 @@ void QBNoteTextView::openAttachment(qint64 location)
                                 .sharedAs<NSTextAttachment>();
     if (m_delegate != nullptr && attachment != nullptr) {
         breakUndoCoalescing();
+        const QScopedValueRollback typed(m_isTypedChange, false);
         m_delegate->qbNoteTextViewDidOpenAttachment(*this, attachment, location);
     }
 }

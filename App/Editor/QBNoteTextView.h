@@ -119,6 +119,9 @@ public:
     void breakUndoCoalescing();
     /// After something changed the text through quib::NoteTextView: tells the delegate and shows the caret.
     void didChangeText();
+    /// Whether the change that the delegate is being told of is one of typing: a key that writes, what an input method
+    /// has composed, or Backspace.
+    [[nodiscard]] bool isTypedChange() const { return m_isTypedChange; }
 
     [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
@@ -345,6 +348,7 @@ private:
     bool m_isTyping = false;
     qint64 m_typedLocation = -1;
     int m_typedCount = 0;
+    bool m_isTypedChange = false;
     quib::ParagraphLayout::Preedit m_preedit;
 
     QList<NSRange> m_highlights;
