@@ -111,9 +111,7 @@ void QBNoteEditorViewController::qbNoteTextViewDidChangeSelection(QBNoteTextView
     // Each key moves the caret before its change is told; the list stays where the caret is still behind what is typed.
     QTimer::singleShot(0, m_popup, [this] {
         const NSRange selection = m_view->selectedRange();
-        const NSRange completed = m_completion->fullCompletionRange();
-        if (m_popup->isOpen() &&
-            (selection.length > 0 || !completed.isFound() || selection.location != completed.limit())) {
+        if (m_popup->isOpen() && (selection.length > 0 || selection.location != m_completion->caret())) {
             closeCompletion();
         }
     });

@@ -78,7 +78,7 @@ bool QBEditorAutoCompleteCoreController::canAutoCompleteForSelectionRange(NSRang
 {
     if (selectionRange.length != 0) {
         // What is selected is no text that is being typed.
-        return setCurrent(std::nullopt);
+        return setCurrent(std::nullopt, selectionRange);
     }
     const NSRange paragraph = paragraphRangeOf(selectionRange);
     QList<QBAutoCompleteProposal> proposals;
@@ -89,19 +89,21 @@ bool QBEditorAutoCompleteCoreController::canAutoCompleteForSelectionRange(NSRang
             proposals.append(*proposal);
         }
     }
-    return setCurrent(prioritizedProposalFromProposals(proposals));
+    return setCurrent(prioritizedProposalFromProposals(proposals), selectionRange);
 }
 
 bool QBEditorAutoCompleteCoreController::canAutocompleteTagForSelectionRange(NSRange selectionRange)
 {
     return setCurrent(tagsCompleteProposalForSelectionRange(selectionRange, paragraphRangeOf(selectionRange),
-                                                            /*allowEmptyString=*/true));
+                                                            /*allowEmptyString=*/true),
+                      selectionRange);
 }
 
 bool QBEditorAutoCompleteCoreController::canAutocompleteNoteForSelectionRange(NSRange selectionRange)
 {
     return setCurrent(notesCompleteProposalForSelectionRange(selectionRange, paragraphRangeOf(selectionRange),
-                                                             /*allowEmptyString=*/true));
+                                                             /*allowEmptyString=*/true),
+                      selectionRange);
 }
 
 QBEditorAutoCompleteCoreController::Proposal
@@ -302,10 +304,11 @@ QString QBEditorAutoCompleteCoreController::spacedTag(const QString &tag, NSRang
 void QBEditorAutoCompleteCoreController::resetCompletion()
 {
     m_current = {};
+    m_caret = -1;
     m_completionItemsProvider.reset();
 }
 
-bool QBEditorAutoCompleteCoreController::setCurrent(const Proposal &proposal)
+bool QBEditorAutoCompleteCoreController::setCurrent(const Proposal &proposal, NSRange selectionRange)
 {
     if (!proposal) {
         resetCompletion();
@@ -315,6 +318,7 @@ bool QBEditorAutoCompleteCoreController::setCurrent(const Proposal &proposal)
         m_completionItemsProvider.reset();
     }
     m_current = *proposal;
+    m_caret = selectionRange.location;
     return true;
 }
 

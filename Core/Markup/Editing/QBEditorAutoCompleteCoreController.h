@@ -88,6 +88,8 @@ public:
     [[nodiscard]] const QString &partialCompletionString() const { return m_current.partialCompletionString; }
     [[nodiscard]] QBAutoCompleteType autocompleteType() const { return m_current.autocompleteType; }
     [[nodiscard]] NSRange fullCompletionRange() const { return m_current.fullCompletionRange; }
+    /// Where the caret is behind what was typed; the range may go on behind it. -1 while nothing is completed.
+    [[nodiscard]] qint64 caret() const { return m_caret; }
     /// Made when it is asked for first; null while nothing is completed. Valid until the kind changes.
     [[nodiscard]] QBEditorAutoCompleteItemsProvider *completionItemsProvider();
     void updateCompletionResults();
@@ -98,7 +100,7 @@ public:
     void resetCompletion();
 
 private:
-    bool setCurrent(const Proposal &proposal);
+    bool setCurrent(const Proposal &proposal, NSRange selectionRange);
     [[nodiscard]] NSRange paragraphRangeOf(NSRange selectionRange) const;
     [[nodiscard]] Proposal markerProposal(QBAutoCompleteType type, QStringView marker, NSRange selectionRange,
                                           NSRange paragraphRange, bool allowEmptyString) const;
@@ -109,5 +111,6 @@ private:
     QBNoteAutoCompletionItemsProvider::NoteFinder m_noteFinder;
     qint64 m_maxBackwardSearchLength = 100;
     QBAutoCompleteProposal m_current;
+    qint64 m_caret = -1;
     std::unique_ptr<QBEditorAutoCompleteItemsProvider> m_completionItemsProvider; ///< of the current kind, or null
 };

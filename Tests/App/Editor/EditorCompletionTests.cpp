@@ -197,6 +197,33 @@ TEST_F(EditorCompletion, AnotherChangeClosesTheList)
     }
 }
 
+TEST_F(EditorCompletion, TheListStaysWhileTheMiddleIsTyped)
+{
+    const auto other = makeNote(u"Other #garden"_s);
+    const struct
+    {
+        QString text;
+        qint64 place;
+        QString typed;
+        QString chosen;
+    } cases[] = {
+        {u"x #ge y"_s, 5, u"ard"_s, u"x #garden| y"_s},
+        {u"#g d#"_s, 3, u"ard"_s, u"#garden |"_s},
+        {u"```t\ncode\n```"_s, 3, u"swif"_s, u"```swift|\ncode\n```"_s},
+    };
+    for (const auto &[text, place, typed, chosen] : cases) {
+        show(text);
+        view().setSelectedRange({place, 0});
+        for (const QChar key : typed) {
+            type(key);
+            processEvents();
+            EXPECT_TRUE(popup().isOpen()) << text.toStdString() << " at " << key.toLatin1();
+        }
+        press(Qt::Key_Return);
+        EXPECT_EQ(marked(), chosen);
+    }
+}
+
 TEST_F(EditorCompletion, SavingWaitsWhileTheListIsOpen)
 {
     const auto other = makeNote(u"Other #garden"_s);
