@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 
 #include <array>
+#include <initializer_list>
 
 using namespace Qt::StringLiterals;
 
@@ -23,7 +24,92 @@ QJsonArray rangeInWords(NSRange range)
     return range.isFound() ? QJsonArray{range.location, range.length} : QJsonArray();
 }
 
-/// One edit of the input of "inspect edit". Errors: nullopt unless all that is needed is there, and fits the text.
+/// A member of an object of the input.
+struct Member
+{
+    enum class Kind
+    {
+        String,
+        WholeNumber,
+        Array,
+    };
+    QLatin1StringView name;
+    Kind kind = Kind::String;
+    bool isNeeded = false;
+};
+
+bool isWholeNumber(const QJsonValue &value)
+{
+    return value.isDouble() && value.toInteger(0) == value.toInteger(1);
+}
+
+/// What is wrong with the members of an object; empty where nothing is. Others than those that are named do not count.
+QString faultOfMembers(const QJsonObject &object, std::initializer_list<Member> members)
+{
+    for (const auto &[name, kind, isNeeded] : members) {
+        const QJsonValue value = object.value(name);
+        if (value.isUndefined()) {
+            if (isNeeded) {
+                return u"\"%1\" is missing"_s.arg(name);
+            }
+            continue;
+        }
+        switch (kind) {
+        case Member::Kind::String:
+            if (!value.isString()) {
+                return u"\"%1\" is no string"_s.arg(name);
+            }
+            break;
+        case Member::Kind::WholeNumber:
+            if (!isWholeNumber(value)) {
+                return u"\"%1\" is no whole number"_s.arg(name);
+            }
+            break;
+        case Member::Kind::Array:
+            if (!value.isArray()) {
+                return u"\"%1\" is no array"_s.arg(name);
+            }
+            break;
+        }
+    }
+    return {};
+}
+
+QString faultOfEdits(const QJsonObject &input)
+{
+    using Kind = Member::Kind;
+    const QString fault = faultOfMembers(
+        input,
+        {{"text"_L1, Kind::String, true}, {"syntax"_L1, Kind::WholeNumber, false}, {"edits"_L1, Kind::Array, true}});
+    if (!fault.isEmpty()) {
+        return fault;
+    }
+    if (const qint64 syntax = input.value(u"syntax"_s).toInteger(); syntax != 0 && syntax != 1) {
+        return u"\"syntax\" is 0 or 1"_s;
+    }
+    int number = 0;
+    for (const QJsonValue &edit : input.value(u"edits"_s).toArray()) {
+        ++number;
+        if (!edit.isObject()) {
+            return u"edit %1 is no object"_s.arg(number);
+        }
+        const QString faultOfEdit = faultOfMembers(edit.toObject(), {{"location"_L1, Kind::WholeNumber, true},
+                                                                     {"length"_L1, Kind::WholeNumber, true},
+                                                                     {"string"_L1, Kind::String, false},
+                                                                     {"selection"_L1, Kind::Array, false}});
+        if (!faultOfEdit.isEmpty()) {
+            return u"edit %1: %2"_s.arg(number).arg(faultOfEdit);
+        }
+        const QJsonArray selection = edit.toObject().value(u"selection"_s).toArray({0, 0});
+        if (selection.size() != 2 || !isWholeNumber(selection[0]) || !isWholeNumber(selection[1])) {
+            return u"edit %1: \"selection\" is a location and a length"_s.arg(number);
+        }
+    }
+    return {};
+}
+
+/// One edit of the input of "inspect edit". Errors: nullopt unless it fits the text.
+/// Requires: what faultOfEdits finds no fault with.
 struct Edit
 {
     NSRange range;
@@ -98,6 +184,10 @@ ExitStatus runInspectEdit(Session & /*session*/, const QCommandLineParser &parse
         return ExitStatus::Failed;
     }
     const QJsonObject object = document.object();
+    if (const QString faultOfInput = faultOfEdits(object); !faultOfInput.isEmpty()) {
+        complain(faultOfInput);
+        return ExitStatus::Failed;
+    }
     QBNoteTextKitStack stack;
     stack.themeManager()->loadDefaultTheme();
     stack.stylerManager()->setSyntax(object.value(u"syntax"_s).toInt());

@@ -58,6 +58,37 @@ TEST(Quibctl, ShowsHowATextIsStyledAndEdited)
     }
 }
 
+TEST(Quibctl, NamesWhatIsWrongWithEdits)
+{
+    const QuibctlRunner quib;
+    const std::pair<QByteArray, QByteArray> cases[] = {
+        {R"({"text":5,"edits":[]})", R"("text" is no string)"},
+        {R"({"edits":[]})", R"("text" is missing)"},
+        {R"({"text":"a"})", R"("edits" is missing)"},
+        {R"({"text":"a","edits":{}})", R"("edits" is no array)"},
+        {R"({"text":"a","syntax":"x","edits":[]})", R"("syntax" is no whole number)"},
+        {R"({"text":"a","syntax":0.5,"edits":[]})", R"("syntax" is no whole number)"},
+        {R"({"text":"a","syntax":2,"edits":[]})", R"("syntax" is 0 or 1)"},
+        {R"({"text":"a","edits":[1]})", "edit 1 is no object"},
+        {R"({"text":"a","edits":[{"location":0,"length":0},{"location":0}]})", R"(edit 2: "length" is missing)"},
+        {R"({"text":"a","edits":[{"location":"0","length":0}]})", R"(edit 1: "location" is no whole number)"},
+        {R"({"text":"a","edits":[{"location":0,"length":0,"string":7}]})", R"(edit 1: "string" is no string)"},
+        {R"({"text":"a","edits":[{"location":0,"length":0,"selection":7}]})", R"(edit 1: "selection" is no array)"},
+        {R"({"text":"a","edits":[{"location":0,"length":0,"selection":[7]}]})",
+         R"(edit 1: "selection" is a location and a length)"},
+        {R"({"text":"a","edits":[{"location":0,"length":0,"selection":[0,"1"]}]})",
+         R"(edit 1: "selection" is a location and a length)"},
+        {R"({"text":"a","edits":[{"location":2,"length":0}]})", "edit 1 does not fit the text of 1 units"},
+    };
+    for (const auto &[input, message] : cases) {
+        const auto result = quib.run({u"inspect"_s, u"edit"_s}, input);
+        EXPECT_EQ(result.exitStatus, 1) << input.toStdString();
+        EXPECT_TRUE(result.messages.contains(message)) << input.toStdString() << ": " << result.messages.toStdString();
+        EXPECT_EQ(result.output, "") << input.toStdString();
+    }
+    EXPECT_EQ(quib.done({u"inspect"_s, u"edit"_s}, R"({"text":"a","syntax":1,"edits":[]})"), u"[]"_s);
+}
+
 TEST(Quibctl, ShowsThemesAndDrawsNotes)
 {
     const QuibctlRunner quib;
