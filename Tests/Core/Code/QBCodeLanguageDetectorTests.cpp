@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QCryptographicHash>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -308,6 +310,22 @@ TEST(CodeLanguageDetector, CorrectsJavascriptToSwift)
     EXPECT_EQ(languageOf(code + u"NSArray of AnyObject"_s), u"swift"_s);
     // Case counts here.
     EXPECT_EQ(languageOf(code + u"nsdate\nuiview\nanyobject"_s), u"javascript"_s);
+}
+
+TEST(CodeLanguageDetector, WeighsExactlyThesePatterns)
+{
+    QString rows;
+    for (const QBCodeLanguage &language : QBCodeLanguageDetector::languages()) {
+        for (const QBCodeLanguageChecker &checker : language.checkers) {
+            rows += language.language % u'\t' % checker.pattern % u'\t' % QString::number(checker.points) % u'\t' %
+                    QString::number(checker.neartop ? 1 : 0) % u'\n';
+        }
+    }
+    ASSERT_EQ(rows.count(u'\n'), 138);
+    EXPECT_EQ(QCryptographicHash::hash(rows.toUtf8(), QCryptographicHash::Sha1).toHex(),
+              "aef69af621a729b7bfc6b4351dee39f208522eed")
+        << "a language, a pattern, its points or its place is another one; if that is meant, so is the digest:\n"
+        << rows.toStdString();
 }
 
 TEST(CodeLanguageDetector, CorrectsObjectiveCToSwift)
