@@ -23,8 +23,9 @@ constexpr double kLargestLineWidth = 1'000'000;
 constexpr double kPlainLineWidth = 40;
 constexpr double kLeastHeaderMultiplier = 0.1;
 
-/// How much of a line's height stands below a header, by level from 1; levels above 3 share the last.
-constexpr double kHeaderSpacings[] = {1, 0.75, 0.5, 0.25};
+/// How much of a line's height stands below a header, by level from 2; levels above 3 share the last. Below level 1
+/// there is a whole one.
+constexpr double kHeaderSpacings[] = {0.75, 0.5, 0.25};
 constexpr int kTabStops = 12;
 
 } // namespace
@@ -445,27 +446,27 @@ AttributeSet QBNotesTextThemeManager::defaultAttachmentAttributes() const
 AttributeSet QBNotesTextThemeManager::h1TextAttributes() const
 {
     return themeCache().value(u"h1TextAttributes"_s, [this] {
-        return textAttributes(h1Font(), u"Title Text Color"_s, headerParagraphSpacing(kHeaderSpacings[0]));
+        return textAttributes(h1Font(), u"Title Text Color"_s, paragraphLineHeight());
     });
 }
 
 AttributeSet QBNotesTextThemeManager::h2TextAttributes() const
 {
     return themeCache().value(u"h2TextAttributes"_s, [this] {
-        return textAttributes(h2Font(), u"Title Text Color"_s, headerParagraphSpacing(kHeaderSpacings[1]));
+        return textAttributes(h2Font(), u"Title Text Color"_s, headerParagraphSpacing(kHeaderSpacings[0]));
     });
 }
 
 AttributeSet QBNotesTextThemeManager::h3TextAttributes() const
 {
     return themeCache().value(u"h3TextAttributes"_s, [this] {
-        return textAttributes(h3Font(), u"Title Text Color"_s, headerParagraphSpacing(kHeaderSpacings[2]));
+        return textAttributes(h3Font(), u"Title Text Color"_s, headerParagraphSpacing(kHeaderSpacings[1]));
     });
 }
 
 AttributeSet QBNotesTextThemeManager::h4OrMoreTextAttributes() const
 {
     return themeCache().value(u"h4OrMoreTextAttributes"_s, [this] {
-        return textAttributes(h4OrMoreFont(), u"Title Text Color"_s, headerParagraphSpacing(kHeaderSpacings[3]));
+        return textAttributes(h4OrMoreFont(), u"Title Text Color"_s, headerParagraphSpacing(kHeaderSpacings[2]));
     });
 }

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -266,6 +267,24 @@ TEST_F(TextThemeManager, MakesTheAttributesOfTextAndHeaders)
         const auto attribute = expected.attributes.value(NSParagraphStyleAttributeName).sharedAs<NSParagraphStyle>();
         ASSERT_NE(attribute, nullptr);
         EXPECT_EQ(attribute->mutableCopy(), style);
+    }
+}
+
+TEST_F(TextThemeManager, LeavesALineBelowTheFirstLevelHoweverFarTextsAreApart)
+{
+    setPlainNumbers();
+    const auto spacing = [](const AttributeSet &attributes) {
+        return attributes.value(NSParagraphStyleAttributeName).as<NSParagraphStyle>()->paragraphSpacing();
+    };
+    for (const double multiplier : {0.0, 1.0, 2.0, 3.5}) {
+        SCOPED_TRACE(multiplier);
+        m_manager.setParagraphSpacingMultiplier(multiplier);
+        m_manager.emptyCache();
+        EXPECT_EQ(spacing(m_manager.h1TextAttributes()), m_manager.paragraphLineHeight());
+        // The others are never nearer to their text than text is to text.
+        EXPECT_EQ(spacing(m_manager.h2TextAttributes()), std::max(24.0, m_manager.paragraphSpacing()));
+        EXPECT_EQ(spacing(m_manager.h3TextAttributes()), std::max(16.0, m_manager.paragraphSpacing()));
+        EXPECT_EQ(spacing(m_manager.h4OrMoreTextAttributes()), std::max(8.0, m_manager.paragraphSpacing()));
     }
 }
 
