@@ -28,16 +28,37 @@ void QBNoteEditorViewController::observePreferences()
         m_preferenceObservations.push_back(
             preferences->addObserver(name, [this, change](const QString & /*keyPath*/) { (this->*change)(); }));
     };
-    for (const auto &name :
-         {u"currentAppThemeName"_s, u"fontThemeName"_s, u"editorFontSize"_s, u"editorLineHeightMultiplier"_s,
-          u"editorLineWidthMultiplier"_s, u"editorParagraphSpacingMultiplier"_s}) {
-        observe(name, &QBNoteEditorViewController::loadTheme);
+    for (const auto &name : {u"currentAppThemeName"_s, u"fontThemeName"_s, u"editorLineHeightMultiplier"_s,
+                             u"editorLineWidthMultiplier"_s, u"editorParagraphSpacingMultiplier"_s}) {
+        observe(name, &QBNoteEditorViewController::themeMayHaveChanged);
     }
+    observe(u"editorFontSize"_s, &QBNoteEditorViewController::fontSizeMayHaveChanged);
     observe(u"foldCompletedTodo"_s, &QBNoteEditorViewController::foldingMayHaveChanged);
     observe(u"markdownCompatibilityMode"_s, &QBNoteEditorViewController::syntaxMayHaveChanged);
 }
 
-void QBNoteEditorViewController::loadTheme()
+void QBNoteEditorViewController::loadFirstTheme()
+{
+    const auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
+    loadTheme(/*zoomedBaseFontSize=*/preferences == nullptr ? 0
+                                                            : preferences->preferenceValueForKey(kZoomKey).toDouble());
+}
+
+void QBNoteEditorViewController::themeMayHaveChanged()
+{
+    loadTheme(m_stack.themeManager()->zoomedBaseFontSize());
+}
+
+void QBNoteEditorViewController::fontSizeMayHaveChanged()
+{
+    // Who sets a size wants to see it, here and in the panes to come.
+    if (auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager(); preferences != nullptr) {
+        preferences->savePreferenceValue({}, kZoomKey);
+    }
+    loadTheme(/*zoomedBaseFontSize=*/0);
+}
+
+void QBNoteEditorViewController::loadTheme(double zoomedBaseFontSize)
 {
     QBNotesTextThemeManager &manager = *m_stack.themeManager();
     const auto *preferences = QBNotesPreferenceManager::sharedPreferenceManager();
@@ -46,8 +67,6 @@ void QBNoteEditorViewController::loadTheme()
         return;
     }
     // The theme is read anew, so that a number that was set before and is set no more goes back to the theme's.
-    const double zoom = manager.zoomedBaseFontSize() > 0 ? manager.zoomedBaseFontSize()
-                                                         : preferences->preferenceValueForKey(kZoomKey).toDouble();
     manager.loadTheme(
         QBNotesThemesManager::textThemeForThemeName(preferences->currentAppThemeName(), preferences->fontThemeName()),
         /*updateStylableObjects=*/false);
@@ -63,7 +82,7 @@ void QBNoteEditorViewController::loadTheme()
     if (const auto multiplier = preferences->editorParagraphSpacingMultiplier()) {
         manager.setParagraphSpacingMultiplier(*multiplier);
     }
-    manager.setZoomedBaseFontSize(zoom); // which restyles
+    manager.setZoomedBaseFontSize(zoomedBaseFontSize); // which restyles
 }
 
 void QBNoteEditorViewController::syntaxMayHaveChanged()

@@ -71,7 +71,7 @@ QBNoteEditorViewController::QBNoteEditorViewController(QWidget *parent)
 {
     m_stack.stylerManager()->setTextAttachmentConfigurator(&m_configurator);
     m_configurator.setUpdateHandler([this](QBNotesTextAttachment &attachment) { attachmentDidChange(attachment); });
-    loadTheme();
+    loadFirstTheme();
     m_view = new QBNoteTextView(m_stack, this);
     m_view->setObjectName(u"noteText"_s);
     m_view->setFrameShape(QFrame::NoFrame);

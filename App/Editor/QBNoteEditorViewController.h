@@ -120,7 +120,7 @@ public:
     /// Before the first note is shown. What is no archive is as none.
     void unarchiveStates(const quib::PropertyValue &archive);
 
-    // Zoom: new panes begin with the last one
+    // Zoom: new panes begin with the last one, and it ends when a size is set in the preferences
 
     void zoomIn();
     void zoomOut();
@@ -259,7 +259,13 @@ private:
 
     // QBNoteEditorViewController+Preferences.cpp
     void observePreferences();
-    void loadTheme();
+    /// With the size that the last zoom left.
+    void loadFirstTheme();
+    void themeMayHaveChanged();
+    /// Ends the zoom.
+    void fontSizeMayHaveChanged();
+    /// Shape: a zoomed size of 0 is none.
+    void loadTheme(double zoomedBaseFontSize);
     void syntaxMayHaveChanged();
     void foldingMayHaveChanged();
 

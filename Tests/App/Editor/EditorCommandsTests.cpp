@@ -21,6 +21,8 @@
 #include <QToolButton>
 #include <QWheelEvent>
 
+#include <memory>
+#include <optional>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -131,13 +133,50 @@ TEST_F(EditorCommands, ZoomChangesTheTextAndNotTheNote)
     const double size = theme.baseFontSize();
     pane->zoomIn();
     EXPECT_EQ(theme.baseFontSize(), size + 1);
-    preferences->setEditorFontSize(24);
-    EXPECT_EQ(theme.baseFontSize(), size + 1);
     pane->resetZoom();
-    EXPECT_EQ(theme.baseFontSize(), 24);
-    preferences->setEditorFontSize({});
     EXPECT_EQ(theme.baseFontSize(), size);
     EXPECT_FALSE(pane->hasUnsavedText());
+}
+
+TEST_F(EditorCommands, ASizeThatIsSetEndsEveryZoom)
+{
+    show(u"text"_s);
+    const auto sizeIn = [](QBNoteEditorViewController &inPane) {
+        return inPane.textView().textKitStack().themeManager()->baseFontSize();
+    };
+    const double size = sizeIn(*pane);
+    const auto other = std::make_unique<QBNoteEditorViewController>();
+    for (const std::optional<double> set : {std::optional(24.0), std::optional<double>()}) {
+        SCOPED_TRACE(set.value_or(0));
+        pane->zoomIn();
+        other->zoomOut();
+        preferences->setEditorFontSize(set);
+        EXPECT_EQ(sizeIn(*pane), set.value_or(size));
+        EXPECT_EQ(sizeIn(*other), set.value_or(size));
+        EXPECT_EQ(sizeIn(*std::make_unique<QBNoteEditorViewController>()), set.value_or(size))
+            << "a zoom that is over does not come back";
+    }
+}
+
+TEST_F(EditorCommands, AZoomOutlastsWhatElseIsSet)
+{
+    show(u"text"_s);
+    const auto &theme = *view().textKitStack().themeManager();
+    const auto other = std::make_unique<QBNoteEditorViewController>();
+    const auto &otherTheme = *other->textView().textKitStack().themeManager();
+    const double size = theme.baseFontSize();
+    preferences->setEditorFontSize(size + 4);
+    pane->zoomIn();
+    preferences->setFontThemeName(u"Georgia"_s);
+    preferences->setCurrentAppThemeName(u"Dracula"_s);
+    preferences->setEditorLineHeightMultiplier(2);
+    preferences->setEditorLineWidthMultiplier(30);
+    preferences->setEditorParagraphSpacingMultiplier(1);
+    EXPECT_EQ(theme.baseFontSize(), size + 5);
+    EXPECT_EQ(theme.lineHeightMultiplier(), 2);
+    EXPECT_EQ(otherTheme.baseFontSize(), size + 4) << "each pane has its own zoom";
+    pane->resetZoom();
+    EXPECT_EQ(theme.baseFontSize(), size + 4);
 }
 
 TEST_F(EditorCommands, ZoomAndWidthAreKept)
