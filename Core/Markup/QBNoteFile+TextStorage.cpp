@@ -2,6 +2,7 @@
 
 #include "QBNotesTextStorage.h"
 
+#include <Markup/Attachments/QBFoldTextAttachment.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
 #include <Markup/Stylers/QBNoteTextAttachmentConfiguring.h>
 #include <Store/QBNote.h>
@@ -9,6 +10,8 @@
 
 #include <QSet>
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace quib {
@@ -41,41 +44,95 @@ std::shared_ptr<QBGenericFileTextAttachment> attachmentForCopy(const QBGenericFi
     return attachment;
 }
 
+/// Finds in one text after the other, in order, the markers that need a file of their own, and gives each a copy.
+class FileCopies
+{
+public:
+    FileCopies(QBNote &note, const QBNoteStylersManager &stylers)
+        : m_note(note)
+        , m_stylers(stylers)
+    {
+    }
+
+    struct Replacement
+    {
+        qint64 location;
+        std::shared_ptr<QBNotesTextAttachment> attachment;
+    };
+    /// What stands for the copies, and where: files, and folds that hold such.
+    [[nodiscard]] std::vector<Replacement> replacementsInText(const NSAttributedString &text)
+    {
+        std::vector<Replacement> replacements;
+        text.enumerateAttribute(NSAttachmentAttributeName, text.fullRange(),
+                                NSAttributedStringEnumerationOptions::Forward,
+                                [&](const AttributeValue &value, NSRange range, bool * /*stop*/) {
+                                    const auto *file = value.as<QBGenericFileTextAttachment>();
+                                    const auto *fold = value.as<QBFoldTextAttachment>();
+                                    if (file == nullptr && fold == nullptr) {
+                                        return;
+                                    }
+                                    // One attachment that was pasted twice side by side makes one run.
+                                    for (qint64 place = range.location; place < range.limit(); ++place) {
+                                        auto copy = file != nullptr ? copyOfFile(*file) : copyOfFold(*fold);
+                                        if (copy) {
+                                            replacements.push_back({place, std::move(copy)});
+                                        }
+                                    }
+                                });
+        return replacements;
+    }
+
+private:
+    /// Null where the marker's file is the note's own.
+    [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copyOfFile(const QBGenericFileTextAttachment &attachment)
+    {
+        const auto file =
+            QBNoteFile::noteFileWithTextRepresentation(attachment.representedText(), *m_note.managedObjectContext());
+        if (!file) {
+            return nullptr;
+        }
+        const auto owner = file->note();
+        const bool isOthers = owner && owner->uniqueIdentifier() != m_note.uniqueIdentifier();
+        if (!isOthers && !m_seen.contains(file->uniqueIdentifier())) {
+            m_seen.insert(file->uniqueIdentifier());
+            return nullptr;
+        }
+        const auto copy = file->duplicate();
+        m_seen.insert(copy->uniqueIdentifier());
+        return attachmentForCopy(attachment, *copy, m_stylers);
+    }
+    /// A fold of the same text with other markers in it; null where they stay. The fold itself is left as it is: it may
+    /// stand in a second place, and in what can be undone.
+    [[nodiscard]] std::shared_ptr<QBNotesTextAttachment> copyOfFold(const QBFoldTextAttachment &attachment)
+    {
+        const auto replacements = replacementsInText(attachment.representedAttributedString());
+        if (replacements.empty()) {
+            return nullptr;
+        }
+        NSMutableAttributedString folded(attachment.representedAttributedString());
+        for (const auto &[location, replacement] : replacements) {
+            folded.addAttribute(NSAttachmentAttributeName, replacement, {location, 1});
+        }
+        auto copy = std::make_shared<QBFoldTextAttachment>(
+            QBNotesTextStorage::stringWithExpandedTextAttachmentsFromAttributedString(folded),
+            attachment.themeManager());
+        copy->setFoldIdentifier(attachment.foldIdentifier());
+        copy->setRepresentedAttributedString(folded);
+        return copy;
+    }
+
+    QBNote &m_note;
+    const QBNoteStylersManager &m_stylers;
+    QSet<QString> m_seen;
+};
+
 } // namespace
 
 void fixTextAttachmentsForNote(QBNote &note, QBNotesTextStorage &inTextStorage)
 {
-    struct Found
-    {
-        std::shared_ptr<QBGenericFileTextAttachment> attachment;
-        qint64 location;
-    };
-    std::vector<Found> found;
-    inTextStorage.enumerateFilesAttachmentsUsingBlock([&](QBGenericFileTextAttachment & /*attachment*/, NSRange range) {
-        // One attachment that was pasted twice side by side makes one run.
-        for (qint64 location = range.location; location < range.limit(); ++location) {
-            const auto value = inTextStorage.attributedString().attribute(NSAttachmentAttributeName, location);
-            found.push_back({value.sharedAs<QBGenericFileTextAttachment>(), location});
-        }
-    });
-    QSet<QString> seen;
-    for (const auto &[attachment, location] : found) {
-        const auto file =
-            QBNoteFile::noteFileWithTextRepresentation(attachment->representedText(), *note.managedObjectContext());
-        if (!file) {
-            continue;
-        }
-        const auto owner = file->note();
-        const bool isOthers = owner && owner->uniqueIdentifier() != note.uniqueIdentifier();
-        if (!isOthers && !seen.contains(file->uniqueIdentifier())) {
-            seen.insert(file->uniqueIdentifier());
-            continue;
-        }
-        const auto copy = file->duplicate();
-        seen.insert(copy->uniqueIdentifier());
-        inTextStorage.addAttribute(NSAttachmentAttributeName,
-                                   attachmentForCopy(*attachment, *copy, *inTextStorage.noteStylersManager()),
-                                   {location, 1});
+    FileCopies copies(note, *inTextStorage.noteStylersManager());
+    for (const auto &[location, attachment] : copies.replacementsInText(inTextStorage.attributedString())) {
+        inTextStorage.addAttribute(NSAttachmentAttributeName, attachment, {location, 1});
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QTest>
 
@@ -85,6 +86,30 @@ TEST_F(EditorFiles, ShowsWhatBecameOfThem)
     EXPECT_EQ(before[2]->modificationDate(), text->modificationDate());
     EXPECT_EQ(other.attachmentImage().colorAt(1, 1), red) << "nobody told of it";
     EXPECT_EQ(attachments(), before) << "the text stays as it is";
+}
+
+TEST_F(EditorFiles, OfAnotherNoteBecomeTheNotesOwnWhileTheyAreFolded)
+{
+    const auto owner = show({});
+    pane->attachFiles({userFile(u"letter.txt"_s, "Dear")});
+    pane->saveNote(/*forceSave=*/true);
+    const QString marker = owner->orderedFiles().first()->textRepresentation();
+    preferences->setFoldCompletedTodo(true);
+    const auto note = show(QString(u"+ read " % marker % u"\nrest"));
+    ASSERT_EQ(buffer(), u"\uFFFC\nrest"_s);
+    type(u"!"_s);
+    pane->saveNote(/*forceSave=*/true);
+    owner->permanentlyDelete();
+    save();
+    ASSERT_EQ(note->orderedFiles().size(), 1);
+    const auto file = note->orderedFiles().first();
+    EXPECT_EQ(stored(note), QString(u"+ read " % file->textRepresentation() % u"\nrest!"));
+    EXPECT_NE(file->textRepresentation(), marker);
+    EXPECT_EQ(QFileInfo(file->fileURL()->toLocalFile()).size(), 4);
+    view().openAttachment(0);
+    ASSERT_EQ(attachments().size(), 1);
+    EXPECT_EQ(attachments().first()->fileURL(), file->fileURL());
+    EXPECT_EQ(shown(), stored(note));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <Core/Store/StoreFixture.h>
 
 #include <Graphics/GraphicsContext.h>
+#include <Markup/Attachments/QBFoldTextAttachment.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
 #include <Markup/QBNoteFile+TextStorage.h>
 #include <Markup/QBNoteTextAttachmentConfigurator.h>
@@ -12,6 +13,11 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
+
+#include <functional>
+#include <memory>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -47,6 +53,43 @@ protected:
         text.noteTextStorage().enumerateFilesAttachmentsUsingBlock(
             [&found](QBGenericFileTextAttachment &attachment, NSRange) { found.append(attachment.representedText()); });
         return found;
+    }
+    /// Puts a stretch of the text behind a fold.
+    void fold(NSRange range)
+    {
+        auto &storage = text.noteTextStorage();
+        const auto fold = std::make_shared<QBFoldTextAttachment>(
+            storage.stringWithExpandedTextAttachmentsWithRange(range), text.themeManager());
+        fold->setFoldIdentifier(u"by hand"_s);
+        fold->setRepresentedAttributedString(storage.attributedSubstringFromRange(range, false));
+        AttributeSet attributes = text.themeManager()->defaultTextAttributes();
+        attributes.insert(NSAttachmentAttributeName, fold);
+        static_cast<NSTextStorage &>(storage).replaceCharactersInRange(
+            range, NSAttributedString(NSTextAttachment::placeholderString(), attributes));
+    }
+    [[nodiscard]] std::shared_ptr<QBFoldTextAttachment> foldAt(qint64 location)
+    {
+        return text.noteTextStorage()
+            .attributedString()
+            .attribute(NSAttachmentAttributeName, location)
+            .sharedAs<QBFoldTextAttachment>();
+    }
+    using FileBlock = std::function<void(const QBGenericFileTextAttachment &attachment)>;
+    /// Each file that is folded, however deep. A fold within another one says the same as what is in it.
+    static void enumerateFolded(const QBFoldTextAttachment &fold, const FileBlock &block)
+    {
+        const NSAttributedString &folded = fold.representedAttributedString();
+        EXPECT_EQ(fold.representedText(),
+                  QBNotesTextStorage::stringWithExpandedTextAttachmentsFromAttributedString(folded));
+        EXPECT_EQ(fold.foldIdentifier(), u"by hand"_s);
+        for (qint64 place = 0; place < folded.length(); ++place) {
+            const AttributeValue value = folded.attribute(NSAttachmentAttributeName, place);
+            if (const auto *inner = value.as<QBFoldTextAttachment>()) {
+                enumerateFolded(*inner, block);
+            } else if (const auto *file = value.as<QBGenericFileTextAttachment>()) {
+                block(*file);
+            }
+        }
     }
 
     QBNoteTextKitStack text;
@@ -161,6 +204,86 @@ TEST_F(FileMarkers, OneAttachmentPastedBesideItselfIsTwo)
     EXPECT_EQ(markers()[0], marker);
     EXPECT_NE(markers()[1], marker);
     EXPECT_EQ(filesInStore(), 3);
+}
+
+TEST_F(FileMarkers, OfAnotherNoteGetACopyWhereTheyAreFolded)
+{
+    const QString string =
+        QString(u"a\n" % picture->textRepresentation() % u"\nb " % file->textRepresentation() % u"\nc");
+    const auto owner = makeNote(string);
+    save();
+    // Folds that are in each other, with text around them or without.
+    const std::vector<NSRange> stretches = {{2, 5}, {0, 3}, {0, 1}};
+    for (size_t depth = 1; depth <= stretches.size(); ++depth) {
+        SCOPED_TRACE(depth);
+        const auto note = makeNote(u"x"_s);
+        text.noteTextStorage().loadString(string);
+        for (size_t i = 0; i < depth; ++i) {
+            fold(stretches[i]);
+        }
+        const qint64 place = depth == 1 ? 2 : 0;
+        saveNote(*note);
+        const auto own = note->orderedFiles();
+        ASSERT_EQ(own.size(), 2);
+        EXPECT_EQ(note->text(),
+                  QString(u"a\n" % own[0]->textRepresentation() % u"\nb " % own[1]->textRepresentation() % u"\nc"));
+        EXPECT_NE(own[0]->uniqueIdentifier(), picture->uniqueIdentifier());
+        EXPECT_NE(own[1]->uniqueIdentifier(), file->uniqueIdentifier());
+        EXPECT_EQ(QFileInfo(own[1]->fileURL()->toLocalFile()).size(), 5);
+        ASSERT_TRUE(foldAt(place));
+        QList<QUrl> urls;
+        enumerateFolded(*foldAt(place), [&urls](const QBGenericFileTextAttachment &attachment) {
+            urls.append(attachment.fileURL());
+            if (const auto *image = dynamic_cast<const QBImageTextAttachment *>(&attachment)) {
+                EXPECT_EQ(image->attachmentImage().pixelSize(), QSize(20, 10)) << "the copy shows its picture";
+            }
+        });
+        EXPECT_EQ(urls, (QList<QUrl>{*own[0]->fileURL(), *own[1]->fileURL()}));
+
+        const auto saved = foldAt(place);
+        saveNote(*note);
+        EXPECT_EQ(foldAt(place), saved) << "once is enough";
+    }
+    EXPECT_EQ(owner->orderedFiles().size(), 2);
+    EXPECT_EQ(owner->text(), string);
+}
+
+TEST_F(FileMarkers, AreTheFirstWithinOrOutsideOfFolds)
+{
+    const QString marker = file->textRepresentation();
+    const QString string = QString(u"a " % marker % u" b " % marker % u" c");
+    for (const bool isFirstFolded : {true, false}) {
+        SCOPED_TRACE(isFirstFolded);
+        const auto note = makeNote(string);
+        text.noteTextStorage().loadString(string);
+        fold(isFirstFolded ? NSRange{2, 1} : NSRange{6, 1});
+        saveNote(*note);
+        const auto own = note->orderedFiles();
+        ASSERT_EQ(own.size(), 2);
+        EXPECT_EQ(own[0]->textRepresentation(), marker);
+        EXPECT_EQ(note->text(), QString(u"a " % marker % u" b " % own[1]->textRepresentation() % u" c"));
+        note->updateNoteWithText(u"x"_s, /*syntax=*/0);
+        save();
+    }
+}
+
+TEST_F(FileMarkers, OneFoldPastedBesideItselfIsTwo)
+{
+    const QString marker = file->textRepresentation();
+    const auto note = makeNote(marker);
+    auto &storage = text.noteTextStorage();
+    storage.loadString(marker);
+    fold({0, 1});
+    const auto first = foldAt(0);
+    storage.insertAttributedString(storage.NSTextStorage::attributedSubstringFromRange({0, 1}), 1);
+    ASSERT_EQ(foldAt(1), first);
+    saveNote(*note);
+    const auto own = note->orderedFiles();
+    ASSERT_EQ(own.size(), 2);
+    EXPECT_EQ(note->text(), QString(marker % own[1]->textRepresentation()));
+    EXPECT_EQ(foldAt(0), first) << "what has its own files stays as it is";
+    EXPECT_EQ(foldAt(0)->representedText(), marker);
+    EXPECT_NE(foldAt(1), first);
 }
 
 TEST_F(FileMarkers, WithoutARowStay)
