@@ -1,5 +1,7 @@
 #include "QBNoteEditorViewController.h"
 
+#include "UnfoldedText.h"
+
 #include <Graphics/NSImage.h>
 #include <Logging/QBLogger.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
@@ -51,6 +53,14 @@ bool isWholeWords(QStringView text, NSRange range)
     return range.length > 0 && isOfWord(words.front()) && isOfWord(words.back()) && !words.contains(u'\n') &&
            (range.location == 0 || !isOfWord(text[range.location - 1])) &&
            (range.limit() == text.size() || !isOfWord(text[range.limit()]));
+}
+
+/// Whether there is no text in a range, folded text neither, but what attachments stand for.
+bool hasAttachmentsOnly(const NSAttributedString &text, NSRange range)
+{
+    const NSAttributedString part = text.attributedSubstringFromRange(range);
+    QString rest = UnfoldedText(part).string().toString();
+    return rest.remove(QChar::ObjectReplacementCharacter).trimmed().isEmpty();
 }
 
 /// A picture that is copied as pixels has no more. Units: bytes of its file.
@@ -238,13 +248,11 @@ void QBNoteEditorViewController::fillMimeData(QBNoteTextView &view, QMimeData &m
     }
     mimeData.setUrls(urls);
     // A picture that is copied alone goes into programs that know of pictures only.
-    const QString rest = view.textStorage()
-                             .string()
-                             .mid(range.location, range.length)
-                             .toString()
-                             .remove(QChar::ObjectReplacementCharacter);
+    if (urls.size() != 1 || !hasPicture || !hasAttachmentsOnly(view.textStorage().attributedString(), range)) {
+        return;
+    }
     const QString path = urls.first().toLocalFile();
-    if (urls.size() == 1 && hasPicture && rest.trimmed().isEmpty() && QFileInfo(path).size() <= kLargestCopiedPicture) {
+    if (QFileInfo(path).size() <= kLargestCopiedPicture) {
         if (const auto image = NSImage::imageWithContentsOfFile(path, nullptr)) {
             mimeData.setImageData(image->image());
         }

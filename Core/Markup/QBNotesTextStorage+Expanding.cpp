@@ -1,5 +1,6 @@
 #include "QBNotesTextStorage.h"
 
+#include <Markup/Attachments/QBFoldTextAttachment.h>
 #include <Markup/Attachments/QBGenericFileTextAttachment.h>
 #include <Markup/Attachments/QBHeaderTextAttachment.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
@@ -22,6 +23,25 @@ void enumerateAttachments(const NSAttributedString &text, NSRange range,
                                     block(*attachment, place);
                                 }
                             });
+}
+
+/// What is folded stands where its fold does.
+template <typename Attachment>
+void enumerateWithFolded(const NSAttributedString &text, NSRange range,
+                         const std::function<void(Attachment &attachment, NSRange range)> &block)
+{
+    text.enumerateAttribute(
+        NSAttachmentAttributeName, range, NSAttributedStringEnumerationOptions::Forward,
+        [&block](const AttributeValue &value, NSRange place, bool * /*stop*/) {
+            if (auto *attachment = value.as<Attachment>()) {
+                block(*attachment, place);
+            } else if (const auto *fold = value.as<QBFoldTextAttachment>()) {
+                const NSAttributedString &folded = fold->representedAttributedString();
+                enumerateWithFolded<Attachment>(
+                    folded, folded.fullRange(),
+                    [&block, place](Attachment &inFold, NSRange /*range*/) { block(inFold, place); });
+            }
+        });
 }
 
 QString expanded(const NSAttributedString &text, NSRange range)
@@ -91,7 +111,7 @@ void QBNotesTextStorage::enumerateImagesAttachmentsUsingBlock(
 void QBNotesTextStorage::enumerateImagesAttachmentsInRange(
     NSRange range, const std::function<void(QBImageTextAttachment &attachment, NSRange range)> &usingBlock) const
 {
-    enumerateAttachments<QBImageTextAttachment>(attributedString(), range, usingBlock);
+    enumerateWithFolded<QBImageTextAttachment>(attributedString(), range, usingBlock);
 }
 
 void QBNotesTextStorage::enumerateFilesAttachmentsUsingBlock(
@@ -103,7 +123,7 @@ void QBNotesTextStorage::enumerateFilesAttachmentsUsingBlock(
 void QBNotesTextStorage::enumerateFilesAttachmentsInRange(
     NSRange range, const std::function<void(QBGenericFileTextAttachment &attachment, NSRange range)> &usingBlock) const
 {
-    enumerateAttachments<QBGenericFileTextAttachment>(attributedString(), range, usingBlock);
+    enumerateWithFolded<QBGenericFileTextAttachment>(attributedString(), range, usingBlock);
 }
 
 void QBNotesTextStorage::enumerateHeadersUsingBlock(

@@ -97,11 +97,12 @@ public:
     /// Shape: what an attachment stands for comes without attributes.
     [[nodiscard]] NSAttributedString attributedSubstringFromRange(NSRange range, bool expandTextAttachment) const;
 
+    /// Those that are folded too. Shape: the range of one that is folded is its fold's.
     void enumerateImagesAttachmentsUsingBlock(
         const std::function<void(QBImageTextAttachment &attachment, NSRange range)> &block) const;
     void enumerateImagesAttachmentsInRange(
         NSRange range, const std::function<void(QBImageTextAttachment &attachment, NSRange range)> &usingBlock) const;
-    /// Pictures are files too.
+    /// Pictures are files too. Those that are folded as above.
     void enumerateFilesAttachmentsUsingBlock(
         const std::function<void(QBGenericFileTextAttachment &attachment, NSRange range)> &block) const;
     void enumerateFilesAttachmentsInRange(

@@ -4,13 +4,18 @@
 
 #include <Graphics/NSColor.h>
 #include <Markup/Attachments/QBImageTextAttachment.h>
+#include <Markup/Editing/QBNoteEditorCoreController.h>
 #include <Store/QBNoteFilesDowloadedNotification.h>
 #include <Store/QBNoteImage.h>
 
+#include <QAction>
+#include <QClipboard>
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QImage>
+#include <QMimeData>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -45,6 +50,13 @@ protected:
         view().textStorage().enumerateFilesAttachmentsUsingBlock(
             [&found](QBGenericFileTextAttachment &attachment, NSRange) { found.append(&attachment); });
         return found;
+    }
+    /// Folds a stretch, and a part of it before that.
+    void fold(NSRange range, NSRange part)
+    {
+        QBNoteEditorCoreController controller(view().textKitStack());
+        controller.foldTextInRange(part, u"part"_s, &view());
+        controller.foldTextInRange({range.location, range.length + 1 - part.length}, u"whole"_s, &view());
     }
     [[nodiscard]] static bool waitForColor(const QBImageTextAttachment &image, const NSColor &color)
     {
@@ -88,6 +100,58 @@ TEST_F(EditorFiles, ShowsWhatBecameOfThem)
     EXPECT_EQ(attachments(), before) << "the text stays as it is";
 }
 
+TEST_F(EditorFiles, ShowsWhatBecameOfThemWhereTheyAreFolded)
+{
+    show({});
+    pane->attachFiles({picture(u"a.png"_s, {40, 20}, Qt::red), userFile(u"b.txt"_s, "old")});
+    pane->saveNote(/*forceSave=*/true);
+    const auto before = attachments();
+    ASSERT_EQ(before.size(), 2);
+    auto &changed = dynamic_cast<QBImageTextAttachment &>(*before[0]);
+    ASSERT_TRUE(waitForColor(changed, NSColor::colorWithRed(1, 0, 0)));
+    const auto image = QBNoteFile::noteFileWithTextRepresentation(changed.representedText(), moc());
+    const auto text = QBNoteFile::noteFileWithTextRepresentation(before[1]->representedText(), moc());
+    const qint64 place = buffer().indexOf(QChar::ObjectReplacementCharacter);
+    fold({0, view().textStorage().length()}, {place, 1});
+    ASSERT_EQ(buffer().count(QChar::ObjectReplacementCharacter), 1);
+
+    replace(*image, picture(u"new.png"_s, {60, 90}, Qt::blue));
+    text->setModificationDate(text->modificationDate()->dateByAddingTimeInterval(60));
+    QBNoteFilesDowloadedNotification().notify({image->uniqueIdentifier(), text->uniqueIdentifier()});
+    view().openAttachment(0);
+    view().openAttachment(place);
+
+    EXPECT_EQ(attachments(), before) << "the text stays as it is";
+    EXPECT_EQ(before[1]->modificationDate(), text->modificationDate());
+    EXPECT_TRUE(waitForColor(changed, NSColor::colorWithRed(0, 0, 1)));
+    EXPECT_EQ(changed.attachmentSize(), QSizeF(60, 90));
+    EXPECT_GT(view().layoutManager().paragraphOfLocation(place).height, 90) << "the line makes room";
+}
+
+TEST_F(EditorFiles, GrowWithTheColumnWhereTheyAreFolded)
+{
+    const auto note = show({});
+    pane->attachFiles({picture(u"wide.png"_s, {1200, 300}, Qt::green)});
+    pane->saveNote(/*forceSave=*/true);
+    pane->setNote(nullptr);
+    pane->resize(300, 400);
+    processEvents();
+    pane->setNote(note);
+    const auto before = attachments();
+    ASSERT_EQ(before.size(), 1);
+    auto &wide = dynamic_cast<QBImageTextAttachment &>(*before[0]);
+    ASSERT_TRUE(waitForColor(wide, NSColor::colorWithRed(0, 1, 0)));
+    const double narrow = wide.attachmentSize().width();
+    ASSERT_LT(narrow, 300);
+    fold({0, view().textStorage().length()}, {buffer().indexOf(QChar::ObjectReplacementCharacter), 1});
+    pane->resize(800, 400);
+    processEvents();
+    clock.advance(0.5);
+    EXPECT_GT(wide.attachmentSize().width(), narrow * 1.5);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return wide.attachmentImage().pixelSize().width() >= wide.attachmentSize().width() - 1; }));
+}
+
 TEST_F(EditorFiles, OfAnotherNoteBecomeTheNotesOwnWhileTheyAreFolded)
 {
     const auto owner = show({});
@@ -110,6 +174,50 @@ TEST_F(EditorFiles, OfAnotherNoteBecomeTheNotesOwnWhileTheyAreFolded)
     ASSERT_EQ(attachments().size(), 1);
     EXPECT_EQ(attachments().first()->fileURL(), file->fileURL());
     EXPECT_EQ(shown(), stored(note));
+}
+
+TEST_F(EditorFiles, GoIntoANoteMadeOfAFold)
+{
+    const auto note = show({});
+    pane->attachFiles({userFile(u"letter.txt"_s, "Dear")});
+    pane->saveNote(/*forceSave=*/true);
+    fold({0, view().textStorage().length()}, {0, 1});
+    QString chosen;
+    QObject::connect(pane.get(), &QBNoteEditorViewController::noteWasChosen,
+                     [&chosen](const QString &identifier) { chosen = identifier; });
+    view().selectAll();
+    pane->action(u"note-from-selection"_s)->trigger();
+    const auto made = QBNote::noteWithUniqueIdentifier(chosen, moc());
+    ASSERT_TRUE(made);
+    ASSERT_EQ(made->orderedFiles().size(), 1);
+    ASSERT_EQ(note->orderedFiles().size(), 1);
+    EXPECT_TRUE(made->text().contains(made->orderedFiles().first()->textRepresentation()));
+    EXPECT_NE(made->orderedFiles().first()->uniqueIdentifier(), note->orderedFiles().first()->uniqueIdentifier());
+}
+
+TEST_F(EditorFiles, AreCopiedWithTheirFold)
+{
+    struct Case
+    {
+        const char *name;
+        QString textBefore;
+        bool isPicture;
+    };
+    for (const Case &testCase : {Case{"a picture alone", u""_s, true}, Case{"a picture with text", u"red "_s, false}}) {
+        SCOPED_TRACE(testCase.name);
+        const auto note = show(testCase.textBefore);
+        pane->attachFiles({picture(u"a.png"_s, {40, 20}, Qt::red)});
+        pane->saveNote(/*forceSave=*/true);
+        const QString text = shown();
+        fold({0, view().textStorage().length()}, {buffer().indexOf(QChar::ObjectReplacementCharacter), 1});
+        view().selectAll();
+        view().copy();
+        const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
+        EXPECT_EQ(copied->text(), text);
+        ASSERT_EQ(note->orderedImages().size(), 1);
+        EXPECT_EQ(copied->urls(), QList<QUrl>{*note->orderedImages().first()->fileURL()});
+        EXPECT_EQ(copied->hasImage(), testCase.isPicture);
+    }
 }
 
 } // namespace

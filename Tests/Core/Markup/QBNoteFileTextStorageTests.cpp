@@ -286,6 +286,31 @@ TEST_F(FileMarkers, OneFoldPastedBesideItselfIsTwo)
     EXPECT_NE(foldAt(1), first);
 }
 
+TEST_F(FileMarkers, AreEnumeratedWhereTheirFoldIs)
+{
+    auto &storage = text.noteTextStorage();
+    storage.loadString(QString(u"a\n" % picture->textRepresentation() % u"\nb " % file->textRepresentation() % u"\nc"));
+    fold({2, 1});
+    fold({1, 6});
+    ASSERT_EQ(storage.string(), u"a\uFFFC\nc");
+    const auto filesIn = [&storage](NSRange range) {
+        QList<std::pair<QString, NSRange>> found;
+        storage.enumerateFilesAttachmentsInRange(range,
+                                                 [&found](QBGenericFileTextAttachment &attachment, NSRange place) {
+                                                     found.append({attachment.representedText(), place});
+                                                 });
+        return found;
+    };
+    const NSRange place{1, 1};
+    EXPECT_EQ(filesIn(storage.fullRange()), (QList<std::pair<QString, NSRange>>{{picture->textRepresentation(), place},
+                                                                                {file->textRepresentation(), place}}));
+    EXPECT_TRUE(filesIn({2, 2}).isEmpty());
+    QList<NSRange> pictures;
+    storage.enumerateImagesAttachmentsUsingBlock(
+        [&pictures](QBImageTextAttachment & /*attachment*/, NSRange range) { pictures.append(range); });
+    EXPECT_EQ(pictures, QList<NSRange>{place});
+}
+
 TEST_F(FileMarkers, WithoutARowStay)
 {
     const auto note = makeNote(u"x"_s);
