@@ -173,7 +173,8 @@ void QBNoteTextAttachmentConfigurator::loadImageForImageAttachment(QBImageTextAt
         return;
     }
 
-    // 3. A camera held upright stores its picture lying. The record tells the stored size, and the pixels the true one.
+    // 3. A camera held upright stores its picture lying. A record from elsewhere may tell the stored size; the pixels
+    // tell the true one.
     const Limits limits{m_maxAttachmentWidth, m_maxAttachmentHeight, m_scale};
     const auto load = [url, originalSize, limits, usesOriginal = m_useOriginalAttachment] {
         const auto picture = readPicture(url, originalSize, limits, usesOriginal);

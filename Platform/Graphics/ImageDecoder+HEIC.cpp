@@ -75,6 +75,12 @@ QImage decodeHEIC(const ImageSource &source, NSError *error)
     if (isTooLarge(declaredWidth, declaredHeight)) {
         return tooLargeImage(source, declaredWidth, declaredHeight, error);
     }
+    // What is cut off is decoded all the same.
+    const int codedWidth = heif_image_handle_get_ispe_width(primary);
+    const int codedHeight = heif_image_handle_get_ispe_height(primary);
+    if (isTooLarge(codedWidth, codedHeight)) {
+        return tooLargeImage(source, codedWidth, codedHeight, error);
+    }
     const Options options(heif_decoding_options_alloc());
     options->convert_hdr_to_8bit = 1;
     options->strict_decoding = 1;

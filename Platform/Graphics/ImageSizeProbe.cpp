@@ -1,82 +1,92 @@
 #include "ImageSizeProbe.h"
 
-#include <QByteArray>
+#include "ImageSizeProbe_p.h"
+
 #include <QFile>
-#include <QIODevice>
-#include <QtEndian>
 
 #include <algorithm>
-#include <cstring>
+#include <limits>
+#include <utility>
 
 namespace quib {
 
 namespace {
 
-/// The most segments, boxes or directory entries looked at: real headers have dozens.
-constexpr int kMaximumPieces = 4096;
-/// Larger sides are not pictures but broken or hostile headers.
-constexpr qint64 kMaximumSide = 1 << 24;
-
-/// Bytes of an open device by offset; a piece beyond its end is empty.
-class Source
+/// An orientation as EXIF data and TIFF tell it: the upper four swap width and height.
+bool isTurned(quint64 orientation)
 {
-public:
-    explicit Source(QIODevice &device)
-        : m_device(device)
-        , m_size(device.size())
-    {
-    }
-    [[nodiscard]] QByteArray at(qint64 offset, qint64 count)
-    {
-        if (offset < 0 || offset > m_size - count || !m_device.seek(offset)) {
-            return {};
-        }
-        QByteArray bytes = m_device.read(count);
-        return bytes.size() == count ? bytes : QByteArray();
-    }
-    [[nodiscard]] qint64 size() const { return m_size; }
+    return orientation >= 5 && orientation <= 8;
+}
 
-private:
-    QIODevice &m_device;
-    qint64 m_size;
+std::optional<PixelSize> turned(std::optional<PixelSize> size, bool isTurned)
+{
+    return size && isTurned ? std::optional(PixelSize{size->height, size->width}) : size;
+}
+
+/// What a TIFF, or the one in EXIF data, begins with.
+struct TIFFHead
+{
+    bool isBigEndian = false;
+    bool hasWideOffsets = false;
+
+    template <typename T> [[nodiscard]] T number(const QByteArray &bytes, qsizetype offset) const
+    {
+        return isBigEndian ? big<T>(bytes, offset) : little<T>(bytes, offset);
+    }
+    /// An offset into the file; one that no file reaches is beyond every end.
+    [[nodiscard]] qint64 place(const QByteArray &bytes, qsizetype offset) const
+    {
+        constexpr quint64 kMost = std::numeric_limits<qint64>::max() / 2;
+        const quint64 value = hasWideOffsets ? number<quint64>(bytes, offset) : number<quint32>(bytes, offset);
+        return static_cast<qint64>(std::min(value, kMost));
+    }
 };
 
-/// The number at an offset; 0 where the bytes end before.
-// Never inline: where bytes may be empty GCC 12 would warn of a read that the check below keeps from happening.
-template <typename T> Q_NEVER_INLINE T raw(const QByteArray &bytes, qsizetype offset)
+constexpr quint16 kOrientationTag = 274;
+constexpr quint16 kShort = 3;
+
+/// The orientation in the EXIF data of a segment, as the reader takes it: one short, 1 to 8, the first in any
+/// directory.
+quint64 orientationOfEXIF(const QByteArray &segment)
 {
-    T value = 0;
-    if (offset >= 0 && offset + qsizetype{sizeof(T)} <= bytes.size()) {
-        std::memcpy(&value, bytes.constData() + offset, sizeof(T));
+    constexpr QByteArrayView kMagic("Exif\0\0", 6);
+    if (!segment.startsWith(kMagic)) {
+        return 0;
     }
-    return value;
-}
-
-template <typename T> T big(const QByteArray &bytes, qsizetype offset)
-{
-    return qFromBigEndian(raw<T>(bytes, offset));
-}
-
-template <typename T> T little(const QByteArray &bytes, qsizetype offset)
-{
-    return qFromLittleEndian(raw<T>(bytes, offset));
-}
-
-std::optional<PixelSize> checked(qint64 width, qint64 height)
-{
-    if (width <= 0 || height <= 0 || width > kMaximumSide || height > kMaximumSide) {
-        return std::nullopt;
+    const QByteArray data = segment.sliced(kMagic.size());
+    const bool isBigEndian = data.startsWith("MM");
+    const TIFFHead head{.isBigEndian = isBigEndian};
+    if (!(isBigEndian || data.startsWith("II")) || head.number<quint16>(data, 2) != 42) {
+        return 0;
     }
-    return PixelSize{width, height};
+    constexpr qint64 kEntrySize = 12;
+    qint64 read = 8;
+    // Directories lie one behind the other, so that they make no circle.
+    for (qint64 directory = head.place(data, 4); directory >= read && directory <= data.size() - 2;) {
+        const qint64 end = directory + 2 + kEntrySize * head.number<quint16>(data, directory);
+        for (qint64 entry = directory + 2; entry < end && entry <= data.size() - kEntrySize; entry += kEntrySize) {
+            if (head.number<quint16>(data, entry) == kOrientationTag) {
+                const bool isOneShort =
+                    head.number<quint16>(data, entry + 2) == kShort && head.number<quint32>(data, entry + 4) == 1;
+                return isOneShort ? head.number<quint16>(data, entry + 8) : 0;
+            }
+        }
+        read = end + 4;
+        directory = read <= data.size() ? head.place(data, end) : 0;
+    }
+    return 0;
 }
 
 std::optional<PixelSize> sizeOfJPEG(Source &source)
 {
+    std::optional<PixelSize> size;
+    bool hasEXIF = false;
+    quint64 orientation = 0;
     qint64 offset = 2;
     for (int piece = 0; piece < kMaximumPieces; ++piece) {
-        const QByteArray head = source.at(offset, 2);
+        const QByteArray head = source.at(offset, 4);
         if (head.isEmpty() || static_cast<quint8>(head.at(0)) != 0xFF) {
-            return std::nullopt;
+            break;
         }
         const auto marker = static_cast<quint8>(head.at(1));
         if (marker == 0xFF) { // a filling byte
@@ -87,103 +97,89 @@ std::optional<PixelSize> sizeOfJPEG(Source &source)
             offset += 2;
             continue;
         }
-        const QByteArray frame = source.at(offset + 2, 7);
-        if (frame.isEmpty() || marker == 0xD9 || marker == 0xDA) {
-            return std::nullopt;
+        if (marker == 0xD9 || marker == 0xDA) {
+            break;
         }
+        const qint64 length = std::max<qint64>(big<quint16>(head, 2), 2);
         // Start of frame, of any coding, but not the tables whose markers lie among them.
-        if (marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC) {
-            return checked(big<quint16>(frame, 5), big<quint16>(frame, 3));
+        if (marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC && !size) {
+            const QByteArray frame = source.at(offset + 4, 5);
+            size = checked(big<quint16>(frame, 3), big<quint16>(frame, 1));
+            if (!size) {
+                break;
+            }
         }
-        offset += 2 + std::max<qint64>(big<quint16>(frame, 0), 2);
+        constexpr quint8 kEXIFMarker = 0xE1;
+        if (marker == kEXIFMarker && !hasEXIF) {
+            hasEXIF = true;
+            orientation = orientationOfEXIF(source.at(offset + 4, length - 2));
+        }
+        offset += 2 + length;
     }
-    return std::nullopt;
+    return turned(size, isTurned(orientation));
 }
 
-std::optional<PixelSize> sizeOfTIFF(Source &source, bool isBig)
+std::optional<PixelSize> sizeOfTIFF(Source &source, TIFFHead head)
 {
-    const auto number16 = [isBig](const QByteArray &bytes, qsizetype offset) {
-        return isBig ? big<quint16>(bytes, offset) : little<quint16>(bytes, offset);
-    };
-    const auto number32 = [isBig](const QByteArray &bytes, qsizetype offset) {
-        return isBig ? big<quint32>(bytes, offset) : little<quint32>(bytes, offset);
-    };
-    const QByteArray head = source.at(4, 4);
-    if (head.isEmpty()) {
+    const int offsetSize = head.hasWideOffsets ? 8 : 4;
+    const int countSize = head.hasWideOffsets ? 8 : 2;
+    const QByteArray start = source.at(offsetSize, offsetSize);
+    const qint64 directory = start.isEmpty() ? 0 : head.place(start, 0);
+    const QByteArray count = source.at(directory, countSize);
+    if (start.isEmpty() || count.isEmpty()) {
         return std::nullopt;
     }
-    const qint64 directory = number32(head, 0);
-    const QByteArray count = source.at(directory, 2);
-    if (count.isEmpty()) {
-        return std::nullopt;
-    }
+    const qint64 entries =
+        std::min<qint64>(head.hasWideOffsets ? head.place(count, 0) : head.number<quint16>(count, 0), kMaximumPieces);
+    const qint64 entrySize = 4 + 2 * offsetSize;
     qint64 width = 0;
     qint64 height = 0;
-    const int entries = std::min<int>(number16(count, 0), kMaximumPieces);
-    for (int i = 0; i < entries; ++i) {
-        const QByteArray entry = source.at(directory + 2 + qint64{12} * i, 12);
+    qint64 orientation = 0;
+    for (qint64 i = 0; i < entries; ++i) {
+        const QByteArray entry = source.at(directory + countSize + entrySize * i, entrySize);
         if (entry.isEmpty()) {
-            break;
+            return std::nullopt;
         }
         constexpr quint16 kWidthTag = 256;
         constexpr quint16 kHeightTag = 257;
-        constexpr quint16 kShort = 3;
-        const quint16 tag = number16(entry, 0);
-        const qint64 value = number16(entry, 2) == kShort ? number16(entry, 8) : number32(entry, 8);
-        if (tag == kWidthTag) {
+        constexpr quint16 kWide = 16;
+        const quint16 tag = head.number<quint16>(entry, 0);
+        const quint16 type = head.number<quint16>(entry, 2);
+        const int place = 4 + offsetSize;
+        const qint64 value = type == kShort  ? head.number<quint16>(entry, place)
+                             : type == kWide ? head.place(entry, place)
+                                             : head.number<quint32>(entry, place);
+        // The first of a tag counts.
+        if (tag == kWidthTag && width == 0) {
             width = value;
-        } else if (tag == kHeightTag) {
+        } else if (tag == kHeightTag && height == 0) {
             height = value;
+        } else if (tag == kOrientationTag && orientation == 0) {
+            orientation = value;
         }
     }
-    return checked(width, height);
+    return turned(checked(width, height), isTurned(static_cast<quint64>(orientation)));
 }
 
-/// Walks the boxes of [start, limit) and goes into the containers that lead to a size. The largest "ispe" is the
-/// picture's: tiles and thumbnails have theirs too.
-void findSizeInBoxes(Source &source, qint64 start, qint64 limit, int depth, int *pieces,
-                     std::optional<PixelSize> *found)
+/// The size in the header box of a JPEG 2000 file.
+std::optional<PixelSize> sizeInJPEG2000Boxes(Source &source)
 {
-    constexpr int kMaximumDepth = 8;
-    qint64 offset = start;
-    while (offset <= limit - 8 && depth < kMaximumDepth && (*pieces)++ < kMaximumPieces) {
-        const QByteArray head = source.at(offset, 8);
-        if (head.isEmpty()) {
-            return;
-        }
-        qint64 length = big<quint32>(head, 0);
-        qint64 headLength = 8;
-        if (length == 1) {
-            const QByteArray wide = source.at(offset + 8, 8);
-            const quint64 value = wide.isEmpty() ? 0 : big<quint64>(wide, 0);
-            length = value > static_cast<quint64>(limit) ? 0 : static_cast<qint64>(value);
-            headLength = 16;
-        } else if (length == 0) {
-            length = limit - offset; // up to the end
-        }
-        if (length < headLength || length > limit - offset) {
-            return;
-        }
-        const QByteArray type = head.sliced(4, 4);
-        const qint64 body = offset + headLength;
-        if (type == "meta") {
-            findSizeInBoxes(source, body + 4, offset + length, depth + 1, pieces, found);
-        } else if (type == "iprp" || type == "ipco" || type == "jp2h") {
-            findSizeInBoxes(source, body, offset + length, depth + 1, pieces, found);
-        } else if (type == "ispe" || type == "ihdr") {
-            const bool isJPEG2000 = type == "ihdr"; // height comes first there, without a version in front
-            const QByteArray sides = source.at(isJPEG2000 ? body : body + 4, 8);
-            if (!sides.isEmpty()) {
-                const qint64 first = big<quint32>(sides, 0);
-                const qint64 second = big<quint32>(sides, 4);
-                const auto size = isJPEG2000 ? checked(second, first) : checked(first, second);
-                if (size && (!*found || size->width * size->height > (*found)->width * (*found)->height)) {
-                    *found = size;
-                }
+    int pieces = 0;
+    qint64 offset = 0;
+    while (const auto box = takeBox(source, &offset, source.size(), &pieces)) {
+        qint64 inside = box->body;
+        while (box->type == "jp2h") {
+            const auto header = takeBox(source, &inside, box->limit, &pieces);
+            if (!header) {
+                break;
+            }
+            if (header->type == "ihdr") {
+                const QByteArray sides = source.at(header->body, 8); // the height comes first
+                return checked(big<quint32>(sides, 4), big<quint32>(sides, 0));
             }
         }
-        offset += length;
     }
+    return std::nullopt;
 }
 
 /// A still picture of either coding, or the canvas of an extended file.
@@ -208,12 +204,10 @@ std::optional<PixelSize> sizeOfWebP(Source &source)
     return std::nullopt;
 }
 
-std::optional<PixelSize> sizeInBoxes(Source &source)
+/// How a TIFF begins.
+bool isTIFF(QByteArrayView bytes)
 {
-    std::optional<PixelSize> found;
-    int pieces = 0;
-    findSizeInBoxes(source, 0, source.size(), 0, &pieces, &found);
-    return found;
+    return bytes.startsWith(QByteArrayView("II*\0", 4)) || bytes.startsWith(QByteArrayView("MM\0*", 4));
 }
 
 constexpr QByteArrayView kJPEG2000Stream("\xFF\x4F\xFF\x51");
@@ -222,7 +216,7 @@ std::optional<PixelSize> sizeOfJPEG2000(Source &source)
 {
     const QByteArray head = source.at(0, 24);
     if (!head.startsWith(kJPEG2000Stream)) {
-        return sizeInBoxes(source);
+        return sizeInJPEG2000Boxes(source);
     }
     const qint64 width = qint64{big<quint32>(head, 8)} - big<quint32>(head, 16);
     const qint64 height = qint64{big<quint32>(head, 12)} - big<quint32>(head, 20);
@@ -238,6 +232,28 @@ bool isPictureBrand(QByteArrayView brand)
 
 } // namespace
 
+std::optional<Box> takeBox(Source &source, qint64 *offset, qint64 limit, int *pieces)
+{
+    const QByteArray head = *offset <= limit - 8 && (*pieces)++ < kMaximumPieces ? source.at(*offset, 8) : QByteArray();
+    if (head.isEmpty()) {
+        return std::nullopt;
+    }
+    qint64 length = big<quint32>(head, 0);
+    qint64 headLength = 8;
+    if (length == 1) {
+        const auto wide = big<quint64>(source.at(*offset + 8, 8), 0);
+        length = wide > static_cast<quint64>(limit) ? 0 : static_cast<qint64>(wide);
+        headLength = 16;
+    } else if (length == 0) {
+        length = limit - *offset; // up to the end
+    }
+    if (length < headLength || length > limit - *offset) {
+        return std::nullopt;
+    }
+    const qint64 start = std::exchange(*offset, *offset + length);
+    return Box{head.sliced(4, 4), start + headLength, start + length};
+}
+
 std::optional<ImageFormat> imageFormatOfBytes(QByteArrayView bytes)
 {
     if (bytes.startsWith("\x89PNG\r\n\x1A\n")) {
@@ -249,7 +265,7 @@ std::optional<ImageFormat> imageFormatOfBytes(QByteArrayView bytes)
     if (bytes.startsWith("\xFF\xD8")) {
         return ImageFormat::JPEG;
     }
-    if (bytes.startsWith(QByteArrayView("II*\0", 4)) || bytes.startsWith(QByteArrayView("MM\0*", 4))) {
+    if (isTIFF(bytes)) {
         return ImageFormat::TIFF;
     }
     if (bytes.startsWith(kJPEG2000Stream)) {
@@ -288,11 +304,11 @@ std::optional<PixelSize> pixelSizeOfImage(QIODevice &device)
     case ImageFormat::JPEG:
         return sizeOfJPEG(source);
     case ImageFormat::TIFF:
-        return sizeOfTIFF(source, head.at(0) == 'M');
+        return sizeOfTIFF(source, {.isBigEndian = head.at(0) == 'M', .hasWideOffsets = head.contains('+')});
     case ImageFormat::WebP:
         return sizeOfWebP(source);
     case ImageFormat::HEIC:
-        return sizeInBoxes(source);
+        return sizeOfHEIC(source);
     case ImageFormat::JPEG2000:
         return sizeOfJPEG2000(source);
     }

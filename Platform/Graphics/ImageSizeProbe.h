@@ -11,7 +11,7 @@ QT_END_NAMESPACE
 
 namespace quib {
 
-/// The width and height of a picture. Units: pixels as stored, orientation left aside.
+/// The width and height of a picture. Units: pixels as it is shown, upright and cut as its file says.
 struct PixelSize
 {
     qint64 width = 0;
@@ -35,7 +35,7 @@ enum class ImageFormat
 /// read as what it is. Needs 16 bytes to know them all.
 [[nodiscard]] std::optional<ImageFormat> imageFormatOfBytes(QByteArrayView bytes);
 
-/// Reads the size from the header of a picture, without decoding it.
+/// Reads the size from the header of a picture, without decoding it: the one that NSImage::pixelSize() tells.
 /// Errors: nullopt for a file that cannot be read or whose header is of none of the forms or broken. Reads a bounded
 /// number of pieces, whatever the file says of itself.
 [[nodiscard]] std::optional<PixelSize> pixelSizeOfImageFile(const QString &path);

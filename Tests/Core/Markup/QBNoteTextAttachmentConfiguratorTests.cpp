@@ -179,12 +179,17 @@ TEST_F(AttachmentConfigurator, APictureOfAnUprightCameraIsShownUpright)
                                "\0\0\0\0",
                                36));
     const auto file = import(u"upright.jpg"_s, bytes);
-    ASSERT_EQ(file.as<QBNoteImage>()->width(), 400) << "the record tells what is stored";
+    const auto record = file.as<QBNoteImage>();
+    ASSERT_EQ(record->width(), 200) << "the record tells how it is shown";
     configurator.setMaxAttachmentWidth(50);
-    const auto attachment = imageFor(file->textRepresentation());
-    EXPECT_EQ(attachment->originalImageSize(), QSizeF(200, 400));
-    EXPECT_EQ(attachment->attachmentImageSize(), QSizeF(50, 100));
-    EXPECT_EQ(attachment->attachmentImage().pixelSize(), QSize(50, 100));
+    for (const QSize recorded : {QSize(200, 400), QSize(400, 200)}) { // the latter as a record from elsewhere has it
+        record->setWidth(recorded.width());
+        record->setHeight(recorded.height());
+        const auto attachment = imageFor(file->textRepresentation());
+        EXPECT_EQ(attachment->originalImageSize(), QSizeF(200, 400));
+        EXPECT_EQ(attachment->attachmentImageSize(), QSizeF(50, 100));
+        EXPECT_EQ(attachment->attachmentImage().pixelSize(), QSize(50, 100));
+    }
 }
 
 TEST_F(AttachmentConfigurator, ASmallPictureIsShownAsItIs)

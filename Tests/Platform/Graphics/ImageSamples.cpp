@@ -77,7 +77,7 @@ QByteArray encodedAsGIF(const QImage &image)
     return gif.append('\0').append(';');
 }
 
-QByteArray encodedAsHEIC(const QImage &picture)
+QByteArray encodedAsHEIC(const QImage &picture, int orientation = 1)
 {
     const QImage rgba = picture.convertToFormat(QImage::Format_RGBA8888);
     heif_context *context = heif_context_alloc();
@@ -97,7 +97,10 @@ QByteArray encodedAsHEIC(const QImage &picture)
             std::copy_n(from, size, plane + y * stride + size * x);
         }
     }
-    const heif_error failure = heif_context_encode_image(context, image, encoder, nullptr, nullptr);
+    heif_encoding_options *options = heif_encoding_options_alloc();
+    options->image_orientation = static_cast<heif_orientation>(orientation);
+    const heif_error failure = heif_context_encode_image(context, image, encoder, options, nullptr);
+    heif_encoding_options_free(options);
     EXPECT_EQ(failure.code, heif_error_Ok) << failure.message;
     QByteArray bytes;
     heif_writer writer{.writer_api_version = 1, .write = [](heif_context *, const void *data, size_t size, void *into) {
@@ -237,6 +240,67 @@ QByteArray jpegWithOrientation(const QImage &image, int orientation)
     QByteArray segment("\xFF\xE1", 2);
     appendBig(segment, static_cast<quint32>(exif.size()) + 2, 2);
     return encoded(image, "jpeg").insert(2, QByteArray(segment + exif));
+}
+
+QByteArray heicWithOrientation(const QImage &image, int orientation)
+{
+    return encodedAsHEIC(image, orientation);
+}
+
+QByteArray tiffWithOrientation(const QImage &image, int orientation, TIFFKind kind)
+{
+    QByteArray bytes(kind.isBigEndian ? "MM" : "II");
+    const auto append = [&](qint64 value, int count) {
+        for (int i = 0; i < count; ++i) {
+            const int shift = 8 * (kind.isBigEndian ? count - 1 - i : i);
+            bytes.append(static_cast<char>((value >> shift) & 0xFF));
+        }
+    };
+    constexpr int kShort = 3;
+    constexpr int kLong = 4;
+    struct Entry
+    {
+        int tag;
+        int type;
+        qint64 value;
+    };
+    const int offsetSize = kind.hasWideOffsets ? 8 : 4;
+    const int countSize = kind.hasWideOffsets ? 8 : 2;
+    std::vector<Entry> entries = {{256, kLong, image.width()},
+                                  {257, kShort, image.height()},
+                                  {258, kShort, 8},
+                                  {259, kShort, 1},
+                                  {262, kShort, 1},
+                                  {273, kLong, 0},
+                                  {274, kShort, orientation},
+                                  {277, kShort, 1},
+                                  {278, kLong, image.height()},
+                                  {279, kLong, qint64{image.width()} * image.height()}};
+    const int head = kind.hasWideOffsets ? 16 : 8;
+    const auto count = static_cast<int>(entries.size());
+    entries[5].value = head + countSize + count * (4 + 2 * offsetSize) + offsetSize;
+    append(kind.hasWideOffsets ? 43 : 42, 2);
+    if (kind.hasWideOffsets) {
+        append(8, 2);
+        append(0, 2);
+    }
+    append(head, offsetSize);
+    append(count, countSize);
+    for (const Entry &entry : entries) {
+        const int size = entry.type == kShort ? 2 : 4;
+        append(entry.tag, 2);
+        append(entry.type, 2);
+        append(1, offsetSize);
+        append(entry.value, size);
+        bytes.append(offsetSize - size, '\0');
+    }
+    append(0, offsetSize);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            bytes.append(static_cast<char>(qGray(image.pixel(x, y))));
+        }
+    }
+    return bytes;
 }
 
 QByteArray pngHeader(quint32 width, quint32 height)

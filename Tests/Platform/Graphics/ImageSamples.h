@@ -22,6 +22,17 @@ namespace quib::tests {
 /// A JPEG with an orientation, 1 to 8, in its EXIF data.
 [[nodiscard]] QByteArray jpegWithOrientation(const QImage &image, int orientation);
 
+/// The same as a HEIC, which is turned by boxes of its own.
+[[nodiscard]] QByteArray heicWithOrientation(const QImage &image, int orientation);
+
+/// An uncompressed TIFF with an orientation, in either order of bytes and with offsets of either size.
+struct TIFFKind
+{
+    bool isBigEndian = false;
+    bool hasWideOffsets = false;
+};
+[[nodiscard]] QByteArray tiffWithOrientation(const QImage &image, int orientation, TIFFKind kind);
+
 /// The first bytes of a PNG of that size, without pixels.
 [[nodiscard]] QByteArray pngHeader(quint32 width, quint32 height);
 
