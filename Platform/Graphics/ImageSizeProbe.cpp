@@ -204,10 +204,12 @@ std::optional<PixelSize> sizeOfWebP(Source &source)
     return std::nullopt;
 }
 
-/// How a TIFF begins.
+/// How a TIFF begins; the later two, for files above 4 GB, have wide offsets.
 bool isTIFF(QByteArrayView bytes)
 {
-    return bytes.startsWith(QByteArrayView("II*\0", 4)) || bytes.startsWith(QByteArrayView("MM\0*", 4));
+    constexpr QByteArrayView kHeads[] = {{"II*\0", 4}, {"MM\0*", 4}, {"II+\0", 4}, {"MM\0+", 4}};
+    return std::any_of(std::begin(kHeads), std::end(kHeads),
+                       [bytes](QByteArrayView head) { return bytes.startsWith(head); });
 }
 
 constexpr QByteArrayView kJPEG2000Stream("\xFF\x4F\xFF\x51");

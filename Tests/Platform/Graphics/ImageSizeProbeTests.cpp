@@ -138,6 +138,17 @@ TEST(ImageSizeProbe, TellsWhatTheReaderShowsOfATurnedPicture)
     EXPECT_EQ(probed(heicWithOrientation(picture, 8)), (PixelSize{50, 100}));
 }
 
+TEST(ImageSizeProbe, TellsWhatTheReaderShowsOfATIFFWithWideOffsets)
+{
+    for (const int orientation : {1, 3, 5, 8}) {
+        for (const bool isBigEndian : {false, true}) {
+            expectSizeOfReader(tiffWithOrientation(quarters(30, 20), orientation,
+                                                   {.isBigEndian = isBigEndian, .hasWideOffsets = true}),
+                               std::to_string(orientation) + (isBigEndian ? " big end first" : ""));
+        }
+    }
+}
+
 TEST(ImageSizeProbe, AnOrientationCountsOnlyWhereTheReaderTakesIt)
 {
     const QByteArray turned = jpegWithOrientation(quarters(40, 20), 6);
@@ -173,7 +184,8 @@ TEST(ImageSizeProbe, OfAChangedFileIsAnsweredWithinItsBounds)
     const TestSeed seed;
     auto random = seed.generator();
     const QByteArray files[] = {heicWithOrientation(quarters(40, 20), 6), jpegWithOrientation(quarters(40, 20), 6),
-                                tiffWithOrientation(quarters(40, 20), 6, {}), encoded(quarters(40, 20), "jp2")};
+                                tiffWithOrientation(quarters(40, 20), 6, {.hasWideOffsets = true}),
+                                encoded(quarters(40, 20), "jp2")};
     for (const QByteArray &file : files) {
         const auto size = probed(file);
         for (qsizetype length = 0; length < file.size(); ++length) {
