@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 #include <QFile>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -189,6 +190,33 @@ TEST_F(AttachmentConfigurator, APictureOfAnUprightCameraIsShownUpright)
         EXPECT_EQ(attachment->originalImageSize(), QSizeF(200, 400));
         EXPECT_EQ(attachment->attachmentImageSize(), QSizeF(50, 100));
         EXPECT_EQ(attachment->attachmentImage().pixelSize(), QSize(50, 100));
+    }
+}
+
+TEST_F(AttachmentConfigurator, ADrawingInItsOwnSizeIsReadWhole)
+{
+    GraphicsContext context({40, 20}, 1, NSColor::colorWithRed(1, 0, 0));
+    const QByteArray bytes = context.image().pngData();
+    struct Case
+    {
+        QString name;
+        double limit;
+        bool isReadWhole;
+    };
+    // A form that is not quick to read goes by its small copy.
+    const Case cases[] = {
+        {u"quib_sketch 1.tiff"_s, 50, true},
+        {u"quib_sketch 1.tiff"_s, 30, false},
+        {u"my quib_sketch.tiff"_s, 50, false},
+    };
+    qsizetype thumbCount = 0;
+    for (const auto &[name, limit, isReadWhole] : cases) {
+        SCOPED_TRACE(name.toStdString());
+        configurator.setMaxAttachmentWidth(limit);
+        const auto attachment = imageFor(import(name, bytes)->textRepresentation());
+        EXPECT_EQ(attachment->attachmentImage().pixelSize().width(), std::min(limit, 40.0));
+        thumbCount += isReadWhole ? 0 : 1;
+        EXPECT_EQ(thumbs(folder).size(), thumbCount);
     }
 }
 

@@ -1,10 +1,12 @@
 #include "StoreFixture.h"
 
+#include <Logging/QBLogger.h>
 #include <Store/QBNoteGenericFile.h>
 #include <Store/QBNoteImage.h>
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <atomic>
@@ -152,6 +154,26 @@ TEST_F(NoteFile, AnAttachmentLeavesInTwoStagesAndItsBinaryAfterTheSave)
     save();
     EXPECT_FALSE(QFileInfo::exists(QFileInfo(path).path()));
     EXPECT_TRUE(QBNoteFile::filesInManagedObjectContext(moc(), {}).isEmpty());
+}
+
+TEST_F(NoteFile, ADeletionFromDiskIsLogged)
+{
+    const auto file = import(u"f.txt"_s);
+    const QString line = u"Deleting attachment "_s + file->uniqueIdentifier();
+    save();
+    auto &log = QBLogger::sharedLogger();
+    log.setFileLoggerEnabled(true);
+    const auto isLogged = [&log, &line] {
+        log.flush();
+        QFile lines(log.lastLogFilePath());
+        return !lines.fileName().isEmpty() && lines.open(QIODevice::ReadOnly) &&
+               QString::fromUtf8(lines.readAll()).contains(line + u'\n');
+    };
+    file->permanentlyDelete();
+    EXPECT_FALSE(isLogged()) << "nothing is removed before the save";
+    save();
+    EXPECT_TRUE(isLogged());
+    log.setFileLoggerEnabled(false);
 }
 
 TEST_F(NoteFile, ARolledBackDeletionKeepsTheBinary)

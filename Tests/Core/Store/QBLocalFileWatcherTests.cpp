@@ -1,6 +1,7 @@
 #include "StoreFixture.h"
 
 #include <Graphics/GraphicsContext.h>
+#include <Logging/QBLogger.h>
 #include <Store/ForgottenFiles.h>
 #include <Store/QBLocalFileWatcher.h>
 #include <Store/QBNoteFilesDowloadedNotification.h>
@@ -97,7 +98,15 @@ TEST_F(LocalFileWatcher, AReplacedFileIsUploadedAgain)
     ASSERT_TRUE(thumb.open(QIODevice::WriteOnly) && otherThumb.open(QIODevice::WriteOnly));
     watch();
     replace(pathOf(*file), "longer than before", 5);
+    auto &log = QBLogger::sharedLogger();
+    log.setFileLoggerEnabled(true);
     takeIn();
+    log.flush();
+    QFile lines(log.lastLogFilePath());
+    ASSERT_TRUE(lines.open(QIODevice::ReadOnly));
+    log.setFileLoggerEnabled(false);
+    EXPECT_TRUE(
+        QString::fromUtf8(lines.readAll()).contains(u"LOCAL FILE MODIFIED -> "_s + file->uniqueIdentifier() + u'\n'));
     EXPECT_FALSE(file->uploaded());
     EXPECT_FALSE(file->uploadedDate().has_value());
     EXPECT_EQ(file->fileSize(), 18);
