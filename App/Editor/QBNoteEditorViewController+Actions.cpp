@@ -210,9 +210,19 @@ void QBNoteEditorViewController::edit(const std::function<void()> &change)
     }
     m_view->breakUndoCoalescing();
     m_undoManager->beginUndoGrouping();
-    change();
-    m_view->didChangeText();
+    if (editsText(change)) {
+        m_view->didChangeText();
+    }
     m_undoManager->endUndoGrouping();
+}
+
+bool QBNoteEditorViewController::editsText(const std::function<void()> &change)
+{
+    bool isEdited = false;
+    const ObservationToken observation = m_stack.noteTextStorage().observeEdits(
+        [&isEdited](quint32 /*editedMask*/, NSRange /*editedRange*/, qint64 /*changeInLength*/) { isEdited = true; });
+    change();
+    return isEdited;
 }
 
 void QBNoteEditorViewController::insertLink()

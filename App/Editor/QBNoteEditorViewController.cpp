@@ -457,11 +457,11 @@ bool QBNoteEditorViewController::qbNoteTextViewShouldInsertNewLine(QBNoteTextVie
 
 bool QBNoteEditorViewController::qbNoteTextViewShouldInsertTab(QBNoteTextView &view, bool backwards)
 {
-    if (!m_core.indentTabbableStyle(backwards, view)) {
-        return true;
+    bool isHandled = false;
+    if (editsText([&] { isHandled = m_core.indentTabbableStyle(backwards, view); })) {
+        view.didChangeText();
     }
-    view.didChangeText();
-    return false;
+    return !isHandled;
 }
 
 void QBNoteEditorViewController::qbNoteTextViewDidChangeText(QBNoteTextView &view)

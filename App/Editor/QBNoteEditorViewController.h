@@ -219,8 +219,10 @@ private:
     void focusNextPart(bool forward);
     void applyStyle(const QBNoteStyleEditor::Result &result);
     void applyHeaderLevel(int level);
-    /// A change of the text as one step that can be undone.
+    /// A change of the text as one step that can be undone; none where nothing was to be changed.
     void edit(const std::function<void()> &change);
+    /// Runs what may change the text. False where it did not: styling the last change again would be a step to undo.
+    [[nodiscard]] bool editsText(const std::function<void()> &change);
     /// Makes the selection the title of a link.
     void insertLink();
     void toggleTodosInSelection();

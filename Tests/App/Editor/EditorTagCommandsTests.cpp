@@ -89,4 +89,39 @@ TEST_F(EditorTagCommands, LinesGoBackTheWayTheyCame)
     EXPECT_EQ(shown(), u"#a\n* x"_s);
 }
 
+TEST_F(EditorTagCommands, ACommandWithNothingToDoLeavesUndoneStepsToBeDoneAgain)
+{
+    struct Case
+    {
+        QString text;
+        QString command; ///< empty for a Tab backwards
+    };
+    const std::vector<Case> cases = {
+        {u"#t a b"_s, u"move-up"_s},        {u"#t a b"_s, u"move-down"_s},        {u"#t a b"_s, u"outdent"_s},
+        {u"#t a b"_s, u"fold-completed"_s}, {u"#t a b"_s, u"unfold-completed"_s}, {u"* a #t b"_s, QString()},
+    };
+    for (const Case &each : cases) {
+        SCOPED_TRACE(QString(each.text % u' ' % each.command).toStdString());
+        show(each.text);
+        type(u"x"_s);
+        view().undo();
+        ASSERT_FALSE(view().undoManager().canUndo());
+        ASSERT_TRUE(view().undoManager().canRedo());
+        if (each.command.isEmpty()) {
+            press(Qt::Key_Backtab);
+        } else {
+            run(each.command);
+        }
+        EXPECT_EQ(shown(), each.text);
+        EXPECT_FALSE(view().undoManager().canUndo());
+        view().redo();
+        EXPECT_EQ(shown(), QString(each.text % u'x'));
+    }
+    // What does something is a step.
+    show(u"* a #t b"_s);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(shown(), u"\t* a #t b"_s);
+    EXPECT_TRUE(view().undoManager().canUndo());
+}
+
 } // namespace quib::tests
