@@ -8,6 +8,7 @@
 #include <Markup/Editing/QBNoteCopyAsCoreController.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Markup/Stylers/QBNoteTitledUrlStyler.h>
+#include <Markup/TextlessAttachments.h>
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNoteFile.h>
 #include <Store/QBNoteImage.h>
@@ -147,10 +148,11 @@ std::optional<QString> QBNoteEditorViewController::textForMimeData(QBNoteTextVie
         return std::nullopt;
     }
     const QStringView text = m_stack.noteTextStorage().string();
+    const NSRange apart = rangeWithTextlessAttachments(m_stack.noteTextStorage().attributedString(), replacedRange);
     if (mimeData.hasFormat(markupFormat())) {
         QString pasted = QString::fromUtf8(mimeData.data(markupFormat()));
         return mimeData.hasFormat(wordsFormat()) && !isCode(replacedRange.location)
-                   ? stringForSmartCopyInRange(text, replacedRange, pasted)
+                   ? stringForSmartCopyInRange(text, apart, pasted)
                    : pasted;
     }
     QStringList markers;
@@ -172,7 +174,7 @@ std::optional<QString> QBNoteEditorViewController::textForMimeData(QBNoteTextVie
     if (markers.isEmpty()) {
         return titledLink(mimeData.text(), replacedRange);
     }
-    return placedMarkers(markers, text.first(replacedRange.location), text.sliced(replacedRange.limit()));
+    return placedMarkers(markers, text.first(apart.location), text.sliced(apart.limit()));
 }
 
 std::optional<QString> QBNoteEditorViewController::titledLink(const QString &pasted, NSRange replacedRange) const
@@ -183,7 +185,8 @@ std::optional<QString> QBNoteEditorViewController::titledLink(const QString &pas
     const QString url = trimmedWhitespaceAndNewlines(pasted);
     const QString title = m_linkTitle(url).simplified();
     // Behind a bracket or a sign the link is part of markup that is being written.
-    const QStringView before = QStringView(m_stack.noteTextStorage().string()).first(replacedRange.location);
+    const NSAttributedString &text = m_stack.noteTextStorage().attributedString();
+    const QStringView before = text.stringInRange({0, rangeWithTextlessAttachments(text, replacedRange).location});
     if (title.isEmpty() || !(before.isEmpty() || before.back().isSpace())) {
         return std::nullopt;
     }
@@ -221,8 +224,8 @@ void QBNoteEditorViewController::attachFiles(const QList<QUrl> &urls)
     }
     const NSRange selection = m_core.rangeTakenWithRange(m_view->selectedRange());
     const QStringView text = m_stack.noteTextStorage().string();
-    m_view->replaceText(selection,
-                        placedMarkers(markers, text.first(selection.location), text.sliced(selection.limit())));
+    const NSRange apart = rangeWithTextlessAttachments(m_stack.noteTextStorage().attributedString(), selection);
+    m_view->replaceText(selection, placedMarkers(markers, text.first(apart.location), text.sliced(apart.limit())));
 }
 
 void QBNoteEditorViewController::fillMimeData(QBNoteTextView &view, QMimeData &mimeData, NSRange range)
@@ -282,8 +285,9 @@ void QBNoteEditorViewController::pasteAsCode()
     // Fences have lines of their own.
     const QStringView text = m_stack.noteTextStorage().string();
     const NSRange selection = m_core.rangeTakenWithRange(m_view->selectedRange());
-    const bool startsLine = selection.location == 0 || text[selection.location - 1] == u'\n';
-    const bool endsLine = selection.limit() == text.size() || text[selection.limit()] == u'\n';
+    const NSRange apart = rangeWithTextlessAttachments(m_stack.noteTextStorage().attributedString(), selection);
+    const bool startsLine = apart.location == 0 || text[apart.location - 1] == u'\n';
+    const bool endsLine = apart.limit() == text.size() || text[apart.limit()] == u'\n';
     m_view->replaceText(selection, (startsLine ? u""_s : u"\n"_s) % block % (endsLine ? u""_s : u"\n"_s));
     m_view->setFocus();
 }

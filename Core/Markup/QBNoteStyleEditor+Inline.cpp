@@ -1,6 +1,7 @@
 #include "QBNoteStyleEditor.h"
 
 #include "MarkerEdits.h"
+#include "TextlessAttachments.h"
 
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Markup/Syntax/SyntaxCharacters.h>
@@ -68,7 +69,7 @@ private:
     [[nodiscard]] NSRange withoutSpaces(NSRange range) const;
     [[nodiscard]] bool isMarkerText(qint64 location) const;
     [[nodiscard]] bool isPartOfLongerMarker(qint64 edge, int direction) const;
-    [[nodiscard]] bool isOtherMarker(qint64 place) const;
+    [[nodiscard]] bool isNoText(qint64 place) const;
     [[nodiscard]] bool isStyledThroughout(NSRange range) const;
     [[nodiscard]] qint64 textLength(NSRange range) const;
     template <typename Block> void forEachMarkerIn(NSRange range, const Block &block) const;
@@ -179,7 +180,9 @@ NSRange InlineToggle::withWholeMarkers(NSRange range) const
 
 NSRange InlineToggle::withoutSpaces(NSRange range) const
 {
-    const auto isSpace = [this](qint64 place) { return quib::syntax::isSpace(m_text.characterAtIndex(place)); };
+    const auto isSpace = [this](qint64 place) {
+        return quib::syntax::isSpace(m_text.characterAtIndex(place)) || quib::isTextlessAttachment(m_text, place);
+    };
     qint64 start = range.location;
     qint64 limit = range.limit();
     while (start < limit && isSpace(start)) {
@@ -213,19 +216,20 @@ qint64 InlineToggle::textLength(NSRange range) const
     return length;
 }
 
-/// Markers of other styles are no text: they count neither as styled nor as plain.
-bool InlineToggle::isOtherMarker(qint64 place) const
+/// Markers of other styles, and what stands for nothing, are no text: they count neither as styled nor as plain.
+bool InlineToggle::isNoText(qint64 place) const
 {
-    return std::ranges::any_of(inlineMarkerNames(), [&](const NSAttributeName &name) {
-        return name != m_markerName && m_text.attribute(name, place).boolValue();
-    });
+    return quib::isTextlessAttachment(m_text, place) ||
+           std::ranges::any_of(inlineMarkerNames(), [&](const NSAttributeName &name) {
+               return name != m_markerName && m_text.attribute(name, place).boolValue();
+           });
 }
 
 bool InlineToggle::isStyledThroughout(NSRange range) const
 {
     qint64 place = range.location;
     const auto isPassed = [&](qint64 limit) {
-        while (place < limit && isOtherMarker(place)) {
+        while (place < limit && isNoText(place)) {
             ++place;
         }
         return place >= limit;
@@ -302,13 +306,13 @@ std::optional<NSRange> InlineToggle::toggleOff(NSRange range)
     // The markers inside, or directly outside; those of other styles may stand between.
     const qint64 length = m_marker.size();
     qint64 inner = start;
-    while (inner < limit && isOtherMarker(inner)) {
+    while (inner < limit && isNoText(inner)) {
         ++inner;
     }
     const Pair *first = pairBefore(inner + 1);
     if (first == nullptr || first->open.location != inner) {
         first = pairAround(start);
-        while (first != nullptr && start > first->open.limit() && isOtherMarker(start - 1)) {
+        while (first != nullptr && start > first->open.limit() && isNoText(start - 1)) {
             --start;
         }
         if (first == nullptr || start != first->open.limit()) {
@@ -317,13 +321,13 @@ std::optional<NSRange> InlineToggle::toggleOff(NSRange range)
         start -= length;
     }
     inner = limit;
-    while (inner > range.location && isOtherMarker(inner - 1)) {
+    while (inner > range.location && isNoText(inner - 1)) {
         --inner;
     }
     const Pair *last = pairBefore(inner);
     if (last == nullptr || last->close.limit() != inner) {
         last = pairAround(limit);
-        while (last != nullptr && limit < last->close.location && isOtherMarker(limit)) {
+        while (last != nullptr && limit < last->close.location && isNoText(limit)) {
             ++limit;
         }
         if (last == nullptr || limit != last->close.location) {
@@ -397,7 +401,8 @@ void InlineToggle::removeMarkersIn(NSRange range)
 
 void InlineToggle::insertOpening(qint64 location, bool needExternalBoundarySpaces)
 {
-    const char16_t before = location == 0 ? u' ' : m_text.characterAtIndex(location - 1);
+    const qint64 start = quib::rangeWithTextlessAttachments(m_text, {location, 0}).location;
+    const char16_t before = start == 0 ? u' ' : m_text.characterAtIndex(start - 1);
     if (needExternalBoundarySpaces && before != u' ' && before != u'\n') {
         m_edits.insert(location, QStringLiteral(" "));
     }
@@ -406,7 +411,8 @@ void InlineToggle::insertOpening(qint64 location, bool needExternalBoundarySpace
 
 void InlineToggle::insertClosing(qint64 location, bool needExternalBoundarySpaces)
 {
-    const char16_t behind = location == m_text.length() ? u' ' : m_text.characterAtIndex(location);
+    const qint64 limit = quib::rangeWithTextlessAttachments(m_text, {location, 0}).limit();
+    const char16_t behind = limit == m_text.length() ? u' ' : m_text.characterAtIndex(limit);
     m_edits.insert(location, m_marker, MarkerEdits::Caret::Before);
     if (needExternalBoundarySpaces && behind != u' ' && behind != u'\n' &&
         !quib::syntax::isClosingPunctuation(behind)) {

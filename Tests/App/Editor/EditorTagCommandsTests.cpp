@@ -3,6 +3,9 @@
 #include "EditorPaneFixture.h"
 
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
 
 #include <vector>
 
@@ -122,6 +125,92 @@ TEST_F(EditorTagCommands, ACommandWithNothingToDoLeavesUndoneStepsToBeDoneAgain)
     press(Qt::Key_Tab);
     EXPECT_EQ(shown(), u"\t* a #t b"_s);
     EXPECT_TRUE(view().undoManager().canUndo());
+}
+
+TEST_F(EditorTagCommands, BlanksBesideATagAreSeenThroughItsSpacers)
+{
+    struct Case
+    {
+        QString text;
+        qint64 location; ///< of the selection, counted in the note's text, outside of spacers or inside
+        bool isInside;
+        qint64 length; ///< in the note's text
+        QString command;
+        QString expected;
+    };
+    const std::vector<Case> cases = {
+        {u"x #tag"_s, 2, true, 4, u"strike"_s, u"x -#tag-"_s},
+        {u"x #tag y"_s, 2, true, 4, u"underline"_s, u"x _#tag_ y"_s},
+        {u"x #tag y"_s, 2, false, 4, u"underline"_s, u"x _#tag_ y"_s},
+        {u"x #aabbcc y"_s, 2, false, 7, u"underline"_s, u"x _#aabbcc_ y"_s},
+        {u"#tag y"_s, 0, true, 4, u"underline"_s, u"_#tag_ y"_s},
+        {u"a\n#tag\nb"_s, 2, true, 4, u"strike"_s, u"a\n-#tag-\nb"_s},
+        {u"x#y"_s, 1, false, 2, u"underline"_s, u"x _#y_"_s},
+    };
+    for (const Case &each : cases) {
+        show(each.text);
+        const auto expanded = [this](qint64 place) {
+            return view().textStorage().stringWithExpandedTextAttachmentsWithRange({0, place}).size();
+        };
+        qint64 first = 0;
+        while (expanded(first) < each.location || (each.isInside && expanded(first + 1) == each.location)) {
+            ++first;
+        }
+        qint64 last = first;
+        while (expanded(last) < each.location + each.length) {
+            ++last;
+        }
+        if (!each.isInside) {
+            while (last < view().textStorage().length() && expanded(last + 1) == expanded(last)) {
+                ++last;
+            }
+        }
+        view().setSelectedRange({first, last - first});
+        run(each.command);
+        EXPECT_EQ(shown(), each.expected) << each.text.toStdString() << ", inside " << each.isInside;
+        run(each.command);
+        run(each.command);
+        EXPECT_EQ(shown(), each.expected) << each.text.toStdString() << ", inside " << each.isInside;
+    }
+}
+
+TEST_F(EditorTagCommands, ASelectedBlankIsNoMoreWithTheSpacerBehindIt)
+{
+    show(u"x #tag"_s);
+    view().setSelectedRange({1, 2});
+    ASSERT_EQ(marked(), u"x[ ]#tag"_s);
+    run(u"bold"_s);
+    EXPECT_EQ(shown(), u"x #tag"_s);
+    EXPECT_FALSE(view().undoManager().canUndo());
+}
+
+TEST_F(EditorTagCommands, WhatIsPastedBesideATagKeepsApartByOneBlank)
+{
+    const auto paste = [this](const QString &text, qint64 location, bool asCode) {
+        auto *data = new QMimeData;
+        data->setText(u"word"_s);
+        data->setData(u"application/x-quib-markup"_s, "word");
+        data->setData(u"application/x-quib-words"_s, "1");
+        show(text);
+        QGuiApplication::clipboard()->setMimeData(data);
+        view().setSelectedRange({location, 0});
+        if (asCode) {
+            run(u"paste-code"_s);
+        } else {
+            view().paste();
+        }
+        return shown();
+    };
+    // In front of a tag's opening spacer, which is at 2, and behind it.
+    EXPECT_EQ(paste(u"x #tag"_s, 2, false), u"x word #tag"_s);
+    EXPECT_EQ(paste(u"x #tag"_s, 3, false), u"x word #tag"_s);
+    EXPECT_EQ(paste(u"#tag"_s, 1, false), u"word #tag"_s);
+    EXPECT_EQ(paste(u"#tag y"_s, 6, false), u"#tag word y"_s);
+    EXPECT_EQ(paste(u"#tag y"_s, 5, false), u"#tag word y"_s);
+    // A fence has a line of its own, and takes no other.
+    EXPECT_EQ(paste(u"#tag"_s, 1, true), u"```\nword\n```\n#tag"_s);
+    EXPECT_EQ(paste(u"a\n#tag"_s, 3, true), u"a\n```\nword\n```\n#tag"_s);
+    EXPECT_EQ(paste(u"#tag\nb"_s, 5, true), u"#tag\n```\nword\n```\nb"_s);
 }
 
 } // namespace quib::tests

@@ -54,11 +54,11 @@ TEST(SmartPasteTest, KeepsWordsApart)
         QString pasted;
         QString inserted;
     } cases[] = {
-        {u"a|b"_s, u"x"_s, u" x "_s},       {u"a |b"_s, u"x"_s, u"x "_s},   {u"a| b"_s, u"x"_s, u" x"_s},
-        {u"|ab"_s, u"x"_s, u"x "_s},        {u"ab|"_s, u"x"_s, u" x"_s},    {u"|"_s, u"x"_s, u"x"_s},
-        {u"a\n|\nb"_s, u"x"_s, u"x"_s},     {u"a[b]c"_s, u"x"_s, u" x "_s}, {u"a|b"_s, u" x\t"_s, u" x\t"_s},
-        {u"a|b"_s, u""_s, u""_s},           {u"a|b"_s, u" "_s, u" "_s},     {u"a|b"_s, u"\n\n"_s, u"\n\n"_s},
-        {u"a\t|.b"_s, u"x y"_s, u"x y "_s},
+        {u"a|b"_s, u"x"_s, u" x "_s},       {u"a |b"_s, u"x"_s, u"x "_s},         {u"a| b"_s, u"x"_s, u" x"_s},
+        {u"|ab"_s, u"x"_s, u"x "_s},        {u"ab|"_s, u"x"_s, u" x"_s},          {u"|"_s, u"x"_s, u"x"_s},
+        {u"a\n|\nb"_s, u"x"_s, u"x"_s},     {u"a[b]c"_s, u"x"_s, u" x "_s},       {u"a|b"_s, u" x\t"_s, u" x\t"_s},
+        {u"a|b"_s, u""_s, u""_s},           {u"a|b"_s, u" "_s, u" "_s},           {u"a|b"_s, u"\n\n"_s, u"\n\n"_s},
+        {u"a\t|.b"_s, u"x y"_s, u"x y "_s}, {u"a|b"_s, u"\nx\n"_s, u" \nx\n "_s},
     };
     for (const auto &[text, pasted, inserted] : cases) {
         const MarkedText marked = MarkedText::parsed(text);
