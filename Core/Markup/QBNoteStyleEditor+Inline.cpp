@@ -117,7 +117,8 @@ NSRange InlineToggle::toggleInlineStyle(NSRange inRange, bool needTrimming, bool
     return toggleOn(range, needExternalBoundarySpaces);
 }
 
-/// Markers of one kind open and close in turn, and no pair leaves its line.
+/// Markers of one kind open and close in turn, and no pair leaves its line. Where a style has two writings, the other
+/// one within a pair is what stands between the markers.
 void InlineToggle::findPairs()
 {
     const qint64 length = m_marker.size();
@@ -127,10 +128,10 @@ void InlineToggle::findPairs()
                                   // Markers that touch are one run.
                                   for (qint64 i = run.location; value && i + length <= run.limit(); i += length) {
                                       const NSRange marker{i, length};
-                                      if (open) {
-                                          m_pairs.push_back({*std::exchange(open, std::nullopt), marker});
-                                      } else {
+                                      if (!open) {
                                           open = marker;
+                                      } else if (m_text.stringInRange(*open) == m_text.stringInRange(marker)) {
+                                          m_pairs.push_back({*std::exchange(open, std::nullopt), marker});
                                       }
                                   }
                               });
