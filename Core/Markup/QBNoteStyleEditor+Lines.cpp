@@ -2,9 +2,11 @@
 
 #include "MarkerEdits.h"
 
+#include <Markup/Syntax/SyntaxCharacters.h>
 #include <Text/NSStringHelpers.h>
 #include <Text/TextAroundRange.h>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -66,6 +68,19 @@ private:
     const NSAttributeName &m_fence;
 };
 
+/// The last fence of a text up to a limit where it opens nothing, since no other one follows that would close it;
+/// nothing where all are halves of painted blocks.
+std::optional<qint64> waitingFence(const NSAttributedString &text, const QString &marker, const PaintedBlocks &blocks,
+                                   qint64 limit)
+{
+    const QStringView before = text.stringInRange({0, limit});
+    qsizetype place = before.lastIndexOf(marker);
+    while (place > 0 && !quib::syntax::isLineStart(before, place)) {
+        place = before.lastIndexOf(marker, place - 1);
+    }
+    return place < 0 || blocks.isFence(place) ? std::nullopt : std::optional<qint64>(place);
+}
+
 /// What ends a paragraph, 0 to 2 units.
 qint64 terminatorLength(const NSAttributedString &text, NSRange paragraph)
 {
@@ -89,6 +104,9 @@ QBNoteStyleEditor::Result QBNoteStyleEditor::toggleMultiLineStyle(const NSAttrib
     const PaintedBlocks blocks(text, style, styleMarkerName);
     const NSRange lines = blocks.linesWithBlocks(text.paragraphRangeForRange(selection));
 
+    // With a fence that waits for another, whatever comes behind it pairs: it is taken for a half of the block.
+    const auto waiting = waitingFence(text, styleMarker, blocks, lines.limit());
+
     struct Line
     {
         NSRange range;
@@ -96,16 +114,16 @@ QBNoteStyleEditor::Result QBNoteStyleEditor::toggleMultiLineStyle(const NSAttrib
     };
     std::vector<Line> fences;
     bool isAllCode = lines.length > 0;
-    bool beginsWithCode = false;
+    bool beginsWithCode = waiting && *waiting <= lines.location;
     bool endsWithCode = false;
     Line last{lines, /*isFence=*/false};
     NSRange beforeLast = kNotFoundRange;
     for (qint64 start = lines.location; start < lines.limit();) {
         beforeLast = start == lines.location ? kNotFoundRange : last.range;
-        last = {text.paragraphRangeForRange({start, 0}), blocks.isFence(start)};
-        endsWithCode = blocks.holds(start);
-        beginsWithCode = start == lines.location ? endsWithCode : beginsWithCode;
-        isAllCode = isAllCode && endsWithCode;
+        last = {text.paragraphRangeForRange({start, 0}), blocks.isFence(start) || start == waiting};
+        isAllCode = isAllCode && blocks.holds(start);
+        beginsWithCode = beginsWithCode || (start == lines.location && blocks.holds(start));
+        endsWithCode = blocks.holds(start) || (start == waiting && start > lines.location);
         if (last.isFence) {
             fences.push_back(last);
         }
