@@ -130,6 +130,7 @@ void CompletionPopup::open(const QBEditorAutoCompleteItemsProvider::Items &items
                            const QString &typed, const QRect &caret)
 {
     m_items = items;
+    m_typed = typed;
     clear();
     if (items.isEmpty()) {
         hide();
@@ -176,6 +177,13 @@ void CompletionPopup::close()
 QBEditorAutoCompleteItem::Ref CompletionPopup::chosenItem() const
 {
     return m_items.value(currentRow());
+}
+
+bool CompletionPopup::isTypedWhole() const
+{
+    return isOpen() && currentRow() == 0 && std::any_of(m_items.cbegin(), m_items.cend(), [this](const auto &item) {
+               return item->autoCompleteItemTitle() == m_typed;
+           });
 }
 
 bool CompletionPopup::keyPress(int key, Qt::KeyboardModifiers modifiers)

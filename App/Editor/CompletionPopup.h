@@ -24,6 +24,8 @@ public:
     void close();
     [[nodiscard]] bool isOpen() const { return isVisible(); }
     [[nodiscard]] QBEditorAutoCompleteItem::Ref chosenItem() const;
+    /// Whether what was typed is one of the entries already, and no other was chosen by keys.
+    [[nodiscard]] bool isTypedWhole() const;
     /// Whether the key was the list's: arrows and pages move, return and tab take the entry, escape hides the list.
     bool keyPress(int key, Qt::KeyboardModifiers modifiers);
 
@@ -36,6 +38,7 @@ private:
     void tellOfChoice();
 
     QBEditorAutoCompleteItemsProvider::Items m_items;
+    QString m_typed;
 };
 
 } // namespace quib

@@ -391,6 +391,12 @@ bool QBNoteEditorViewController::eventFilter(QObject *watched, QEvent *event)
     }
     if (watched == m_view && event->type() == QEvent::KeyPress) {
         const auto &key = static_cast<const QKeyEvent &>(*event);
+        // A tag or a language that is typed whole has nothing to complete: Return ends its line. A link to a note still
+        // wants its brackets.
+        const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+        if (isReturn && m_popup->isTypedWhole() && m_completion->autocompleteType() != QBAutoCompleteType::Note) {
+            closeCompletion();
+        }
         if (m_popup->keyPress(key.key(), key.modifiers())) {
             return true;
         }

@@ -39,6 +39,31 @@ TEST_F(EditorCompletion, ATagIsCompletedByKeys)
     EXPECT_EQ(shown(), u"Mine #ga"_s);
 }
 
+TEST_F(EditorCompletion, ReturnEndsALineThatIsTypedWhole)
+{
+    const auto other = makeNote(u"Other #tag #tagged"_s);
+    show({});
+    type(u"about #tag"_s);
+    ASSERT_TRUE(popup().isOpen());
+    press(Qt::Key_Return);
+    type(u"next"_s);
+    EXPECT_EQ(shown(), u"about #tag\nnext"_s);
+    // Another entry that was chosen is taken; so is the only one of a word that is not whole.
+    type(u" #tag"_s);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(shown(), u"about #tag\nnext #tagged "_s);
+    type(u"#tagg"_s);
+    press(Qt::Key_Return);
+    EXPECT_EQ(shown(), u"about #tag\nnext #tagged #tagged "_s);
+    show({});
+    type(u"```python"_s);
+    ASSERT_TRUE(popup().isOpen());
+    press(Qt::Key_Return);
+    type(u"import os"_s);
+    EXPECT_EQ(shown(), u"```python\nimport os"_s);
+}
+
 TEST_F(EditorCompletion, AClosedTagIsLeftAsItIs)
 {
     const auto other = makeNote(u"Other #garden #gallery #At Work#"_s);
