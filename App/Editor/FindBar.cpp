@@ -157,13 +157,16 @@ void FindBar::open(bool withReplacing)
     const QString selected =
         m_view.textStorage().string().sliced(selection.location, std::min(selection.length, kLongestTaken)).toString();
     m_startLocation = selection.location;
+    // What was typed into the bar stays in it while the keyboard does.
+    const bool takesSelection = !isVisible() || m_view.hasFocus();
     const bool replaces = withReplacing && !m_view.isReadOnly();
     m_replace->setVisible(replaces);
     m_replaceButtons->setVisible(replaces);
     show();
-    if (!selected.isEmpty() && selection.length < kLongestTaken && !selected.contains(u'\n') &&
+    if (takesSelection && !selected.isEmpty() && selection.length < kLongestTaken && !selected.contains(u'\n') &&
         !selected.contains(QChar::ObjectReplacementCharacter)) {
-        m_find->setText(selected);
+        m_find->setText(options().isRegularExpression ? NSRegularExpression::escapedPatternForString(selected)
+                                                      : selected);
     }
     m_find->setFocus(Qt::ShortcutFocusReason);
     m_find->selectAll();
@@ -268,7 +271,7 @@ void FindBar::showStatus()
 {
     m_find->setToolTip(m_finder.problem());
     if (!m_finder.problem().isEmpty()) {
-        say(tr("No pattern"));
+        say(tr("Not a valid pattern"));
     } else if (m_find->text().isEmpty()) {
         say({});
     } else if (m_matches.isEmpty()) {
@@ -344,6 +347,10 @@ void FindBar::replaceAll()
     const UnfoldedText searched(m_view.textStorage().attributedString());
     const auto replaced = m_finder.replacingAll(searched, m_replace->text());
     if (!replaced) {
+        return;
+    }
+    if (replaced->count == 0) {
+        say(tr("Too much to replace"));
         return;
     }
     m_isEditing = true;

@@ -6,6 +6,13 @@ using namespace Qt::StringLiterals;
 
 namespace quib {
 
+namespace {
+
+/// Units: UTF-16 units.
+constexpr qsizetype kLongestReplaced = 64 * 1024 * 1024;
+
+} // namespace
+
 NoteTextFinder::NoteTextFinder(const QString &text, const FindOptions &options)
     : m_expandsTemplates(options.isRegularExpression)
 {
@@ -104,10 +111,14 @@ std::optional<NoteTextFinder::ReplacedText> NoteTextFinder::replacingAll(const U
                                                replaced.text += text.expandedString({done, range.location - done});
                                                replaced.text += expanded(string, match, withTemplate);
                                                done = range.limit();
-                                               *stop = ++replaced.count >= kMostMatches;
+                                               ++replaced.count;
+                                               *stop = replaced.text.size() > kLongestReplaced;
                                            });
     if (replaced.count == 0) {
         return std::nullopt;
+    }
+    if (replaced.text.size() > kLongestReplaced) {
+        return ReplacedText{};
     }
     whole.length = text.rangeWithWholeFolds({done - 1, 1}).limit() - whole.location;
     replaced.text += text.expandedString({done, whole.limit() - done});

@@ -30,7 +30,7 @@ struct FindOptions
 class NoteTextFinder
 {
 public:
-    /// More is not found in one text.
+    /// More is not shown as found in one text.
     static constexpr qsizetype kMostMatches = 10000;
 
     /// Finds nothing.
@@ -51,7 +51,8 @@ public:
         QString text;  ///< what takes its place, attachments spelled out
         qsizetype count = 0;
     };
-    /// All matches replaced as one edit; nothing where there are none.
+    /// All matches replaced as one edit, however many; nothing where there are none, and none of them where the text
+    /// would not be a note's any more.
     [[nodiscard]] std::optional<ReplacedText> replacingAll(const UnfoldedText &text, const QString &withTemplate) const;
 
 private:

@@ -47,6 +47,10 @@ const UnfoldedText::Fold *UnfoldedText::foldBefore(qint64 place) const
 
 QString UnfoldedText::expandedString(NSRange range) const
 {
+    const QStringView plain = string().sliced(range.location, range.length);
+    if (!plain.contains(QChar::ObjectReplacementCharacter)) {
+        return plain.toString();
+    }
     return QBNotesTextStorage::stringWithExpandedTextAttachmentsFromAttributedString(
         text().attributedSubstringFromRange(range));
 }

@@ -1387,8 +1387,12 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>استبدال الكل</translation>
     </message>
     <message>
-        <source>No pattern</source>
+        <source>Not a valid pattern</source>
         <translation>نمط غير صالح</translation>
+    </message>
+    <message>
+        <source>Too much to replace</source>
+        <translation>النص أكبر من أن يُستبدل</translation>
     </message>
     <message>
         <source>Not found</source>

@@ -1363,8 +1363,12 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <translation>Alle ersetzen</translation>
     </message>
     <message>
-        <source>No pattern</source>
+        <source>Not a valid pattern</source>
         <translation>Kein gültiges Muster</translation>
+    </message>
+    <message>
+        <source>Too much to replace</source>
+        <translation>Zu viel zu ersetzen</translation>
     </message>
     <message>
         <source>Not found</source>

@@ -1363,8 +1363,12 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <translation>Reemplazar todo</translation>
     </message>
     <message>
-        <source>No pattern</source>
+        <source>Not a valid pattern</source>
         <translation>Patrón no válido</translation>
+    </message>
+    <message>
+        <source>Too much to replace</source>
+        <translation>Demasiado que reemplazar</translation>
     </message>
     <message>
         <source>Not found</source>

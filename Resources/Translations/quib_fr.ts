@@ -1363,8 +1363,12 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <translation>Tout remplacer</translation>
     </message>
     <message>
-        <source>No pattern</source>
+        <source>Not a valid pattern</source>
         <translation>Motif incorrect</translation>
+    </message>
+    <message>
+        <source>Too much to replace</source>
+        <translation>Trop de texte à remplacer</translation>
     </message>
     <message>
         <source>Not found</source>

@@ -1363,8 +1363,12 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>Sostituisci tutto</translation>
     </message>
     <message>
-        <source>No pattern</source>
+        <source>Not a valid pattern</source>
         <translation>Espressione non valida</translation>
+    </message>
+    <message>
+        <source>Too much to replace</source>
+        <translation>Troppo da sostituire</translation>
     </message>
     <message>
         <source>Not found</source>

@@ -1357,8 +1357,12 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>すべて置換</translation>
     </message>
     <message>
-        <source>No pattern</source>
+        <source>Not a valid pattern</source>
         <translation>正規表現が不正</translation>
+    </message>
+    <message>
+        <source>Too much to replace</source>
+        <translation>置換する量が多すぎます</translation>
     </message>
     <message>
         <source>Not found</source>

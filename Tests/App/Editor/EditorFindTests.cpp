@@ -65,7 +65,7 @@ TEST_F(EditorFind, OptionsTellWhatIsFound)
         {"a dot is a dot", u"a.c abc"_s, u"a.c"_s, {}, u"1 of 1"_s},
         {"lines have starts", u"x\nx"_s, u"^x"_s, {.isRegularExpression = true}, u"1 of 2"_s},
         {"nothing there", u"abc"_s, u"d"_s, {}, u"Not found"_s},
-        {"no pattern", u"abc"_s, u"(("_s, {.isRegularExpression = true}, u"No pattern"_s},
+        {"no pattern", u"abc"_s, u"(("_s, {.isRegularExpression = true}, u"Not a valid pattern"_s},
         {"empty matches are none", u"abc"_s, u"z*"_s, {.isRegularExpression = true}, u"Not found"_s},
     };
     for (const Case &testCase : cases) {
@@ -118,6 +118,39 @@ TEST_F(EditorFind, ReplacesAllAsOneStepAndKeepsTheMarkup)
     EXPECT_EQ(shown(), QString(text).replace(u"cat"_s, u"c$1ow"_s));
     view().undo();
     EXPECT_EQ(shown(), text);
+}
+
+TEST_F(EditorFind, ReplacesAllHoweverMany)
+{
+    show(u"x "_s.repeated(30'000));
+    bar().open(/*withReplacing=*/true);
+    find(u"x"_s);
+    bar().replaceField().setText(u"yy"_s);
+    bar().replaceAll();
+    EXPECT_EQ(shown(), u"yy "_s.repeated(30'000));
+    EXPECT_EQ(bar().status(), u"30000 replaced"_s);
+    // What no note could hold is not begun with.
+    find(u"y"_s);
+    bar().replaceField().setText(QString(10'000, u'z'));
+    bar().replaceAll();
+    EXPECT_EQ(bar().status(), u"Too much to replace"_s);
+    EXPECT_EQ(shown(), u"yy "_s.repeated(30'000));
+}
+
+TEST_F(EditorFind, OpenedAgainItKeepsWhatIsLookedFor)
+{
+    show(u"a.b and acb"_s);
+    view().setSelectedRange({0, 0});
+    press(Qt::Key_F, Qt::ControlModifier);
+    find(u"a(.)b"_s, {.isRegularExpression = true});
+    EXPECT_EQ(marked(), u"[a.b] and acb"_s);
+    QTest::keyClick(&bar().findField(), Qt::Key_H, Qt::ControlModifier);
+    EXPECT_EQ(bar().findField().text(), u"a(.)b"_s);
+    // From the text the selection is taken, for what it says.
+    view().setFocus();
+    press(Qt::Key_H, Qt::ControlModifier);
+    EXPECT_EQ(bar().findField().text(), u"a\\.b"_s);
+    EXPECT_EQ(bar().status(), u"1 of 1"_s);
 }
 
 TEST_F(EditorFind, TemplatesOfPatternsAreExpanded)
