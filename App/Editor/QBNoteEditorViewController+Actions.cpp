@@ -389,6 +389,10 @@ void QBNoteEditorViewController::makeActions()
     })->setShortcuts({keys(Qt::CTRL | Qt::Key_Plus), keys(Qt::CTRL | Qt::Key_Equal)});
     addCommand(u"zoom-out"_s, tr("Zoom Out"), keys(Qt::CTRL | Qt::Key_Minus), [this] { zoomOut(); });
     addCommand(u"zoom-reset"_s, tr("Actual Size"), keys(Qt::CTRL | Qt::Key_0), [this] { resetZoom(); });
+    // The text is as large as one wants to read it, wherever the keyboard is.
+    for (const auto &name : {u"zoom-in"_s, u"zoom-out"_s, u"zoom-reset"_s}) {
+        action(name)->setShortcutContext(Qt::WindowShortcut);
+    }
     addCommand(u"wider-lines"_s, tr("Wider Lines"), keys(Qt::CTRL | Qt::ALT | Qt::Key_Plus),
                [this] { changeLineWidth(kLineWidthStep); });
     addCommand(u"narrower-lines"_s, tr("Narrower Lines"), keys(Qt::CTRL | Qt::ALT | Qt::Key_Minus),

@@ -120,6 +120,8 @@ void QBMainWindowController::addNewNote()
     if (m_notes->representedObject() == nullptr || !m_notes->representedObject()->canCreateNotes()) {
         showList(QBXurlList::AllNotes);
     }
+    // What was typed is older than the new note, and stands below it.
+    saveNote(/*forceSave=*/false);
     const Ref<QBNote> note = m_notes->createNewNote();
     if (!note) {
         return;
@@ -140,6 +142,7 @@ void QBMainWindowController::addNewNoteInNewWindow()
     if (m_notes->representedObject() == nullptr || !m_notes->representedObject()->canCreateNotes()) {
         showList(QBXurlList::AllNotes);
     }
+    saveNote(/*forceSave=*/false);
     if (const Ref<QBNote> note = m_notes->createNewNote()) {
         m_context->processPendingChanges();
         detachEditorWindowForNote(*note, /*floating=*/false);

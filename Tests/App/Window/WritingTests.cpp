@@ -61,6 +61,31 @@ TEST_F(Writing, TheRowFollowsTheTextAndMovesToTheTop)
     EXPECT_EQ(window().editor().note()->title(), u"One and a half"_s);
 }
 
+TEST_F(Writing, EachNewNoteStandsAboveTheOneBefore)
+{
+    launch();
+    for (const QString &title : {u"One"_s, u"Two"_s, u"Three"_s}) {
+        press(Qt::Key_N, Qt::ControlModifier);
+        type(title);
+    }
+    trigger(u"focus-notes"_s);
+    settle();
+    EXPECT_EQ(rows(), (QStringList{u"Three"_s, u"Two"_s, u"One"_s}));
+}
+
+TEST_F(Writing, TheTextIsZoomedWhereverTheKeyboardIs)
+{
+    launch({u"# One"_s});
+    trigger(u"focus-sidebar"_s);
+    const auto zoomed = [] {
+        return QBNotesPreferenceManager::sharedPreferenceManager()->preferenceValueForKey(
+            QString(QBNoteEditorViewController::kZoomKey));
+    };
+    const PropertyValue before = zoomed();
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_FALSE(zoomed() == before);
+}
+
 TEST_F(Writing, AnotherNoteSavesTheOneBefore)
 {
     launch({u"# One"_s, u"# Two"_s});
