@@ -157,15 +157,11 @@ bool QBNoteTextView::editByKey(QKeyEvent *event)
     } else if (matches(QKeySequence::Paste)) {
         paste();
     } else if (matches(QKeySequence::DeleteStartOfWord)) {
-        const NSRange selection = selectedRange();
-        const qint64 start = wordBoundary(m_caret, false);
-        selection.length > 0 ? deleteRange(selection) : deleteBesideCaret({start, m_caret - start});
+        deleteTo(wordBoundary(m_caret, false));
     } else if (matches(QKeySequence::DeleteEndOfWord)) {
-        const NSRange selection = selectedRange();
-        selection.length > 0 ? deleteRange(selection)
-                             : deleteBesideCaret({m_caret, wordBoundary(m_caret, true) - m_caret});
+        deleteTo(wordBoundary(m_caret, true));
     } else if (matches(QKeySequence::DeleteEndOfLine)) {
-        deleteBesideCaret({m_caret, m_layout.lineRange(m_caret, m_isUpstream).limit() - m_caret});
+        deleteTo(m_layout.lineRange(m_caret, m_isUpstream).limit());
     } else if (matches(QKeySequence::Delete)) {
         deleteForward();
     } else if (event->key() == Qt::Key_Backspace &&
@@ -306,15 +302,16 @@ NSRange QBNoteTextView::rangeAround(qint64 location, Granularity granularity)
     return {location, 0};
 }
 
-void QBNoteTextView::beginTyping()
+void QBNoteTextView::beginTyping(Typing typing)
 {
-    // What is typed in one place, up to the end of a line, is undone together.
-    if (m_isTyping && (m_typedLocation != m_caret || m_typedCount >= kTypedTogether)) {
+    // What is typed in one place, up to the end of a line, is undone together; so is what is deleted, but not the two:
+    // who deletes too much gets back what stood there before the first deletion.
+    if (m_typing != typing || m_typedLocation != m_caret || m_typedCount >= kTypedTogether) {
         breakUndoCoalescing();
     }
-    if (!m_isTyping) {
+    if (m_typing == Typing::None) {
         m_undoManager->beginUndoGrouping();
-        m_isTyping = true;
+        m_typing = typing;
         m_typedCount = 0;
     }
     ++m_typedCount;
@@ -322,8 +319,8 @@ void QBNoteTextView::beginTyping()
 
 void QBNoteTextView::breakUndoCoalescing()
 {
-    if (m_isTyping) {
-        m_isTyping = false;
+    if (m_typing != Typing::None) {
+        m_typing = Typing::None;
         m_undoManager->endUndoGrouping();
         Q_EMIT undoAvailabilityChanged();
     }
@@ -370,7 +367,7 @@ void QBNoteTextView::typeText(const QString &text, NSRange replacedRange)
     if (replacedRange.length > 0) {
         breakUndoCoalescing();
     }
-    beginTyping();
+    beginTyping(Typing::Writing);
     const QScopedValueRollback typed(m_isTypedChange, true);
     const auto heading = headingForText(text, replacedRange);
     insertText(heading ? heading->text : text, heading ? heading->replaced : replacedRange);
@@ -481,17 +478,27 @@ void QBNoteTextView::deleteBesideCaret(NSRange range)
     removeText(NSUnionRange(range, rangeTaken(seen)));
 }
 
+void QBNoteTextView::deleteTo(qint64 location)
+{
+    breakUndoCoalescing();
+    const NSRange selection = selectedRange();
+    m_undoManager->beginUndoGrouping();
+    if (selection.length > 0) {
+        deleteRange(selection);
+    } else {
+        deleteBesideCaret({std::min(m_caret, location), std::abs(location - m_caret)});
+    }
+    m_undoManager->endUndoGrouping();
+    Q_EMIT undoAvailabilityChanged();
+}
+
 void QBNoteTextView::deleteBackward()
 {
     const QScopedValueRollback typed(m_isTypedChange, true);
-    const NSRange selection = selectedRange();
-    if (selection.length > 0) {
-        breakUndoCoalescing();
-        m_undoManager->beginUndoGrouping();
-        deleteRange(selection);
-        m_undoManager->endUndoGrouping();
+    if (selectedRange().length > 0) {
+        deleteTo(m_caret);
     } else if (m_caret > 0) {
-        beginTyping();
+        beginTyping(Typing::DeletingBackward);
         const qint64 start = stepped(m_caret, false);
         deleteBesideCaret({start, m_caret - start});
         m_typedLocation = m_caret;
@@ -500,14 +507,10 @@ void QBNoteTextView::deleteBackward()
 
 void QBNoteTextView::deleteForward()
 {
-    const NSRange selection = selectedRange();
-    if (selection.length > 0) {
-        breakUndoCoalescing();
-        m_undoManager->beginUndoGrouping();
-        deleteRange(selection);
-        m_undoManager->endUndoGrouping();
+    if (selectedRange().length > 0) {
+        deleteTo(m_caret);
     } else {
-        beginTyping();
+        beginTyping(Typing::DeletingForward);
         deleteBesideCaret({m_caret, stepped(m_caret, true) - m_caret});
         m_typedLocation = m_caret;
     }

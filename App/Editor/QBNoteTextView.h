@@ -276,7 +276,17 @@ private:
     /// What a key takes that was pressed beside it. What stands for nothing at its edges takes nothing else along. A
     /// fold in it is opened, and nothing goes: nobody has seen what the key would take.
     void deleteBesideCaret(NSRange range);
-    void beginTyping();
+    /// Takes away what is selected, or what lies between the caret and a place, as a step of its own.
+    void deleteTo(qint64 location);
+    /// What keys do one after the other, and what is undone in one step.
+    enum class Typing
+    {
+        None,
+        Writing,
+        DeletingBackward,
+        DeletingForward,
+    };
+    void beginTyping(Typing typing);
     /// Where a heading is typed, or pasted, right behind the marker of one, it takes the place of that marker: a new
     /// note begins as a heading, and who writes the marker all the same means one.
     struct Heading
@@ -345,7 +355,7 @@ private:
     bool m_mayDrag = false;
     qint64 m_dropLocation = -1;
 
-    bool m_isTyping = false;
+    Typing m_typing = Typing::None;
     qint64 m_typedLocation = -1;
     int m_typedCount = 0;
     bool m_isTypedChange = false;

@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QInputMethodEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 
 #include <algorithm>
@@ -41,6 +42,46 @@ TEST(NoteTextViewKeys, TypingStylesAndIsUndoneInStretches)
         editor.press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     }
     EXPECT_EQ(editor.text(), u"# Title\nsome *bold* text #tag "_s);
+}
+
+TEST(NoteTextViewKeys, WhatIsDeletedIsUndoneApartFromWhatIsTyped)
+{
+    struct Case
+    {
+        const char *name;
+        QString text;
+        qint64 caret;
+        QString typed;
+        std::vector<QKeyCombination> keys;
+        QStringList undone; ///< the text after each step back
+    };
+    const std::vector<QKeyCombination> sentence(22, Qt::Key_Backspace);
+    const Case cases[] = {
+        {"backwards", {}, 0, u"precious sentence here"_s, sentence, {u"precious sentence here"_s, u""_s}},
+        {"forwards", u"def"_s, 0, u"abc"_s, {Qt::Key_Delete, Qt::Key_Delete}, {u"abcdef"_s, u"def"_s}},
+        {"both ways", u"abcd"_s, 2, {}, {Qt::Key_Backspace, Qt::Key_Delete}, {u"acd"_s, u"abcd"_s}},
+        {"and typing again", u"ab"_s, 2, {}, {Qt::Key_Backspace, Qt::Key_X, Qt::Key_Y}, {u"a"_s, u"ab"_s}},
+        {"a word backwards", {}, 0, u"one two"_s, {Qt::CTRL | Qt::Key_Backspace}, {u"one two"_s, u""_s}},
+        {"words", u"a b"_s, 0, u"one "_s, {Qt::CTRL | Qt::Key_Delete, Qt::Key_Backspace}, {u"one  b"_s, u"one a b"_s}},
+    };
+    for (const Case &testCase : cases) {
+        SCOPED_TRACE(testCase.name);
+        EditorFixture editor(0, testCase.text);
+        editor.view().setSelectedRange({testCase.caret, 0});
+        editor.type(testCase.typed);
+        for (const QKeyCombination key : testCase.keys) {
+            editor.press(key.key(), key.keyboardModifiers());
+        }
+        const QString last = editor.text();
+        for (const QString &expected : testCase.undone) {
+            editor.view().undo();
+            EXPECT_EQ(editor.text(), expected);
+        }
+        while (editor.view().undoManager().canRedo()) {
+            editor.view().redo();
+        }
+        EXPECT_EQ(editor.text(), last);
+    }
 }
 
 TEST(NoteTextViewKeys, TheCaretGoesWhereKeysSay)
