@@ -189,6 +189,7 @@ void QBNoteEditorViewController::loadNote()
     showText(m_baseText);
     m_view->setReadOnly(!m_note || !m_note->isEditable());
     m_spelling->textWasLoaded();
+    m_view->setSelectedRange({m_view->startOfText(), 0}); // until a place is known
     restoreState();
     m_view->setUndoManager(m_undoManager.get());
     if (m_note) {

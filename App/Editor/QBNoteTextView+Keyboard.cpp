@@ -1,4 +1,6 @@
 #include "QBNoteTextView.h"
+
+#include "LineMarker.h"
 #include "UnfoldedText.h"
 
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
@@ -102,7 +104,7 @@ bool QBNoteTextView::moveByKey(QKeyEvent *event)
         {QKeySequence::MoveToPreviousPage, QKeySequence::SelectPreviousPage,
          [&](bool s) { moveVertically(true, s, viewport()->height() * 0.9); }},
         {QKeySequence::MoveToStartOfLine, QKeySequence::SelectStartOfLine,
-         [&](bool s) { moveCaret(m_layout.lineRange(m_caret, m_isUpstream).location, s); }},
+         [&](bool s) { moveCaret(startOfLine(), s); }},
         {QKeySequence::MoveToEndOfLine, QKeySequence::SelectEndOfLine,
          [&](bool s) {
              const NSRange line = m_layout.lineRange(m_caret, m_isUpstream);
@@ -124,7 +126,12 @@ bool QBNoteTextView::moveByKey(QKeyEvent *event)
              const bool isEnded = limit > m_caret + 1 && isParagraphEnd(text[limit - 1].unicode());
              moveCaret(isEnded ? limit - 1 : limit, s);
          }},
-        {QKeySequence::MoveToStartOfDocument, QKeySequence::SelectStartOfDocument, [&](bool s) { moveCaret(0, s); }},
+        {QKeySequence::MoveToStartOfDocument, QKeySequence::SelectStartOfDocument,
+         [&](bool s) {
+             // All of it is selected, but what is typed belongs to the heading.
+             const qint64 behind = startOfText();
+             moveCaret(s || m_caret == behind ? 0 : behind, s);
+         }},
         {QKeySequence::MoveToEndOfDocument, QKeySequence::SelectEndOfDocument, [&](bool s) { moveCaret(length, s); }},
     };
     for (const Move &move : moves) {
@@ -180,6 +187,25 @@ bool QBNoteTextView::editByKey(QKeyEvent *event)
     return true;
 }
 
+qint64 QBNoteTextView::startOfText()
+{
+    return placeBehindMarker(m_stack.noteTextStorage().attributedString(), paragraphRange({0, 0}));
+}
+
+qint64 QBNoteTextView::startOfLine()
+{
+    const NSRange line = m_layout.lineRange(m_caret, m_isUpstream);
+    const qint64 behind =
+        placeBehindMarker(m_stack.noteTextStorage().attributedString(), paragraphRange({line.location, 0}));
+    const bool isInLine = behind > line.location && behind <= line.limit();
+    return isInLine && m_caret != behind ? behind : line.location;
+}
+
+qint64 QBNoteTextView::outsideOfMarker(qint64 location) const
+{
+    return isWithinMarker(m_stack.noteTextStorage().attributedString(), location) ? location + 1 : location;
+}
+
 void QBNoteTextView::moveCaret(qint64 location, bool isSelecting, bool upstream)
 {
     breakUndoCoalescing();
@@ -204,6 +230,7 @@ void QBNoteTextView::moveVertically(bool up, bool isSelecting, double distance)
     } else {
         location = up ? m_layout.locationAbove(m_caret, &upstream, x) : m_layout.locationBelow(m_caret, &upstream, x);
     }
+    location = outsideOfMarker(location);
     moveSelection(isSelecting ? m_anchor : location, location, upstream);
     m_goalX = x;
     ensureCaretVisible();
@@ -216,7 +243,7 @@ qint64 QBNoteTextView::steppedOver(qint64 location, bool isVisual, bool right)
         const qint64 next = isVisual ? (right ? m_layout.locationRightOf(from) : m_layout.locationLeftOf(from))
                                      : (right ? m_layout.locationAfter(from) : m_layout.locationBefore(from));
         const NSRange passed = {std::min(from, next), std::abs(next - from)};
-        if (next == from || !isWithoutText(text, passed)) {
+        if (next == from || (!isWithoutText(text, passed) && !isWithinMarker(text, next))) {
             return next;
         }
         from = next;

@@ -50,7 +50,7 @@ void QBNoteTextView::mousePressEvent(QMouseEvent *event)
         return;
     }
     bool upstream = false;
-    const qint64 location = m_layout.locationAtPoint(onPage, &upstream);
+    const qint64 location = outsideOfMarker(m_layout.locationAtPoint(onPage, &upstream));
     const bool isTriple = m_lastDoubleClick.isValid() &&
                           m_lastDoubleClick.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval();
     if (isTriple) {
@@ -106,7 +106,8 @@ void QBNoteTextView::mouseReleaseEvent(QMouseEvent *event)
         // A click within the selection that became no drag puts the caret there.
         m_mayDrag = false;
         bool upstream = false;
-        const qint64 location = m_layout.locationAtPoint(event->position() + QPointF(0, scrollY()), &upstream);
+        const qint64 location =
+            outsideOfMarker(m_layout.locationAtPoint(event->position() + QPointF(0, scrollY()), &upstream));
         moveSelection(location, location, upstream);
     }
     m_isSelecting = false;
@@ -115,7 +116,7 @@ void QBNoteTextView::mouseReleaseEvent(QMouseEvent *event)
         clipboard->setMimeData(mimeDataForRange(rangeTaken(selectedRange())).release(), QClipboard::Selection);
     }
     if (event->button() == Qt::MiddleButton && !m_isReadOnly && QGuiApplication::clipboard()->supportsSelection()) {
-        const qint64 location = locationAtViewportPoint(event->position());
+        const qint64 location = outsideOfMarker(locationAtViewportPoint(event->position()));
         moveSelection(location, location, false);
         if (const QMimeData *selected = QGuiApplication::clipboard()->mimeData(QClipboard::Selection)) {
             insertMimeData(*selected, selectedRange(), /*isPlain=*/false);
@@ -153,7 +154,7 @@ void QBNoteTextView::mouseDoubleClickEvent(QMouseEvent *event)
 void QBNoteTextView::extendSelectionTo(QPointF point)
 {
     bool upstream = false;
-    const qint64 location = m_layout.locationAtPoint(point + QPointF(0, scrollY()), &upstream);
+    const qint64 location = outsideOfMarker(m_layout.locationAtPoint(point + QPointF(0, scrollY()), &upstream));
     const NSRange reached = rangeAround(location, m_granularity);
     if (location >= m_granularAnchor.location) {
         moveSelection(m_granularAnchor.location, std::max(reached.limit(), m_granularAnchor.limit()), upstream);
@@ -287,7 +288,7 @@ void QBNoteTextView::dragMoveEvent(QDragMoveEvent *event)
     }
     event->accept();
     m_mousePoint = event->position();
-    showDropCaret(locationAtViewportPoint(m_mousePoint));
+    showDropCaret(outsideOfMarker(locationAtViewportPoint(m_mousePoint)));
     if (!m_autoscroll.isActive()) {
         m_autoscroll.start(kAutoscrollInterval, this);
     }
@@ -300,7 +301,7 @@ void QBNoteTextView::dragLeaveEvent(QDragLeaveEvent * /*event*/)
 
 void QBNoteTextView::dropEvent(QDropEvent *event)
 {
-    const qint64 location = locationAtViewportPoint(event->position());
+    const qint64 location = outsideOfMarker(locationAtViewportPoint(event->position()));
     showDropCaret(-1);
     const bool isOwn = event->source() == this || event->source() == viewport();
     if (isOwn && event->dropAction() == Qt::MoveAction) {

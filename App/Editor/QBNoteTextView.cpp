@@ -310,7 +310,7 @@ void QBNoteTextView::autoscroll()
     const double step = scrollStep();
     scrollBy(beyond < 0 ? std::min(-step, beyond / 3) : std::max(step, beyond / 3));
     if (m_dropLocation >= 0) {
-        showDropCaret(locationAtViewportPoint(m_mousePoint));
+        showDropCaret(outsideOfMarker(locationAtViewportPoint(m_mousePoint)));
     } else {
         extendSelectionTo(m_mousePoint);
     }

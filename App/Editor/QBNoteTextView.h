@@ -63,6 +63,8 @@ public:
     [[nodiscard]] qint64 caret() const { return m_caret; }
     void setSelection(qint64 anchor, qint64 caret);
     void scrollRangeToVisible(NSRange range);
+    /// Where a note is written on at its start: behind the marker of its heading.
+    [[nodiscard]] qint64 startOfText();
     /// Where a caret before a place stands, in the viewport.
     [[nodiscard]] QRectF caretRectInViewport(qint64 location);
     /// The place of the text nearest to a point of the viewport.
@@ -295,7 +297,12 @@ private:
         QString text;
     };
     [[nodiscard]] std::optional<Heading> headingForText(QStringView text, NSRange replacedRange);
-    /// A step over one character, to the right of the screen or of the text; what stands for nothing is passed along.
+    /// Where Home leads to: behind the marker of the line, and from there to the line's very start.
+    [[nodiscard]] qint64 startOfLine();
+    /// Behind the marker of a place between it and its blank; the place itself otherwise.
+    [[nodiscard]] qint64 outsideOfMarker(qint64 location) const;
+    /// A step over one character, to the right of the screen or of the text; what stands for nothing is passed along,
+    /// and a line's marker is passed with its blank.
     [[nodiscard]] qint64 steppedOver(qint64 location, bool isVisual, bool right);
     [[nodiscard]] qint64 stepped(qint64 location, bool forward);
     [[nodiscard]] qint64 wordBoundary(qint64 location, bool forward);

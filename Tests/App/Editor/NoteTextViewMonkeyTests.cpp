@@ -5,6 +5,7 @@
 #include "EditorPaneFixture.h"
 
 #include <Editor/CompletionPopup.h>
+#include <Editor/LineMarker.h>
 #include <Support/TestSeed.h>
 #include <Themes/QBNotesTextThemeManager.h>
 
@@ -32,6 +33,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace quib::tests;
+using quib::isWithinMarker;
 
 namespace {
 
@@ -460,7 +462,9 @@ private:
             QCoreApplication::sendEvent(m_view.viewport(), &leave);
             return u"a drop that went away"_s;
         }
-        m_view.setSelectedRange({m_view.locationAtViewportPoint(at), 0});
+        const qint64 place = m_view.locationAtViewportPoint(at);
+        const bool isInMarker = isWithinMarker(m_view.textStorage().attributedString(), place);
+        m_view.setSelectedRange({place + (isInMarker ? 1 : 0), 0});
         write(data.text(), [&] {
             QDropEvent event(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
             QCoreApplication::sendEvent(m_view.viewport(), &event);
