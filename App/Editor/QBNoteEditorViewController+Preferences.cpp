@@ -92,7 +92,9 @@ void QBNoteEditorViewController::syntaxMayHaveChanged()
     }
     saveNote(/*forceSave=*/true);
     m_states = {}; // their places are of the other syntax
+    const PlacesInText places = placesInText();
     loadNote();
+    restorePlaces(places);
 }
 
 void QBNoteEditorViewController::foldingMayHaveChanged()

@@ -228,22 +228,36 @@ void QBNoteEditorViewController::noteWasDeleted()
     Q_EMIT noteDidChange();
 }
 
+QBNoteEditorViewController::PlacesInText QBNoteEditorViewController::placesInText() const
+{
+    const QBNotesTextStorage &storage = m_stack.noteTextStorage();
+    const NSRange selection = m_view->selectedRange();
+    const QBNoteTextView::ScrollPosition scroll = m_view->scrollPosition();
+    return {.start = expandedLocation(storage, selection.location),
+            .end = expandedLocation(storage, selection.limit()),
+            .top = expandedLocation(storage, scroll.location),
+            .offset = scroll.offset};
+}
+
+void QBNoteEditorViewController::restorePlaces(const PlacesInText &places)
+{
+    const QBNotesTextStorage &storage = m_stack.noteTextStorage();
+    const qint64 start = bufferLocation(storage, places.start);
+    m_view->setSelectedRange({start, std::max<qint64>(0, bufferLocation(storage, places.end) - start)});
+    m_view->scrollTo({.location = bufferLocation(storage, places.top), .offset = places.offset});
+}
+
 void QBNoteEditorViewController::takeOverText(const QString &text)
 {
-    QBNotesTextStorage &storage = m_stack.noteTextStorage();
-    const auto difference = TextDifference::between(storage.stringWithExpandedTextAttachments(), text);
-    const auto moved = [&](qint64 location) { return difference.moved(expandedLocation(storage, location)); };
-    const NSRange selection = m_view->selectedRange();
-    const qint64 start = moved(selection.location);
-    const qint64 end = moved(selection.limit());
-    QBNoteTextView::ScrollPosition scroll = m_view->scrollPosition();
-    const qint64 top = moved(scroll.location);
+    const auto difference =
+        TextDifference::between(m_stack.noteTextStorage().stringWithExpandedTextAttachments(), text);
+    PlacesInText places = placesInText();
+    for (qint64 *place : {&places.start, &places.end, &places.top}) {
+        *place = difference.moved(*place);
+    }
     // What could be undone was of the other text; the view forgets it.
     showText(text);
-    const qint64 newStart = bufferLocation(storage, start);
-    m_view->setSelectedRange({newStart, std::max<qint64>(0, bufferLocation(storage, end) - newStart)});
-    scroll.location = bufferLocation(storage, top);
-    m_view->scrollTo(scroll);
+    restorePlaces(places);
     highlightSearch();
     m_findBar->noteDidChange();
     m_information->noteDidChange();

@@ -288,6 +288,17 @@ private:
     void noteWasDeleted();
     /// Shows another text of the same note; the selection stays with the characters it was at.
     void takeOverText(const QString &text);
+    /// What is selected and what is seen. Units: of the text as the note has it, so that they hold for it however it
+    /// is styled; the offset as in the view's scroll position.
+    struct PlacesInText
+    {
+        qint64 start = 0;
+        qint64 end = 0;
+        qint64 top = 0;
+        double offset = 0;
+    };
+    [[nodiscard]] PlacesInText placesInText() const;
+    void restorePlaces(const PlacesInText &places);
 
     QBNoteTextKitStack m_stack;
     QBNoteEditorCoreController m_core;

@@ -355,6 +355,34 @@ TEST_F(EditorSaving, TheOtherSyntaxShowsTheSameText)
     EXPECT_EQ(view().textStorage().noteStylersManager()->syntax(), 1);
 }
 
+TEST_F(EditorSaving, TheOtherSyntaxLeavesTheCaretAndThePlaceWhereTheyAre)
+{
+    for (const bool isMarkdown : {true, false}) {
+        SCOPED_TRACE(isMarkdown);
+        const auto note = show(u"# Title\n- [ ] milk\n* **item** one\n"_s + u"a line\n"_s.repeated(300));
+        const qint64 item = buffer().indexOf(u"item");
+        view().setSelectedRange({item, 4});
+        const QString before = marked();
+        preferences->setMarkdownCompatibilityMode(isMarkdown);
+        EXPECT_EQ(marked(), before);
+        type(u"x"_s);
+        EXPECT_EQ(shown(), QString(before).replace(u"[item]"_s, u"x"_s));
+        const qint64 far = buffer().size() - 400;
+        view().setSelectedRange({far, 0});
+        view().scrollRangeToVisible({far, 0});
+        const QString atCaret = marked();
+        const auto topText = [this] {
+            const auto &storage = view().textStorage();
+            return storage.stringWithExpandedTextAttachmentsWithRange({0, view().scrollPosition().location}).size();
+        };
+        const qsizetype top = topText();
+        ASSERT_GT(top, 100);
+        preferences->setMarkdownCompatibilityMode(!isMarkdown);
+        EXPECT_EQ(marked(), atCaret);
+        EXPECT_EQ(topText(), top);
+    }
+}
+
 TEST_F(EditorSaving, RandomTypingAndChangesElsewhereLoseNoCharacter)
 {
     const TestSeed seed;
