@@ -448,9 +448,15 @@ void QBNoteTextView::insertTab(bool backwards)
         return;
     }
     m_undoManager->beginUndoGrouping();
-    if ((m_delegate == nullptr || m_delegate->qbNoteTextViewShouldInsertTab(*this, backwards)) && !backwards) {
-        insertText(u"\t"_s, rangeTaken(selectedRange()));
-        didChangeText();
+    if (m_delegate == nullptr || m_delegate->qbNoteTextViewShouldInsertTab(*this, backwards)) {
+        const QStringView selected = m_stack.noteTextStorage().attributedString().stringInRange(selectedRange());
+        if (std::any_of(selected.begin(), selected.end(), [](QChar unit) { return isParagraphEnd(unit.unicode()); })) {
+            QBNoteEditorCoreController(m_stack).shiftSelectionRight(!backwards, *this);
+            didChangeText();
+        } else if (!backwards) {
+            insertText(u"\t"_s, rangeTaken(selectedRange()));
+            didChangeText();
+        }
     }
     m_undoManager->endUndoGrouping();
     Q_EMIT undoAvailabilityChanged();

@@ -84,6 +84,36 @@ TEST(NoteTextViewKeys, WhatIsDeletedIsUndoneApartFromWhatIsTyped)
     }
 }
 
+TEST(NoteTextViewKeys, ATabMovesSelectedLinesAndReplacesNone)
+{
+    struct Case
+    {
+        QString text;
+        NSRange selection;
+        bool isBackwards;
+        QString expected;
+    };
+    const Case cases[] = {
+        {u"one\ntwo\nthree"_s, {1, 5}, false, u"\tone\n\ttwo\nthree"_s},
+        {u"one\ntwo"_s, {0, 4}, false, u"\tone\ntwo"_s},
+        {u"\tone\n    two\nthree"_s, {0, 15}, true, u"one\ntwo\nthree"_s},
+        {u"```\na\nb\n```"_s, {4, 3}, false, u"```\n\ta\n\tb\n```"_s},
+        {u"one two"_s, {0, 3}, false, u"\t two"_s},
+        {u"\tone"_s, {2, 1}, true, u"\tone"_s},
+    };
+    for (const int syntax : {0, 1}) {
+        for (const Case &testCase : cases) {
+            SCOPED_TRACE(testCase.text.toStdString());
+            EditorFixture editor(syntax, testCase.text);
+            editor.view().setSelectedRange(testCase.selection);
+            testCase.isBackwards ? editor.press(Qt::Key_Backtab, Qt::ShiftModifier) : editor.press(Qt::Key_Tab);
+            EXPECT_EQ(editor.text(), testCase.expected);
+            editor.view().undo();
+            EXPECT_EQ(editor.text(), testCase.text);
+        }
+    }
+}
+
 TEST(NoteTextViewKeys, TheCaretGoesWhereKeysSay)
 {
     struct Case

@@ -367,13 +367,36 @@ private:
     QString tab()
     {
         const bool isBack = number(3) == 0;
-        if (!isBack) {
-            write(
-                u"\t"_s, [this] { press(Qt::Key_Tab); }, /*mayShiftLines=*/m_isPane);
-            return u"tab"_s;
+        const NSRange selection = m_view.selectedRange();
+        const auto press = [this, isBack] {
+            this->press(isBack ? Qt::Key_Backtab : Qt::Key_Tab, isBack ? Qt::ShiftModifier : Qt::NoModifier);
+        };
+        if (m_view.textStorage().string().sliced(selection.location, selection.length).contains(u'\n')) {
+            const NSRange lines = m_view.textStorage().attributedString().paragraphRangeForRange(selection);
+            const Stretch stretch{inText(lines.location), inText(lines.limit())};
+            press();
+            if (text() != m_model && !m_isPane) {
+                m_model = shiftedInModel(stretch, isBack);
+            }
+            return isBack ? u"lines backwards"_s : u"lines forwards"_s;
         }
-        press(Qt::Key_Backtab, Qt::ShiftModifier);
-        return u"tab backwards"_s;
+        if (isBack) {
+            press();
+            return u"tab backwards"_s;
+        }
+        write(u"\t"_s, press, /*mayShiftLines=*/m_isPane);
+        return u"tab"_s;
+    }
+    /// The model with the lines of a stretch further in by a tab, or out by one or up to four blanks.
+    [[nodiscard]] QString shiftedInModel(Stretch lines, bool isBack) const
+    {
+        static const QRegularExpression start(u"^"_s, QRegularExpression::MultilineOption);
+        static const QRegularExpression indent(u"^(\\t| {1,4})"_s, QRegularExpression::MultilineOption);
+        QString shifted = m_model.sliced(lines.start, lines.limit - lines.start);
+        const bool isEnded = shifted.endsWith(u'\n');
+        shifted.chop(isEnded ? 1 : 0);
+        isBack ? shifted.remove(indent) : shifted.replace(start, u"\t"_s);
+        return QString(m_model).replace(lines.start, lines.limit - lines.start, isEnded ? shifted + u'\n' : shifted);
     }
     QString moveText()
     {
