@@ -224,6 +224,36 @@ TEST(NoteTextViewKeys, DeletingTakesWholeCharactersAndPassesWhatStandsForNothing
     EXPECT_EQ(editor.text(), u""_s);
 }
 
+TEST(NoteTextViewKeys, DeletingTakesSignsThatAreWrittenAsSeveralCharactersAsOne)
+{
+    const QString germany = u"\U0001F1E9\U0001F1EA"_s;
+    const QString france = u"\U0001F1EB\U0001F1F7"_s;
+    const QString family = u"\U0001F469\u200D\U0001F469\u200D\U0001F467"_s;
+    const QString thumb = u"\U0001F44D\U0001F3FD"_s;
+    const QString key = u"1\uFE0F\u20E3"_s;
+    const QString letter = u"e\u0301\u0323"_s;
+    for (const QString &start : {u""_s, u"a "_s, u"# "_s, u"a\n- "_s, u"*b* "_s, u"#tag "_s, u"\u05D0 "_s}) {
+        const QStringList signs{germany, france, germany, family, thumb, key, letter};
+        SCOPED_TRACE(start.toStdString());
+        EditorFixture editor(0, start);
+        editor.press(Qt::Key_End, Qt::ControlModifier);
+        for (const uint character : signs.join(QString()).toUcs4()) {
+            editor.view().typeText(QString::fromUcs4(reinterpret_cast<const char32_t *>(&character), 1));
+        }
+        const qint64 first = editor.view().caret() - signs.join(QString()).size();
+        for (qsizetype left = signs.size(); left-- > 0;) {
+            editor.press(Qt::Key_Backspace);
+            EXPECT_EQ(editor.text(), start + signs.first(left).join(QString()));
+        }
+        editor.view().undo();
+        editor.view().setSelectedRange({first, 0});
+        for (qsizetype taken = 1; taken <= signs.size(); ++taken) {
+            editor.press(Qt::Key_Delete);
+            EXPECT_EQ(editor.text(), start + signs.sliced(taken).join(QString()));
+        }
+    }
+}
+
 TEST(NoteTextViewKeys, CutCopyAndPasteKeepTheMarkup)
 {
     EditorFixture editor(0, u"# One\n- two #tag\n"_s);
