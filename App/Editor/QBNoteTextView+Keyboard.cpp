@@ -51,6 +51,12 @@ bool isWord(QStringView piece)
     return std::any_of(letters.cbegin(), letters.cend(), [](uint letter) { return QChar::isLetterOrNumber(letter); });
 }
 
+/// Whether a key writes the third or fourth letter on it. Some keyboards say so by Ctrl and Alt together.
+bool isThirdLevel(Qt::KeyboardModifiers modifiers)
+{
+    return modifiers.testFlag(Qt::GroupSwitchModifier) || modifiers.testFlags(Qt::ControlModifier | Qt::AltModifier);
+}
+
 } // namespace
 
 void QBNoteTextView::keyPressEvent(QKeyEvent *event)
@@ -60,8 +66,8 @@ void QBNoteTextView::keyPressEvent(QKeyEvent *event)
         return;
     }
     const QString text = event->text();
-    const bool isCommand = (event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0 &&
-                           (event->modifiers() & Qt::AltModifier) == 0; // AltGr counts as both
+    const bool isCommand = !isThirdLevel(event->modifiers()) &&
+                           (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0;
     if (!m_isReadOnly && !isCommand && !text.isEmpty() && (text[0].isPrint() || text[0].isSurrogate())) {
         typeText(text);
         event->accept();

@@ -84,6 +84,34 @@ TEST(NoteTextViewKeys, WhatIsDeletedIsUndoneApartFromWhatIsTyped)
     }
 }
 
+TEST(NoteTextViewKeys, KeysThatAreNoLettersTypeNone)
+{
+    struct Case
+    {
+        Qt::KeyboardModifiers modifiers;
+        bool isTyped;
+    };
+    const Case cases[] = {
+        {Qt::NoModifier, true},
+        {Qt::ShiftModifier, true},
+        {Qt::AltModifier, false},
+        {Qt::AltModifier | Qt::ShiftModifier, false},
+        {Qt::ControlModifier, false},
+        {Qt::MetaModifier, false},
+        {Qt::MetaModifier | Qt::AltModifier, false},
+        {Qt::ControlModifier | Qt::AltModifier, true}, // the third letter on a key
+        {Qt::GroupSwitchModifier, true},
+        {Qt::GroupSwitchModifier | Qt::AltModifier, true},
+    };
+    for (const Case &testCase : cases) {
+        EditorFixture editor;
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Q, testCase.modifiers, u"@"_s);
+        QCoreApplication::sendEvent(&editor.view(), &key);
+        EXPECT_EQ(editor.text(), testCase.isTyped ? u"@"_s : u""_s) << int(testCase.modifiers);
+        EXPECT_EQ(key.isAccepted(), testCase.isTyped) << int(testCase.modifiers);
+    }
+}
+
 TEST(NoteTextViewKeys, ATabMovesSelectedLinesAndReplacesNone)
 {
     struct Case
