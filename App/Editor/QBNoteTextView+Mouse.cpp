@@ -1,5 +1,7 @@
 #include "QBNoteTextView.h"
 
+#include "UnfoldedText.h"
+
 #include <Markup/Attachments/QBCheckBoxTextAttachment.h>
 #include <Markup/Editing/QBNoteEditorCoreController.h>
 #include <Text/NSAttributeName.h>
@@ -25,6 +27,24 @@ constexpr int kAutoscrollInterval = 16;
 /// What one step of a wheel scrolls. Units: lines of text.
 constexpr double kWheelLines = 3;
 constexpr double kWheelStep = 120;
+
+/// A stretch of a text spelled out, but for its folds: they stay what they are.
+NSAttributedString spelledOut(const QBNotesTextStorage &storage, NSRange range)
+{
+    NSMutableAttributedString text;
+    qint64 start = range.location;
+    const auto appendUpTo = [&](qint64 limit) {
+        text.appendAttributedString(
+            NSAttributedString(storage.stringWithExpandedTextAttachmentsWithRange({start, limit - start})));
+    };
+    for (const qint64 fold : foldsInRange(storage.attributedString(), range)) {
+        appendUpTo(fold);
+        text.appendAttributedString(storage.attributedSubstringFromRange({fold, 1}, /*expandTextAttachment=*/false));
+        start = fold + 1;
+    }
+    appendUpTo(range.limit());
+    return NSAttributedString(text);
+}
 
 } // namespace
 
@@ -242,17 +262,19 @@ bool QBNoteTextView::moveText(NSRange range, qint64 location)
     const bool isForwards = location > taken.location;
     const NSRange passed =
         isForwards ? NSRange{taken.limit(), location - taken.limit()} : NSRange{location, taken.location - location};
-    const QString moved = storage.stringWithExpandedTextAttachmentsWithRange(taken);
-    const QString other = storage.stringWithExpandedTextAttachmentsWithRange(passed);
+    const NSAttributedString moved = spelledOut(storage, taken);
+    const NSAttributedString other = spelledOut(storage, passed);
     const NSRange changed = NSUnionRange(taken, passed);
     if (!storage.canEditTextInRange(changed) || !storage.canEditTextInRange({location, 0})) {
         QApplication::beep();
         return false;
     }
+    NSMutableAttributedString exchanged(isForwards ? other : moved);
+    exchanged.appendAttributedString(isForwards ? moved : other);
+    const qint64 behindMoved = changed.location + moved.length() + (isForwards ? other.length() : 0);
     breakUndoCoalescing();
     m_undoManager->beginUndoGrouping();
-    insertText(isForwards ? other % moved : moved % other, changed);
-    setSelectedRange({changed.location + moved.size() + (isForwards ? other.size() : 0), 0});
+    replaceCharactersInrange(changed, exchanged, {behindMoved, 0});
     didChangeText();
     m_undoManager->endUndoGrouping();
     Q_EMIT undoAvailabilityChanged();

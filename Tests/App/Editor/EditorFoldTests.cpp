@@ -88,6 +88,52 @@ TEST_F(EditorFolds, OneThatIsSelectedGoesAtOnceAndComesBack)
     EXPECT_EQ(folds().size(), 1U);
 }
 
+TEST_F(EditorFolds, TextThatIsDraggedPastThemLeavesThemFolded)
+{
+    const QString text = u"above\n+ done\n* item\n+ too\nword below"_s;
+    struct Case
+    {
+        const char *name;
+        QString moved;
+        QString before; ///< the text that it is dropped before
+        QString expected;
+        qsizetype foldsLeft;
+    };
+    const Case cases[] = {
+        {"up", u"word "_s, u"above"_s, u"|word above\n+ done\n* item\n+ too\nbelow"_s, 2},
+        {"down", u"above"_s, u"below"_s, u"\n+ done\n* item\n+ too\nword |abovebelow"_s, 2},
+        {"past one", u"item"_s, u"above"_s, u"|itemabove\n+ done\n* \n+ too\nword below"_s, 2},
+    };
+    for (const Case &testCase : cases) {
+        SCOPED_TRACE(testCase.name);
+        showFolded(text);
+        ASSERT_EQ(folds().size(), 2U);
+        const auto placeOf = [this](const QString &piece) { return buffer().indexOf(piece); };
+        ASSERT_TRUE(view().moveText({placeOf(testCase.moved), testCase.moved.size()}, placeOf(testCase.before)));
+        QString expected = testCase.expected;
+        EXPECT_EQ(shown(), expected.remove(u'|'));
+        EXPECT_EQ(qsizetype(folds().size()), testCase.foldsLeft);
+        view().undo();
+        EXPECT_EQ(shown(), text);
+        EXPECT_EQ(folds().size(), 2U);
+        view().redo();
+        EXPECT_EQ(shown(), expected);
+        EXPECT_EQ(qsizetype(folds().size()), testCase.foldsLeft);
+    }
+}
+
+TEST_F(EditorFolds, AreDraggedFolded)
+{
+    showFolded(u"above\n+ done\nbelow"_s);
+    const qint64 fold = folds().front();
+    ASSERT_TRUE(view().moveText({fold, 2}, 0));
+    EXPECT_EQ(shown(), u"+ done\nabove\nbelow"_s);
+    EXPECT_EQ(folds(), std::vector<qint64>{0});
+    view().undo();
+    EXPECT_EQ(shown(), u"above\n+ done\nbelow"_s);
+    EXPECT_EQ(folds(), std::vector<qint64>{fold});
+}
+
 TEST_F(EditorFolds, AreMarkedForWhatTheListIsSearchedFor)
 {
     showFolded(u"- milk\n+ old milk, new milk\n- x\n+ bread"_s);
