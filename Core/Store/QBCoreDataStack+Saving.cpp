@@ -7,6 +7,9 @@
 #include <Foundation/DispatchQueue.h>
 #include <Logging/QBLogger.h>
 
+#include <algorithm>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 using quib::Ref;
 
@@ -24,6 +27,12 @@ NSError QBCoreDataStack::saveError() const
 {
     const std::lock_guard lock(m_d->mutex);
     return m_d->saveError;
+}
+
+NSError QBCoreDataStack::damage() const
+{
+    const std::lock_guard lock(m_d->mutex);
+    return m_d->damage;
 }
 
 void QBCoreDataStack::Private::cancelTimer()
@@ -69,14 +78,84 @@ void QBCoreDataStack::Private::saveNow()
     if (!context) {
         return;
     }
-    NSError error;
-    context->performBlockAndWait([this, &error] {
+    context->performBlockAndWait([this] {
+        NSError error;
         if (context->hasChanges() && !context->save(&error)) {
             QBLogError(u"Error while saving\n"_s + error.localizedDescription());
         }
+        {
+            const std::lock_guard lock(mutex);
+            saveError = error;
+        }
+        updateHealth();
     });
-    const std::lock_guard lock(mutex);
-    saveError = error;
+}
+
+void QBCoreDataStack::Private::storeDidSave(const NSError &error)
+{
+    {
+        const std::lock_guard lock(mutex);
+        if (!error.isSet() && !saveError.isSet()) {
+            return;
+        }
+        saveError = error;
+    }
+    // Not every save comes by saveNow, and the store is locked now.
+    updateHealthLater();
+}
+
+void QBCoreDataStack::Private::storeDidFindDamage(const NSError &found)
+{
+    {
+        const std::lock_guard lock(mutex);
+        damage = found;
+    }
+    QBLogError(u"The store is damaged, and is not written to any more\n"_s + found.localizedDescription());
+    updateHealthLater();
+}
+
+void QBCoreDataStack::Private::updateHealthLater()
+{
+    quib::DispatchQueue::main()->async([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) {
+            self->updateHealth();
+        }
+    });
+}
+
+void QBCoreDataStack::Private::updateHealth()
+{
+    if (stack == nullptr) {
+        return;
+    }
+    bool hasFailed = false;
+    std::array<qint64, 2> codes{};
+    {
+        const std::lock_guard lock(mutex);
+        codes = {saveError.code(), damage.code()};
+        hasFailed = saveError.isSet();
+    }
+    const bool isDamaged = codes[1] != 0;
+    if (!hasFailed || isDamaged) {
+        retryTimer.reset();
+        retryPause = kFirstRetry;
+    } else if (!retryTimer) {
+        retryTimer = quib::Clock::shared().schedule(retryPause, [weak = weak_from_this()] {
+            if (const auto self = weak.lock()) {
+                self->retry();
+            }
+        });
+    }
+    if (std::exchange(toldCodes, codes) != codes) {
+        stack->healthDidChange.notify();
+    }
+}
+
+void QBCoreDataStack::Private::retry()
+{
+    retryTimer.reset();
+    retryPause = std::min(2 * retryPause, kLastRetry);
+    saveNow();
 }
 
 namespace quib {

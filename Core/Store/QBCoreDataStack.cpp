@@ -6,6 +6,7 @@
 #include <Foundation/Assert.h>
 #include <Logging/QBLogger.h>
 #include <Store/ManagedObjectFactories.h>
+#include <Store/SQLitePersistentStore.h>
 
 #include <QFile>
 #include <QJsonDocument>
@@ -46,6 +47,7 @@ QBCoreDataStack::QBCoreDataStack(const QString &folder)
 QBCoreDataStack::~QBCoreDataStack()
 {
     m_d->cancelTimer();
+    m_d->retryTimer.reset();
     m_d->stack = nullptr;
     if (s_sharedStack == this) {
         s_sharedStack = nullptr;
@@ -96,9 +98,12 @@ void QBCoreDataStack::initializeCoreData()
     const auto coordinator =
         std::make_shared<NSPersistentStoreCoordinator>(managedObjectModel(), quib::managedObjectFactories());
     m_d->openError = {};
-    if (coordinator->addPersistentStoreWithType(persistentStoreType(), persistentStoreURL(), persistentStoreOptions(),
-                                                &m_d->openError) == nullptr) {
+    NSPersistentStore *store = coordinator->addPersistentStoreWithType(persistentStoreType(), persistentStoreURL(),
+                                                                       persistentStoreOptions(), &m_d->openError);
+    if (store == nullptr) {
         QBLogError(u"Error while opening the store: "_s + m_d->openError.localizedDescription());
+    } else if (auto *file = dynamic_cast<quib::SQLitePersistentStore *>(store)) {
+        file->setObserver(m_d);
     }
     m_d->context =
         NSManagedObjectContext::contextWithCoordinator(NSManagedObjectContextConcurrencyType::MainQueue, coordinator);

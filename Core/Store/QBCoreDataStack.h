@@ -3,6 +3,7 @@
 #include "QBCoreDataStackDelegate.h"
 
 #include <Foundation/NSError.h>
+#include <Foundation/NotificationCenter.h>
 #include <Store/NSPersistentStoreCoordinator.h>
 
 #include <QString>
@@ -73,11 +74,21 @@ public:
 
     /// With coalescence: one save at the start of the next turn of the event loop, however many ask for it. Without:
     /// saves now, waiting for the main queue, and drops a save that was to come.
-    /// Errors: kept in saveError and logged; all changes stay pending.
+    /// Errors: kept in saveError and logged; all changes stay pending, and are tried again after pauses that grow from
+    ///         kFirstRetry to kLastRetry.
     /// Queue:   main with coalescence, any without.
     void saveUsingCoalescence(bool coalescence);
-    /// The error of the last save by saveUsingCoalescence; not set when it succeeded.
+    /// The error of the last save of the main context, whoever asked for it; not set when it succeeded, or when nothing
+    /// is left to save. Any thread.
     [[nodiscard]] NSError saveError() const;
+    /// Set once a read or a save met damage in the file, for good: nothing is written to it any more. Any thread.
+    [[nodiscard]] NSError damage() const;
+    /// After saveError or damage changed. Queue: main.
+    quib::ObserverList<> healthDidChange;
+
+    // Units: seconds.
+    static constexpr double kFirstRetry = 2;
+    static constexpr double kLastRetry = 60;
 
 private:
     struct Private;

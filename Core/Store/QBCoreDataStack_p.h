@@ -5,11 +5,13 @@
 #include <Foundation/Clock.h>
 #include <Foundation/NotificationCenter.h>
 #include <Store/NSManagedObjectContext.h>
+#include <Store/StoreObserver.h>
 
+#include <array>
 #include <mutex>
 
 /// The stack's state, shared with blocks that are under way on other queues and may outlive the stack.
-struct QBCoreDataStack::Private : std::enable_shared_from_this<Private>
+struct QBCoreDataStack::Private : std::enable_shared_from_this<Private>, quib::StoreObserver
 {
     QBCoreDataStack *stack = nullptr; // main queue; null once the stack died
     QString folder;
@@ -25,10 +27,21 @@ struct QBCoreDataStack::Private : std::enable_shared_from_this<Private>
     std::unique_ptr<quib::TimerToken> coalescenceSaveTimer;
     quint64 timerGeneration = 0;
     NSError saveError;
+    NSError damage;
+
+    // Main queue.
+    std::unique_ptr<quib::TimerToken> retryTimer;
+    double retryPause = kFirstRetry;
+    std::array<qint64, 2> toldCodes{}; ///< of saveError and damage
 
     void cancelTimer();
     void scheduleSave();
     void saveNow();
+    void storeDidSave(const NSError &error) override;
+    void storeDidFindDamage(const NSError &found) override;
+    void updateHealth();
+    void updateHealthLater();
+    void retry();
     void coalescenceSaveTimerFired(quint64 generation);
     void migrate();
 };

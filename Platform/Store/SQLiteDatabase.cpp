@@ -4,6 +4,7 @@
 
 #include <QFile>
 
+#include <cerrno>
 #include <cmath>
 #include <limits>
 
@@ -15,8 +16,12 @@ namespace {
 
 constexpr qsizetype kMostStatements = 400;
 
-NSCocoaErrorCode codeFor(int result)
+NSCocoaErrorCode codeFor(int result, int systemError)
 {
+    // A journal that cannot be made tells of no more than that.
+    if (systemError == ENOSPC || systemError == EDQUOT) {
+        return NSCocoaErrorCode::FileWriteOutOfSpace;
+    }
     switch (result & 0xFF) {
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
@@ -197,8 +202,16 @@ bool SQLiteDatabase::fail(NSError *error, const char *doing) const
     if (doing != nullptr) {
         message = u"cannot %1: "_s.arg(QLatin1StringView(doing)) + message;
     }
-    return NSError::fill(error, kNSCocoaErrorDomain, static_cast<qint64>(codeFor(result)),
-                         u"%1: %2"_s.arg(m_path, message), result);
+    const bool isOfSystem = (result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_IOERR;
+    const NSCocoaErrorCode code = codeFor(result, isOfSystem ? sqlite3_system_errno(m_database) : 0);
+    const NSError failure(kNSCocoaErrorDomain, static_cast<qint64>(code), u"%1: %2"_s.arg(m_path, message), result);
+    if (code == NSCocoaErrorCode::PersistentStoreCorrupt && m_didFindDamage) {
+        m_didFindDamage(failure);
+    }
+    if (error != nullptr) {
+        *error = failure;
+    }
+    return false;
 }
 
 bool SQLiteDatabase::fail(NSError *error, NSCocoaErrorCode code, const QString &what) const

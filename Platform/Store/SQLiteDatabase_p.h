@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string_view>
@@ -85,6 +86,11 @@ public:
     /// Fills error from the connection's last failure, and gives false.
     bool fail(NSError *error, const char *doing = nullptr) const;
     bool fail(NSError *error, NSCocoaErrorCode code, const QString &what) const;
+    /// Called whenever a failure tells that the file is damaged.
+    void setDidFindDamage(std::function<void(const NSError &damage)> didFindDamage)
+    {
+        m_didFindDamage = std::move(didFindDamage);
+    }
     [[nodiscard]] int changes() const { return sqlite3_changes(m_database); }
     [[nodiscard]] sqlite3 *handle() const { return m_database; }
     [[nodiscard]] const QString &path() const { return m_path; }
@@ -94,6 +100,7 @@ private:
     sqlite3 *m_database = nullptr;
     QHash<QByteArray, sqlite3_stmt *> m_statements;
     int m_loans = 0;
+    std::function<void(const NSError &damage)> m_didFindDamage;
 };
 
 /// BEGIN IMMEDIATE; rolled back unless commit succeeded.

@@ -2,6 +2,7 @@
 #include "SQLiteDatabase_p.h"
 #include "SQLitePersistentStore.h"
 #include "SQLitePersistentStore_p.h"
+#include "StoreObserver.h"
 
 #include <Text/Folding.h>
 
@@ -48,6 +49,10 @@ std::optional<QHash<NSManagedObjectID, NSManagedObjectID>>
 SQLitePersistentStore::reserveIdentities(const QList<NSManagedObjectID> &temporaryIDs, NSError *error)
 {
     const std::lock_guard lock(m_mutex);
+    if (m_damage.isSet()) {
+        NSError::fill(error, m_damage.domain(), m_damage.code(), m_damage.localizedDescription(), m_damage.causeCode());
+        return std::nullopt;
+    }
     QHash<NSManagedObjectID, NSManagedObjectID> permanentIDs;
     SQLiteTransaction transaction(*m_database);
     if (!transaction.begin(error) || !allocateKeys(temporaryIDs, &permanentIDs, error) || !transaction.commit(error)) {
@@ -479,7 +484,22 @@ private:
 SaveResult SQLitePersistentStore::save(const SaveRequest &request)
 {
     const std::lock_guard lock(m_mutex);
+    SaveResult result = saveLocked(request);
+    // Conflicts are settled and saved anew; only then is anything known.
+    const auto observer = result.outcome == SaveResult::Outcome::Conflicts ? nullptr : m_observer.lock();
+    if (observer) {
+        observer->storeDidSave(result.outcome == SaveResult::Outcome::Saved ? NSError() : result.error);
+    }
+    return result;
+}
+
+SaveResult SQLitePersistentStore::saveLocked(const SaveRequest &request)
+{
     SaveResult result;
+    if (m_damage.isSet()) {
+        result.error = m_damage;
+        return result;
+    }
     SQLiteTransaction transaction(*m_database);
     if (!transaction.begin(&result.error)) {
         return result;

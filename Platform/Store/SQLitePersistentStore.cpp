@@ -3,6 +3,7 @@
 #include "SQLFunctions.h"
 #include "SQLNames.h"
 #include "SQLiteDatabase_p.h"
+#include "StoreObserver.h"
 
 #include <Foundation/Identifiers.h>
 
@@ -122,6 +123,12 @@ SQLitePersistentStore::SQLitePersistentStore(std::shared_ptr<const NSManagedObje
 
 SQLitePersistentStore::~SQLitePersistentStore() = default;
 
+void SQLitePersistentStore::setObserver(const std::weak_ptr<StoreObserver> &observer)
+{
+    const std::lock_guard lock(m_mutex);
+    m_observer = observer;
+}
+
 std::unique_ptr<SQLitePersistentStore> SQLitePersistentStore::open(const QString &path,
                                                                    std::shared_ptr<const NSManagedObjectModel> model,
                                                                    const NSPersistentStoreOptions &options,
@@ -167,6 +174,15 @@ std::unique_ptr<SQLitePersistentStore> SQLitePersistentStore::open(const QString
     if (!options.isReadOnly) {
         store->createMissingIndexes();
     }
+    database.setDidFindDamage([self = store.get()](const NSError &damage) {
+        if (self->m_damage.isSet()) {
+            return;
+        }
+        self->m_damage = damage;
+        if (const auto observer = self->m_observer.lock()) {
+            observer->storeDidFindDamage(damage);
+        }
+    });
     return store;
 }
 

@@ -9,6 +9,7 @@
 namespace quib {
 
 class SQLiteDatabase;
+class StoreObserver;
 class SQLiteStatement;
 enum class TieOrder : quint8;
 
@@ -27,6 +28,9 @@ public:
     /// Errors: nullopt for a file that is missing, unreadable, or no store.
     [[nodiscard]] static std::optional<NSStoreMetadata> readMetadata(const QString &path, NSError *error);
     ~SQLitePersistentStore() override;
+
+    /// Who hears of saves and damage from now on; held weakly.
+    void setObserver(const std::weak_ptr<StoreObserver> &observer);
 
     [[nodiscard]] const std::shared_ptr<const NSManagedObjectModel> &model() const override { return m_model; }
     [[nodiscard]] QString identifier() const override { return m_metadata.storeUUID; }
@@ -64,6 +68,7 @@ private:
     class Saver;
     explicit SQLitePersistentStore(std::shared_ptr<const NSManagedObjectModel> model);
 
+    [[nodiscard]] SaveResult saveLocked(const SaveRequest &request);
     [[nodiscard]] bool createSchema(NSError *error);
     void createMissingIndexes();
     [[nodiscard]] bool checkMetadata(NSError *error);
@@ -92,6 +97,8 @@ private:
     std::unique_ptr<SQLiteDatabase> m_database;
     qint64 m_changeCounter = 0;
     qint64 m_lastDataVersion = -1;
+    std::weak_ptr<StoreObserver> m_observer;
+    NSError m_damage; ///< the first that was met
 };
 
 } // namespace quib

@@ -1,6 +1,8 @@
 #include "StoreFixture.h"
 
 #include <Foundation/NSProgress.h>
+#include <Platform/Store/FaultVfs.h>
+#include <Platform/Store/StoreDamage.h>
 #include <Store/NSManagedObjectModel.h>
 #include <Store/QBStaticNote.h>
 
@@ -151,6 +153,110 @@ TEST_F(CoreDataStack, AReadOnlyStoreCanBeReadAndKeepsWhatIsTypedPending)
         << stack->saveError().localizedDescription().toStdString();
     EXPECT_EQ(note->text(), u"typed"_s);
     EXPECT_TRUE(moc().hasChanges());
+}
+
+TEST_F(CoreDataStack, AFailedSaveIsToldAndTriedAgainUntilItSucceeds)
+{
+    close();
+    FaultVfs disk;
+    stack = std::make_unique<QBCoreDataStack>();
+    NSPersistentStoreOptions options;
+    options.vfsName = disk.name();
+    stack->setPersistentStoreOptions(options);
+    stack->setupStackWithDelegate({});
+    int tries = 0;
+    const auto trying = moc().willSave.add([&tries](auto &) { ++tries; });
+    QList<bool> told;
+    const auto health = stack->healthDidChange.add([&told, this] { told.append(stack->saveError().isSet()); });
+    const size_t others = clock.waitingTimers();
+
+    disk.arm(0, FaultVfs::Fault::FullDisk);
+    const auto note = makeNote(u"typed"_s);
+    stack->saveUsingCoalescence(false);
+    EXPECT_EQ(stack->saveError().code(), static_cast<qint64>(NSCocoaErrorCode::FileWriteOutOfSpace));
+    EXPECT_EQ(told, QList<bool>{true});
+    // Each pause is twice as long as the one before, up to a minute; saves that others ask for change nothing of it.
+    tries = 0;
+    for (const double pause : {2.0, 4.0, 8.0, 16.0, 32.0, 60.0, 60.0}) {
+        clock.advance(pause - 1);
+        EXPECT_EQ(tries, 0) << "before " << pause;
+        clock.advance(1);
+        EXPECT_EQ(tries, 1) << "after " << pause;
+        stack->saveUsingCoalescence(false);
+        tries = 0;
+    }
+    EXPECT_EQ(told, QList<bool>{true}) << "the same failure is told once";
+    EXPECT_TRUE(moc().hasChanges());
+
+    disk.disarm();
+    clock.advance(QBCoreDataStack::kLastRetry);
+    EXPECT_FALSE(moc().hasChanges());
+    EXPECT_FALSE(stack->saveError().isSet());
+    EXPECT_EQ(told, (QList<bool>{true, false}));
+    EXPECT_EQ(clock.waitingTimers(), others);
+    // The next failure starts with short pauses again.
+    disk.arm(0, FaultVfs::Fault::FullDisk);
+    note->updateNoteWithText(u"typed more"_s, 0);
+    stack->saveUsingCoalescence(false);
+    disk.disarm();
+    clock.advance(QBCoreDataStack::kFirstRetry);
+    EXPECT_FALSE(moc().hasChanges());
+    close(); // before its disk goes
+}
+
+TEST_F(CoreDataStack, ASaveThatNobodyAskedTheStackForIsToldTooAndTriedAgain)
+{
+    close();
+    FaultVfs disk;
+    stack = std::make_unique<QBCoreDataStack>();
+    NSPersistentStoreOptions options;
+    options.vfsName = disk.name();
+    stack->setPersistentStoreOptions(options);
+    stack->setupStackWithDelegate({});
+    disk.arm(0, FaultVfs::Fault::FullDisk);
+    bool isTold = false;
+    const auto health = stack->healthDidChange.add([&isTold] { isTold = true; });
+    const auto note = makeNote(u"typed"_s);
+    NSError error;
+    EXPECT_FALSE(moc().save(&error));
+    EXPECT_EQ(stack->saveError().code(), error.code());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isTold);
+    disk.disarm();
+    clock.advance(QBCoreDataStack::kFirstRetry);
+    EXPECT_FALSE(note->hasChanges());
+    EXPECT_FALSE(stack->saveError().isSet());
+    close();
+}
+
+TEST_F(CoreDataStack, DamageIsToldAndNothingIsWrittenToTheFileAnyMore)
+{
+    const QString identifier = makeNote(u"there"_s)->uniqueIdentifier();
+    save();
+    const QString path = stack->persistentStoreURL();
+    close();
+    damageRows(path);
+    const QByteArray before = folder.read(QDir(folder.path()).relativeFilePath(path));
+
+    open(); // the damage is not in the way of that
+    int told = 0;
+    const auto health = stack->healthDidChange.add([&told] { ++told; });
+    EXPECT_FALSE(stack->damage().isSet()) << "nothing was read yet";
+    EXPECT_FALSE(QBNote::noteWithUniqueIdentifier(identifier, moc()));
+    EXPECT_EQ(stack->damage().code(), static_cast<qint64>(NSCocoaErrorCode::PersistentStoreCorrupt));
+    EXPECT_TRUE(stack->damage().localizedDescription().contains(path));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(told, 1);
+    static_cast<void>(QBNote::allNotesInManagedObjectContext(moc()));
+    const auto note = makeNote(u"typed"_s);
+    stack->saveUsingCoalescence(false);
+    EXPECT_EQ(stack->saveError().code(), static_cast<qint64>(NSCocoaErrorCode::PersistentStoreCorrupt));
+    NSError error;
+    EXPECT_FALSE(moc().save(&error)) << "by no other way either";
+    EXPECT_EQ(note->text(), u"typed"_s);
+    EXPECT_TRUE(moc().hasChanges());
+    EXPECT_EQ(folder.read(QDir(folder.path()).relativeFilePath(path)), before);
+    close();
 }
 
 TEST_F(CoreDataStack, AStoreOfAnUnknownVersionIsLeftAloneAndToldOf)

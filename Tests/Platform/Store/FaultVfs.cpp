@@ -155,7 +155,7 @@ int FaultVfs::openFile(sqlite3_vfs *vfs, const char *path, sqlite3_file *file, i
     if (const auto found = path != nullptr ? self.m_names.find(path) : self.m_names.end();
         found != self.m_names.end()) {
         node = found->second;
-    } else if ((flags & SQLITE_OPEN_CREATE) == 0 || self.strikes()) {
+    } else if ((flags & SQLITE_OPEN_CREATE) == 0 || (self.strikes() && self.m_fault != Fault::FullDisk)) {
         return SQLITE_CANTOPEN;
     } else {
         node = std::make_shared<Node>();

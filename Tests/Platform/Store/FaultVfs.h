@@ -25,7 +25,7 @@ public:
         IoError,
         /// Half of a write arrives, then the disk is full; other calls report an input/output error.
         ShortWrite,
-        /// As ShortWrite, and the disk stays full.
+        /// As ShortWrite, and the disk stays full. A file without contents still finds room.
         FullDisk,
         /// This call and all after it fail, until cutPower.
         PowerLoss
