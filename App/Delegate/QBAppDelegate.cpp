@@ -379,11 +379,14 @@ bool QBAppDelegate::applicationShouldTerminate()
     if (m_mainWindowController != nullptr) {
         m_mainWindowController->saveNote(/*forceSave=*/true);
     }
-    // 3. Attachments that no text has any more.
-    QBNoteFile::deleteAllUnusedNoteFilesInManagedObjectContext(*context);
-    // 4. and 5. Tags likewise.
-    QBNoteTag::deleteAllUnusedTagsInManagedObjectContext(*context);
-    QBNoteTag::mergeDuplicateTagsInInManagedObjectContext(*context);
+    // What a damaged store says is unused may be used all the same.
+    if (!m_services.stack.damage().isSet()) {
+        // 3. Attachments that no text has any more.
+        QBNoteFile::deleteAllUnusedNoteFilesInManagedObjectContext(*context);
+        // 4. and 5. Tags likewise.
+        QBNoteTag::deleteAllUnusedTagsInManagedObjectContext(*context);
+        QBNoteTag::mergeDuplicateTagsInInManagedObjectContext(*context);
+    }
     // 6. At once and durably.
     m_services.stack.saveUsingCoalescence(/*coalescence=*/false);
     // 7. Copies that were made for others.

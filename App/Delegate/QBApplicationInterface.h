@@ -58,8 +58,11 @@ public:
     virtual void revealFolder(const QString &folder) = 0;
     /// Shows the small window in which a note is begun. Errors: false in a process without windows, or without a store.
     [[nodiscard]] virtual bool showQuickNote() { return false; }
-    /// Asks the event loop to end in order; the delegate is told before it does.
+    /// Asks the event loop to end in order; the delegate is told before it does. Where what was typed cannot be saved,
+    /// the user is asked first, and may stay.
     virtual void terminate() = 0;
+    /// The same where nobody can be asked: the system ends the process.
+    virtual void terminateWithoutAsking() { terminate(); }
     /// Ends the process at once: nothing is saved or tidied any more.
     virtual void exitProcess(int status) = 0;
 };

@@ -137,7 +137,8 @@ void QBNoteEditorViewController::saveNote(bool forceSave)
     if (text != m_note->text()) {
         QBLogDebug(u"Saving note %1"_s.arg(m_note->uniqueIdentifier()));
         writeText(text);
-    } else {
+    } else if (const QBCoreDataStack *stack = QBCoreDataStack::sharedStack();
+               stack == nullptr || !stack->saveError().isSet()) {
         m_journal->remove(); // the store has this text already
     }
     m_selfEditingNote = false;
@@ -165,6 +166,12 @@ void QBNoteEditorViewController::observeNote()
     };
     m_noteObservations.push_back(moc.objectsDidChange.add(look));
     m_noteObservations.push_back(moc.didSave.add(look));
+    // What a save of ours could not take, a later one of anybody's did.
+    m_noteObservations.push_back(moc.didSave.add([this](auto &, const auto &) {
+        if (!m_isEdited) {
+            m_journal->remove();
+        }
+    }));
 }
 
 void QBNoteEditorViewController::noteMayHaveChanged()

@@ -155,6 +155,18 @@ private:
     bool m_hasFailed = false;
 };
 
+/// What a window would tell.
+void tellHealth(const QBCoreDataStack &stack)
+{
+    if (stack.damage().isSet()) {
+        tellUser(u"the notes are damaged, and nothing is written any more: "_s + stack.damage().localizedDescription());
+    } else if (stack.saveError().isSet()) {
+        tellUser(u"the notes cannot be saved, which is tried again: "_s + stack.saveError().localizedDescription());
+    } else {
+        tellUser(u"the notes are saved again"_s);
+    }
+}
+
 /// Serves until the end is asked for.
 int serve(FrontEnd &frontEnd, const LaunchOptions &options, const InstanceName &name,
           std::vector<InstanceRequest> requests)
@@ -197,12 +209,16 @@ int serve(FrontEnd &frontEnd, const LaunchOptions &options, const InstanceName &
         return kFailed;
     }
     // 3. Up, and on with what was asked.
-    const TerminationSignals signals([&process] { process.interface().terminate(); });
+    const TerminationSignals signals([&process] { process.interface().terminateWithoutAsking(); });
     const BusWatch watch(bus, [&process, &frontEnd] {
         if (!frontEnd.hasWindows()) {
             process.interface().terminate(); // nobody can reach it any more
         }
     });
+    ObservationToken health;
+    if (!frontEnd.hasWindows()) {
+        health = process.stack().healthDidChange.add([&process] { tellHealth(process.stack()); });
+    }
     process.launch();
     frontEnd.processDidLaunch(process);
     const OwnRequests own(process, requests);

@@ -3,12 +3,15 @@
 #include "ChoicePanel.h"
 #include "Commands.h"
 #include "EditorPane.h"
+#include "MessageBar.h"
+#include "SavingMessage.h"
 #include "WindowStyle.h"
 
 #include <Store/NSManagedObjectContext.h>
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +24,14 @@ DetachedWindow::DetachedWindow(const Ref<QBNote> &note, bool floating)
     setObjectName(u"detachedWindow"_s);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowFlag(Qt::WindowStaysOnTopHint, floating);
-    setCentralWidget(m_editor);
+    auto *center = new QWidget(this);
+    auto *rows = new QVBoxLayout(center);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(m_editor, 1);
+    m_saving = new SavingMessage(center, [this] { m_editor->saveNote(/*forceSave=*/false); });
+    rows->addWidget(&m_saving->bar());
+    setCentralWidget(center);
     resize(sizeOnScreen(*this, {640, 720}));
     m_editor->setNote(note);
     auto *closing = new QAction(tr("Close Window"), this);

@@ -12,6 +12,7 @@ namespace quib {
 
 class ChoicePanel;
 class EditorPane;
+class SavingMessage;
 
 /// One note in a window of its own, with the pane's commands, some of the application's and a palette of all. It closes
 /// when its note is deleted for good. Deletes itself when closed; main queue.
@@ -38,6 +39,7 @@ protected:
 
 private:
     EditorPane *m_editor;
+    SavingMessage *m_saving = nullptr;
     ChoicePanel *m_choices;
     ObservationToken m_observer;
 };

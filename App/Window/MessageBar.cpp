@@ -50,6 +50,7 @@ MessageBar::MessageBar(QWidget *parent)
     closing->setAccessibleName(tr("Close the message"));
     connect(closing, &QToolButton::clicked, this, [this] { end(kNoButton); });
     m_layout->addWidget(closing, 0, 2);
+    m_closing = closing;
     setMinimumWidth(1); // the window may be as narrow as it likes
     placeAnswers();
     m_leaving.setSingleShot(true);
@@ -88,14 +89,35 @@ void MessageBar::ask(const QString &text, const QStringList &buttons, const QStr
     }
 }
 
+void MessageBar::stand(const QString &text, const QStringList &buttons, const Answered &answered)
+{
+    show(text, buttons, {});
+    m_isQuestion = false;
+    m_isStanding = true;
+    m_closing->hide();
+    m_answered = answered;
+    m_leaving.stop();
+}
+
+void MessageBar::takeBack()
+{
+    m_answered = nullptr;
+    end(kNoButton);
+}
+
 void MessageBar::show(const QString &text, const QStringList &buttons, const QString &checkBox)
 {
     end(kNoButton);
+    m_isStanding = false;
+    m_closing->show();
     m_label->setText(text);
     m_checkBox->setText(checkBox);
     m_checkBox->setChecked(false);
     m_checkBox->setVisible(!checkBox.isEmpty());
-    qDeleteAll(std::exchange(m_buttons, {}));
+    for (QWidget *button : std::exchange(m_buttons, {})) {
+        button->hide();
+        button->deleteLater(); // it may be the one that is being pressed
+    }
     for (int i = 0; i < buttons.size(); ++i) {
         auto *button = new QPushButton(buttons[i], m_answers);
         button->setProperty("isMain", i == 0);
@@ -145,7 +167,7 @@ void MessageBar::end(int button)
 
 void MessageBar::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Escape) {
+    if (event->key() == Qt::Key_Escape && !m_isStanding) {
         end(kNoButton);
         return;
     }

@@ -34,6 +34,11 @@ public:
     void say(const QString &text, const QString &button = {}, const Answered &answered = {});
     /// Asks something. The first button is the one that Return presses.
     void ask(const QString &text, const QStringList &buttons, const QString &checkBox, const Answered &answered);
+    /// Says something that stays until a button is pressed or it is taken back. It takes the keyboard from nobody, and
+    /// cannot be sent away.
+    void stand(const QString &text, const QStringList &buttons, const Answered &answered);
+    /// Ends what is said or asked, without an answer.
+    void takeBack();
     /// Presses a button, for the keyboard and for tests.
     void press(int button);
     [[nodiscard]] QString text() const;
@@ -51,11 +56,13 @@ private:
     QGridLayout *m_layout;
     QLabel *m_label;
     QWidget *m_answers;
+    QWidget *m_closing;
     QCheckBox *m_checkBox;
     QList<QWidget *> m_buttons;
     QTimer m_leaving;
     Answered m_answered;
     bool m_isQuestion = false;
+    bool m_isStanding = false;
 };
 
 } // namespace quib

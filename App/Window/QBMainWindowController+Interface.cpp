@@ -113,7 +113,7 @@ void QBMainWindowController::saveNote(bool forceSave)
 
 void QBMainWindowController::addNewNote()
 {
-    if (!m_notes) {
+    if (!m_notes || !canMakeNotes()) {
         return;
     }
     // A list that takes no new notes leads to the one that does.
@@ -136,7 +136,7 @@ void QBMainWindowController::addNewNote()
 
 void QBMainWindowController::addNewNoteInNewWindow()
 {
-    if (!m_notes) {
+    if (!m_notes || !canMakeNotes()) {
         return;
     }
     if (m_notes->representedObject() == nullptr || !m_notes->representedObject()->canCreateNotes()) {
@@ -152,7 +152,7 @@ void QBMainWindowController::addNewNoteInNewWindow()
 
 bool QBMainWindowController::showQuickNote()
 {
-    if (!m_context) {
+    if (!canMakeNotes()) {
         return false;
     }
     if (!m_quickNote) {

@@ -6,6 +6,7 @@
 #include "EmptyState.h"
 #include "MessageBar.h"
 #include "QuickNoteWindow.h"
+#include "SavingMessage.h"
 #include "SearchField.h"
 #include "Symbols.h"
 #include "ThemeColors.h"
@@ -76,6 +77,12 @@ void QBMainWindowController::makeColumns()
     m_splitter->setHandleWidth(1);
     m_splitter->setChildrenCollapsible(false);
     rows->addWidget(m_splitter, 1);
+    m_saving = new SavingMessage(center, [this] { saveNote(/*forceSave=*/false); });
+    rows->addWidget(&m_saving->bar());
+    connect(m_saving, &SavingMessage::healthDidChange, this, [this] {
+        updateEmptyStates();
+        updateActions();
+    });
     m_messages = new MessageBar(center);
     rows->addWidget(m_messages);
     setCentralWidget(center);
@@ -289,7 +296,9 @@ void QBMainWindowController::updateEmptyStates()
     const bool isMainList = m_sidebar->selectedIdentifier() == u"QBNotesSidebarItem" || !m_notes;
     const qint64 rows = m_notes ? m_notes->numberOfRows() : 0;
     const QList<Ref<QBNote>> selected = selectedNotes();
-    if (!search.isEmpty()) {
+    if (SavingMessage::isStoreDamaged()) {
+        m_list->setEmptyText(tr("These notes could not be read."));
+    } else if (!search.isEmpty()) {
         m_list->setEmptyText(tr("No note matches “%1”.").arg(search));
     } else if (m_sidebar->selectedIdentifier() == u"QBNotesTrashSidebarItem") {
         m_list->setEmptyText(tr("The trash is empty."));
@@ -302,6 +311,8 @@ void QBMainWindowController::updateEmptyStates()
     } else if (selected.size() > 1) {
         empty.show(tr("%n notes selected", nullptr, int(selected.size())),
                    tr("Drag them onto a tag, or choose a command from their menu."), QString());
+    } else if (rows == 0 && SavingMessage::isStoreDamaged()) {
+        empty.show(tr("Your notes could not be read"), SavingMessage::explanation(), QString());
     } else if (rows == 0 && isMainList && search.isEmpty()) {
         empty.show(tr("Write your first note"),
                    tr("Give it a title, tag it with a #word, tick things off with a dash at the start of a line. "
@@ -326,9 +337,11 @@ void QBMainWindowController::updateActions()
     const bool isPinned = hasSelection && all([](const auto &note) { return note->isPinned(); });
     const bool isTag = dynamic_cast<QBTagSidebarItem *>(item.get()) != nullptr;
     const auto enable = [this](const QString &name, bool isEnabled) { m_actions[name]->setEnabled(isEnabled); };
-    for (const auto &name : {u"new-note"_s, u"new-note-in-window"_s, u"quick-open"_s, u"quick-note"_s,
-                             u"search-notes"_s, u"search-help"_s}) {
+    for (const auto &name : {u"quick-open"_s, u"search-notes"_s, u"search-help"_s}) {
         enable(name, m_context != nullptr);
+    }
+    for (const auto &name : {u"new-note"_s, u"new-note-in-window"_s, u"quick-note"_s}) {
+        enable(name, canMakeNotes());
     }
     for (const auto &name : {u"pin"_s, u"note-menu"_s}) {
         if (auto *button = m_editorColumn->findChild<QToolButton *>(name); button != nullptr) {
@@ -361,6 +374,8 @@ void QBMainWindowController::updateActions()
             info = tr("In the trash");
         } else if (note->isArchived()) {
             info = tr("Archived");
+        } else if (note->hasChanges() && SavingMessage::hasFailed()) {
+            info = tr("Not saved yet");
         } else if (const auto date = note->modificationDate()) {
             const QDateTime when = QDateTime::fromSecsSinceEpoch(qint64(date->timeIntervalSince1970()));
             info = when.date() == QDate::currentDate()
@@ -409,11 +424,37 @@ void QBMainWindowController::closeEvent(QCloseEvent *event)
 {
     invalidateRestorableState();
     saveNote(/*forceSave=*/false);
+    if (m_detached.isEmpty() && m_terminate && !mayQuit()) {
+        event->ignore();
+        return;
+    }
     event->accept();
     // Notes in windows of their own stay open.
     if (m_detached.isEmpty() && m_terminate) {
         m_terminate();
     }
+}
+
+bool QBMainWindowController::canMakeNotes() const
+{
+    // A note that can never be saved is better not begun.
+    return m_context != nullptr && !SavingMessage::isStoreDamaged();
+}
+
+bool QBMainWindowController::mayQuit()
+{
+    saveNote(/*forceSave=*/true);
+    if (m_quitsWithoutAsking || m_saving->save()) {
+        return true;
+    }
+    makeKeyAndOrderFront();
+    m_saving->askBeforeQuitting([this] {
+        quitWithoutAsking();
+        if (m_terminate) {
+            m_terminate();
+        }
+    });
+    return false;
 }
 
 void QBMainWindowController::keyPressEvent(QKeyEvent *event)

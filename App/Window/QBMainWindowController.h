@@ -28,6 +28,7 @@ class DetachedWindow;
 class EditorPane;
 class MessageBar;
 class QuickNoteWindow;
+class SavingMessage;
 class SearchField;
 } // namespace quib
 
@@ -70,6 +71,7 @@ public:
     [[nodiscard]] quib::SearchField &searchField() { return *m_searchField; }
     [[nodiscard]] quib::EditorPane &editor() { return *m_editor; }
     [[nodiscard]] quib::MessageBar &messages() { return *m_messages; }
+    [[nodiscard]] quib::SavingMessage &saving() { return *m_saving; }
     [[nodiscard]] quib::ChoicePanel &choices() { return *m_choices; }
     /// Null before there is a store.
     [[nodiscard]] QBNotesTableViewController *notes() { return m_notes.get(); }
@@ -88,6 +90,10 @@ public:
     void loadTextTheme(const std::shared_ptr<QBTheme> &theme);
     /// Shows a page of the preferences, in their one window.
     void showPreferences(quib::PreferencesWindow::Page page);
+    /// Saves everything before an end by the user's wish. Errors: false; the window then asks whether to end without.
+    [[nodiscard]] bool mayQuit();
+    /// From now on the window stands in the way of no end.
+    void quitWithoutAsking() { m_quitsWithoutAsking = true; }
     /// How the program ends by the user's wish.
     void setTerminate(std::function<void()> terminate) { m_terminate = std::move(terminate); }
 
@@ -133,6 +139,7 @@ private:
     [[nodiscard]] QToolButton *makeButton(const QString &symbol, const QString &actionName, QWidget *parent);
     void sidebarItemWasSelected(const QBSidebarItem::Pointer &item);
     void notesSelectionDidChange();
+    [[nodiscard]] bool canMakeNotes() const;
     void updateEmptyStates();
     void updateActions();
     void notesTableViewController(QBNotesTableViewController &controller, const QString &didPerformSearch) override;
@@ -206,6 +213,7 @@ private:
     QLabel *m_noteInfo = nullptr;
     quib::EditorPane *m_editor = nullptr;
     quib::MessageBar *m_messages = nullptr;
+    quib::SavingMessage *m_saving = nullptr;
     quib::ChoicePanel *m_choices = nullptr;
     QMap<QString, QAction *> m_actions;
     QMenu *m_noteMenu = nullptr;
@@ -219,4 +227,5 @@ private:
     QList<quib::DetachedWindow *> m_detached;
     std::unique_ptr<quib::QuickNoteWindow> m_quickNote;
     std::function<void()> m_terminate;
+    bool m_quitsWithoutAsking = false;
 };

@@ -1,6 +1,7 @@
 #include "QuickNoteWindow.h"
 
 #include "EditorPane.h"
+#include "SavingMessage.h"
 #include "ThemeColors.h"
 
 #include <Editor/FormatBar.h>
@@ -44,7 +45,7 @@ void saveStore()
 QuickNoteWindow::QuickNoteWindow(std::shared_ptr<NSManagedObjectContext> context)
     : m_context(std::move(context))
     , m_editor(new EditorPane(this))
-    , m_hint(new QLabel(tr("Saved as you type. Escape closes."), this))
+    , m_hint(new QLabel(this))
 {
     setObjectName(u"quickNote"_s);
     setWindowTitle(tr("Quick Note"));
@@ -56,6 +57,11 @@ QuickNoteWindow::QuickNoteWindow(std::shared_ptr<NSManagedObjectContext> context
     m_editor->editor().informationPanel().hide();
     m_hint->setFont(interfaceFont(11));
     m_hint->setForegroundRole(QPalette::PlaceholderText);
+    m_hint->setWordWrap(true);
+    updateHint();
+    if (QBCoreDataStack *stack = QBCoreDataStack::sharedStack(); stack != nullptr) {
+        m_observation = stack->healthDidChange.add([this] { updateHint(); });
+    }
     auto *opening = new QPushButton(tr("Open in Quib"), this);
     opening->setToolTip(tr("Go on in the main window (Ctrl+O)"));
     opening->setAutoDefault(false);
@@ -89,6 +95,12 @@ QuickNoteWindow::QuickNoteWindow(std::shared_ptr<NSManagedObjectContext> context
 QuickNoteWindow::~QuickNoteWindow()
 {
     finish();
+}
+
+void QuickNoteWindow::updateHint()
+{
+    const QString problem = SavingMessage::explanation();
+    m_hint->setText(problem.isEmpty() ? tr("Saved as you type. Escape closes.") : problem);
 }
 
 void QuickNoteWindow::loadTheme(const std::shared_ptr<QBTheme> &theme)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Foundation/NotificationCenter.h>
 #include <Store/QBNote.h>
 
 #include <QWidget>
@@ -43,12 +44,15 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void updateHint();
+
     /// Saves what was written, or takes the empty note away. Gives the note's identifier; null where none is left.
     QString finish();
 
     std::shared_ptr<NSManagedObjectContext> m_context;
     EditorPane *m_editor;
     QLabel *m_hint;
+    ObservationToken m_observation;
     Ref<QBNote> m_note;
 };
 

@@ -40,6 +40,12 @@ void openOrLog(const QUrl &url)
     }
 }
 
+void endProcess()
+{
+    // Not quit(), which closes all windows before it ends: those that are open now are those that come back.
+    QCoreApplication::exit();
+}
+
 } // namespace
 
 WindowInterface::WindowInterface()
@@ -156,8 +162,17 @@ void WindowInterface::integrateWithDesktop()
 
 void WindowInterface::terminate()
 {
-    // Not quit(), which closes all windows before it ends: those that are open now are those that come back.
-    QCoreApplication::exit();
+    if (!m_window || m_window->mayQuit()) {
+        endProcess();
+    }
+}
+
+void WindowInterface::terminateWithoutAsking()
+{
+    if (m_window) {
+        m_window->quitWithoutAsking();
+    }
+    endProcess();
 }
 
 void WindowInterface::exitProcess(int status)

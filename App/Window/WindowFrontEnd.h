@@ -41,6 +41,7 @@ public:
     void revealFolder(const QString &folder) override;
     [[nodiscard]] bool showQuickNote() override;
     void terminate() override;
+    void terminateWithoutAsking() override;
     [[noreturn]] void exitProcess(int status) override;
 
     // ThemeHost

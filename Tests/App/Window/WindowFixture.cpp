@@ -32,6 +32,7 @@ void WindowFixture::launch(const QStringList &texts)
     auto made = std::make_unique<WindowInterface>();
     m_interface = made.get();
     m_process = std::make_unique<QuibProcess>(std::move(made), [](const QUrl &) { return true; });
+    m_process->stack().setPersistentStoreOptions(storeOptions);
     m_process->launch();
     NSDate date = NSDate::now().dateByAddingTimeInterval(-3600.0 * double(texts.size()));
     for (const QString &text : texts) {

@@ -49,6 +49,7 @@ protected:
     void openList(const QString &identifier) const;
 
     TemporaryFolder folder;
+    NSPersistentStoreOptions storeOptions; ///< of the next launch
     static constexpr const char *kProfileVariable = "QUIB_TEST_PROFILE";
 
 private:
