@@ -24,6 +24,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QFileInfo>
 #include <QFontDatabase>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +34,8 @@ namespace {
 
 /// The second button of the alert of a failed migration.
 constexpr int kContactSupport = 1;
+/// The second button of the alert of a store that cannot be opened.
+constexpr int kShowFolder = 1;
 
 [[maybe_unused]] bool isMainQueue()
 {
@@ -123,12 +126,7 @@ void QBAppDelegate::coreDataStackDidInitializeManagedObjectContext(QBCoreDataSta
     if (m_services.stack.openError().isSet()) {
         // The contexts of a store that could not be opened keep nothing: whoever wrote into them would lose it.
         markAsFailed();
-        m_services.application.showAlert(
-            {.messageText = tr("Something went wrong"),
-             .informativeText =
-                 tr("Your notes could not be opened: %1").arg(m_services.stack.openError().localizedDescription()),
-             .buttons = {tr("OK")}},
-            [](int) {});
+        alertUserThatStoreCannotBeOpened();
         return;
     }
     setupLaunch();
@@ -185,6 +183,32 @@ void QBAppDelegate::markAsFailed()
     }
 }
 
+void QBAppDelegate::alertUserThatStoreCannotBeOpened()
+{
+    const NSError error = m_services.stack.openError();
+    const bool isDamaged = error.domain() == kNSCocoaErrorDomain &&
+                           error.code() == static_cast<qint64>(NSCocoaErrorCode::PersistentStoreCorrupt);
+    const QString path = m_services.stack.persistentStoreURL();
+    m_services.application.showAlert(
+        {.messageText = tr("Your notes could not be opened"),
+         .informativeText = isDamaged ? tr("The file that holds them is damaged, or is no file of Quib's. Nothing was "
+                                           "changed. Put a copy from a backup in its place, and start Quib again.")
+                                      : tr("Nothing was changed. The reason: %1").arg(error.localizedDescription()),
+         .buttons = {tr("Quit"), tr("Show Folder")},
+         .isFailure = true,
+         .path = isDamaged ? path : QString()},
+        [weak = weak_from_this(), path](int button) {
+            const auto self = weak.lock();
+            if (!self || button == QBApplicationInterface::kNoButton) {
+                return; // without windows the process goes on to answer that it has no notes
+            }
+            if (button == kShowFolder) {
+                self->m_services.application.revealFolder(QFileInfo(path).path());
+            }
+            self->m_services.application.terminate();
+        });
+}
+
 void QBAppDelegate::alertUserThatMigrationFailed()
 {
     m_services.application.showAlert(
@@ -192,7 +216,8 @@ void QBAppDelegate::alertUserThatMigrationFailed()
          .informativeText =
              tr("It was not possible to migrate your database to the new version. Don't worry your notes are safe, "
                 "please contact the support team using the 'Contact Support' button below and they will help you."),
-         .buttons = {tr("OK"), tr("Contact Support")}},
+         .buttons = {tr("OK"), tr("Contact Support")},
+         .isFailure = true},
         [weak = weak_from_this()](int button) {
             if (const auto self = weak.lock(); self && button == kContactSupport) {
                 self->showSupportWebsite();

@@ -151,6 +151,7 @@ private:
     void setupXCallbackURLs();
     void setupFirstLaunch();
     void alertUserThatMigrationFailed();
+    void alertUserThatStoreCannotBeOpened();
     void dropLoadingWindow();
     void markAsFailed();
 

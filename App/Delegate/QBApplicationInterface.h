@@ -21,6 +21,10 @@ struct QBAlert
     QString informativeText;
     /// In their order, the default one first.
     QStringList buttons;
+    /// Something failed that the program cannot go on without.
+    bool isFailure = false;
+    /// The file or folder that it is about, if any.
+    QString path = {};
 };
 
 /// What the delegate asks of the desktop and of the windows beside the main one. The window target implements it, as

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Delegate/QBApplicationInterface.h>
+#include <Foundation/NSError.h>
 
 #include <memory>
 
@@ -23,6 +24,8 @@ public:
     [[nodiscard]] virtual std::unique_ptr<QBApplicationInterface> makeInterface() = 0;
     /// False where commands that need a window cannot be served.
     [[nodiscard]] virtual bool hasWindows() const = 0;
+    /// The notes in a folder cannot be had, and the process ends; standard error tells it too. Waits until it was read.
+    virtual void profileCannotBeHad(const NSError & /*error*/, const QString & /*folder*/) {}
     /// The process serves from now on: the time to tell its delegate what the desktop tells the windows.
     virtual void processDidLaunch(QuibProcess & /*process*/) {}
     /// All is saved, and the store goes next.

@@ -199,9 +199,10 @@ int serve(FrontEnd &frontEnd, const LaunchOptions &options, const InstanceName &
     auto lock = takeProfile(isNamed, &error);
     if (!lock) {
         tellUser(error.localizedDescription());
-        if (!isNamed) {
+        if (!isNamed && error.code() == static_cast<qint64>(NSCocoaErrorCode::FileLocking)) {
             tellUser(u"there is no session bus to reach the other one over"_s);
         }
+        frontEnd.profileCannotBeHad(error, Profile::persistentDataFolder());
         return kFailed;
     }
     if (!frontEnd.hasWindows() && needsWindow(requests)) {

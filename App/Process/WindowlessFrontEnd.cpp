@@ -52,8 +52,13 @@ public:
     }
     void showAlert(const QBAlert &alert, Answered answered) override
     {
-        tellUser(alert.informativeText.isEmpty() ? alert.messageText
-                                                 : QString(alert.messageText % u'\n' % alert.informativeText));
+        QString message = alert.messageText;
+        for (const QString &line : {alert.informativeText, alert.path}) {
+            if (!line.isEmpty()) {
+                message += u'\n' + line;
+            }
+        }
+        tellUser(message);
         answered(kNoButton);
     }
     [[nodiscard]] QString keyEditorNoteTitle() const override { return u""_s; }

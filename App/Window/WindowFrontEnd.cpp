@@ -5,6 +5,7 @@
 #include "DesktopPasteboard.h"
 #include "DisplayProbe.h"
 #include "EditorPane.h"
+#include "FailureDialog.h"
 #include "LoadingWindow.h"
 #include "MessageBar.h"
 #include "QBMainWindowController.h"
@@ -21,8 +22,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
-#include <QMessageBox>
-#include <QPushButton>
+#include <QFileInfo>
 
 #include <cstdlib>
 #include <utility>
@@ -95,16 +95,12 @@ void WindowInterface::showAlert(const QBAlert &alert, Answered answered)
         return;
     }
     // There is no window to say it in.
-    auto *box = new QMessageBox(QMessageBox::Information, u"Quib"_s, alert.messageText);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setInformativeText(alert.informativeText);
-    QList<QAbstractButton *> buttons;
-    for (const QString &text : alert.buttons) {
-        buttons.append(box->addButton(text, QMessageBox::AcceptRole));
+    auto *box = new FailureDialog(alert.messageText, alert.informativeText, alert.path, alert.buttons);
+    if (!alert.isFailure) {
+        box->setIcon(QMessageBox::Information);
     }
-    QObject::connect(box, &QDialog::finished, box, [box, buttons, answered](int /*result*/) {
-        answered(int(buttons.indexOf(box->clickedButton())));
-    });
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(box, &QDialog::finished, box, [box, answered](int /*result*/) { answered(box->pressedButton()); });
     box->open();
 }
 
@@ -224,6 +220,29 @@ std::unique_ptr<QCoreApplication> WindowFrontEnd::makeApplication(int &argc, cha
 std::unique_ptr<QBApplicationInterface> WindowFrontEnd::makeInterface()
 {
     return std::make_unique<WindowInterface>();
+}
+
+void WindowFrontEnd::profileCannotBeHad(const NSError &error, const QString &folder)
+{
+    constexpr int kShowFolder = 1;
+    const bool isInUse =
+        error.domain() == kNSCocoaErrorDomain && error.code() == static_cast<qint64>(NSCocoaErrorCode::FileLocking);
+    QString advice;
+    if (isInUse) {
+        advice = tr("Another Quib has them open, and cannot be reached from here. Go on in its window, or quit it and "
+                    "start Quib again.");
+    } else {
+        advice =
+            tr("Quib keeps its notes in this folder, and cannot write to it (%1). Make that possible, and start "
+               "Quib again.")
+                .arg(error.causeCode() != 0 ? qt_error_string(int(error.causeCode())) : error.localizedDescription());
+    }
+    FailureDialog dialog(isInUse ? tr("Your notes are in use") : tr("Your notes cannot be written to"), advice, folder,
+                         {tr("Quit"), tr("Show Folder")});
+    dialog.exec();
+    if (dialog.pressedButton() == kShowFolder) {
+        openOrLog(QUrl::fromLocalFile(folder));
+    }
 }
 
 void WindowFrontEnd::processDidLaunch(QuibProcess &process)

@@ -3,6 +3,8 @@
 #include <Delegate/QBApplicationInterface.h>
 #include <Process/FrontEnd.h>
 
+#include <QCoreApplication>
+
 #include <memory>
 
 class QBMainWindowController;
@@ -62,6 +64,8 @@ private:
 /// A process with windows. Made where there is a display.
 class WindowFrontEnd final : public FrontEnd
 {
+    Q_DECLARE_TR_FUNCTIONS(WindowFrontEnd)
+
 public:
     /// Whether the session has a display to show windows on, and it answers. To be asked before the application is
     /// made.
@@ -73,6 +77,7 @@ public:
     [[nodiscard]] std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv) override;
     [[nodiscard]] std::unique_ptr<QBApplicationInterface> makeInterface() override;
     [[nodiscard]] bool hasWindows() const override { return true; }
+    void profileCannotBeHad(const NSError &error, const QString &folder) override;
     void processDidLaunch(QuibProcess &process) override;
     void processWillEnd(QuibProcess &process) override;
 

@@ -37,10 +37,6 @@
         <translation>حدث خطأ ما</translation>
     </message>
     <message>
-        <source>Your notes could not be opened: %1</source>
-        <translation>تعذّر فتح ملاحظاتك: %1</translation>
-    </message>
-    <message>
         <source>Just a moment and Quib will be ready!</source>
         <translation>لحظة واحدة وسيكون Quib جاهزًا!</translation>
     </message>
@@ -57,6 +53,26 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Contact Support</source>
         <translation>اتصل بالدعم</translation>
+    </message>
+    <message>
+        <source>Your notes could not be opened</source>
+        <translation>تعذّر فتح ملاحظاتك</translation>
+    </message>
+    <message>
+        <source>The file that holds them is damaged, or is no file of Quib&apos;s. Nothing was changed. Put a copy from a backup in its place, and start Quib again.</source>
+        <translation>الملف الذي يحتويها تالف، أو ليس من ملفات Quib. لم يتغيّر شيء. ضع مكانه نسخة احتياطية، ثم شغّل Quib من جديد.</translation>
+    </message>
+    <message>
+        <source>Nothing was changed. The reason: %1</source>
+        <translation>لم يتغيّر شيء. السبب: %1</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>إنهاء</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>إظهار المجلد</translation>
     </message>
 </context>
 <context>
@@ -514,6 +530,18 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Try fewer words, or look in all notes.</source>
         <translation>جرّب كلمات أقل، أو ابحث في كل الملاحظات.</translation>
     </message>
+    <message>
+        <source>These notes could not be read.</source>
+        <translation>تعذّرت قراءة هذه الملاحظات.</translation>
+    </message>
+    <message>
+        <source>Your notes could not be read</source>
+        <translation>تعذّرت قراءة ملاحظاتك</translation>
+    </message>
+    <message>
+        <source>Not saved yet</source>
+        <translation>لم تُحفظ بعد</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -919,6 +947,33 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Sample Notes</source>
         <translation>ملاحظات نموذجية</translation>
+    </message>
+</context>
+<context>
+    <name>WindowFrontEnd</name>
+    <message>
+        <source>Another Quib has them open, and cannot be reached from here. Go on in its window, or quit it and start Quib again.</source>
+        <translation>نسخة أخرى من Quib تفتحها، ولا يمكن الوصول إليها من هنا. تابع في نافذتها، أو أنهها ثم شغّل Quib من جديد.</translation>
+    </message>
+    <message>
+        <source>Quib keeps its notes in this folder, and cannot write to it (%1). Make that possible, and start Quib again.</source>
+        <translation>يحفظ Quib الملاحظات في هذا المجلد، ولا يستطيع الكتابة فيه (%1). أتح ذلك ثم شغّل Quib من جديد.</translation>
+    </message>
+    <message>
+        <source>Your notes are in use</source>
+        <translation>ملاحظاتك قيد الاستخدام</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be written to</source>
+        <translation>لا يمكن الكتابة في ملاحظاتك</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>إنهاء</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>إظهار المجلد</translation>
     </message>
 </context>
 <context>
@@ -1337,6 +1392,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::FailureDialog</name>
+    <message>
+        <source>Quib</source>
+        <translation>Quib</translation>
+    </message>
+</context>
+<context>
     <name>quib::FindBar</name>
     <message>
         <source>Find in Note</source>
@@ -1744,6 +1806,46 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Go on in the main window (Ctrl+O)</source>
         <translation>المتابعة في النافذة الرئيسية (Ctrl+O)</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SavingMessage</name>
+    <message>
+        <source>The file of your notes is damaged, and parts of it cannot be read. Nothing is written to it any more. Quit Quib, and run “quibctl check” in a terminal to learn what is whole.</source>
+        <translation>ملف ملاحظاتك تالف، وتتعذّر قراءة أجزاء منه. لن يُكتب فيه شيء بعد الآن. أنهِ Quib، ونفّذ «quibctl check» في الطرفية لتعرف ما بقي سليمًا.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: the disk is full. Make some room on it; Quib keeps trying.</source>
+        <translation>لا يمكن حفظ ملاحظاتك: القرص ممتلئ. أفسح بعض المساحة؛ سيواصل Quib المحاولة.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: their folder cannot be written to. Quib keeps trying.</source>
+        <translation>لا يمكن حفظ ملاحظاتك: تتعذّر الكتابة في مجلدها. سيواصل Quib المحاولة.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: another program does not let go of them. Quib keeps trying.</source>
+        <translation>لا يمكن حفظ ملاحظاتك: برنامج آخر لا يتركها. سيواصل Quib المحاولة.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved. Quib keeps trying. The reason: %1</source>
+        <translation>لا يمكن حفظ ملاحظاتك. سيواصل Quib المحاولة. السبب: %1</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>أعد المحاولة</translation>
+    </message>
+    <message>
+        <source>%1 What you wrote last may be lost if you quit now.</source>
+        <comment>%1 is one or more sentences</comment>
+        <translation>%1 إن أنهيت الآن فقد يضيع ما كتبته أخيرًا.</translation>
+    </message>
+    <message>
+        <source>Quit Without Saving</source>
+        <translation>أنهِ من دون حفظ</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>إلغاء</translation>
     </message>
 </context>
 <context>

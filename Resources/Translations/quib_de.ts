@@ -33,10 +33,6 @@
         <translation>Etwas ist schiefgegangen</translation>
     </message>
     <message>
-        <source>Your notes could not be opened: %1</source>
-        <translation>Ihre Notizen konnten nicht geöffnet werden: %1</translation>
-    </message>
-    <message>
         <source>Just a moment and Quib will be ready!</source>
         <translation>Einen Moment, gleich ist Quib bereit!</translation>
     </message>
@@ -53,6 +49,26 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>Contact Support</source>
         <translation>Support kontaktieren</translation>
+    </message>
+    <message>
+        <source>Your notes could not be opened</source>
+        <translation>Ihre Notizen konnten nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>The file that holds them is damaged, or is no file of Quib&apos;s. Nothing was changed. Put a copy from a backup in its place, and start Quib again.</source>
+        <translation>Die Datei, in der sie liegen, ist beschädigt oder keine Datei von Quib. Es wurde nichts verändert. Legen Sie eine Kopie aus einer Sicherung an ihre Stelle und starten Sie Quib neu.</translation>
+    </message>
+    <message>
+        <source>Nothing was changed. The reason: %1</source>
+        <translation>Es wurde nichts verändert. Der Grund: %1</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>Ordner anzeigen</translation>
     </message>
 </context>
 <context>
@@ -494,6 +510,18 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <source>Try fewer words, or look in all notes.</source>
         <translation>Versuchen Sie es mit weniger Wörtern, oder suchen Sie in allen Notizen.</translation>
     </message>
+    <message>
+        <source>These notes could not be read.</source>
+        <translation>Diese Notizen konnten nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Your notes could not be read</source>
+        <translation>Ihre Notizen konnten nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Not saved yet</source>
+        <translation>Noch nicht gespeichert</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -899,6 +927,33 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>Sample Notes</source>
         <translation>Beispielnotizen</translation>
+    </message>
+</context>
+<context>
+    <name>WindowFrontEnd</name>
+    <message>
+        <source>Another Quib has them open, and cannot be reached from here. Go on in its window, or quit it and start Quib again.</source>
+        <translation>Ein anderes Quib hat sie geöffnet und ist von hier aus nicht zu erreichen. Arbeiten Sie in dessen Fenster weiter, oder beenden Sie es und starten Sie Quib neu.</translation>
+    </message>
+    <message>
+        <source>Quib keeps its notes in this folder, and cannot write to it (%1). Make that possible, and start Quib again.</source>
+        <translation>Quib bewahrt die Notizen in diesem Ordner auf und kann nicht in ihn schreiben (%1). Machen Sie das möglich und starten Sie Quib neu.</translation>
+    </message>
+    <message>
+        <source>Your notes are in use</source>
+        <translation>Ihre Notizen sind in Gebrauch</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be written to</source>
+        <translation>Ihre Notizen können nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>Ordner anzeigen</translation>
     </message>
 </context>
 <context>
@@ -1313,6 +1368,13 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     </message>
 </context>
 <context>
+    <name>quib::FailureDialog</name>
+    <message>
+        <source>Quib</source>
+        <translation>Quib</translation>
+    </message>
+</context>
+<context>
     <name>quib::FindBar</name>
     <message>
         <source>Find in Note</source>
@@ -1712,6 +1774,46 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>Go on in the main window (Ctrl+O)</source>
         <translation>Im Hauptfenster weiterschreiben (Strg+O)</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SavingMessage</name>
+    <message>
+        <source>The file of your notes is damaged, and parts of it cannot be read. Nothing is written to it any more. Quit Quib, and run “quibctl check” in a terminal to learn what is whole.</source>
+        <translation>Die Datei mit Ihren Notizen ist beschädigt und teilweise nicht lesbar. Es wird nichts mehr in sie geschrieben. Beenden Sie Quib und führen Sie „quibctl check“ in einem Terminal aus, um zu erfahren, was heil ist.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: the disk is full. Make some room on it; Quib keeps trying.</source>
+        <translation>Ihre Notizen können nicht gespeichert werden: Der Datenträger ist voll. Schaffen Sie etwas Platz; Quib versucht es weiter.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: their folder cannot be written to. Quib keeps trying.</source>
+        <translation>Ihre Notizen können nicht gespeichert werden: In ihren Ordner kann nicht geschrieben werden. Quib versucht es weiter.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: another program does not let go of them. Quib keeps trying.</source>
+        <translation>Ihre Notizen können nicht gespeichert werden: Ein anderes Programm gibt sie nicht frei. Quib versucht es weiter.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved. Quib keeps trying. The reason: %1</source>
+        <translation>Ihre Notizen können nicht gespeichert werden. Quib versucht es weiter. Der Grund: %1</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>%1 What you wrote last may be lost if you quit now.</source>
+        <comment>%1 is one or more sentences</comment>
+        <translation>%1 Wenn Sie jetzt beenden, kann verloren gehen, was Sie zuletzt geschrieben haben.</translation>
+    </message>
+    <message>
+        <source>Quit Without Saving</source>
+        <translation>Beenden ohne zu speichern</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
     </message>
 </context>
 <context>

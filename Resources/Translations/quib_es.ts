@@ -33,10 +33,6 @@
         <translation>Algo ha fallado</translation>
     </message>
     <message>
-        <source>Your notes could not be opened: %1</source>
-        <translation>No se pudieron abrir sus notas: %1</translation>
-    </message>
-    <message>
         <source>Just a moment and Quib will be ready!</source>
         <translation>¡Un momento y Quib estará listo!</translation>
     </message>
@@ -53,6 +49,26 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>Contact Support</source>
         <translation>Contactar con soporte</translation>
+    </message>
+    <message>
+        <source>Your notes could not be opened</source>
+        <translation>No se pudieron abrir sus notas</translation>
+    </message>
+    <message>
+        <source>The file that holds them is damaged, or is no file of Quib&apos;s. Nothing was changed. Put a copy from a backup in its place, and start Quib again.</source>
+        <translation>El archivo que las contiene está dañado o no es de Quib. No se ha modificado nada. Ponga en su lugar una copia de seguridad e inicie Quib de nuevo.</translation>
+    </message>
+    <message>
+        <source>Nothing was changed. The reason: %1</source>
+        <translation>No se ha modificado nada. El motivo: %1</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Salir</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>Mostrar la carpeta</translation>
     </message>
 </context>
 <context>
@@ -494,6 +510,18 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <source>Try fewer words, or look in all notes.</source>
         <translation>Pruebe con menos palabras o busque en todas las notas.</translation>
     </message>
+    <message>
+        <source>These notes could not be read.</source>
+        <translation>No se pudieron leer estas notas.</translation>
+    </message>
+    <message>
+        <source>Your notes could not be read</source>
+        <translation>No se pudieron leer sus notas</translation>
+    </message>
+    <message>
+        <source>Not saved yet</source>
+        <translation>Aún sin guardar</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -899,6 +927,33 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>Sample Notes</source>
         <translation>Notas de ejemplo</translation>
+    </message>
+</context>
+<context>
+    <name>WindowFrontEnd</name>
+    <message>
+        <source>Another Quib has them open, and cannot be reached from here. Go on in its window, or quit it and start Quib again.</source>
+        <translation>Otro Quib las tiene abiertas y desde aquí no se puede contactar con él. Continúe en su ventana, o ciérrelo e inicie Quib de nuevo.</translation>
+    </message>
+    <message>
+        <source>Quib keeps its notes in this folder, and cannot write to it (%1). Make that possible, and start Quib again.</source>
+        <translation>Quib guarda las notas en esta carpeta y no puede escribir en ella (%1). Haga que sea posible e inicie Quib de nuevo.</translation>
+    </message>
+    <message>
+        <source>Your notes are in use</source>
+        <translation>Sus notas están en uso</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be written to</source>
+        <translation>No se puede escribir en sus notas</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Salir</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>Mostrar la carpeta</translation>
     </message>
 </context>
 <context>
@@ -1313,6 +1368,13 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     </message>
 </context>
 <context>
+    <name>quib::FailureDialog</name>
+    <message>
+        <source>Quib</source>
+        <translation>Quib</translation>
+    </message>
+</context>
+<context>
     <name>quib::FindBar</name>
     <message>
         <source>Find in Note</source>
@@ -1712,6 +1774,46 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>Go on in the main window (Ctrl+O)</source>
         <translation>Continuar en la ventana principal (Ctrl+O)</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SavingMessage</name>
+    <message>
+        <source>The file of your notes is damaged, and parts of it cannot be read. Nothing is written to it any more. Quit Quib, and run “quibctl check” in a terminal to learn what is whole.</source>
+        <translation>El archivo de sus notas está dañado y hay partes que no se pueden leer. Ya no se escribe nada en él. Cierre Quib y ejecute «quibctl check» en un terminal para saber qué está intacto.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: the disk is full. Make some room on it; Quib keeps trying.</source>
+        <translation>No se pueden guardar sus notas: el disco está lleno. Libere algo de espacio; Quib sigue intentándolo.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: their folder cannot be written to. Quib keeps trying.</source>
+        <translation>No se pueden guardar sus notas: no se puede escribir en su carpeta. Quib sigue intentándolo.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: another program does not let go of them. Quib keeps trying.</source>
+        <translation>No se pueden guardar sus notas: otro programa no las suelta. Quib sigue intentándolo.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved. Quib keeps trying. The reason: %1</source>
+        <translation>No se pueden guardar sus notas. Quib sigue intentándolo. El motivo: %1</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Reintentar</translation>
+    </message>
+    <message>
+        <source>%1 What you wrote last may be lost if you quit now.</source>
+        <comment>%1 is one or more sentences</comment>
+        <translation>%1 Si sale ahora, puede perderse lo último que escribió.</translation>
+    </message>
+    <message>
+        <source>Quit Without Saving</source>
+        <translation>Salir sin guardar</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
     </message>
 </context>
 <context>

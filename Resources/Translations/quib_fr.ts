@@ -33,10 +33,6 @@
         <translation>Une erreur est survenue</translation>
     </message>
     <message>
-        <source>Your notes could not be opened: %1</source>
-        <translation>Impossible d’ouvrir vos notes&#xa0;: %1</translation>
-    </message>
-    <message>
         <source>Just a moment and Quib will be ready!</source>
         <translation>Un instant, Quib est bientôt prêt&#x202f;!</translation>
     </message>
@@ -53,6 +49,26 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>Contact Support</source>
         <translation>Contacter l’assistance</translation>
+    </message>
+    <message>
+        <source>Your notes could not be opened</source>
+        <translation>Impossible d’ouvrir vos notes</translation>
+    </message>
+    <message>
+        <source>The file that holds them is damaged, or is no file of Quib&apos;s. Nothing was changed. Put a copy from a backup in its place, and start Quib again.</source>
+        <translation>Le fichier qui les contient est endommagé ou n’est pas un fichier de Quib. Rien n’a été modifié. Remplacez-le par une copie de sauvegarde, puis relancez Quib.</translation>
+    </message>
+    <message>
+        <source>Nothing was changed. The reason: %1</source>
+        <translation>Rien n’a été modifié. La raison : %1</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>Afficher le dossier</translation>
     </message>
 </context>
 <context>
@@ -494,6 +510,18 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <source>Try fewer words, or look in all notes.</source>
         <translation>Essayez moins de mots, ou cherchez dans toutes les notes.</translation>
     </message>
+    <message>
+        <source>These notes could not be read.</source>
+        <translation>Impossible de lire ces notes.</translation>
+    </message>
+    <message>
+        <source>Your notes could not be read</source>
+        <translation>Impossible de lire vos notes</translation>
+    </message>
+    <message>
+        <source>Not saved yet</source>
+        <translation>Pas encore enregistrée</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -899,6 +927,33 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>Sample Notes</source>
         <translation>Exemples de notes</translation>
+    </message>
+</context>
+<context>
+    <name>WindowFrontEnd</name>
+    <message>
+        <source>Another Quib has them open, and cannot be reached from here. Go on in its window, or quit it and start Quib again.</source>
+        <translation>Un autre Quib les a ouvertes et ne peut être joint d’ici. Continuez dans sa fenêtre, ou quittez-le et relancez Quib.</translation>
+    </message>
+    <message>
+        <source>Quib keeps its notes in this folder, and cannot write to it (%1). Make that possible, and start Quib again.</source>
+        <translation>Quib conserve les notes dans ce dossier et ne peut pas y écrire (%1). Rendez-le accessible en écriture, puis relancez Quib.</translation>
+    </message>
+    <message>
+        <source>Your notes are in use</source>
+        <translation>Vos notes sont en cours d’utilisation</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be written to</source>
+        <translation>Impossible d’écrire dans vos notes</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>Afficher le dossier</translation>
     </message>
 </context>
 <context>
@@ -1313,6 +1368,13 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     </message>
 </context>
 <context>
+    <name>quib::FailureDialog</name>
+    <message>
+        <source>Quib</source>
+        <translation>Quib</translation>
+    </message>
+</context>
+<context>
     <name>quib::FindBar</name>
     <message>
         <source>Find in Note</source>
@@ -1712,6 +1774,46 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>Go on in the main window (Ctrl+O)</source>
         <translation>Continuer dans la fenêtre principale (Ctrl+O)</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SavingMessage</name>
+    <message>
+        <source>The file of your notes is damaged, and parts of it cannot be read. Nothing is written to it any more. Quit Quib, and run “quibctl check” in a terminal to learn what is whole.</source>
+        <translation>Le fichier de vos notes est endommagé et en partie illisible. Plus rien n’y est écrit. Quittez Quib et exécutez « quibctl check » dans un terminal pour savoir ce qui est intact.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: the disk is full. Make some room on it; Quib keeps trying.</source>
+        <translation>Impossible d’enregistrer vos notes : le disque est plein. Libérez de la place ; Quib continue d’essayer.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: their folder cannot be written to. Quib keeps trying.</source>
+        <translation>Impossible d’enregistrer vos notes : leur dossier n’est pas accessible en écriture. Quib continue d’essayer.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: another program does not let go of them. Quib keeps trying.</source>
+        <translation>Impossible d’enregistrer vos notes : un autre programme ne les libère pas. Quib continue d’essayer.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved. Quib keeps trying. The reason: %1</source>
+        <translation>Impossible d’enregistrer vos notes. Quib continue d’essayer. La raison : %1</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Réessayer</translation>
+    </message>
+    <message>
+        <source>%1 What you wrote last may be lost if you quit now.</source>
+        <comment>%1 is one or more sentences</comment>
+        <translation>%1 Si vous quittez maintenant, ce que vous avez écrit en dernier peut être perdu.</translation>
+    </message>
+    <message>
+        <source>Quit Without Saving</source>
+        <translation>Quitter sans enregistrer</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
     </message>
 </context>
 <context>

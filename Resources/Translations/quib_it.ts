@@ -33,10 +33,6 @@
         <translation>Qualcosa è andato storto</translation>
     </message>
     <message>
-        <source>Your notes could not be opened: %1</source>
-        <translation>Impossibile aprire le tue note: %1</translation>
-    </message>
-    <message>
         <source>Just a moment and Quib will be ready!</source>
         <translation>Un attimo e Quib sarà pronto!</translation>
     </message>
@@ -53,6 +49,26 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Contact Support</source>
         <translation>Contatta l’assistenza</translation>
+    </message>
+    <message>
+        <source>Your notes could not be opened</source>
+        <translation>Non è stato possibile aprire le note</translation>
+    </message>
+    <message>
+        <source>The file that holds them is damaged, or is no file of Quib&apos;s. Nothing was changed. Put a copy from a backup in its place, and start Quib again.</source>
+        <translation>Il file che le contiene è danneggiato o non è un file di Quib. Non è stato modificato nulla. Metti al suo posto una copia di backup e riavvia Quib.</translation>
+    </message>
+    <message>
+        <source>Nothing was changed. The reason: %1</source>
+        <translation>Non è stato modificato nulla. Il motivo: %1</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Esci</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>Mostra la cartella</translation>
     </message>
 </context>
 <context>
@@ -494,6 +510,18 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Try fewer words, or look in all notes.</source>
         <translation>Prova con meno parole o cerca in tutte le note.</translation>
     </message>
+    <message>
+        <source>These notes could not be read.</source>
+        <translation>Non è stato possibile leggere queste note.</translation>
+    </message>
+    <message>
+        <source>Your notes could not be read</source>
+        <translation>Non è stato possibile leggere le note</translation>
+    </message>
+    <message>
+        <source>Not saved yet</source>
+        <translation>Non ancora salvata</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -899,6 +927,33 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Sample Notes</source>
         <translation>Note di esempio</translation>
+    </message>
+</context>
+<context>
+    <name>WindowFrontEnd</name>
+    <message>
+        <source>Another Quib has them open, and cannot be reached from here. Go on in its window, or quit it and start Quib again.</source>
+        <translation>Sono aperte in un altro Quib, che da qui non è raggiungibile. Continua nella sua finestra, oppure chiudilo e riavvia Quib.</translation>
+    </message>
+    <message>
+        <source>Quib keeps its notes in this folder, and cannot write to it (%1). Make that possible, and start Quib again.</source>
+        <translation>Quib conserva le note in questa cartella e non può scriverci (%1). Rendila scrivibile e riavvia Quib.</translation>
+    </message>
+    <message>
+        <source>Your notes are in use</source>
+        <translation>Le note sono già in uso</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be written to</source>
+        <translation>Non è possibile scrivere le note</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Esci</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>Mostra la cartella</translation>
     </message>
 </context>
 <context>
@@ -1313,6 +1368,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::FailureDialog</name>
+    <message>
+        <source>Quib</source>
+        <translation>Quib</translation>
+    </message>
+</context>
+<context>
     <name>quib::FindBar</name>
     <message>
         <source>Find in Note</source>
@@ -1712,6 +1774,46 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Go on in the main window (Ctrl+O)</source>
         <translation>Continua nella finestra principale (Ctrl+O)</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SavingMessage</name>
+    <message>
+        <source>The file of your notes is damaged, and parts of it cannot be read. Nothing is written to it any more. Quit Quib, and run “quibctl check” in a terminal to learn what is whole.</source>
+        <translation>Il file delle note è danneggiato e in parte illeggibile. Non vi viene più scritto nulla. Chiudi Quib ed esegui «quibctl check» in un terminale per sapere che cosa è intatto.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: the disk is full. Make some room on it; Quib keeps trying.</source>
+        <translation>Non è possibile salvare le note: il disco è pieno. Libera un po’ di spazio; Quib continua a provare.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: their folder cannot be written to. Quib keeps trying.</source>
+        <translation>Non è possibile salvare le note: la loro cartella non è scrivibile. Quib continua a provare.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: another program does not let go of them. Quib keeps trying.</source>
+        <translation>Non è possibile salvare le note: un altro programma le tiene occupate. Quib continua a provare.</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved. Quib keeps trying. The reason: %1</source>
+        <translation>Non è possibile salvare le note. Quib continua a provare. Il motivo: %1</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Riprova</translation>
+    </message>
+    <message>
+        <source>%1 What you wrote last may be lost if you quit now.</source>
+        <comment>%1 is one or more sentences</comment>
+        <translation>%1 Se chiudi ora, ciò che hai scritto per ultimo può andare perduto.</translation>
+    </message>
+    <message>
+        <source>Quit Without Saving</source>
+        <translation>Esci senza salvare</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annulla</translation>
     </message>
 </context>
 <context>

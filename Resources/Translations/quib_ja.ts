@@ -32,10 +32,6 @@
         <translation>問題が発生しました</translation>
     </message>
     <message>
-        <source>Your notes could not be opened: %1</source>
-        <translation>ノートを開けませんでした: %1</translation>
-    </message>
-    <message>
         <source>Just a moment and Quib will be ready!</source>
         <translation>まもなく Quib の準備ができます。</translation>
     </message>
@@ -52,6 +48,26 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Contact Support</source>
         <translation>サポートに連絡</translation>
+    </message>
+    <message>
+        <source>Your notes could not be opened</source>
+        <translation>ノートを開けませんでした</translation>
+    </message>
+    <message>
+        <source>The file that holds them is damaged, or is no file of Quib&apos;s. Nothing was changed. Put a copy from a backup in its place, and start Quib again.</source>
+        <translation>ノートのファイルが壊れているか、Quib のファイルではありません。何も変更されていません。バックアップのコピーに置き換えてから、Quib を起動し直してください。</translation>
+    </message>
+    <message>
+        <source>Nothing was changed. The reason: %1</source>
+        <translation>何も変更されていません。理由: %1</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>終了</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>フォルダーを表示</translation>
     </message>
 </context>
 <context>
@@ -489,6 +505,18 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <source>Try fewer words, or look in all notes.</source>
         <translation>単語を減らすか、すべてのノートを検索してください。</translation>
     </message>
+    <message>
+        <source>These notes could not be read.</source>
+        <translation>これらのノートを読み込めませんでした。</translation>
+    </message>
+    <message>
+        <source>Your notes could not be read</source>
+        <translation>ノートを読み込めませんでした</translation>
+    </message>
+    <message>
+        <source>Not saved yet</source>
+        <translation>まだ保存されていません</translation>
+    </message>
 </context>
 <context>
     <name>QBNoteEditorViewController</name>
@@ -894,6 +922,33 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Sample Notes</source>
         <translation>サンプルノート</translation>
+    </message>
+</context>
+<context>
+    <name>WindowFrontEnd</name>
+    <message>
+        <source>Another Quib has them open, and cannot be reached from here. Go on in its window, or quit it and start Quib again.</source>
+        <translation>別の Quib がノートを開いており、ここからは呼び出せません。そのウインドウで続けるか、それを終了してから Quib を起動し直してください。</translation>
+    </message>
+    <message>
+        <source>Quib keeps its notes in this folder, and cannot write to it (%1). Make that possible, and start Quib again.</source>
+        <translation>Quib はノートをこのフォルダーに保管しますが、書き込めません（%1）。書き込めるようにしてから、Quib を起動し直してください。</translation>
+    </message>
+    <message>
+        <source>Your notes are in use</source>
+        <translation>ノートは使用中です</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be written to</source>
+        <translation>ノートに書き込めません</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>終了</translation>
+    </message>
+    <message>
+        <source>Show Folder</source>
+        <translation>フォルダーを表示</translation>
     </message>
 </context>
 <context>
@@ -1307,6 +1362,13 @@ We highly suggest not to exit from Quib during the whole process.</source>
     </message>
 </context>
 <context>
+    <name>quib::FailureDialog</name>
+    <message>
+        <source>Quib</source>
+        <translation>Quib</translation>
+    </message>
+</context>
+<context>
     <name>quib::FindBar</name>
     <message>
         <source>Find in Note</source>
@@ -1704,6 +1766,46 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Go on in the main window (Ctrl+O)</source>
         <translation>メインウィンドウで続ける (Ctrl+O)</translation>
+    </message>
+</context>
+<context>
+    <name>quib::SavingMessage</name>
+    <message>
+        <source>The file of your notes is damaged, and parts of it cannot be read. Nothing is written to it any more. Quit Quib, and run “quibctl check” in a terminal to learn what is whole.</source>
+        <translation>ノートのファイルが壊れていて、一部を読み込めません。これ以上は何も書き込まれません。Quib を終了し、端末で “quibctl check” を実行して、無事な部分を確かめてください。</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: the disk is full. Make some room on it; Quib keeps trying.</source>
+        <translation>ノートを保存できません: ディスクがいっぱいです。空きを作ってください。Quib は保存を繰り返し試みます。</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: their folder cannot be written to. Quib keeps trying.</source>
+        <translation>ノートを保存できません: フォルダーに書き込めません。Quib は保存を繰り返し試みます。</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved: another program does not let go of them. Quib keeps trying.</source>
+        <translation>ノートを保存できません: 別のプログラムが使用したままです。Quib は保存を繰り返し試みます。</translation>
+    </message>
+    <message>
+        <source>Your notes cannot be saved. Quib keeps trying. The reason: %1</source>
+        <translation>ノートを保存できません。Quib は保存を繰り返し試みます。理由: %1</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>再試行</translation>
+    </message>
+    <message>
+        <source>%1 What you wrote last may be lost if you quit now.</source>
+        <comment>%1 is one or more sentences</comment>
+        <translation>%1 いま終了すると、最後に書いた内容が失われるかもしれません。</translation>
+    </message>
+    <message>
+        <source>Quit Without Saving</source>
+        <translation>保存せずに終了</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
     </message>
 </context>
 <context>

@@ -320,12 +320,31 @@ TEST_F(Lifecycle, AStoreThatIsNoneIsReportedAndLeftAlone)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(QByteArray(5000, 'x'));
     file.close();
-    launch();
-    EXPECT_FALSE(delegate().isRunning());
-    EXPECT_EQ(application->alerts.size(), 1);
-    NSError error;
-    std::ignore = process->terminate(&error);
-    EXPECT_EQ(contents(path), QByteArray(5000, 'x'));
+    const QString shown = u"reveal "_s + QFileInfo(path).path();
+    const struct
+    {
+        int button;
+        QStringList steps;
+    } answers[] = {{0, {u"terminate"_s}}, {1, {shown, u"terminate"_s}}, {QBApplicationInterface::kNoButton, {}}};
+    for (const auto &answer : answers) {
+        make();
+        application->button = answer.button;
+        process->launch();
+        EXPECT_FALSE(delegate().isRunning());
+        ASSERT_EQ(application->alerts.size(), 1);
+        const QBAlert &alert = application->alerts.constFirst();
+        EXPECT_EQ(alert.messageText, u"Your notes could not be opened"_s);
+        EXPECT_TRUE(alert.informativeText.contains(u"damaged")) << alert.informativeText.toStdString();
+        EXPECT_EQ(alert.buttons, (QStringList{u"Quit"_s, u"Show Folder"_s}));
+        EXPECT_EQ(alert.path, path);
+        EXPECT_TRUE(alert.isFailure);
+        EXPECT_EQ(application->takeSteps(),
+                  (QStringList{u"find window"_s, u"theme"_s, u"alert: Your notes could not be opened"_s}) +
+                      answer.steps);
+        NSError error;
+        std::ignore = process->terminate(&error);
+        EXPECT_EQ(contents(path), QByteArray(5000, 'x'));
+    }
 }
 
 // Preferences
