@@ -459,8 +459,9 @@ bool QBMainWindowController::mayQuit()
 
 void QBMainWindowController::keyPressEvent(QKeyEvent *event)
 {
-    // Escape leads back to the notes.
-    if (event->key() == Qt::Key_Escape && m_columns != Columns::EditorOnly) {
+    // Escape leads back to the notes, but not who writes: it ends completions there, and one too many must not let the
+    // next letters do something else.
+    if (event->key() == Qt::Key_Escape && m_columns != Columns::EditorOnly && !m_editor->textView().hasFocus()) {
         focusNotesTable();
         return;
     }

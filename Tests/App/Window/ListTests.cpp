@@ -84,6 +84,8 @@ TEST_F(NoteList, ArrowsChooseAndReturnEdits)
     press(Qt::Key_Return);
     EXPECT_TRUE(window().editor().textView().hasFocus());
     press(Qt::Key_Escape);
+    EXPECT_TRUE(window().editor().textView().hasFocus()) << "who writes goes on writing";
+    press(Qt::Key_2, Qt::ControlModifier | Qt::AltModifier);
     EXPECT_TRUE(window().noteList().hasFocus());
     press(Qt::Key_Left);
     EXPECT_TRUE(window().sidebar().hasFocus());
