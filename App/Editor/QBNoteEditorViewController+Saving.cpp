@@ -227,11 +227,16 @@ void QBNoteEditorViewController::noteWasDeleted()
     }
     forgetEdits();
     m_note = {};
-    if (!text.isEmpty() && moc != nullptr) {
+    const bool isKept = !text.isEmpty() && moc != nullptr;
+    const NSRange selection = m_view->selectedRange();
+    if (isKept) {
         m_note = QBNote::noteWithText(text, currentSyntax(), *moc);
         saveStore(/*baseText=*/{});
     }
     loadNote();
+    if (isKept) {
+        m_view->setSelectedRange(selection); // who writes goes on writing
+    }
     Q_EMIT noteDidChange();
 }
 

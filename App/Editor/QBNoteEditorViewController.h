@@ -75,6 +75,8 @@ public:
     /// Errors: what the store could not save stays pending there; the stack knows why.
     void saveNote(bool forceSave);
     [[nodiscard]] bool hasUnsavedText() const { return m_isEdited; }
+    /// Whether what changes in the store now is this pane's writing.
+    [[nodiscard]] bool isSavingNote() const { return m_selfEditingNote; }
     /// Until what was handed to the journal is on disk.
     void waitForJournal() const;
 

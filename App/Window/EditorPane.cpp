@@ -41,7 +41,12 @@ void EditorPane::setNote(const Ref<QBNote> &note)
 
 void EditorPane::updateShown()
 {
+    const QWidget *focus = window()->focusWidget();
+    const bool hadFocus = focus != nullptr && m_editor->isAncestorOf(focus);
     setCurrentWidget(note() ? static_cast<QWidget *>(m_editor) : m_empty);
+    if (!note() && hadFocus) {
+        m_empty->setFocus(); // and not what comes next, where keys do things
+    }
 }
 
 void EditorPane::loadTheme(const std::shared_ptr<QBTheme> &theme)

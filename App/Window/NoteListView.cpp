@@ -146,10 +146,14 @@ void NoteListView::moveRow(qint64 row, qint64 toRow)
 
 void NoteListView::endUpdates()
 {
-    // When the last selected note leaves the list, the one that takes its place is looked at next.
-    if (m_removedRow >= 0 && !selectionModel()->hasSelection() && m_model.rowCount() > 0) {
-        selectRows({std::min<qint64>(m_removedRow, m_model.rowCount() - 1)});
+    if (m_removedRow >= 0 && !selectionModel()->hasSelection()) {
+        if (!m_host.looksAtNeighbour()) {
+            selectedNotesDidLeave();
+        } else if (m_model.rowCount() > 0) {
+            selectRows({std::min<qint64>(m_removedRow, m_model.rowCount() - 1)});
+        }
     }
+    Q_EMIT rowsDidChange();
     viewport()->update();
 }
 
@@ -192,6 +196,12 @@ void NoteListView::setScrollPosition(double position)
     verticalScrollBar()->setValue(int(position));
 }
 
+void NoteListView::selectedNotesDidLeave()
+{
+    m_hasLostSelection = true;
+    Q_EMIT selectionWasLost();
+}
+
 void NoteListView::setSearchFieldString(const QString &string)
 {
     m_host.setSearchFieldString(string);
@@ -217,6 +227,7 @@ void NoteListView::selectionMayHaveChanged()
 void NoteListView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QListView::selectionChanged(selected, deselected);
+    m_hasLostSelection = m_hasLostSelection && !selectionModel()->hasSelection();
     selectionMayHaveChanged();
 }
 
@@ -229,7 +240,7 @@ void NoteListView::currentChanged(const QModelIndex &current, const QModelIndex 
 void NoteListView::focusInEvent(QFocusEvent *event)
 {
     QListView::focusInEvent(event);
-    if (m_selectsFirstRow && m_model.rowCount() > 0 && !selectionModel()->hasSelection()) {
+    if (m_selectsFirstRow && m_model.rowCount() > 0 && !selectionModel()->hasSelection() && !m_hasLostSelection) {
         setCurrentIndex(m_model.index(0));
     }
     tellCurrentItem(*this);

@@ -35,12 +35,17 @@ public:
         std::function<void(const QString &text)> setSearchFieldString;
         std::function<void()> focusSearchField;
         std::function<void(const QBNotesTableQuestion &question, const QBNotesTableViewInterface::Answer &answer)> ask;
+        /// Whether the note that takes the place of the selected one, which left the list, is looked at next.
+        std::function<bool()> looksAtNeighbour;
     };
     void setHost(Host host) { m_host = std::move(host); }
 
     void setSelectsFirstRowWhenBecomesFirstResponder(bool selects) { m_selectsFirstRow = selects; }
     /// Selects the note's row alone and shows it. Errors: false when the list does not have the note.
     bool selectNote(const QBNote &note);
+    /// Whether what was selected left the list and nobody has chosen since: the note stays open where it was.
+    [[nodiscard]] bool hasLostSelection() const { return m_hasLostSelection; }
+    void forgetLostSelection() { m_hasLostSelection = false; }
     /// The row that has the keyboard; null for none.
     [[nodiscard]] Ref<QBNote> currentNote() const;
     /// What an empty list says.
@@ -58,12 +63,16 @@ public:
     void selectRows(const QList<qint64> &rows) override;
     [[nodiscard]] double scrollPosition() const override;
     void setScrollPosition(double position) override;
+    void selectedNotesDidLeave() override;
     void setSearchFieldString(const QString &string) override;
     void focusSearchField() override;
     void ask(const QBNotesTableQuestion &question, const Answer &answer) override;
 
 Q_SIGNALS:
     void selectionDidChange();
+    void selectionWasLost();
+    /// Rows came, went or moved, and are those of the list again.
+    void rowsDidChange();
     /// The user began to write while the list had the keyboard.
     void textWasTyped(const QString &text);
     void openWasRequested();
@@ -98,6 +107,7 @@ private:
     bool m_selectsFirstRow = false;
     /// Where a selected row went during the updates being told; -1 for none.
     qint64 m_removedRow = -1;
+    bool m_hasLostSelection = false;
 };
 
 } // namespace quib

@@ -97,6 +97,22 @@ QAction *QBMainWindowController::addCommand(const QString &name, const QString &
     return made;
 }
 
+void QBMainWindowController::putAway(const std::function<void()> &command)
+{
+    const QList<Ref<QBNote>> before = selectedNotes();
+    const bool wasInText = keyboard().text != nullptr;
+    command();
+    // 1. A note without a row has none that takes its place.
+    if (const Ref<QBNote> open = noteLeftOpen(); open && open->isTrashed()) {
+        m_list->forgetLostSelection();
+        notesSelectionDidChange();
+    }
+    // 2. Whoever was writing in it does not write on in another one.
+    if (wasInText && selectedNotes() != before) {
+        focusNotesTable();
+    }
+}
+
 void QBMainWindowController::makeActions()
 {
     const auto key = [](QKeyCombination combination) { return QKeySequence(combination); };
@@ -113,22 +129,22 @@ void QBMainWindowController::makeActions()
     });
     addCommand(u"duplicate"_s, tr("Duplicate"), key(Qt::CTRL | Qt::Key_D), [this] {
         saveNote(/*forceSave=*/false);
-        m_notes->duplicate();
+        m_notes->duplicate(selectedNotes());
     });
-    addCommand(u"merge"_s, tr("Merge"), {}, [this] { m_notes->mergeNotes(); });
+    addCommand(u"merge"_s, tr("Merge"), {}, [this] { m_notes->mergeNotes(selectedNotes()); });
     addCommand(u"pin"_s, tr("Pin to Top"), key(Qt::CTRL | Qt::ALT | Qt::Key_P), [this] {
         const auto notes = selectedNotes();
         const bool areAllPinned = std::ranges::all_of(notes, [](const auto &note) { return note->isPinned(); });
-        areAllPinned ? m_notes->unpinNotes() : m_notes->pinNotes();
+        areAllPinned ? m_notes->unpinNotes(notes) : m_notes->pinNotes(notes);
     })->setCheckable(true);
     addCommand(u"archive"_s, tr("Archive"), key(Qt::CTRL | Qt::ALT | Qt::Key_A), [this] {
         const auto notes = selectedNotes();
         const bool areAllArchived = std::ranges::all_of(notes, [](const auto &note) { return note->isArchived(); });
-        areAllArchived ? m_notes->unarchiveNotes() : m_notes->archiveNotes();
+        putAway([&] { areAllArchived ? m_notes->unarchiveNotes(notes) : m_notes->archiveNotes(notes); });
     });
     QAction *trash = addCommand(u"trash"_s, tr("Move to Trash"), key(Qt::CTRL | Qt::Key_Backspace), [this] {
         saveNote(/*forceSave=*/false);
-        m_notes->deleteNotes();
+        putAway([this] { m_notes->deleteNotes(selectedNotes()); });
     });
     // Plain Delete is a key of text as well: it means notes only where the list has the keyboard.
     auto *deleting = new QAction(this);
@@ -136,7 +152,7 @@ void QBMainWindowController::makeActions()
     deleting->setShortcutContext(Qt::WidgetShortcut);
     connect(deleting, &QAction::triggered, trash, &QAction::trigger);
     m_list->addAction(deleting);
-    addCommand(u"restore"_s, tr("Put Back"), {}, [this] { m_notes->restoreNotes(); });
+    addCommand(u"restore"_s, tr("Put Back"), {}, [this] { m_notes->restoreNotes(selectedNotes()); });
     addCommand(u"copy-link"_s, tr("Copy Link to Note"), key(Qt::CTRL | Qt::ALT | Qt::Key_L),
                [this] { copyNoteLinks(); });
     addCommand(u"print"_s, tr("Print…"), QKeySequence::Print, [this] { printNote(*this, *m_editor); });
@@ -418,24 +434,40 @@ void QBMainWindowController::showSidebarMenu(const QBSidebarItem::Pointer &item,
 
 // Undo
 
+QBMainWindowController::Keyboard QBMainWindowController::keyboard() const
+{
+    QWidget *focus = QApplication::focusWidget() != nullptr ? QApplication::focusWidget() : focusWidget();
+    if (auto *field = qobject_cast<QLineEdit *>(focus); field != nullptr) {
+        return {.field = field};
+    }
+    if (auto *text = qobject_cast<QBNoteTextView *>(focus); text != nullptr) {
+        return {.text = text};
+    }
+    // Who was writing, and is beside the text now, means the text: what is done to notes is undone out of sight.
+    if (focus != nullptr && m_editorColumn->isAncestorOf(focus)) {
+        return {.text = m_editor->note() ? &m_editor->textView() : nullptr};
+    }
+    return {.isInLists = true};
+}
+
 void QBMainWindowController::undo()
 {
-    if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()); field != nullptr) {
-        field->undo();
-    } else if (auto *text = qobject_cast<QBNoteTextView *>(QApplication::focusWidget()); text != nullptr) {
-        text->undo();
-    } else {
+    if (const Keyboard of = keyboard(); of.field != nullptr) {
+        of.field->undo();
+    } else if (of.text != nullptr) {
+        of.text->undo();
+    } else if (of.isInLists) {
         m_undoManager.undo();
     }
 }
 
 void QBMainWindowController::redo()
 {
-    if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()); field != nullptr) {
-        field->redo();
-    } else if (auto *text = qobject_cast<QBNoteTextView *>(QApplication::focusWidget()); text != nullptr) {
-        text->redo();
-    } else {
+    if (const Keyboard of = keyboard(); of.field != nullptr) {
+        of.field->redo();
+    } else if (of.text != nullptr) {
+        of.text->redo();
+    } else if (of.isInLists) {
         m_undoManager.redo();
     }
 }

@@ -56,6 +56,7 @@ QBMainWindowController::QBMainWindowController()
                             m_list->setFocus();
                         });
     };
+    host.looksAtNeighbour = [this] { return looksAtNeighbour(); };
     m_list->setHost(std::move(host));
     updateEmptyStates();
     updateActions();
@@ -157,6 +158,8 @@ void QBMainWindowController::makeColumns()
         }
     });
     connect(m_list, &NoteListView::selectionDidChange, this, &QBMainWindowController::notesSelectionDidChange);
+    connect(m_list, &NoteListView::selectionWasLost, this, &QBMainWindowController::selectionWasLost);
+    connect(m_list, &NoteListView::rowsDidChange, this, &QBMainWindowController::selectNoteLeftOpen);
     connect(m_list, &NoteListView::contextMenuWasRequested, this, &QBMainWindowController::showNoteMenu);
     connect(m_list, &NoteListView::openWasRequested, this, [this] {
         revealColumn(Column::Editor);
@@ -205,6 +208,8 @@ void QBMainWindowController::makeColumns()
     // A note gets its title by its first save.
     connect(&m_editor->editor(), &QBNoteEditorViewController::noteWasSaved, this,
             &QBMainWindowController::updateActions);
+    connect(&m_editor->editor(), &QBNoteEditorViewController::noteDidChange, this,
+            &QBMainWindowController::openNoteWasDeleted);
     connect(m_editor, &EditorPane::attachingFailed, this, [this](const QString &fileName) {
         m_messages->say(tr("“%1” could not be taken into the note.").arg(fileName));
     });
@@ -252,13 +257,72 @@ EditorPane &QBMainWindowController::keyEditor()
 
 // What is shown
 
+bool QBMainWindowController::looksAtNeighbour() const
+{
+    if (m_notes->isCarryingOutCommand()) {
+        return true;
+    }
+    const QBNoteEditorViewController &editor = m_editor->editor();
+    return focusWidget() == m_list && !editor.isSavingNote() && !editor.hasUnsavedText();
+}
+
+Ref<QBNote> QBMainWindowController::noteLeftOpen() const
+{
+    const Ref<QBNote> &open = m_editor->note();
+    const bool isThere = open && open->managedObjectContext() != nullptr && !open->isDeleted();
+    return isThere && m_list->hasLostSelection() ? open : nullptr;
+}
+
+void QBMainWindowController::selectionWasLost()
+{
+    const Ref<QBNote> open = noteLeftOpen();
+    if (open && open->isTrashed()) {
+        m_messages->say(tr("The note was put into the trash elsewhere."), tr("Put Back"),
+                        [this, open](int button, bool /*isChecked*/) {
+                            if (button == 0 && m_notes) {
+                                m_notes->restoreNotes({open});
+                            }
+                        });
+    }
+}
+
+void QBMainWindowController::selectNoteLeftOpen()
+{
+    if (const Ref<QBNote> open = noteLeftOpen(); open && isNoteVisible(*open)) {
+        m_list->selectNote(*open);
+    }
+}
+
+void QBMainWindowController::openNoteWasDeleted()
+{
+    if (m_notes && m_notes->isCarryingOutCommand()) {
+        return;
+    }
+    m_messages->say(m_editor->note() ? tr("The note was deleted elsewhere. What was not saved yet is in a new note.")
+                                     : tr("The note was deleted elsewhere."));
+    updateEmptyStates();
+    updateActions();
+}
+
 void QBMainWindowController::sidebarItemWasSelected(const QBSidebarItem::Pointer &item)
 {
     if (!m_notes) {
         return;
     }
+    // A list that is gone was left by nobody, so what is open stays open.
+    const bool staysOpen = m_sidebar->isLeavingGoneList() && m_editor->note();
+    if (!staysOpen) {
+        m_list->forgetLostSelection();
+    }
     m_notes->setRepresentedObject(item);
     m_list->setScrollPosition(0);
+    if (staysOpen && m_list->selectedRows().isEmpty()) {
+        m_list->selectedNotesDidLeave();
+        selectNoteLeftOpen();
+        updateEmptyStates();
+        updateActions();
+        return;
+    }
     // In a list of other notes, the first one is looked at.
     if (m_notes->numberOfRows() > 0 && m_list->selectedRows().isEmpty()) {
         m_list->selectRows({0});
@@ -279,6 +343,8 @@ void QBMainWindowController::notesSelectionDidChange()
 void QBMainWindowController::notesTableViewController(QBNotesTableViewController & /*controller*/,
                                                       const QString &didPerformSearch)
 {
+    selectNoteLeftOpen();
+    m_list->forgetLostSelection();
     m_editor->setSearchString(didPerformSearch);
     if (!didPerformSearch.isEmpty() && m_list->selectedRows().isEmpty() && m_notes->numberOfRows() > 0) {
         m_list->selectRows({0});
@@ -397,7 +463,11 @@ void QBMainWindowController::updateActions()
 
 QList<Ref<QBNote>> QBMainWindowController::selectedNotes() const
 {
-    return m_notes ? m_notes->selectedNotes() : QList<Ref<QBNote>>();
+    if (!m_notes) {
+        return {};
+    }
+    const Ref<QBNote> open = noteLeftOpen();
+    return open ? QList<Ref<QBNote>>{open} : m_notes->selectedNotes();
 }
 
 QList<Ref<QBNote>> QBMainWindowController::notesWithIdentifiers(const QStringList &identifiers) const

@@ -18,10 +18,13 @@
 
 QT_BEGIN_NAMESPACE
 class QLabel;
+class QLineEdit;
 class QMenu;
 class QSplitter;
 class QToolButton;
 QT_END_NAMESPACE
+
+class QBNoteTextView;
 
 namespace quib {
 class DetachedWindow;
@@ -140,11 +143,20 @@ private:
     void sidebarItemWasSelected(const QBSidebarItem::Pointer &item);
     void notesSelectionDidChange();
     [[nodiscard]] bool canMakeNotes() const;
+    /// Whether the note that takes the place of the selected one, which left the list, is shown. Not while somebody may
+    /// be writing, unless this window's own command took the note away.
+    [[nodiscard]] bool looksAtNeighbour() const;
+    /// The note that is shown although the list has no row for it any more; null where there is none.
+    [[nodiscard]] quib::Ref<QBNote> noteLeftOpen() const;
+    void selectionWasLost();
+    /// A note that was left open gets its row again where the list has one.
+    void selectNoteLeftOpen();
+    void openNoteWasDeleted();
     void updateEmptyStates();
     void updateActions();
     void notesTableViewController(QBNotesTableViewController &controller, const QString &didPerformSearch) override;
     [[nodiscard]] QList<quib::Ref<QBNote>> notesWithIdentifiers(const QStringList &identifiers) const;
-    /// The list's notes that a command is about.
+    /// The notes that a command is about: those selected in the list, or the one that was left open.
     [[nodiscard]] QList<quib::Ref<QBNote>> selectedNotes() const;
 
     // QBMainWindowController+Columns.cpp
@@ -158,6 +170,17 @@ private:
     void makeMenus();
     QAction *addCommand(const QString &name, const QString &text, const QKeySequence &shortcut,
                         std::function<void()> triggered);
+    /// Who has the keyboard, of those that can undo: a field, a text, or, where neither is set, all notes; nobody
+    /// where the keyboard is beside a text that is there no more.
+    struct Keyboard
+    {
+        QLineEdit *field = nullptr;
+        QBNoteTextView *text = nullptr;
+        bool isInLists = false;
+    };
+    [[nodiscard]] Keyboard keyboard() const;
+    /// Runs a command that takes notes out of the list.
+    void putAway(const std::function<void()> &command);
     void undo();
     void redo();
     void showNoteMenu(const QPoint &globalPosition);

@@ -11,6 +11,7 @@
 #include <QLocale>
 #include <QMimeData>
 #include <QPainter>
+#include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
 
@@ -225,6 +226,7 @@ void SidebarView::restore()
     // A list that is gone leaves the notes.
     if (!m_model.indexOfIdentifier(m_selectedIdentifier).isValid() && m_model.rowCount() > 0) {
         m_isRestoring = false;
+        const QScopedValueRollback leaving(m_isLeavingGoneList, true);
         setCurrentIndex(m_model.index(0, 0));
         return;
     }

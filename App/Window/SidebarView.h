@@ -35,6 +35,8 @@ public:
 
     /// Null before there is a store.
     [[nodiscard]] QBSidebarItem::Pointer selectedItem() const;
+    /// While it tells of another selected item: whether nobody chose that, but the one before is there no more.
+    [[nodiscard]] bool isLeavingGoneList() const { return m_isLeavingGoneList; }
     /// Opens what is above the item, and selects it. Errors: false for an identifier that no item has.
     bool selectIdentifier(const QString &identifier);
     [[nodiscard]] QString selectedIdentifier() const { return m_selectedIdentifier; }
@@ -75,6 +77,7 @@ private:
     QStringList m_collapsed;
     QPersistentModelIndex m_dropTarget;
     bool m_isRestoring = false;
+    bool m_isLeavingGoneList = false;
 };
 
 } // namespace quib

@@ -11,6 +11,7 @@
 #include <Store/QBNotesPreferenceManager.h>
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -40,6 +41,30 @@ constexpr char kContext[] = "QBNotesTableViewController";
 }
 
 } // namespace
+
+/// A command while it is carried out. At its end the list hears of all that it changed, so that nothing that others
+/// change is taken for its doing.
+class QBNotesTableViewController::Command
+{
+public:
+    explicit Command(QBNotesTableViewController &controller)
+        : m_controller(controller)
+        , m_isRunning(controller.m_isCarryingOutCommand, true)
+    {
+    }
+    ~Command()
+    {
+        if (m_controller.m_fetchedResultController != nullptr) {
+            m_controller.m_fetchedResultController->managedObjectContext()->processPendingChanges();
+        }
+    }
+    Command(const Command &) = delete;
+    Command &operator=(const Command &) = delete;
+
+private:
+    QBNotesTableViewController &m_controller;
+    QScopedValueRollback<bool> m_isRunning;
+};
 
 // New notes
 
@@ -131,6 +156,7 @@ void QBNotesTableViewController::deleteNotes(const QList<Ref<QBNote>> &notes)
 
 void QBNotesTableViewController::permanentlyDeleteNotes(const QList<Ref<QBNote>> &notes)
 {
+    const Command command(*this);
     for (const Ref<QBNote> &note : thoseThere(notes)) {
         // The question may have stood open while a note was restored elsewhere.
         if (note->isTrashed()) {
@@ -143,6 +169,7 @@ void QBNotesTableViewController::permanentlyDeleteNotes(const QList<Ref<QBNote>>
 void QBNotesTableViewController::changeNotes(const QList<Ref<QBNote>> &notes, void (QBNote::*operation)(),
                                              const QString &actionName, const QString &inverseName)
 {
+    const Command command(*this);
     QList<NoteState> changed;
     for (const Ref<QBNote> &note : thoseThere(notes)) {
         const NoteState before{note, note->isPinned(), note->isTrashed(), note->isArchived()};
@@ -163,6 +190,7 @@ void QBNotesTableViewController::changeNotes(const QList<Ref<QBNote>> &notes, vo
 void QBNotesTableViewController::changeNotesBack(const QList<NoteState> &states, const QString &actionName,
                                                  const QString &inverseName)
 {
+    const Command command(*this);
     QList<NoteState> before;
     for (const NoteState &state : states) {
         QBNote *const note = state.note.get();
@@ -224,6 +252,7 @@ void QBNotesTableViewController::duplicate(const QList<Ref<QBNote>> &notes)
 
 void QBNotesTableViewController::mergeNotes(const QList<Ref<QBNote>> &notes)
 {
+    const Command command(*this);
     const QList<Ref<QBNote>> sources = thoseThere(notes);
     const Ref<QBNote> result = QBNote::mergeNotes(sources, currentSyntax());
     if (!result) {
@@ -242,6 +271,7 @@ void QBNotesTableViewController::unmergeNotes(const QList<Ref<QBNote>> &notes, c
 void QBNotesTableViewController::unmerge(const QList<Ref<QBNote>> &notes, const Ref<QBNote> &resultNote,
                                          const QString &mergedText)
 {
+    const Command command(*this);
     if (isThere(resultNote)) {
         // What was written into the result since stands nowhere else.
         if (resultNote->text() == mergedText) {
@@ -270,6 +300,7 @@ void QBNotesTableViewController::removeSelectedTag()
 
 void QBNotesTableViewController::removeTag(const QString &tag, const QList<Ref<QBNote>> &fromNotes)
 {
+    const Command command(*this);
     const QList<Ref<QBNote>> notes = thoseThere(fromNotes);
     const Ref<QBNoteTag> found =
         notes.isEmpty() ? nullptr : QBNoteTag::tagWithName(tag, *notes.front()->managedObjectContext());
@@ -300,6 +331,7 @@ void QBNotesTableViewController::unremoveTag(const QString &tag, const QList<Ref
 
 void QBNotesTableViewController::changeTextsBack(const QString &tag, const QList<TextChange> &changes)
 {
+    const Command command(*this);
     QList<Ref<QBNote>> notes;
     QList<Ref<QBNote>> rewritten;
     for (const TextChange &change : changes) {

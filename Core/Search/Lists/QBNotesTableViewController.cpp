@@ -126,8 +126,12 @@ void QBNotesTableViewController::dayDidChange()
     // Nobody asked for it, so whoever is reading stays where they are.
     const double position = m_view.scrollPosition();
     const std::optional<double> positionBeforeSearch = m_scrollPositionBeforeSearch;
+    const bool hadSelection = !m_view.selectedRows().isEmpty();
     setRepresentedObject(m_representedObject);
     m_view.setScrollPosition(position);
+    if (hadSelection && m_view.selectedRows().isEmpty()) {
+        m_view.selectedNotesDidLeave();
+    }
     m_scrollPositionBeforeSearch = positionBeforeSearch;
 }
 

@@ -118,8 +118,12 @@ public:
     void removeTag(const QString &tag, const QList<quib::Ref<QBNote>> &fromNotes);
     /// Writes the tag into the notes that lack it.
     void unremoveTag(const QString &tag, const QList<quib::Ref<QBNote>> &fromNotes);
+    /// Whether what the list tells now is the doing of one of these commands, or of its undoing.
+    [[nodiscard]] bool isCarryingOutCommand() const { return m_isCarryingOutCommand; }
 
 private:
+    class Command;
+
     /// A note's flags, as a command found or left them.
     struct NoteState
     {
@@ -170,6 +174,7 @@ private:
     std::optional<double> m_scrollPositionBeforeSearch;
     /// Rows whose notes changed, by their places after the changes being told.
     QList<qint64> m_rowsToUpdatedAfterModelUpdate;
+    bool m_isCarryingOutCommand = false;
     quib::DayWatch m_dayWatch;
     /// Dies with the controller: an answer may come later.
     std::shared_ptr<char> m_life = std::make_shared<char>();

@@ -43,6 +43,9 @@ public:
     /// Units: points from the top.
     [[nodiscard]] virtual double scrollPosition() const = 0;
     virtual void setScrollPosition(double position) = 0;
+    /// The selected notes are in the list no more, and nobody chose others. Outside of updates; what leaves during
+    /// updates is known by its rows.
+    virtual void selectedNotesDidLeave() = 0;
 
     // Search field
 

@@ -21,6 +21,7 @@ public:
     int updates = 0;
     QString field;
     int focusings = 0;
+    int leavings = 0;
     QList<QBNotesTableQuestion> questions;
     Answer answer;
 
@@ -78,6 +79,7 @@ public:
     }
     [[nodiscard]] double scrollPosition() const override { return position; }
     void setScrollPosition(double newPosition) override { position = newPosition; }
+    void selectedNotesDidLeave() override { ++leavings; }
     void setSearchFieldString(const QString &string) override { field = string; }
     void focusSearchField() override { ++focusings; }
     void ask(const QBNotesTableQuestion &question, const Answer &toAnswer) override

@@ -59,8 +59,10 @@ TEST_F(NoteList, AsksAgainForTheDayAtMidnight)
     show();
     controller->searchFieldUpdated(u"@today"_s);
     ASSERT_EQ(shown(), u"kept yesterday"_s);
+    select({1});
     clock.advance(86'400);
     EXPECT_EQ(shown(), u""_s);
+    EXPECT_EQ(table.leavings, 1) << "nobody chose to leave the selected note";
     static_cast<void>(makeNote(u"new"_s));
     save();
     EXPECT_EQ(shown(), u"new"_s);
