@@ -70,22 +70,32 @@ QString MessageBar::text() const
     return isHidden() ? QString() : m_label->text();
 }
 
-void MessageBar::say(const QString &text, const QString &button, const Answered &answered)
+int MessageBar::say(const QString &text, const QString &button, const Answered &answered)
 {
     show(text, button.isEmpty() ? QStringList() : QStringList{button}, {});
     m_isQuestion = false;
     m_answered = answered;
     m_leaving.start();
+    return m_number;
 }
 
-void MessageBar::ask(const QString &text, const QStringList &buttons, const QString &checkBox, const Answered &answered)
+int MessageBar::ask(const QString &text, const QStringList &buttons, const QString &checkBox, const Answered &answered,
+                    int withKeyboard)
 {
     show(text, buttons, checkBox);
     m_isQuestion = true;
     m_answered = answered;
     m_leaving.stop();
-    if (!m_buttons.isEmpty()) {
-        m_buttons.constFirst()->setFocus();
+    if (QWidget *button = m_buttons.value(withKeyboard); button != nullptr) {
+        button->setFocus();
+    }
+    return m_number;
+}
+
+void MessageBar::dismiss(int number)
+{
+    if (number == m_number && !isHidden()) {
+        end(kNoButton);
     }
 }
 
@@ -110,6 +120,7 @@ void MessageBar::show(const QString &text, const QStringList &buttons, const QSt
     end(kNoButton);
     m_isStanding = false;
     m_closing->show();
+    ++m_number;
     m_label->setText(text);
     m_checkBox->setText(checkBox);
     m_checkBox->setChecked(false);

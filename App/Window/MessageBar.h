@@ -30,15 +30,19 @@ public:
     /// The index of the button, and whether the box was checked.
     using Answered = std::function<void(int button, bool isChecked)>;
 
-    /// Says something, which goes away by itself; with a button it can be acted upon.
-    void say(const QString &text, const QString &button = {}, const Answered &answered = {});
-    /// Asks something. The first button is the one that Return presses.
-    void ask(const QString &text, const QStringList &buttons, const QString &checkBox, const Answered &answered);
     /// Says something that stays until a button is pressed or it is taken back. It takes the keyboard from nobody, and
     /// cannot be sent away.
     void stand(const QString &text, const QStringList &buttons, const Answered &answered);
     /// Ends what is said or asked, without an answer.
     void takeBack();
+    /// Says something, which goes away by itself; with a button it can be acted upon. Gives the number of the message.
+    int say(const QString &text, const QString &button = {}, const Answered &answered = {});
+    /// Asks something. The button withKeyboard is the one that Return presses: of something that cannot be undone, the
+    /// one that leaves all as it is. Gives the number of the message.
+    int ask(const QString &text, const QStringList &buttons, const QString &checkBox, const Answered &answered,
+            int withKeyboard = 0);
+    /// Ends a message that no longer holds, as answered by nothing, if it is still the one that is shown.
+    void dismiss(int number);
     /// Presses a button, for the keyboard and for tests.
     void press(int button);
     [[nodiscard]] QString text() const;
@@ -63,6 +67,8 @@ private:
     Answered m_answered;
     bool m_isQuestion = false;
     bool m_isStanding = false;
+    /// Of the message that was shown last; the first one has 1.
+    int m_number = 0;
 };
 
 } // namespace quib

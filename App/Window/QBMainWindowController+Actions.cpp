@@ -421,7 +421,7 @@ void QBMainWindowController::showSidebarMenu(const QBSidebarItem::Pointer &item,
     if (auto *trash = dynamic_cast<QBNotesTrashSidebarItem *>(item.get()); trash != nullptr) {
         menu->addAction(tr("Empty Trash…"), this, [this] {
             if (m_notes) {
-                m_notes->deleteNotes(QBNote::allTrashedNotesInManagedObjectContext(*m_context));
+                m_notes->emptyTrash();
             }
         });
     }

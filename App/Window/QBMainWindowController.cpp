@@ -26,6 +26,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 using namespace quib;
 
@@ -35,6 +37,7 @@ namespace {
 constexpr int kSidebarWidth = 216;
 constexpr int kListWidth = 308;
 constexpr int kHeaderHeight = 46;
+constexpr int kTitleInButtonWidth = 180;
 
 } // namespace
 
@@ -50,11 +53,7 @@ QBMainWindowController::QBMainWindowController()
     host.setSearchFieldString = [this](const QString &text) { m_searchField->showString(text); };
     host.focusSearchField = [this] { focusSearchField(); };
     host.ask = [this](const QBNotesTableQuestion &question, const QBNotesTableViewInterface::Answer &answer) {
-        m_messages->ask(question.message, {tr("Delete"), tr("Cancel")}, question.suppressionText,
-                        [this, answer](int button, bool isChecked) {
-                            answer(button == 0, button == 0 && isChecked);
-                            m_list->setFocus();
-                        });
+        askBeforeDeleting(question, answer);
     };
     host.looksAtNeighbour = [this] { return looksAtNeighbour(); };
     m_list->setHost(std::move(host));
@@ -275,6 +274,7 @@ Ref<QBNote> QBMainWindowController::noteLeftOpen() const
 
 void QBMainWindowController::selectionWasLost()
 {
+    dismissQuestion();
     const Ref<QBNote> open = noteLeftOpen();
     if (open && open->isTrashed()) {
         m_messages->say(tr("The note was put into the trash elsewhere."), tr("Put Back"),
@@ -290,6 +290,42 @@ void QBMainWindowController::selectNoteLeftOpen()
 {
     if (const Ref<QBNote> open = noteLeftOpen(); open && isNoteVisible(*open)) {
         m_list->selectNote(*open);
+    }
+}
+
+void QBMainWindowController::askBeforeDeleting(const QBNotesTableQuestion &question,
+                                               const QBNotesTableViewInterface::Answer &answer)
+{
+    // The button says what will be gone.
+    QString deletion = tr("Delete %n Notes", nullptr, int(question.notes.size()));
+    if (question.notes.size() == 1) {
+        const QString title = question.notes.constFirst()->title();
+        QString shown = fontMetrics().elidedText(title.isEmpty() ? tr("Untitled note") : title, Qt::ElideRight,
+                                                 kTitleInButtonWidth);
+        deletion = tr("Delete “%1”").arg(shown.replace(u'&', u"&&"_s));
+    }
+    dismissQuestion();
+    m_selectedWhenAsked = selectedNotes();
+    m_question = m_messages->ask(
+        question.message, {deletion, tr("Cancel")}, question.suppressionText,
+        [this, answer](int button, bool isChecked) {
+            const bool isAnswered = std::exchange(m_question, 0) != 0;
+            answer(button == 0, button == 0 && isChecked);
+            if (isAnswered) {
+                m_list->setFocus();
+            }
+        },
+        /*withKeyboard=*/1);
+}
+
+void QBMainWindowController::dismissQuestion()
+{
+    const bool hadKeyboard = focusWidget() != nullptr && m_messages->isAncestorOf(focusWidget());
+    if (const int question = std::exchange(m_question, 0); question != 0) {
+        m_messages->dismiss(question);
+        if (hadKeyboard) {
+            m_list->setFocus();
+        }
     }
 }
 
@@ -309,6 +345,7 @@ void QBMainWindowController::sidebarItemWasSelected(const QBSidebarItem::Pointer
     if (!m_notes) {
         return;
     }
+    dismissQuestion();
     // A list that is gone was left by nobody, so what is open stays open.
     const bool staysOpen = m_sidebar->isLeavingGoneList() && m_editor->note();
     if (!staysOpen) {
@@ -334,6 +371,9 @@ void QBMainWindowController::sidebarItemWasSelected(const QBSidebarItem::Pointer
 void QBMainWindowController::notesSelectionDidChange()
 {
     const QList<Ref<QBNote>> selected = selectedNotes();
+    if (selected != m_selectedWhenAsked) {
+        dismissQuestion();
+    }
     m_editor->setNote(selected.size() == 1 ? selected.constFirst() : nullptr);
     m_editor->setSearchString(m_notes ? m_notes->currentSearch() : QString());
     updateEmptyStates();

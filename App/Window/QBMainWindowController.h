@@ -152,6 +152,9 @@ private:
     /// A note that was left open gets its row again where the list has one.
     void selectNoteLeftOpen();
     void openNoteWasDeleted();
+    void askBeforeDeleting(const QBNotesTableQuestion &question, const QBNotesTableViewInterface::Answer &answer);
+    /// A question is about the notes that were selected when it was asked.
+    void dismissQuestion();
     void updateEmptyStates();
     void updateActions();
     void notesTableViewController(QBNotesTableViewController &controller, const QString &didPerformSearch) override;
@@ -242,6 +245,9 @@ private:
     QMenu *m_noteMenu = nullptr;
     Columns m_columns = Columns::All;
     Column m_neededColumn = Column::Editor;
+    /// The number of a question that stands open, and what was selected then; 0 for none.
+    int m_question = 0;
+    QList<quib::Ref<QBNote>> m_selectedWhenAsked;
     NSUndoManager m_undoManager;
     std::shared_ptr<NSManagedObjectContext> m_context;
     std::shared_ptr<QBTheme> m_textTheme;

@@ -365,10 +365,6 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>Quib</translation>
     </message>
     <message>
-        <source>Delete</source>
-        <translation>حذف</translation>
-    </message>
-    <message>
         <source>“%1” could not be taken into the note.</source>
         <translation>تعذّر إدراج «%1» في الملاحظة.</translation>
     </message>
@@ -541,6 +537,33 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Not saved yet</source>
         <translation>لم تُحفظ بعد</translation>
+    </message>
+    <message>
+        <source>The note was put into the trash elsewhere.</source>
+        <translation>نُقلت الملاحظة إلى المهملات من مكان آخر.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n Notes</source>
+        <translation>
+            <numerusform>حذف %n ملاحظة</numerusform>
+            <numerusform>حذف ملاحظة واحدة</numerusform>
+            <numerusform>حذف ملاحظتين</numerusform>
+            <numerusform>حذف %n ملاحظات</numerusform>
+            <numerusform>حذف %n ملاحظة</numerusform>
+            <numerusform>حذف %n ملاحظة</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete “%1”</source>
+        <translation>حذف «%1»</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere. What was not saved yet is in a new note.</source>
+        <translation>حُذفت الملاحظة من مكان آخر. ما لم يُحفظ بعد موجود في ملاحظة جديدة.</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere.</source>
+        <translation>حُذفت الملاحظة من مكان آخر.</translation>
     </message>
 </context>
 <context>
@@ -885,6 +908,10 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Re-add tag</source>
         <translation>إعادة وسم</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to permanently delete all notes in the trash?</source>
+        <translation>هل تريد حقًا حذف جميع الملاحظات في المهملات نهائيًا؟</translation>
     </message>
 </context>
 <context>

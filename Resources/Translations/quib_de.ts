@@ -357,10 +357,6 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
         <translation>Quib</translation>
     </message>
     <message>
-        <source>Delete</source>
-        <translation>Löschen</translation>
-    </message>
-    <message>
         <source>“%1” could not be taken into the note.</source>
         <translation>„%1“ konnte nicht in die Notiz übernommen werden.</translation>
     </message>
@@ -521,6 +517,29 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>Not saved yet</source>
         <translation>Noch nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>The note was put into the trash elsewhere.</source>
+        <translation>Die Notiz wurde anderswo in den Papierkorb gelegt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n Notes</source>
+        <translation>
+            <numerusform>%n Notiz löschen</numerusform>
+            <numerusform>%n Notizen löschen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete “%1”</source>
+        <translation>„%1“ löschen</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere. What was not saved yet is in a new note.</source>
+        <translation>Die Notiz wurde anderswo gelöscht. Was noch nicht gesichert war, steht in einer neuen Notiz.</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere.</source>
+        <translation>Die Notiz wurde anderswo gelöscht.</translation>
     </message>
 </context>
 <context>
@@ -865,6 +884,10 @@ Bitte beenden Sie Quib währenddessen nicht.</translation>
     <message>
         <source>Re-add tag</source>
         <translation>Zurückholen des Schlagworts</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to permanently delete all notes in the trash?</source>
+        <translation>Möchten Sie alle Notizen im Papierkorb wirklich endgültig löschen?</translation>
     </message>
 </context>
 <context>

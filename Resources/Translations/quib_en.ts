@@ -41,6 +41,13 @@
             <numerusform>%n found</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Delete %n Notes</source>
+        <translation>
+            <numerusform>Delete %n Note</numerusform>
+            <numerusform>Delete %n Notes</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quib::EditorPage</name>

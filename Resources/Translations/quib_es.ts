@@ -357,10 +357,6 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
         <translation>Quib</translation>
     </message>
     <message>
-        <source>Delete</source>
-        <translation>Eliminar</translation>
-    </message>
-    <message>
         <source>“%1” could not be taken into the note.</source>
         <translation>No se pudo añadir «%1» a la nota.</translation>
     </message>
@@ -521,6 +517,29 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>Not saved yet</source>
         <translation>Aún sin guardar</translation>
+    </message>
+    <message>
+        <source>The note was put into the trash elsewhere.</source>
+        <translation>La nota se ha movido a la papelera en otro lugar.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n Notes</source>
+        <translation>
+            <numerusform>Eliminar %n nota</numerusform>
+            <numerusform>Eliminar %n notas</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete “%1”</source>
+        <translation>Eliminar «%1»</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere. What was not saved yet is in a new note.</source>
+        <translation>La nota se ha eliminado en otro lugar. Lo que aún no se había guardado está en una nota nueva.</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere.</source>
+        <translation>La nota se ha eliminado en otro lugar.</translation>
     </message>
 </context>
 <context>
@@ -865,6 +884,10 @@ Le recomendamos no salir de Quib durante el proceso.</translation>
     <message>
         <source>Re-add tag</source>
         <translation>Volver a poner la etiqueta</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to permanently delete all notes in the trash?</source>
+        <translation>¿Seguro que desea eliminar definitivamente todas las notas de la papelera?</translation>
     </message>
 </context>
 <context>

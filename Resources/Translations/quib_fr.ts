@@ -357,10 +357,6 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
         <translation>Quib</translation>
     </message>
     <message>
-        <source>Delete</source>
-        <translation>Supprimer</translation>
-    </message>
-    <message>
         <source>“%1” could not be taken into the note.</source>
         <translation>Impossible d’ajouter «&#xa0;%1&#xa0;» à la note.</translation>
     </message>
@@ -521,6 +517,29 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>Not saved yet</source>
         <translation>Pas encore enregistrée</translation>
+    </message>
+    <message>
+        <source>The note was put into the trash elsewhere.</source>
+        <translation>La note a été mise à la corbeille ailleurs.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n Notes</source>
+        <translation>
+            <numerusform>Supprimer %n note</numerusform>
+            <numerusform>Supprimer %n notes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete “%1”</source>
+        <translation>Supprimer « %1 »</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere. What was not saved yet is in a new note.</source>
+        <translation>La note a été supprimée ailleurs. Ce qui n’était pas encore enregistré se trouve dans une nouvelle note.</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere.</source>
+        <translation>La note a été supprimée ailleurs.</translation>
     </message>
 </context>
 <context>
@@ -865,6 +884,10 @@ Nous vous conseillons vivement de ne pas quitter Quib pendant l’opération.</t
     <message>
         <source>Re-add tag</source>
         <translation>Remettre l’étiquette</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to permanently delete all notes in the trash?</source>
+        <translation>Voulez-vous vraiment supprimer définitivement toutes les notes de la corbeille ?</translation>
     </message>
 </context>
 <context>

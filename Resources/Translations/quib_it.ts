@@ -357,10 +357,6 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>Quib</translation>
     </message>
     <message>
-        <source>Delete</source>
-        <translation>Elimina</translation>
-    </message>
-    <message>
         <source>“%1” could not be taken into the note.</source>
         <translation>Impossibile inserire «%1» nella nota.</translation>
     </message>
@@ -521,6 +517,29 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Not saved yet</source>
         <translation>Non ancora salvata</translation>
+    </message>
+    <message>
+        <source>The note was put into the trash elsewhere.</source>
+        <translation>La nota è stata messa nel cestino altrove.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n Notes</source>
+        <translation>
+            <numerusform>Elimina %n nota</numerusform>
+            <numerusform>Elimina %n note</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete “%1”</source>
+        <translation>Elimina «%1»</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere. What was not saved yet is in a new note.</source>
+        <translation>La nota è stata eliminata altrove. Ciò che non era ancora salvato è in una nuova nota.</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere.</source>
+        <translation>La nota è stata eliminata altrove.</translation>
     </message>
 </context>
 <context>
@@ -865,6 +884,10 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Re-add tag</source>
         <translation>Rimettere l’etichetta</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to permanently delete all notes in the trash?</source>
+        <translation>Eliminare definitivamente tutte le note nel cestino?</translation>
     </message>
 </context>
 <context>

@@ -355,10 +355,6 @@ We highly suggest not to exit from Quib during the whole process.</source>
         <translation>Quib</translation>
     </message>
     <message>
-        <source>Delete</source>
-        <translation>削除</translation>
-    </message>
-    <message>
         <source>“%1” could not be taken into the note.</source>
         <translation>「%1」をノートに取り込めませんでした。</translation>
     </message>
@@ -516,6 +512,28 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Not saved yet</source>
         <translation>まだ保存されていません</translation>
+    </message>
+    <message>
+        <source>The note was put into the trash elsewhere.</source>
+        <translation>このノートは別の場所でゴミ箱に入れられました。</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n Notes</source>
+        <translation>
+            <numerusform>%n件のノートを削除</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Delete “%1”</source>
+        <translation>「%1」を削除</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere. What was not saved yet is in a new note.</source>
+        <translation>このノートは別の場所で削除されました。まだ保存されていなかった内容は新しいノートにあります。</translation>
+    </message>
+    <message>
+        <source>The note was deleted elsewhere.</source>
+        <translation>このノートは別の場所で削除されました。</translation>
     </message>
 </context>
 <context>
@@ -860,6 +878,10 @@ We highly suggest not to exit from Quib during the whole process.</source>
     <message>
         <source>Re-add tag</source>
         <translation>タグの再追加</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to permanently delete all notes in the trash?</source>
+        <translation>ゴミ箱にあるすべてのノートを完全に削除してもよろしいですか？</translation>
     </message>
 </context>
 <context>

@@ -138,16 +138,42 @@ void QBNotesTableViewController::deleteNotes(const QList<Ref<QBNote>> &notes)
         permanentlyDeleteNotes(notes);
         return;
     }
-    const QBNotesTableQuestion question{
-        localised(QT_TRANSLATE_NOOP("QBNotesTableViewController",
-                                    "Are you sure you want to permanently delete the selected notes?")),
-        localised(QT_TRANSLATE_NOOP("QBNotesTableViewController", "Do not show this warning again.")), suppressionKey};
-    m_view.ask(question, [this, notes, suppressionKey, life = std::weak_ptr<char>(m_life)](bool isConfirmed,
-                                                                                           bool isSuppressed) {
+    permanentlyDeleteNotesAfterAsking(
+        {.message = localised(QT_TRANSLATE_NOOP("QBNotesTableViewController",
+                                                "Are you sure you want to permanently delete the selected notes?")),
+         .notes = notes,
+         .suppressionText =
+             localised(QT_TRANSLATE_NOOP("QBNotesTableViewController", "Do not show this warning again.")),
+         .suppressionKey = suppressionKey});
+}
+
+void QBNotesTableViewController::emptyTrash()
+{
+    const QBCoreDataStack *stack = QBCoreDataStack::sharedStack();
+    if (stack == nullptr || stack->managedObjectContext() == nullptr) {
+        return;
+    }
+    const QList<Ref<QBNote>> notes = QBNote::allTrashedNotesInManagedObjectContext(*stack->managedObjectContext());
+    if (!notes.isEmpty()) {
+        permanentlyDeleteNotesAfterAsking(
+            {.message =
+                 localised(QT_TRANSLATE_NOOP("QBNotesTableViewController",
+                                             "Are you sure you want to permanently delete all notes in the trash?")),
+             .notes = notes,
+             .suppressionText = {},
+             .suppressionKey = {}});
+    }
+}
+
+void QBNotesTableViewController::permanentlyDeleteNotesAfterAsking(const QBNotesTableQuestion &question)
+{
+    m_view.ask(question, [this, notes = question.notes, suppressionKey = question.suppressionKey,
+                          life = std::weak_ptr<char>(m_life)](bool isConfirmed, bool isSuppressed) {
         if (!isConfirmed || life.expired()) {
             return;
         }
-        if (auto *manager = QBNotesPreferenceManager::sharedPreferenceManager(); manager != nullptr && isSuppressed) {
+        if (auto *manager = QBNotesPreferenceManager::sharedPreferenceManager();
+            manager != nullptr && isSuppressed && !suppressionKey.isEmpty()) {
             manager->savePreferenceValue(true, suppressionKey);
         }
         permanentlyDeleteNotes(notes);

@@ -95,6 +95,8 @@ public:
     /// Puts notes into the trash; in the trash, deletes them for good after a question.
     void deleteNotes() { deleteNotes(selectedNotes()); }
     void deleteNotes(const QList<quib::Ref<QBNote>> &notes);
+    /// Deletes all that is in the trash for good, always after a question.
+    void emptyTrash();
     void restoreNotes() { restoreNotes(selectedNotes()); }
     void restoreNotes(const QList<quib::Ref<QBNote>> &notes);
     void pinNotes() { pinNotes(selectedNotes()); }
@@ -154,6 +156,7 @@ private:
     void changeNotes(const QList<quib::Ref<QBNote>> &notes, void (QBNote::*operation)(), const QString &actionName,
                      const QString &inverseName);
     void changeNotesBack(const QList<NoteState> &states, const QString &actionName, const QString &inverseName);
+    void permanentlyDeleteNotesAfterAsking(const QBNotesTableQuestion &question);
     void permanentlyDeleteNotes(const QList<quib::Ref<QBNote>> &notes);
     void unmerge(const QList<quib::Ref<QBNote>> &notes, const quib::Ref<QBNote> &resultNote, const QString &mergedText);
     void changeTextsBack(const QString &tag, const QList<TextChange> &changes);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Store/QBNote.h>
+
 #include <QList>
 #include <QString>
 
@@ -11,7 +13,9 @@ class QBNotesTableViewController;
 struct QBNotesTableQuestion
 {
     QString message;
-    /// The option not to be asked again, and the setting that remembers it.
+    /// What it is about.
+    QList<quib::Ref<QBNote>> notes;
+    /// The option not to be asked again, and the setting that remembers it; empty where it is always asked.
     QString suppressionText;
     QString suppressionKey;
 };

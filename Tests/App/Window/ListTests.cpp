@@ -2,6 +2,7 @@
 
 #include <Store/NSManagedObjectContext.h>
 #include <Store/QBNoteTag.h>
+#include <Store/QBNotesPreferenceManager.h>
 #include <Support/QtPrinters.h>
 #include <Window/EditorPane.h>
 #include <Window/MessageBar.h>
@@ -10,7 +11,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QMimeData>
+#include <QPushButton>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -138,16 +141,121 @@ TEST_F(NoteList, PermanentDeletionAsksInTheWindow)
     EXPECT_TRUE(notes().isEmpty());
 }
 
+class Deletion : public NoteList
+{
+protected:
+    /// Opens the trash with notes in it, and puts the keyboard there.
+    void openTrashWith(const QStringList &titles)
+    {
+        QStringList texts;
+        for (const QString &title : titles) {
+            texts.append(QString(u"# "_s % title));
+        }
+        launch(texts);
+        for (const QString &title : titles) {
+            noteTitled(title)->trash();
+        }
+        ASSERT_TRUE(moc().save());
+        openList(u"QBNotesTrashSidebarItem"_s);
+        window().noteList().setFocus();
+    }
+    [[nodiscard]] QStringList buttons() const
+    {
+        QStringList texts;
+        for (const auto *button : window().messages().findChildren<QPushButton *>()) {
+            if (!button->isHidden()) {
+                texts.append(button->text());
+            }
+        }
+        return texts;
+    }
+    [[nodiscard]] MessageBar &bar() const { return window().messages(); }
+};
+
+TEST_F(Deletion, SaysWhatItDeletes)
+{
+    openTrashWith({u"Salt & Pepper"_s, u"Two"_s, u"Three"_s});
+    selectRow(u"Salt & Pepper"_s);
+    press(Qt::Key_Delete);
+    EXPECT_EQ(buttons(), (QStringList{u"Delete “Salt && Pepper”"_s, u"Cancel"_s}));
+    press(Qt::Key_Escape);
+    window().noteList().selectRows({0, 1});
+    settle();
+    press(Qt::Key_Delete);
+    EXPECT_EQ(buttons().constFirst(), u"Delete 2 Notes"_s);
+}
+
+TEST_F(Deletion, IsNotWhatReturnMeans)
+{
+    openTrashWith({u"One"_s, u"Two"_s});
+    selectRow(u"One"_s);
+    press(Qt::Key_Delete);
+    EXPECT_TRUE(bar().isAsking());
+    press(Qt::Key_Return);
+    EXPECT_FALSE(bar().isAsking());
+    EXPECT_EQ(notes().size(), 2);
+    EXPECT_TRUE(window().noteList().hasFocus());
+}
+
+TEST_F(Deletion, IsOffWhenSomethingElseIsSelected)
+{
+    openTrashWith({u"One"_s, u"Two"_s});
+    selectRow(u"One"_s);
+    trigger(u"trash"_s);
+    ASSERT_TRUE(bar().isAsking());
+    selectRow(u"Two"_s);
+    EXPECT_FALSE(bar().isAsking());
+    window().noteList().setFocus();
+    press(Qt::Key_Delete);
+    EXPECT_EQ(notes().size(), 2);
+    EXPECT_EQ(buttons().constFirst(), u"Delete “Two”"_s);
+    bar().press(0);
+    settle();
+    EXPECT_EQ(rows(), QStringList{u"One"_s});
+}
+
+TEST_F(Deletion, IsOffWhenAnotherListIsOpened)
+{
+    openTrashWith({u"One"_s, u"Two"_s});
+    selectRow(u"One"_s);
+    press(Qt::Key_Delete);
+    ASSERT_TRUE(bar().isAsking());
+    window().sidebar().setFocus();
+    openList(u"QBNotesSidebarItem"_s);
+    EXPECT_FALSE(bar().isAsking());
+    EXPECT_TRUE(window().sidebar().hasFocus()) << "the keyboard stays where it went";
+    EXPECT_EQ(notes().size(), 2);
+}
+
+TEST_F(Deletion, OfAllInTheTrashIsAQuestionOfItsOwn)
+{
+    openTrashWith({u"One"_s, u"Two"_s, u"Three"_s});
+    QBNotesPreferenceManager::sharedPreferenceManager()->savePreferenceValue(true,
+                                                                             u"PermanentlyDeleteNoteSuppressionKey"_s);
+    selectRow(u"One"_s);
+    window().notes()->emptyTrash();
+    settle();
+    ASSERT_TRUE(bar().isAsking()) << "not to be asked about single notes says nothing of all";
+    EXPECT_EQ(bar().text(), u"Are you sure you want to permanently delete all notes in the trash?"_s);
+    EXPECT_EQ(buttons(), (QStringList{u"Delete 3 Notes"_s, u"Cancel"_s}));
+    EXPECT_TRUE(bar().findChild<QCheckBox *>()->isHidden());
+    bar().press(0);
+    settle();
+    EXPECT_TRUE(notes().isEmpty());
+    window().notes()->emptyTrash();
+    EXPECT_FALSE(bar().isAsking()) << "there is nothing to ask about";
+}
+
 TEST_F(NoteList, PinsSeveralAtOnceAndUndoesThatAsOne)
 {
     launch({u"# One"_s, u"# Two"_s, u"# Three"_s});
     window().noteList().selectRows({1, 2});
     settle();
+    window().noteList().setFocus();
     trigger(u"pin"_s);
     EXPECT_EQ(rows(), (QStringList{u"Two"_s, u"One"_s, u"Three"_s}));
     EXPECT_EQ(selectedRows(), (QStringList{u"Two"_s, u"One"_s}));
     EXPECT_EQ(window().action(u"undo"_s)->text(), u"Undo Pin notes"_s);
-    window().noteList().setFocus();
     trigger(u"undo"_s);
     EXPECT_EQ(rows(), (QStringList{u"Three"_s, u"Two"_s, u"One"_s}));
 }

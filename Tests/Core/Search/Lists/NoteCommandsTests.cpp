@@ -151,6 +151,7 @@ TEST_F(NoteCommands, TheTrashDeletesForGoodAfterAQuestion)
     controller->deleteNotes();
     ASSERT_EQ(table.questions.size(), 1);
     EXPECT_EQ(table.questions[0].message, u"Are you sure you want to permanently delete the selected notes?"_s);
+    EXPECT_EQ(table.questions[0].notes.size(), 1);
     EXPECT_EQ(table.questions[0].suppressionText, u"Do not show this warning again."_s);
     EXPECT_EQ(table.questions[0].suppressionKey, u"PermanentlyDeleteNoteSuppressionKey"_s);
     table.answer(/*isConfirmed=*/false, /*isSuppressed=*/true);
