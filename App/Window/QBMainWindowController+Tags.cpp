@@ -84,13 +84,24 @@ void QBMainWindowController::registerRewritingBack(const QList<RewrittenNote> &c
     m_undoManager.setActionName(actionName);
 }
 
-void QBMainWindowController::sayWithUndo(const QString &text, const QString &actionName)
+void QBMainWindowController::sayWithUndo(const QString &text)
 {
-    m_messages->say(text, tr("Undo"), [this, actionName](int button, bool /*isChecked*/) {
-        // Whatever was done since is undone by its own command.
-        if (button == 0 && m_undoManager.canUndo() && m_undoManager.undoActionName() == actionName) {
+    const int offer = m_messages->say(text, tr("Undo"), [this](int button, bool /*isChecked*/) {
+        if (button == 0) {
             m_undoManager.undo();
             updateActions();
+        }
+    });
+    // What was done since is undone by its own command.
+    m_undoOffer = m_undoManager.observe([this, offer](NSUndoManager::Event event) {
+        switch (event) {
+        case NSUndoManager::Event::DidCloseUndoGroup:
+        case NSUndoManager::Event::DidUndoChange:
+        case NSUndoManager::Event::DidRedoChange:
+            m_messages->dismiss(offer);
+            break;
+        default:
+            break;
         }
     });
 }
@@ -109,7 +120,7 @@ void QBMainWindowController::renameTag(const QBSidebarItem::Pointer &item, const
     }
     QString now;
     const QString actionName = tr("Rename Tag");
-    rewriteNotes(tag, actionName, [&tag, &name, &now] {
+    const auto notes = rewriteNotes(tag, actionName, [&tag, &name, &now] {
         if (const auto renamed = tag->renameTagWithTagNamed(name, currentSyntax())) {
             now = renamed->title();
         }
@@ -127,7 +138,9 @@ void QBMainWindowController::renameTag(const QBSidebarItem::Pointer &item, const
         }
     }
     m_sidebar->selectIdentifier(now);
-    sayWithUndo(tr("The tag #%1 is #%2 now.").arg(old, now), actionName);
+    if (!notes.isEmpty()) {
+        sayWithUndo(tr("The tag #%1 is #%2 now.").arg(old, now));
+    }
 }
 
 void QBMainWindowController::deleteTag(const QBSidebarItem::Pointer &item)
@@ -140,7 +153,9 @@ void QBMainWindowController::deleteTag(const QBSidebarItem::Pointer &item)
     const QString title = tag->title();
     const QString actionName = tr("Delete Tag");
     const auto notes = rewriteNotes(tag, actionName, [&tag] { tag->deleteTagWithSyntax(currentSyntax()); });
-    sayWithUndo(tr("The tag #%1 was taken out of %n note(s).", nullptr, int(notes.size())).arg(title), actionName);
+    if (!notes.isEmpty()) {
+        sayWithUndo(tr("The tag #%1 was taken out of %n note(s).", nullptr, int(notes.size())).arg(title));
+    }
     m_sidebar->setFocus();
 }
 

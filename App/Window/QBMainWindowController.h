@@ -215,8 +215,8 @@ private:
                                           const std::function<void()> &rewrite);
     void registerRewritingBack(const QList<RewrittenNote> &changes, const QString &actionName,
                                const QString &selectedTag);
-    /// Says what was done and offers to take it back, while it is the last thing that was done.
-    void sayWithUndo(const QString &text, const QString &actionName);
+    /// Says what was done and offers to take back the last step that can be undone, until another one is made.
+    void sayWithUndo(const QString &text);
     void renameTag(const QBSidebarItem::Pointer &item, const QString &name);
     void deleteTag(const QBSidebarItem::Pointer &item);
     void chooseSymbol(const QBSidebarItem::Pointer &item);
@@ -249,6 +249,7 @@ private:
     int m_question = 0;
     QList<quib::Ref<QBNote>> m_selectedWhenAsked;
     NSUndoManager m_undoManager;
+    quib::ObservationToken m_undoOffer;
     std::shared_ptr<NSManagedObjectContext> m_context;
     std::shared_ptr<QBTheme> m_textTheme;
     std::shared_ptr<quib::NoteTextSearch> m_textSearch;

@@ -114,6 +114,25 @@ TEST_F(Tags, AnOfferToUndoIsForTheLastThingDoneOnly)
     EXPECT_FALSE(entries().contains(u"garden"_s));
 }
 
+TEST_F(Tags, AnOfferToUndoEndsWithTheNextStep)
+{
+    launch({u"# One\n#books"_s, u"# Two\n#cooking"_s});
+    const QStringList before = texts();
+    rename(u"books"_s, u"bookz"_s);
+    rename(u"cooking"_s, u"cookz"_s);
+    ASSERT_EQ(window().messages().text(), u"The tag #cooking is #cookz now."_s);
+    window().noteList().setFocus();
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(window().messages().text(), QString());
+    window().messages().press(0);
+    settle();
+    EXPECT_EQ(texts(), (QStringList{u"# One\n#bookz"_s, before[1]}));
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    window().messages().press(0);
+    settle();
+    EXPECT_EQ(texts(), (QStringList{u"# One\n#bookz"_s, u"# Two\n#cookz"_s}));
+}
+
 TEST_F(Tags, HaveTheSymbolThatIsChosenForThem)
 {
     launch({u"# One #garden/roses"_s});
