@@ -40,6 +40,7 @@ QList<Ref<QBNote>> QBMainWindowController::rewriteNotes(const Ref<QBNoteTag> &of
                                                         const std::function<void()> &rewrite)
 {
     saveNote(/*forceSave=*/false);
+    const QString title = ofTag->title(); // rewriting may take it away
     QList<RewrittenNote> changes;
     QList<Ref<QBNote>> notes;
     for (const auto &note : QBNote::notesForTags(family(ofTag), *m_context)) {
@@ -55,7 +56,7 @@ QList<Ref<QBNote>> QBMainWindowController::rewriteNotes(const Ref<QBNoteTag> &of
             ++change;
         }
     }
-    registerRewritingBack(changes, actionName, ofTag->title());
+    registerRewritingBack(changes, actionName, title);
     saveStore();
     updateActions();
     return notes;
@@ -68,6 +69,7 @@ void QBMainWindowController::registerRewritingBack(const QList<RewrittenNote> &c
         return;
     }
     m_undoManager.registerUndo([this, changes, actionName, selectedTag] {
+        const QString selectedBefore = m_sidebar->selectedIdentifier();
         saveNote(/*forceSave=*/false);
         QList<RewrittenNote> inverse;
         for (const RewrittenNote &change : changes) {
@@ -77,7 +79,7 @@ void QBMainWindowController::registerRewritingBack(const QList<RewrittenNote> &c
                 inverse.append({change.note, change.after, change.before});
             }
         }
-        registerRewritingBack(inverse, actionName, selectedTag);
+        registerRewritingBack(inverse, actionName, selectedBefore);
         saveStore();
         m_sidebar->selectIdentifier(selectedTag);
     });
@@ -113,6 +115,9 @@ void QBMainWindowController::renameTag(const QBSidebarItem::Pointer &item, const
         return;
     }
     const Ref<QBNoteTag> tag = tagItem->tag();
+    if (tag->managedObjectContext() == nullptr || tag->isDeleted()) {
+        return; // since the name was edited
+    }
     const QString old = tag->title();
     QStringList oldTitles;
     for (const auto &each : family(tag)) {

@@ -150,7 +150,9 @@ void QBMainWindowController::makeColumns()
     connect(m_sidebar, &SidebarView::contextMenuWasRequested, this, &QBMainWindowController::showSidebarMenu);
     connect(m_sidebar, &SidebarView::leaveToNotes, this, &QBMainWindowController::focusNotesTable);
     connect(&m_sidebar->sidebarModel(), &SidebarModel::notesWereDropped, this, &QBMainWindowController::dropNotes);
-    connect(&m_sidebar->sidebarModel(), &SidebarModel::tagNameWasEdited, this, &QBMainWindowController::renameTag);
+    // The field in which the name was edited closes first: the tree that it stands in is made anew.
+    connect(&m_sidebar->sidebarModel(), &SidebarModel::tagNameWasEdited, this, &QBMainWindowController::renameTag,
+            Qt::QueuedConnection);
     connect(&m_sidebar->sidebarModel(), &SidebarModel::notesOrderDidChange, this, [this] {
         if (m_notes) {
             m_notes->setRepresentedObject(m_notes->representedObject());

@@ -308,7 +308,10 @@ void SidebarView::focusInEvent(QFocusEvent *event)
 void SidebarView::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        Q_EMIT leaveToNotes();
+        // The field of a name leaves the key that ends it to the view.
+        if (state() != EditingState) {
+            Q_EMIT leaveToNotes();
+        }
         return;
     }
     QTreeView::keyPressEvent(event);

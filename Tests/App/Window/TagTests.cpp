@@ -10,9 +10,12 @@
 #include <Window/SymbolPicker.h>
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
 #include <QTest>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -131,6 +134,42 @@ TEST_F(Tags, AnOfferToUndoEndsWithTheNextStep)
     window().messages().press(0);
     settle();
     EXPECT_EQ(texts(), (QStringList{u"# One\n#bookz"_s, u"# Two\n#cookz"_s}));
+}
+
+TEST_F(Tags, ARenameLeavesTheKeyboardWithTheTag)
+{
+    launch({u"# One\n#books and #zoo"_s});
+    openList(u"books"_s);
+    trigger(u"rename-tag"_s);
+    auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget());
+    ASSERT_NE(field, nullptr);
+    field->selectAll();
+    testing::internal::CaptureStderr();
+    type(u"bookz\n"_s);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(window().sidebar().selectedIdentifier(), u"bookz"_s);
+    EXPECT_TRUE(window().sidebar().hasFocus());
+    press(Qt::Key_Down);
+    EXPECT_EQ(window().sidebar().selectedIdentifier(), u"zoo"_s);
+}
+
+TEST_F(Tags, ARenameTakenBackLeadsToTheTagAgain)
+{
+    launch({u"# One\n#garden/roses and #garden/herbs"_s, u"# Two\n#garden/roses/old"_s});
+    for (const auto &[tag, name] : {std::pair(u"garden/roses"_s, u"garden/tulips"_s), std::pair(u"garden"_s, u"park"_s),
+                                    std::pair(u"garden/roses/old"_s, u"old"_s)}) {
+        SCOPED_TRACE(tag.toStdString());
+        openList(tag);
+        rename(tag, name);
+        EXPECT_EQ(window().sidebar().selectedIdentifier(), name);
+        window().sidebar().setFocus();
+        press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(window().sidebar().selectedIdentifier(), tag);
+        press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(window().sidebar().selectedIdentifier(), name);
+        press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(window().sidebar().selectedIdentifier(), tag);
+    }
 }
 
 TEST_F(Tags, HaveTheSymbolThatIsChosenForThem)
