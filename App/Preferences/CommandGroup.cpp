@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QSet>
+#include <QVariant>
 
 namespace quib {
 
@@ -37,6 +38,12 @@ QString textWithoutMnemonic(const QString &text)
         }
     }
     return plain;
+}
+
+QString nameOfCommand(const QAction &command)
+{
+    const QString name = command.property(kCommandNameProperty).toString();
+    return textWithoutMnemonic(name.isEmpty() ? command.text() : name);
 }
 
 QList<CommandGroup> commandGroupsOfMenuBar(const QMenuBar &menuBar)

@@ -17,6 +17,11 @@ struct CommandGroup
     QList<QAction *> commands;
 };
 
+/// The property with the name of a command whose text tells what it would do now.
+inline constexpr char kCommandNameProperty[] = "commandName";
+/// What the command is called, whatever it would do now.
+[[nodiscard]] QString nameOfCommand(const QAction &command);
+
 /// The text without the mark of its access key.
 [[nodiscard]] QString textWithoutMnemonic(const QString &text);
 

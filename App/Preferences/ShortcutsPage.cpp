@@ -177,7 +177,7 @@ void ShortcutsPage::fill()
                 head->setFlags(Qt::ItemIsEnabled);
                 head->setExpanded(true);
             }
-            new QTreeWidgetItem(head, {textWithoutMnemonic(command->text()), keys});
+            new QTreeWidgetItem(head, {nameOfCommand(*command), keys});
         }
     }
     narrow();

@@ -87,6 +87,7 @@ QAction *QBMainWindowController::addCommand(const QString &name, const QString &
 {
     auto *made = new QAction(text, this);
     made->setObjectName(name);
+    made->setProperty(kCommandNameProperty, text);
     made->setShortcut(shortcut);
     connect(made, &QAction::triggered, this, [this, triggered = std::move(triggered)] {
         triggered();
@@ -285,7 +286,16 @@ void QBMainWindowController::makeMenus()
     QMenu *edit = fill(menuBar()->addMenu(tr("&Edit")), {"undo"_L1, "redo"_L1, ""_L1, "cut"_L1, "copy"_L1, "paste"_L1,
                                                          "select-all"_L1, ""_L1, "search-notes"_L1, "search-help"_L1});
     // The names of what can be undone change without the window being told.
-    connect(edit, &QMenu::aboutToShow, this, &QBMainWindowController::updateActions);
+    connect(edit, &QMenu::aboutToShow, this, [this] {
+        updateActions();
+        updateEditingCommands(/*isMenuOpen=*/true);
+    });
+    connect(edit, &QMenu::aboutToHide, this, [this] { updateEditingCommands(/*isMenuOpen=*/false); });
+    connect(qApp, &QApplication::focusChanged, menuBar(), [this, bar = menuBar()](QWidget *before, QWidget *now) {
+        if (now == bar) {
+            m_keyboardBeforeMenuBar = before;
+        }
+    });
     m_noteMenu = fill(menuBar()->addMenu(tr("&Note")),
                       {"open-in-window"_L1, "copy-link"_L1, ""_L1, "pin"_L1, "duplicate"_L1, "merge"_L1, ""_L1,
                        "remove-tag"_L1, ""_L1, "archive"_L1, "restore"_L1, "trash"_L1});
@@ -430,46 +440,6 @@ void QBMainWindowController::showSidebarMenu(const QBSidebarItem::Pointer &item,
         return;
     }
     menu->popup(globalPosition);
-}
-
-// Undo
-
-QBMainWindowController::Keyboard QBMainWindowController::keyboard() const
-{
-    QWidget *focus = QApplication::focusWidget() != nullptr ? QApplication::focusWidget() : focusWidget();
-    if (auto *field = qobject_cast<QLineEdit *>(focus); field != nullptr) {
-        return {.field = field};
-    }
-    if (auto *text = qobject_cast<QBNoteTextView *>(focus); text != nullptr) {
-        return {.text = text};
-    }
-    // Who was writing, and is beside the text now, means the text: what is done to notes is undone out of sight.
-    if (focus != nullptr && m_editorColumn->isAncestorOf(focus)) {
-        return {.text = m_editor->note() ? &m_editor->textView() : nullptr};
-    }
-    return {.isInLists = true};
-}
-
-void QBMainWindowController::undo()
-{
-    if (const Keyboard of = keyboard(); of.field != nullptr) {
-        of.field->undo();
-    } else if (of.text != nullptr) {
-        of.text->undo();
-    } else if (of.isInLists) {
-        m_undoManager.undo();
-    }
-}
-
-void QBMainWindowController::redo()
-{
-    if (const Keyboard of = keyboard(); of.field != nullptr) {
-        of.field->redo();
-    } else if (of.text != nullptr) {
-        of.text->redo();
-    } else if (of.isInLists) {
-        m_undoManager.redo();
-    }
 }
 
 // Links

@@ -495,12 +495,7 @@ void QBMainWindowController::updateActions()
     // Behind a title the toolkit says whose window it is, as it does for the other windows.
     setWindowTitle(selected.size() == 1 && !selected.constFirst()->title().isEmpty() ? selected.constFirst()->title()
                                                                                      : u"Quib"_s);
-    m_actions[u"undo"_s]->setText(m_undoManager.canUndo() && !m_undoManager.undoActionName().isEmpty()
-                                      ? tr("Undo %1").arg(m_undoManager.undoActionName())
-                                      : tr("Undo"));
-    m_actions[u"redo"_s]->setText(m_undoManager.canRedo() && !m_undoManager.redoActionName().isEmpty()
-                                      ? tr("Redo %1").arg(m_undoManager.redoActionName())
-                                      : tr("Redo"));
+    updateUndoNames();
 }
 
 QList<Ref<QBNote>> QBMainWindowController::selectedNotes() const

@@ -12,6 +12,7 @@
 #include <Text/NSUndoManager.h>
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <memory>
 #include <optional>
@@ -173,6 +174,19 @@ private:
     void makeMenus();
     QAction *addCommand(const QString &name, const QString &text, const QKeySequence &shortcut,
                         std::function<void()> triggered);
+    /// Runs a command that takes notes out of the list.
+    void putAway(const std::function<void()> &command);
+    void showNoteMenu(const QPoint &globalPosition);
+    void showSidebarMenu(const QBSidebarItem::Pointer &item, const QPoint &globalPosition);
+    void fillSortMenu(QMenu &menu);
+    void fillThemeMenu(QMenu &menu);
+    void openQuickly();
+    void openCommandPalette();
+    void openSearchHelp();
+    void copyNoteLinks();
+
+    // QBMainWindowController+Undoing.cpp
+
     /// Who has the keyboard, of those that can undo: a field, a text, or, where neither is set, all notes; nobody
     /// where the keyboard is beside a text that is there no more.
     struct Keyboard
@@ -182,18 +196,13 @@ private:
         bool isInLists = false;
     };
     [[nodiscard]] Keyboard keyboard() const;
-    /// Runs a command that takes notes out of the list.
-    void putAway(const std::function<void()> &command);
     void undo();
     void redo();
-    void showNoteMenu(const QPoint &globalPosition);
-    void showSidebarMenu(const QBSidebarItem::Pointer &item, const QPoint &globalPosition);
-    void fillSortMenu(QMenu &menu);
-    void fillThemeMenu(QMenu &menu);
-    void openQuickly();
-    void openCommandPalette();
-    void openSearchHelp();
-    void copyNoteLinks();
+    /// Names what undo and redo will do.
+    void updateUndoNames();
+    /// While their menu is open, commands that would do nothing are disabled; otherwise the keyboard may have gone
+    /// elsewhere since, so none is.
+    void updateEditingCommands(bool isMenuOpen);
 
     // QBMainWindowController+Printing.cpp
     /// The note of a pane, asked about in the window that it stands in.
@@ -243,6 +252,7 @@ private:
     quib::ChoicePanel *m_choices = nullptr;
     QMap<QString, QAction *> m_actions;
     QMenu *m_noteMenu = nullptr;
+    QPointer<QWidget> m_keyboardBeforeMenuBar;
     Columns m_columns = Columns::All;
     Column m_neededColumn = Column::Editor;
     /// The number of a question that stands open, and what was selected then; 0 for none.

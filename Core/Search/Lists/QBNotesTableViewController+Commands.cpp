@@ -156,9 +156,8 @@ void QBNotesTableViewController::emptyTrash()
     const QList<Ref<QBNote>> notes = QBNote::allTrashedNotesInManagedObjectContext(*stack->managedObjectContext());
     if (!notes.isEmpty()) {
         permanentlyDeleteNotesAfterAsking(
-            {.message =
-                 localised(QT_TRANSLATE_NOOP("QBNotesTableViewController",
-                                             "Are you sure you want to permanently delete all notes in the trash?")),
+            {.message = localised(QT_TRANSLATE_NOOP(
+                 "QBNotesTableViewController", "Are you sure you want to permanently delete all notes in the trash?")),
              .notes = notes,
              .suppressionText = {},
              .suppressionKey = {}});
