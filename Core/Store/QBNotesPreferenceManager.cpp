@@ -107,6 +107,16 @@ QBNotesPreferenceManager::QBNotesPreferenceManager(std::shared_ptr<NSUserDefault
         forward(*m_userDefaults, QString::fromLatin1(accessor.key), QString::fromLatin1(accessor.name));
     }
     forward(*m_groupDefaults, markdownKey(), QString(kMarkdownAccessor));
+    // The theme in effect is that of the appearance, whoever wrote it.
+    for (const auto &[key, isDark] :
+         {std::pair(u"QBAppThemeName"_s, false), std::pair(u"QBAppDarkThemeName"_s, true)}) {
+        m_forwarding.push_back(m_userDefaults->addObserver(
+            key, [observers = m_observers, appearance = m_hasDarkAppearance, isDark = isDark](const QString & /*key*/) {
+                if (*appearance == isDark) {
+                    observers.tell(QString(kCurrentThemeAccessor));
+                }
+            }));
+    }
 }
 
 QBNotesPreferenceManager::~QBNotesPreferenceManager()
@@ -157,24 +167,26 @@ QString QBNotesPreferenceManager::currentAppThemeName() const
 void QBNotesPreferenceManager::setCurrentAppThemeName(const QString &name)
 {
     const bool isDark = hasDarkAppearance();
+    const bool isSame = (isDark ? appDarkThemeName() : appThemeName()) == name;
     if (isDark) {
         setAppDarkThemeName(name);
     } else {
         setAppThemeName(name);
     }
-    m_observers.tell(QString(kCurrentThemeAccessor));
+    if (isSame) {
+        // A write of another value announces itself.
+        m_observers.tell(QString(kCurrentThemeAccessor));
+    }
 }
 
 void QBNotesPreferenceManager::setHasDarkAppearance(bool isDark)
 {
-    const std::lock_guard lock(m_mutex);
-    m_hasDarkAppearance = isDark;
+    *m_hasDarkAppearance = isDark;
 }
 
 bool QBNotesPreferenceManager::hasDarkAppearance() const
 {
-    const std::lock_guard lock(m_mutex);
-    return m_hasDarkAppearance;
+    return *m_hasDarkAppearance;
 }
 
 bool QBNotesPreferenceManager::markdownCompatibilityMode() const

@@ -5,6 +5,7 @@
 #include <Files/Profile.h>
 #include <Foundation/KeyedObservers.h>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -196,8 +197,9 @@ private:
     quib::KeyedObservers m_observers;
     std::vector<quib::ObservationToken> m_forwarding; ///< from keys to names of accessors
     quib::ObservationToken m_keyValueStoreObservation;
-    mutable std::mutex m_mutex; ///< guards the three below
-    bool m_hasDarkAppearance = false;
+    /// What observers of changes ask about, who may outlive this.
+    std::shared_ptr<std::atomic<bool>> m_hasDarkAppearance = std::make_shared<std::atomic<bool>>(false);
+    mutable std::mutex m_mutex; ///< guards the two below
     std::optional<NSDate> m_validatedSyncEnabledUntilDate;
     std::function<bool()> m_proSubscriptionCheck;
 };

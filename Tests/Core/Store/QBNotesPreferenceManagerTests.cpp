@@ -216,6 +216,12 @@ TEST_F(Preferences, UseTheThemeOfTheAppearanceInEffect)
     EXPECT_EQ(manager->appDarkThemeName(), u"Night"_s);
     EXPECT_EQ(current, 2);
     EXPECT_EQ(dark, 1);
+    manager->setCurrentAppThemeName(u"Night"_s);
+    EXPECT_EQ(current, 3);
+    // One that another program chose for this appearance.
+    manager->setAppDarkThemeName(u"Cobalt"_s);
+    EXPECT_EQ(manager->currentAppThemeName(), u"Cobalt"_s);
+    EXPECT_EQ(current, 4);
 }
 
 TEST_F(Preferences, AnnounceChangesByTheNameOfTheAccessor)
