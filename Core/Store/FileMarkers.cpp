@@ -31,11 +31,10 @@ QList<FileMarker> fileMarkersInText(const QString &text)
 
 QString fileNameForMarker(const QString &name)
 {
-    constexpr QChar kObjectReplacement{0xFFFC};
     QString kept = name;
     kept.removeIf([](QChar unit) {
         const QChar::Category category = unit.category();
-        return unit == u'[' || unit == u']' || unit == u'`' || unit == kObjectReplacement ||
+        return unit == u'[' || unit == u']' || unit == u'`' || unit == QChar::ObjectReplacementCharacter ||
                category == QChar::Other_Control || category == QChar::Separator_Line ||
                category == QChar::Separator_Paragraph;
     });

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <QCryptographicHash>
+#include <QHash>
 
 #include <algorithm>
 

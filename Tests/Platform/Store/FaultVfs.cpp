@@ -1,5 +1,7 @@
 #include "FaultVfs.h"
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <cstring>
 
@@ -52,7 +54,7 @@ const sqlite3_io_methods FaultVfs::kMethods = {
 };
 
 FaultVfs::FaultVfs()
-    : m_name("fault-" + QByteArray::number(reinterpret_cast<quintptr>(this), 16))
+    : m_name(QByteArray("fault-").append(QByteArray::number(reinterpret_cast<quintptr>(this), 16)))
 {
     sqlite3_initialize();
     m_vfs = *sqlite3_vfs_find(nullptr); // time, chance and sleep are the system's

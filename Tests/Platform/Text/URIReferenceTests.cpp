@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QString>
+
 using namespace Qt::StringLiterals;
 
 namespace quib::tests {

@@ -25,7 +25,7 @@ TEST(PasteCodeTest, PutsCodeBetweenFencesWithItsLanguage)
         {u"swift"_s, QString(), QString()},
     };
     for (const auto &[language, code, block] : cases) {
-        const QBNotePasteFromCoreController paste([&language](const QString &) { return language; });
+        const QBNotePasteFromCoreController paste([&language = language](const QString &) { return language; });
         EXPECT_EQ(paste.pasteStringFromCode(code), block) << code.toStdString();
     }
 }
