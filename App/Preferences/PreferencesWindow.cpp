@@ -62,15 +62,16 @@ PreferencesWindow::PreferencesWindow(Host host, QWidget *owner)
     columns->addWidget(m_pages, 1);
     makePages();
     connect(m_list, &QListWidget::currentRowChanged, m_pages, &QStackedWidget::setCurrentIndex);
-    connect(m_list, &QListWidget::itemSelectionChanged, this, [this] {
+    // Both go by the parts and not by the window, which they may outlive while it ends.
+    connect(m_list, &QListWidget::itemSelectionChanged, m_list, [list = m_list] {
         // A click beside the entries takes their selection away; the page shown goes on being marked.
-        if (m_list->selectedItems().isEmpty() && m_list->currentItem() != nullptr) {
-            m_list->currentItem()->setSelected(true);
+        if (list->selectedItems().isEmpty() && list->currentItem() != nullptr) {
+            list->currentItem()->setSelected(true);
         }
     });
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget * /*before*/, QWidget *now) {
+    connect(qApp, &QApplication::focusChanged, m_pages, [pages = m_pages](QWidget * /*before*/, QWidget *now) {
         // The toolkit shows what the keyboard goes to from within a page only.
-        auto *page = qobject_cast<QScrollArea *>(m_pages->currentWidget());
+        auto *page = qobject_cast<QScrollArea *>(pages->currentWidget());
         if (page != nullptr && now != nullptr && page->widget() != nullptr && page->widget()->isAncestorOf(now)) {
             page->ensureWidgetVisible(now);
         }
