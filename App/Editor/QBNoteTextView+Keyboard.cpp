@@ -7,6 +7,7 @@
 #include <Markup/Editing/QBNoteEditorCoreController.h>
 #include <Markup/Stylers/QBNoteTextStylerAttributes.h>
 #include <Markup/Syntax/StylerSyntax.h>
+#include <Markup/TextlessAttachments.h>
 #include <Text/NSAttributeName.h>
 #include <Text/NSStringHelpers.h>
 
@@ -31,17 +32,12 @@ constexpr qint64 kLongestHeadingStart = 13;
 /// Whether all that lies in a range stands for no text, so that nobody sees or saves it.
 bool isWithoutText(const NSAttributedString &text, NSRange range)
 {
-    if (range.length == 0) {
-        return false;
-    }
     for (qint64 place = range.location; place < range.limit(); ++place) {
-        const auto attachment = text.attribute(NSAttachmentAttributeName, place).sharedAs<NSTextAttachment>();
-        const auto *placed = dynamic_cast<const QBNotesTextAttachment *>(attachment.get());
-        if (placed == nullptr || !placed->representedText().isEmpty()) {
+        if (!isTextlessAttachment(text, place)) {
             return false;
         }
     }
-    return true;
+    return range.length > 0;
 }
 
 /// Whether what stands between two edges of words is one: it may begin with an underscore.
